@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string_view>
+
+#include "database/connection.h"
+#include "runtime/value.h"
+
+namespace ktl {
+
+class Desk;
+
+// The fetch helpers that every screen speaks to the database with.
+class DataAccess {
+ public:
+  DataAccess(Connection& cn, Desk& desk) : cn_(cn), desk_(desk) {}
+
+  // Field 0 of the first row; the default when there is no row or it is null. When the statement fails: a critical
+  // box with the description, " : " and the number (none when noMessage), and Empty instead of the default.
+  Value FnVarGetDbValue(std::string_view sql, Value defaultValue = {}, bool noMessage = false);
+  // Throws when the statement fails.
+  bool FnBlnRecExists(std::string_view sql);
+  // False on any failure, with no message.
+  bool ExecuteSql(std::string_view sql);
+
+  Connection& Cn() { return cn_; }
+  Desk& desk() { return desk_; }
+
+ private:
+  Connection& cn_;
+  Desk& desk_;
+};
+
+// Null becomes the alternative; so does a number that is exactly 0 when zeroToo is set.
+Value CNull(Value value, Value alternative, bool zeroToo = false);
+
+}  // namespace ktl

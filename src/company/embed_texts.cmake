@@ -1,0 +1,11 @@
+# Writes each text file as a constant: schema.sql becomes kSchemaText.
+file(WRITE ${OUTPUT} "#include \"company/schema_texts.h\"\n\nnamespace ktl {\n\n")
+foreach(text_file ${FILES})
+  get_filename_component(name ${text_file} NAME_WE)
+  string(SUBSTRING ${name} 0 1 first)
+  string(TOUPPER ${first} first)
+  string(SUBSTRING ${name} 1 -1 rest)
+  file(READ ${text_file} text)
+  file(APPEND ${OUTPUT} "const char* const k${first}${rest}Text = R\"ktl(${text})ktl\";\n\n")
+endforeach()
+file(APPEND ${OUTPUT} "}  // namespace ktl\n")

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "database/database_error.h"
+#include "runtime/date.h"
+
+namespace ktl {
+
+class Driver;
+class StatementLog;
+
+// Who speaks through a connection: what HOST_NAME() answers and whom the host's procedures take for signed on.
+struct ClientIdentity {
+  std::string hostName;
+  std::string userName;
+  std::function<Date()> now;  // the clock that the audit table's time comes from
+};
+
+// The shared database connection. Texts are Transact-SQL; the driver makes of them what its database understands.
+class Connection {
+ public:
+  Connection();
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  // To be set before Open. Seconds; the defaults are 600.
+  void SetConnectionTimeout(int seconds) { connectionTimeout_ = seconds; }
+  void SetCommandTimeout(int seconds) { commandTimeout_ = seconds; }
+  void SetClient(ClientIdentity client) { client_ = std::move(client); }
+  // A file to which every statement goes as it was said, one a line: microseconds, rows, text. "" for none.
+  void SetStatementLog(const std::string& file);
+
+  // "Provider=SQLite;Data Source=FILE;" is an embedded company. Any other provider is refused until its driver is
+  // there. Throws DatabaseError: no such file, a directory, no company, another schema version, locked.
+  void Open(const std::string& connectionString);
+  void Close();
+  bool IsOpen() const { return driver_ != nullptr; }
+
+  // Runs a text to its end (a batch, a procedure call, a query whose rows nobody wants): rows changed, or rows read.
+  std::int64_t Execute(std::string_view sql);
+
+  void BeginTrans();
+  void CommitTrans();
+  void RollbackTrans();
+  bool InTransaction() const;
+
+  // The text as the database gets it (for looking at, nothing is run).
+  std::string Explain(std::string_view sql);
+
+  Driver& driver();
+  StatementLog* log() { return log_.get(); }
+
+ private:
+  int connectionTimeout_ = 600;
+  int commandTimeout_ = 600;
+  ClientIdentity client_;
+  std::unique_ptr<Driver> driver_;
+  std::unique_ptr<StatementLog> log_;
+};
+
+// Begun by the constructor, committed only by Commit(), rolled back by the destructor otherwise.
+class Transaction {
+ public:
+  explicit Transaction(Connection& cn);
+  ~Transaction();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  void Commit();
+  void Rollback();
+
+ private:
+  enum class State { Active, Committed, RolledBack };
+  Connection& cn_;
+  State state_ = State::Active;
+};
+
+}  // namespace ktl

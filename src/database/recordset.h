@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "database/connection.h"
+#include "database/driver.h"
+
+namespace ktl {
+
+enum class OpenMode {
+  ReadOnly,
+  Update,   // dynamic cursor, optimistic lock: a SELECT * over one table
+  AddOnly,  // the same, opened only to add rows: nothing is read
+};
+
+// A client cursor: the rows are read whole at open, so that the database may be written while they are walked.
+// Fields are found by index or by name without regard to case; of doubled names the first one counts.
+// Reading a field with no current row, or an unknown field, throws DatabaseError 3021 or 3265.
+class Recordset {
+ public:
+  Recordset() = default;
+  Recordset(Connection& cn, std::string_view sql, OpenMode mode = OpenMode::ReadOnly) { Open(cn, sql, mode); }
+
+  void Open(Connection& cn, std::string_view sql, OpenMode mode = OpenMode::ReadOnly);
+  void Close();
+  bool IsOpen() const { return cn_ != nullptr; }
+
+  bool Eof() const { return position_ >= result_.rows.size(); }
+  bool Bof() const { return result_.rows.empty(); }
+  std::size_t RecordCount() const { return result_.rows.size(); }
+  void MoveFirst() { position_ = 0; }
+  void MoveNext() { ++position_; }
+
+  const Value& operator[](std::string_view field) const;
+  const Value& operator[](std::size_t index) const;
+  bool HasField(std::string_view field) const;
+  const std::vector<std::string>& Fields() const { return result_.columns; }
+
+  // From the current row on, the first row whose field equals the text (letter case ignored); false and at the end
+  // when there is none.
+  bool Find(std::string_view field, std::string_view text);
+
+  // AddNew, Set..., Update adds a row; Set..., Update changes the current one. The rows read stay as they are but
+  // for the row written.
+  void AddNew();
+  void Set(std::string_view field, Value value);
+  void Update();
+
+ private:
+  std::size_t IndexOf(std::string_view field) const;
+
+  Connection* cn_ = nullptr;
+  ResultSet result_;
+  std::size_t position_ = 0;
+  bool adding_ = false;
+  std::vector<Assignment> pending_;
+};
+
+}  // namespace ktl

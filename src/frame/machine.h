@@ -1,0 +1,73 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "runtime/date.h"
+
+namespace ktl {
+
+// The per-user settings store of the application "Kestrel Ledger": sections and keys without regard to case.
+class SettingsStore {
+ public:
+  virtual ~SettingsStore() = default;
+  virtual std::string Get(std::string_view section, std::string_view key, std::string_view defaultValue = "") = 0;
+  virtual void Set(std::string_view section, std::string_view key, std::string_view value) = 0;
+};
+
+// The program's own folder: marker files, reports, the local store.
+class ProgramFolder {
+ public:
+  virtual ~ProgramFolder() = default;
+  virtual std::string Path() const = 0;
+  virtual bool HasFile(std::string_view name) const = 0;
+};
+
+class Clock {
+ public:
+  virtual ~Clock() = default;
+  virtual Date Now() const = 0;
+};
+
+// The host's status line.
+class StatusBox {
+ public:
+  virtual ~StatusBox() = default;
+  virtual void ReplaceText(long windowHandle, std::string_view text) = 0;
+};
+
+// What the operating system says of the user and the machine.
+class Environment {
+ public:
+  virtual ~Environment() = default;
+  virtual std::string HostName() const = 0;
+  virtual std::string Variable(std::string_view name) const = 0;
+  virtual std::string ExecutableName() const = 0;  // without folder and ending
+};
+
+struct Sibling {
+  std::string program;    // "KTLSIRep"
+  std::string title;      // of its window
+  std::string arguments;  // its command line
+  bool wait = true;       // until it has ended
+};
+
+// The other programs of the product. False when the program is not there.
+class SiblingPrograms {
+ public:
+  virtual ~SiblingPrograms() = default;
+  virtual bool Start(const Sibling& sibling) = 0;
+};
+
+// All of the above, as one session uses them.
+struct Machine {
+  SettingsStore& settings;
+  ProgramFolder& folder;
+  Clock& clock;
+  StatusBox& statusBox;
+  Environment& environment;
+  SiblingPrograms& siblings;
+};
+
+}  // namespace ktl

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "common/fetch.h"
+#include "database/connection.h"
+#include "frame/machine.h"
+#include "frame/options.h"
+#include "frame/screen_registry.h"
+#include "screen/desk.h"
+
+namespace ktl {
+
+inline constexpr const char* kApplicationTitle = "KestrelLedger - Standing Instruction";
+inline constexpr const char* kVendorTitle = "Kestrel Ledger";
+inline constexpr const char* kSavingTitle = "Saving Information";
+inline constexpr const char* kDeniedTitle = "Permission Denied";
+
+class Screen;
+
+// What one run of the program knows, from the command line to the end. Passed by reference; there are no globals.
+struct Session {
+  Session(Machine machine, Desk& desk) : machine(machine), desk(desk), data(Cn, desk) {}
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  Machine machine;
+  Desk& desk;
+  Connection Cn;
+  DataAccess data;
+
+  std::string title = kApplicationTitle;  // what message boxes show
+  long FormCode = 0;
+  int SIType = 0;
+  long FormEmpId = 0;
+  std::string FormArgText;
+  bool ReportFlag = false;
+  int ReportNumber = 0;
+  long TrailingNumber = 0;
+  bool OpenedFromFile = false;
+  std::string ExeTalkFileName;
+  std::string DataPath;
+  bool MultiLoginYN = false;
+  bool ExtendedYN = false;
+  std::string WinUserID;
+  bool ReadOnlyUser = false;
+  bool TdsMar2Feb = false;
+  std::string hostName;          // what the server says that this client is called
+  std::string EmployeeViewName;  // in brackets
+  std::string FilterTableName;   // in brackets
+  bool FilterYN = false;
+  Screen* ActiveForm = nullptr;
+
+  OptionSet options;
+  FeatureSet features;
+  CaptionSet captions;
+  bool AdvanceMgmtYN = false;  // ADVMGALYN as the entry screen copied it
+  bool SepPiYN = false;        // SEPPIYN of the name last chosen on the entry screen; other screens read it
+  long EmpLockStatus = 0;      // lockyn of the employee last chosen
+  std::optional<bool> auditOn;  // asked once
+
+  ScreenRegistry screens;
+
+  // "Settings", "User".
+  std::string CurrentUser() const { return machine.settings.Get("Settings", "User", ""); }
+  // The suffix of per-workstation names: WinUserID when ExtendedYN is on.
+  std::string FilterSuffix() const { return ExtendedYN ? WinUserID : std::string(); }
+  // A box in the application's title.
+  void Inform(const std::string& text) { desk.Inform(text, title); }
+};
+
+}  // namespace ktl

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ktl {
+
+class Screen;
+
+enum class Icon { None, Information, Question, Exclamation, Critical };
+enum class Buttons { OK, OKCancel, YesNo, YesNoCancel };
+enum class Answer { OK, Cancel, Yes, No };
+
+struct MessageBox {
+  std::string text;  // lines end in "\r\n" or "\n" as the texts have it
+  Buttons buttons = Buttons::OK;
+  Icon icon = Icon::Information;
+  Answer defaultAnswer = Answer::OK;
+  std::string title;
+  int closesItselfMs = 0;  // 0: stays until answered
+};
+
+std::vector<Answer> AnswersOf(Buttons buttons);  // in the order of the buttons
+std::string_view NameOf(Answer answer);          // "OK", "Cancel", "Yes", "No"
+std::string_view NameOf(Icon icon);
+
+// The person in front of the program.
+class Desk {
+ public:
+  virtual ~Desk() = default;
+
+  virtual Answer MsgBox(const MessageBox& box) = 0;
+  // Loads the screen, lets the person work on it, comes back when it is unloaded.
+  virtual void ShowModal(Screen& screen) = 0;
+  // Shows what has changed so far inside a long handler.
+  virtual void Refresh() {}
+  virtual void SetBusy(bool) {}
+
+  void Inform(std::string text, std::string title);     // information, OK
+  void Warn(std::string text, std::string title);       // exclamation, OK
+  void ShowError(std::string text, std::string title);  // critical, OK
+  // Yes/No with No as the default unless said.
+  bool Confirm(std::string text, std::string title, Answer preset = Answer::No, Icon icon = Icon::Question);
+};
+
+}  // namespace ktl

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <optional>
+
+#include "screen/controls.h"
+
+namespace ktl {
+
+enum class CellType { Text, Number, Date, Tick, Button };
+
+struct GridColumn {
+  std::string caption;
+  CellType type = CellType::Text;
+  int width = 90;  // pixels at 96 dpi
+  bool hidden = false;
+  bool locked = true;
+};
+
+struct GridCell {
+  std::string text;  // as shown; a tick cell holds "1" or "0"
+  Colour backColour = kNoColour;
+  Colour foreColour = kNoColour;
+  std::optional<bool> locked;     // overrides the column's
+  std::optional<CellType> type;   // overrides the column's
+  std::string tag;
+  bool operator==(const GridCell&) const = default;
+};
+
+struct GridRow {
+  std::vector<GridCell> cells;
+  bool hidden = false;
+  std::string tag;
+  bool operator==(const GridRow&) const = default;
+};
+
+inline constexpr std::size_t kNoRow = static_cast<std::size_t>(-1);
+
+// Rows and columns count from 0; a screen names its columns in an enum.
+class Grid final : public Control {
+ public:
+  Grid(Screen& screen, std::string name) : Control(screen, ControlKind::Grid, std::move(name)) {}
+
+  std::vector<GridColumn> columns;
+  std::vector<GridRow> rows;
+  std::size_t activeRow = kNoRow;
+  std::size_t activeColumn = 0;
+
+  // Adds a row of empty cells, one a column; its index.
+  std::size_t AddRow();
+  void Clear();  // takes the rows away, keeps the columns
+  GridCell& At(std::size_t row, std::size_t column);  // throws RuntimeError 9 outside the grid
+  const GridCell& At(std::size_t row, std::size_t column) const;
+  const std::string& Text(std::size_t row, std::size_t column) const { return At(row, column).text; }
+  bool IsTicked(std::size_t row, std::size_t column) const { return At(row, column).text == "1"; }
+  bool IsLocked(std::size_t row, std::size_t column) const;
+  CellType TypeOf(std::size_t row, std::size_t column) const;
+  void PaintRow(std::size_t row, Colour back);
+
+  CellHandler onRowClick;    // the row is the active one by then
+  CellHandler onCellChange;  // after a typed or ticked cell holds its new text
+  CellHandler onDblClick;
+  std::vector<Menu*> popup;  // the menu of the right button
+
+ private:
+};
+
+}  // namespace ktl

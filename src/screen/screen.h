@@ -1,0 +1,65 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "screen/controls.h"
+#include "screen/grid.h"
+
+namespace ktl {
+
+// A screen without a window. Its constructor connects the handlers; a desk loads it, mirrors it until it is
+// unloaded and passes on what a person does.
+class Screen {
+ public:
+  explicit Screen(std::string name) : name_(std::move(name)) {}
+  virtual ~Screen() = default;
+  Screen(const Screen&) = delete;
+  Screen& operator=(const Screen&) = delete;
+
+  const std::string& name() const { return name_; }
+  std::string caption;
+
+  virtual void Form_Load() {}
+  virtual void Form_Activate() {}                    // once, right after the load
+  virtual bool Form_QueryUnload() { return true; }  // false keeps the screen open
+  virtual void Form_Unload() {}
+
+  // Asks Form_QueryUnload, then runs Form_Unload once. Any handler may call it; the desk takes the screen away when
+  // the handler is over.
+  void Unload();
+  bool IsUnloaded() const { return unloaded_; }
+
+  // The desk calls these two at opening; a handler may have unloaded the screen by then.
+  void Load();
+
+  Control* Find(std::string_view name) const;  // null when there is none; letter case counts
+  const std::vector<Control*>& Controls() const { return controls_; }
+
+  // Asks for the focus; the desk moves it (and shows the tab page) when the handler is over or a box opens.
+  void SetFocus(Control& control, bool selectText = true);
+  Control* Focus() const { return focus_; }
+  // The desk's word that the focus went somewhere by the person's doing.
+  void NoteFocus(Control* control) { focus_ = control; focusAsked_ = false; }
+  bool TakeFocusRequest();  // true once after a SetFocus
+  bool SelectsText() const { return selectText_; }
+
+ private:
+  friend class Control;
+  void Register(Control& control);
+
+  std::string name_;
+  std::vector<Control*> controls_;
+  std::map<std::string, Control*, std::less<>> byName_;
+  Control* focus_ = nullptr;
+  bool focusAsked_ = false;
+  bool selectText_ = true;
+  bool loaded_ = false;
+  bool unloaded_ = false;
+  bool unloading_ = false;
+};
+
+}  // namespace ktl
