@@ -12,7 +12,8 @@ namespace ktl {
 
 struct Session;
 
-// Entry of advances (type 1) and loans (type 2): an employee's instructions, the schedule of one, its receipts.
+// Entry of advances (type 1) and loans (type 2): an employee's instructions, the schedule of one, its
+// receipts.
 class modAdvLoan final : public Screen, public InstructionParent {
  public:
   // The columns of fpgAdvLoan.
