@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "frame/files.h"
 #include "frame/session.h"
 
 namespace ktl {
@@ -11,8 +12,7 @@ namespace ktl {
 std::unique_ptr<Connection> OpenLocalStore(Session& session, const std::string& path) {
   const std::filesystem::path folder = session.machine.folder.Path();
   const std::string file = path.empty() ? (folder / "klgen.MDB").string() : path;
-  std::error_code ignored;
-  if (!std::filesystem::is_regular_file(file, ignored)) {
+  if (!FnBlnFileExists(file)) {
     throw DatabaseError(fmt::format("The local store {} is not there.", file));
   }
   auto store = std::make_unique<Connection>();

@@ -1,5 +1,6 @@
 #include "frame/top_level.h"
 
+#include "frame/files.h"
 #include "frame/session.h"
 #include "runtime/errors.h"
 #include "runtime/numbers.h"
@@ -20,6 +21,8 @@ void StoreWindowHandle(Session& session, long handle) {
 
 void EnterTopLevel(Session& session, Screen& screen) {
   session.ActiveForm = &screen;
+  const std::string helpFile = session.machine.settings.Get("ExeTalk", "HelpFile");
+  session.helpFile = FnBlnFileExists(helpFile) ? helpFile : "";
   StoreWindowHandle(session, session.machine.environment.ProcessId());
 }
 
