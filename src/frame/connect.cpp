@@ -21,7 +21,24 @@ std::string TrustedConnection(const std::string& server, const std::string& data
   return fmt::format("Provider=SQLNCLI;Server={};Database={};Trusted_Connection=yes;", server, database);
 }
 
-// The connection string of the company that is open in the host; nothing when none is.
+std::string FirstLine(const std::string& path) {
+  std::ifstream file(path);
+  if (!file) throw RuntimeError(53, "File not found");
+  std::string line;
+  if (!std::getline(file, line)) throw RuntimeError(62, "Input past end of file");
+  if (line.ends_with('\r')) line.pop_back();
+  return line;
+}
+
+// Taken from the ADMIN row, whoever the user is.
+bool ReadMultiLogin(Session& session) {
+  const Value flag =
+      session.data.FnVarGetDbValue("SELECT MULTILOGIN FROM SEC_USERLIST WHERE UPPER(USERNAME) = 'ADMIN'", 0);
+  return flag.IsText() ? Val(flag.text()) != 0 : flag.NumberOr0() != 0;
+}
+
+}  // namespace
+
 std::optional<std::string> ConnectionOfHost(Session& session) {
   SettingsStore& settings = session.machine.settings;
   session.ExeTalkFileName = settings.Get("ExeTalk", "FileName", "");
@@ -35,16 +52,6 @@ std::optional<std::string> ConnectionOfHost(Session& session) {
   return clsGenCmn::FnStrEncryptWord(defLnk);
 }
 
-std::string FirstLine(const std::string& path) {
-  std::ifstream file(path);
-  if (!file) throw RuntimeError(53, "File not found");
-  std::string line;
-  if (!std::getline(file, line)) throw RuntimeError(62, "Input past end of file");
-  if (line.ends_with('\r')) line.pop_back();
-  return line;
-}
-
-// A data file's first line is ":server:database[:user:password]", the last two scrambled; element 0 is not
 // used.
 std::optional<std::string> ConnectionOfFile(const std::string& path) {
   const std::string line = FirstLine(path);
@@ -59,15 +66,6 @@ std::optional<std::string> ConnectionOfFile(const std::string& path) {
       "Provider=SQLOLEDB.1;Persist Security Info=True;User ID={};PWD={};Initial Catalog={};Data Source={}",
       user, password, elements[2], elements[1]);
 }
-
-// Taken from the ADMIN row, whoever the user is.
-bool ReadMultiLogin(Session& session) {
-  const Value flag =
-      session.data.FnVarGetDbValue("SELECT MULTILOGIN FROM SEC_USERLIST WHERE UPPER(USERNAME) = 'ADMIN'", 0);
-  return flag.IsText() ? Val(flag.text()) != 0 : flag.NumberOr0() != 0;
-}
-
-}  // namespace
 
 void OpenConnection(Session& session, const std::string& connectionString) {
   Machine& machine = session.machine;
