@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "frame/session.h"
+#include "instructions/audit_text.h"
 #include "instructions/instruction_master.h"
 #include "screen/controls.h"
 #include "screen/grid.h"
@@ -41,18 +42,18 @@ class modSIMaster final : public Screen {
   CheckBox chkRedBal{*this, "chkRedBal", "Reducing Balance"};
 
   enum Column : std::size_t {
-    Name,
-    AccountCode,
-    Tds,
-    Section,
-    DeductionPref,
-    MaxLimit,
-    MaxAllowed,
-    RecoveryEMI,
-    InterestRate,
-    ReducingBalance,
-    SeparatePI,
-    IFBYN,
+    ColName,
+    ColAccountCode,
+    ColTds,
+    ColSection,
+    ColDeductionPref,
+    ColMaxLimit,
+    ColMaxAllowed,
+    ColRecoveryEMI,
+    ColInterestRate,
+    ColReducingBalance,
+    ColSeparatePI,
+    ColIFBYN,
   };
   Grid fpgSIMaster{*this, "fpgSIMaster"};
 
@@ -64,13 +65,50 @@ class modSIMaster final : public Screen {
   void Form_Load() override;
   void Form_Activate() override;
 
+  void chkTDSAppl_Click();
+  void chkType_Click();
+  void chkMaxAmount_Click();
+  void chkMaxAllowed_Click();
+  void chkRecEMI_Click();
+  void chkInterestRate_Click();
+  void fpgSIMaster_Click(std::size_t row);
   void cmdNew_Click();
   void cmdSave_Click();
   void cmdDelete_Click();
-  void fpgSIMaster_Click(std::size_t row);
 
  private:
+  void ConnectHandlers();
+  void ConnectKeyFilters();
+  // Runs a handler; a failure ends it with a box.
+  void Guard(void (modSIMaster::*work)());
+  void OpenForm();
+  void ShowForType();
+  void SetUpGrid();
+  void FillGrid();
+  std::string SectionName(long tdsRefNo);
+  void AddGridRow(const InstructionMaster& master, const std::string& section);
+  void FillSections();
+
+  void Clear();
+  void LoadFields(const InstructionMaster& master);
+  void NoteOldValues();
+  InstructionMaster FromFields() const;
+
+  void Save();
+  bool MayDropHouseLoan(const InstructionMaster& master);
+  void Refuse(const MasterRefusal& refusal);
+  void Delete();
+  void WriteAudit(const std::string& deed);
+  std::vector<AuditField> AuditFields() const;
+  std::vector<AuditField> AdvancedAuditFields() const;
+
+  bool HasAdvancedOptions() const { return session_.features.On("ADVMGALYN"); }
+
   Session& session_;
+  std::string caption_;                     // of the instruction type
+  std::vector<InstructionMaster> masters_;  // the rows of the grid
+  std::string oldName_;                     // of the row in the fields, empty for a new one
+  std::string clickedName_;                 // of the row that cmdDelete works on
 };
 
 }  // namespace ktl
