@@ -6,6 +6,7 @@
 #include "frame/ported_stat.h"
 #include "frame/session.h"
 #include "instructions/instruction_master_dialect.h"
+#include "instructions/instruction_statements.h"
 #include "instructions/instruction_type.h"
 #include "runtime/text.h"
 
@@ -13,13 +14,7 @@ namespace ktl {
 
 namespace {
 
-clsSPChar Literals(Session& session) {
-  return clsSPChar(session.machine.settings.Get("Settings", "DBType", "ACC97"));
-}
-
-std::string Quoted(Session& session, const std::string& text) {
-  return "'" + Literals(session).FnStrSpSQL(text) + "'";
-}
+std::string Quoted(Session& session, const std::string& text) { return "'" + SqlText(session, text) + "'"; }
 
 std::string NameCondition(Session& session, const std::string& name, std::string_view comparison = "=") {
   return fmt::format(" And UPPER(SINAME) {} {}", comparison, Quoted(session, UpperCase(name)));
@@ -175,11 +170,11 @@ void WriteInstructionMaster(Session& session, const InstructionMaster& master, c
                             bool advanced) {
   Transaction transaction(session.Cn);
   if constexpr (kMasterDialect == "ORA") {
-    ExecuteAll(session, OraSaveStatements(Literals(session), master, oldName, advanced));
+    ExecuteAll(session, OraSaveStatements(session, master, oldName, advanced));
   } else {
     WriteByRecordset(session, master, oldName, advanced);
     const bool renamed = !oldName.empty() && master.siName != oldName;
-    if (renamed) ExecuteAll(session, RenameStatements(Literals(session), master, oldName));
+    if (renamed) ExecuteAll(session, RenameStatements(session, master, oldName));
   }
   transaction.Commit();
 }

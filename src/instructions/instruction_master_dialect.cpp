@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "instructions/instruction_statements.h"
 #include "runtime/errors.h"
-#include "runtime/numbers.h"
 
 namespace ktl {
 
@@ -11,7 +11,11 @@ namespace {
 
 template <typename Number>
 std::string NumberOrNull(const std::optional<Number>& number) {
-  return number ? NumberText(static_cast<double>(*number)) : "Null";
+  return number ? SqlAmount(static_cast<double>(*number)) : "Null";
+}
+
+std::string TextOrNull(Session& session, const std::string& text) {
+  return text.empty() ? "Null" : "'" + SqlText(session, text) + "'";
 }
 
 std::string PreferenceOrNull(long siPref) { return siPref == 0 ? "Null" : std::to_string(siPref); }
@@ -19,32 +23,30 @@ std::string PreferenceOrNull(long siPref) { return siPref == 0 ? "Null" : std::t
 int Flag(bool on) { return on ? 1 : 0; }
 
 // The values by position, as the columns of INS_MASTER stand.
-std::string InsertStatement(const clsSPChar& literals, const InstructionMaster& master) {
-  const std::string code = literals.FnStrSpSQL(master.accCode);
+std::string InsertStatement(Session& session, const InstructionMaster& master) {
   return fmt::format(
       "INSERT INTO INS_MASTER VALUES ({}, '{}', {}, {}, {}, {}, Null, Null, Null, Null, 0, {}, {})",
-      master.siType, literals.FnStrSpSQL(master.siName), code.empty() ? "Null" : "'" + code + "'",
-      Flag(master.tdsYn), PreferenceOrNull(master.siPref), NumberOrNull(master.tdsRefNo),
-      Flag(master.sepPiYn), Flag(master.sbiIfbYn));
+      master.siType, SqlText(session, master.siName), TextOrNull(session, master.accCode), Flag(master.tdsYn),
+      PreferenceOrNull(master.siPref), NumberOrNull(master.tdsRefNo), Flag(master.sepPiYn),
+      Flag(master.sbiIfbYn));
 }
 
 // Leaves SEPPIYN and SBIIFBYN of a kept name as they are.
-std::string UpdateStatement(const clsSPChar& literals, const InstructionMaster& master) {
-  const std::string code = literals.FnStrSpSQL(master.accCode);
+std::string UpdateStatement(Session& session, const InstructionMaster& master) {
   return fmt::format(
       "UPDATE INS_MASTER SET ACCCODE = {}, TDSYN = {}, SIPREF = {}, TDSREFNO = {} Where SINAME = '{}' AND "
       "SITYPE={}",
-      code.empty() ? "Null" : "'" + code + "'", Flag(master.tdsYn), PreferenceOrNull(master.siPref),
-      NumberOrNull(master.tdsRefNo), literals.FnStrSpSQL(master.siName), master.siType);
+      TextOrNull(session, master.accCode), Flag(master.tdsYn), PreferenceOrNull(master.siPref),
+      NumberOrNull(master.tdsRefNo), SqlText(session, master.siName), master.siType);
 }
 
-std::string AdvancedStatement(const clsSPChar& literals, const InstructionMaster& master) {
+std::string AdvancedStatement(Session& session, const InstructionMaster& master) {
   return fmt::format(
       "Update INS_MASTER Set AMTLIMIT = {}, ALLOWLIMIT = {}, EMIRECCNT = {}, INTRRATE = {}, REDUCINGBALYN = "
       "{}"
       " Where SINAME = '{}' AND SITYPE={}",
       NumberOrNull(master.amtLimit), NumberOrNull(master.allowLimit), NumberOrNull(master.emiRecCnt),
-      NumberOrNull(master.intrRate), Flag(master.reducingBalYn), literals.FnStrSpSQL(master.siName),
+      NumberOrNull(master.intrRate), Flag(master.reducingBalYn), SqlText(session, master.siName),
       master.siType);
 }
 
@@ -58,10 +60,10 @@ std::string EmployeeSerialPair(std::string_view dbType) {
   throw RuntimeError::InvalidProcedureCall();
 }
 
-std::vector<std::string> RenameStatements(const clsSPChar& literals, const InstructionMaster& master,
+std::vector<std::string> RenameStatements(Session& session, const InstructionMaster& master,
                                           const std::string& oldName) {
-  const std::string from = literals.FnStrSpSQL(oldName);
-  const std::string to = literals.FnStrSpSQL(master.siName);
+  const std::string from = SqlText(session, oldName);
+  const std::string to = SqlText(session, master.siName);
   return {
       fmt::format("Update INS_ADVLOAN Set SINAME = '{}' Where SINAME = '{}' AND SITYPE={}", to, from,
                   master.siType),
@@ -70,19 +72,19 @@ std::vector<std::string> RenameStatements(const clsSPChar& literals, const Instr
   };
 }
 
-std::vector<std::string> OraSaveStatements(const clsSPChar& literals, const InstructionMaster& master,
+std::vector<std::string> OraSaveStatements(Session& session, const InstructionMaster& master,
                                            const std::string& oldName, bool advanced) {
   const bool renamed = master.siName != oldName;
   std::vector<std::string> statements;
-  statements.push_back(renamed ? InsertStatement(literals, master) : UpdateStatement(literals, master));
+  statements.push_back(renamed ? InsertStatement(session, master) : UpdateStatement(session, master));
   if (renamed) {
-    for (std::string& statement : RenameStatements(literals, master, oldName))
+    for (std::string& statement : RenameStatements(session, master, oldName))
       statements.push_back(std::move(statement));
   }
-  if (advanced) statements.push_back(AdvancedStatement(literals, master));
+  if (advanced) statements.push_back(AdvancedStatement(session, master));
   if (renamed) {
     statements.push_back(fmt::format("Delete From INS_MASTER Where SINAME = '{}' AND SITYPE={}",
-                                     literals.FnStrSpSQL(oldName), master.siType));
+                                     SqlText(session, oldName), master.siType));
   }
   return statements;
 }

@@ -4,10 +4,11 @@
 #include <string_view>
 #include <vector>
 
-#include "common/sql_text.h"
 #include "instructions/instruction_master.h"
 
 namespace ktl {
+
+struct Session;
 
 // The dialect that the program is built for. "ORA" writes a master by statements, all others through a
 // recordset.
@@ -17,11 +18,11 @@ inline constexpr std::string_view kMasterDialect = "SQL";
 std::string EmployeeSerialPair(std::string_view dbType);
 
 // The statements of one save under "ORA", to be run in one transaction when the name changes.
-std::vector<std::string> OraSaveStatements(const clsSPChar& literals, const InstructionMaster& master,
+std::vector<std::string> OraSaveStatements(Session& session, const InstructionMaster& master,
                                            const std::string& oldName, bool advanced);
 
 // Carries a new name over to the instructions that stand under the old one.
-std::vector<std::string> RenameStatements(const clsSPChar& literals, const InstructionMaster& master,
+std::vector<std::string> RenameStatements(Session& session, const InstructionMaster& master,
                                           const std::string& oldName);
 
 }  // namespace ktl
