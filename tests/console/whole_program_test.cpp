@@ -9,9 +9,6 @@
 #include <sstream>
 #include <vector>
 
-#include "common/amounts.h"
-#include "frame/settings_store.h"
-
 // Plays every scripts/NAME.script through KTLStInsConsole, on a sample company of its own, and compares what
 // came of it with scripts/NAME.expected: the transcript, a line "stderr | TEXT" for each line on standard
 // error, and "exit | STATUS". The first line of a script is "# command: COMMANDLINE".
@@ -57,7 +54,7 @@ std::string CommandLineOf(const fs::path& script) {
   return line.starts_with(mark) ? line.substr(mark.size()) : std::string();
 }
 
-// One sample company, copied afresh for every script.
+// One sample company, put back as it was made before every script.
 class WholeProgram : public testing::Test {
  protected:
   void SetUp() override {
@@ -65,34 +62,26 @@ class WholeProgram : public testing::Test {
     std::string name = (fs::temp_directory_path() / "ktl-scripts-XXXXXX").string();
     ASSERT_NE(mkdtemp(name.data()), nullptr);
     folder = name;
-    const std::string made = ShellQuoted((folder / "sample.kldb").string());
-    ASSERT_EQ(RunShell(KTL_BUILD_DIR "/KTLCompany create " + made + " >" +
-                       ShellQuoted((folder / "log").string()) + " 2>&1"),
-              0)
-        << ReadAll(folder / "log");
+    work = folder / "work";
+    fs::create_directory(work);
+    const int status =
+        RunShell("cd " + ShellQuoted(work.string()) +
+                 " && " KTL_BUILD_DIR "/KTLCompany create company.kldb --settings settings.ini >../log 2>&1");
+    ASSERT_EQ(status, 0) << ReadAll(folder / "log");
+    fs::copy(work, folder / "pristine", fs::copy_options::recursive);
   }
   void TearDown() override {
     if (!folder.empty()) fs::remove_all(folder);
   }
 
-  // A settings file of a user who has the company open.
-  void OpenFreshCompany() {
-    fs::copy_file(folder / "sample.kldb", folder / "company.kldb", fs::copy_options::overwrite_existing);
-    fs::remove(folder / "settings.ini");
-    SettingsFile settings(folder / "settings.ini");
-    const std::string connection = "Provider=SQLite;Data Source=" + (folder / "company.kldb").string() + ";";
-    settings.Set("Settings", "DefLnk", clsGenCmn::FnStrEncryptWord(connection));
-    settings.Set("Settings", "DBType", "SQL");
-    settings.Set("Settings", "User", "ADMIN");
-  }
-
   std::string Play(const fs::path& script) {
-    OpenFreshCompany();
-    const std::string environment = "KTL_SETTINGS=" + ShellQuoted((folder / "settings.ini").string()) +
-                                    " KTL_FOLDER=" + ShellQuoted(folder.string()) + " KTL_TODAY=2026-10-15 ";
-    const int status = RunShell("cd " + ShellQuoted(folder.string()) + " && " + environment +
-                                KTL_BUILD_DIR "/KTLStInsConsole " + ShellQuoted(CommandLineOf(script)) + " " +
-                                ShellQuoted(script.string()) + " >out 2>err");
+    fs::remove_all(work);
+    fs::copy(folder / "pristine", work, fs::copy_options::recursive);
+    const int status = RunShell(
+        "cd " + ShellQuoted(work.string()) +
+        " && KTL_SETTINGS=settings.ini KTL_FOLDER=\"$PWD\" KTL_TODAY=2026-10-15 " KTL_BUILD_DIR
+        "/KTLStInsConsole " +
+        ShellQuoted(CommandLineOf(script)) + " " + ShellQuoted(script.string()) + " >../out 2>../err");
     std::string outcome = ReadAll(folder / "out");
     std::istringstream errors(ReadAll(folder / "err"));
     for (std::string line; std::getline(errors, line);) outcome += "stderr | " + line + '\n';
@@ -100,6 +89,7 @@ class WholeProgram : public testing::Test {
   }
 
   fs::path folder;
+  fs::path work;  // the company, its settings and its local store, as the program finds them
 };
 
 TEST_F(WholeProgram, PlaysEveryScriptAsExpected) {
