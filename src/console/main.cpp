@@ -46,8 +46,9 @@ int RunScript(const char* argv0, const Arguments& arguments) {
   ktl::RealMachine real(argv0);
   ktl::Session session(real.machine(), desk);
   const int status = ktl::RunProgram(session, arguments.commandLine);
-  // Standard input may belong to somebody who keeps it open: what is left there is not asked for.
-  if (fromFile) desk.CheckAllRead();
+  // Standard input may belong to somebody who keeps it open: what is left there is not asked for. Nor when no
+  // screen came up, which a box has told.
+  if (fromFile && status == 0) desk.CheckAllRead();
   return status;
 }
 
