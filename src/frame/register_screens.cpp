@@ -1,0 +1,7 @@
+#include "frame/startup.h"
+
+namespace ktl {
+
+void RegisterScreens(ScreenRegistry&) {}
+
+}  // namespace ktl
