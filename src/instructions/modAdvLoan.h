@@ -1,0 +1,155 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "instructions/advloan_data.h"
+#include "instructions/instruction_parent.h"
+#include "screen/screen.h"
+
+namespace ktl {
+
+struct Session;
+
+// Entry of advances (type 1) and loans (type 2): an employee's instructions, the schedule of one, its
+// receipts.
+class modAdvLoan final : public Screen, public InstructionParent {
+ public:
+  // The columns of fpgAdvLoan.
+  enum ListColumn : std::size_t {
+    kListSerial,
+    kListName,
+    kListAccount,  // loans only
+    kListDate,
+    kListAmount,
+    kListInterest,
+    kListEmi,
+    kListRecovered,
+    kListReceipts,
+    kListRemarks,
+  };
+  // The columns of fpgEMI.
+  enum EmiColumn : std::size_t {
+    kEmiTick,
+    kEmiCounter,
+    kEmiMonth,
+    kEmiRecovered,
+    kEmiActualPrincipal,
+    kEmiActualInterest,
+    kEmiActualAmount,
+    kEmiModifiedPrincipal,
+    kEmiModifiedInterest,
+    kEmiInterestAmount,
+    kEmiModifiedAmount,
+    kEmiInstitution,  // loans only
+  };
+  // The columns of fpgReceipts.
+  enum ReceiptColumn : std::size_t {
+    kReceiptCounter,
+    kReceiptDate,
+    kReceiptPrincipal,
+    kReceiptInterest,
+    kReceiptTotal,
+    kReceiptRemarks,
+  };
+
+  explicit modAdvLoan(Session& session);
+
+  // Employee
+  Label lblEmpName{*this, "lblEmpName", "Employee Name"};
+  ComboBox cmbEmpName{*this, "cmbEmpName"};
+  Label lblEmpIDRef{*this, "lblEmpIDRef"};
+  ComboBox cmbEmpIDRef{*this, "cmbEmpIDRef"};
+  CheckBox chkCurrEMIEmp{*this, "chkCurrEMIEmp", "List Current Running EMI Employees"};
+
+  // The instruction
+  Frame fmeTransaction{*this, "fmeTransaction"};
+  Label lblALName{*this, "lblALName"};
+  ComboBox cmbALName{*this, "cmbALName"};
+  Button cmdMaster{*this, "cmdMaster", "..."};
+  Label lblInstitution{*this, "lblInstitution", "Institution"};
+  ComboBox cmbInstitution{*this, "cmbInstitution"};
+  Button cmdInstitution{*this, "cmdInstitution", "..."};
+  Label lblLoanAccNo{*this, "lblLoanAccNo"};
+  TextBox txtLoanAccNo{*this, "txtLoanAccNo"};
+  Label lblSerialNo{*this, "lblSerialNo", "Serial No."};
+  TextBox txtSerialNo{*this, "txtSerialNo"};
+  Label lblAdvDate{*this, "lblAdvDate", "Date"};
+  TextBox txtAdvDate{*this, "txtAdvDate"};
+  Label lblAdvAmount{*this, "lblAdvAmount", "Amount"};
+  TextBox txtAdvAmount{*this, "txtAdvAmount"};
+  Button cmdFmeFormula{*this, "cmdFmeFormula", "&Formula"};
+  Label lblInterestAmt{*this, "lblInterestAmt", "Interest Amount"};
+  TextBox txtInterestAmt{*this, "txtInterestAmt"};
+  Button cmdIntrCalc{*this, "cmdIntrCalc", "&Interest"};
+  Label lblRemarks{*this, "lblRemarks", "Remarks"};
+  TextBox txtRemarks{*this, "txtRemarks"};
+  Button cmdTDSDet{*this, "cmdTDSDet", "&House Loan"};
+
+  // How it is recovered
+  Frame fmeInstallment{*this, "fmeInstallment", "Recovery"};
+  CheckBox chkNoRecovery{*this, "chkNoRecovery", "No Recovery"};
+  OptionButton optInstlLumpSum{*this, "optInstlLumpSum", "installment", "Lumpsum"};
+  OptionButton optInstlCount{*this, "optInstlCount", "installment", "No. of Installments"};
+  Label lblInstlAmt{*this, "lblInstlAmt", "Instl. Amount"};
+  TextBox txtInstlAmt{*this, "txtInstlAmt"};
+  TextBox txtNoOfInstlmnts{*this, "txtNoOfInstlmnts"};
+  Label lblRecvrFrom{*this, "lblRecvrFrom", "Recover From"};
+  TextBox txtRecvrFrom{*this, "txtRecvrFrom"};
+  Frame fmeInstallmentRoundOff{*this, "fmeInstallmentRoundOff", "EMI Round Off"};
+  OptionButton optNearOneRupee{*this, "optNearOneRupee", "roundOff", "Higher 1 Rupee"};
+  OptionButton optNearTenRupee{*this, "optNearTenRupee", "roundOff", "Higher 10 Rupees"};
+  OptionButton optNearFiftyRupee{*this, "optNearFiftyRupee", "roundOff", "Higher 50 Rupees"};
+  OptionButton optRoundNone{*this, "optRoundNone", "roundOff", "None"};
+
+  // The amount by formula
+  Frame fmeFormula{*this, "fmeFormula", "Amount by Formula"};
+  Label lblFormula{*this, "lblFormula", "Formula"};
+  ComboBox cmbFormula{*this, "cmbFormula"};
+  Button cmdAdvFormulate{*this, "cmdAdvFormulate", "..."};
+  Label lblMonths{*this, "lblMonths", "Number of Months"};
+  TextBox txtMonths{*this, "txtMonths"};
+  Button cmdAccept{*this, "cmdAccept", "&Accept"};
+  Button cmdFrmlaClose{*this, "cmdFrmlaClose", "Cl&ose"};
+
+  // Overview
+  Frame fmeOverview{*this, "fmeOverview", "Overview on Calculated Salary"};
+  Label lblAdvLoan{*this, "lblAdvLoan"};
+  TextBox txtTotalAdv{*this, "txtTotalAdv"};
+  Label lblTotInterest{*this, "lblTotInterest", "Total Interest"};
+  TextBox txtTotalInterest{*this, "txtTotalInterest"};
+  Label lblTotRcpt{*this, "lblTotRcpt"};
+  TextBox txtTotalReceipt{*this, "txtTotalReceipt"};
+  Label lblTotDedSalary{*this, "lblTotDedSalary", "Deducted in Salary"};
+  TextBox txtTotalDedSalary{*this, "txtTotalDedSalary"};
+  Label lblTotDue{*this, "lblTotDue", "Total Due"};
+  TextBox txtTotalDue{*this, "txtTotalDue"};
+  Label lblSummary{*this, "lblSummary", "Summary"};
+
+  // Lists
+  Tabs tabDetails{*this, "tabDetails"};
+  Grid fpgAdvLoan{*this, "fpgAdvLoan"};
+  Grid fpgEMI{*this, "fpgEMI"};
+  Grid fpgReceipts{*this, "fpgReceipts"};
+  CheckBox chkSelectAll{*this, "chkSelectAll", "Select All"};
+  Button cmdEMIDelete{*this, "cmdEMIDelete", "Delete E&MI"};
+  Label lblAmountPaid{*this, "lblAmountPaid", "Amount Paid"};
+  Label lblTotalEqual{*this, "lblTotalEqual", "Total Recovery equal to Amount Paid"};
+  Label lblTotalNotEqual{*this, "lblTotalNotEqual", "Total Recovery not equal to Amount Paid"};
+
+  // Commands
+  Button cmdNew{*this, "cmdNew", "&New"};
+  Button cmdSave{*this, "cmdSave", "&Save"};
+  Button cmdDelete{*this, "cmdDelete", "&Delete"};
+  Button cmdEmi{*this, "cmdEmi", "&EMI"};
+  Button cmdReceipts{*this, "cmdReceipts", "&Receipts"};
+  Button cmdMonthly{*this, "cmdMonthly", "Mon&thly"};
+  Button cmdMultiAllot{*this, "cmdMultiAllot", "M&ultiple Allotment"};
+  Button cmdReport{*this, "cmdReport", "Re&port"};
+  Button cmdClose{*this, "cmdClose", "&Close"};
+  Menu mnuExport{*this, "mnuExport", "E&xport to Workbook"};
+  Menu mnuBulkDelete{*this, "mnuBulkDelete", "&Bulk Delete"};
+};
+
+}  // namespace ktl
