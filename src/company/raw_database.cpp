@@ -13,7 +13,8 @@ void RawDatabase::Closer::operator()(sqlite3* handle) const { sqlite3_close(hand
 
 RawDatabase::RawDatabase(const std::string& file) {
   sqlite3* handle = nullptr;
-  const int result = sqlite3_open_v2(file.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+  const int result =
+      sqlite3_open_v2(file.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
   handle_.reset(handle);
   if (result != SQLITE_OK) throw CompanyError(fmt::format("{}: {}", file, sqlite3_errstr(result)));
   Run("PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA cache_size = -65536;");
@@ -54,7 +55,8 @@ void RawStatement::Bind(int index, std::string_view value) {
 void RawStatement::Bind(int index, std::nullptr_t) { Check(sqlite3_bind_null(handle(), index)); }
 
 void RawStatement::Bind(int index, const std::chrono::year_month_day& value) {
-  Bind(index, fmt::format("{:04}-{:02}-{:02}", int(value.year()), unsigned(value.month()), unsigned(value.day())));
+  Bind(index,
+       fmt::format("{:04}-{:02}-{:02}", int(value.year()), unsigned(value.month()), unsigned(value.day())));
 }
 
 bool RawStatement::Step() {

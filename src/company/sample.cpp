@@ -66,7 +66,8 @@ class IndexesAside final {
  public:
   IndexesAside(RawDatabase& database, const std::vector<std::string>& tables) : database_(database) {
     for (const auto& table : tables) {
-      const std::string ofTable = fmt::format("FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL AND tbl_name = '{}'", table);
+      const std::string ofTable = fmt::format(
+          "FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL AND tbl_name = '{}'", table);
       const auto texts = database.Column("SELECT sql " + ofTable);
       for (const auto& name : database.Column("SELECT name " + ofTable)) database.Run("DROP INDEX " + name);
       texts_.insert(texts_.end(), texts.begin(), texts.end());
@@ -82,13 +83,13 @@ class IndexesAside final {
 };
 
 void WriteEmployees(RawDatabase& database, const SampleOptions& options) {
-  People people(options.seed);
-  Loans loans(options.seed, options.employees, options.targets);
+  SamplePeople people(options.seed);
+  SampleLoans loans(options.seed, options.employees, options.targets);
   PeopleWriter peopleWriter(database);
   LoanWriter loanWriter(database);
   SalaryWriter salaryWriter(database, options.seed, options.salaryTo);
   for (int id = 1; id <= options.employees; ++id) {
-    Book book{people.Make(id), {}};
+    SampleBook book{people.Make(id), {}};
     book.instructions = loans.Make(book.person);
     peopleWriter.Write(book.person);
     for (const auto& instruction : book.instructions) loanWriter.Write(id, instruction);
@@ -99,7 +100,8 @@ void WriteEmployees(RawDatabase& database, const SampleOptions& options) {
 }  // namespace
 
 void FillSample(RawDatabase& database, const SampleOptions& options) {
-  if (options.employees < kAnchors) throw CompanyError(fmt::format("A sample company has at least {} employees.", kAnchors));
+  if (options.employees < kAnchors)
+    throw CompanyError(fmt::format("A sample company has at least {} employees.", kAnchors));
   IndexesAside indexes(database, {"INS_EMIDETAIL", "SLC_SALARYCALC_E", "SLC_SALARYRATE_E", "HVN_ATTENDANCE"});
   database.Run("BEGIN");
   WriteMasters(database);

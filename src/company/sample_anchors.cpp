@@ -15,13 +15,13 @@ constexpr int kLender = 1;
 
 struct AnchorLoan {
   int employee;
-  SiType type;
+  SampleType type;
   const char* name;
   double amount;
   double interest;  // of the instruction: flat, or typed
   int firstMonth;
   double instalment;  // 0: no recovery
-  Origin origin = Origin::Flat;
+  SampleOrigin origin = SampleOrigin::Flat;
   double percent = 0;
 };
 
@@ -29,65 +29,69 @@ constexpr int M(int year, int month) { return MonthNo(year, month); }
 
 // The instructions of the anchors; what is odd about some of them follows in Adapt().
 constexpr AnchorLoan kLoans[] = {
-    {1, kAdvance, "Salary Advance", 10000, kNoInterest, M(2026, 4), 3333},
-    {1, kAdvance, "Salary Advance", 10000, kNoInterest, M(2026, 10), 3333},
-    {2, kAdvance, "Festival Advance", 12000, 600, M(2026, 8), 2100},
-    {3, kAdvance, "Medical Advance", 12000, kNoInterest, M(2026, 10), 3000, Origin::Reducing, 1},
-    {4, kLoan, "House Building Loan", 120000, kNoInterest, M(2026, 4), 10000, Origin::Apart, 12},
-    {5, kLoan, "House Building Loan", 900000, kNoInterest, M(2025, 5), 7500, Origin::Apart, 12},
-    {5, kLoan, "Vehicle Loan", 120000, kNoInterest, M(2025, 6), 2500, Origin::Apart, 12},
-    {5, kLoan, "Computer Loan", 66000, 3300, M(2025, 4), 525},
-    {6, kAdvance, "Salary Advance", 6000, kNoInterest, M(2026, 1), 1000},
-    {7, kLoan, "Computer Loan", 12000, kNoInterest, M(2026, 7), 1000},
-    {7, kLoan, "Personal Loan", 9600, kNoInterest, M(2026, 7), 800, Origin::Batch},
-    {7, kLoan, "Consumer Loan", 7200, kNoInterest, M(2026, 7), 600},
-    {8, kLoan, "Computer Loan", 12000, kNoInterest, M(2026, 7), 1000},
-    {8, kLoan, "Personal Loan", 9600, kNoInterest, M(2026, 7), 800, Origin::Batch},
-    {8, kLoan, "Consumer Loan", 7200, kNoInterest, M(2026, 7), 600},
-    {9, kLoan, "Consumer Loan", 18000, kNoInterest, M(2026, 6), 1500},
-    {10, kLoan, "Consumer Loan", 10800, kNoInterest, M(2026, 6), 900},
-    {11, kLoan, "Vehicle Loan", 60000, kNoInterest, M(2026, 1), 2500, Origin::Apart},
-    {11, kLoan, "Vehicle Loan", 48000, kNoInterest, M(2026, 7), 2000, Origin::Apart},
-    {12, kLoan, "House Building Loan", 600000, kNoInterest, M(2025, 5), 5000, Origin::Apart, 5},
-    {13, kLoan, "Vehicle Loan", 38000, kNoInterest, M(2026, 4), 1600, Origin::Apart},
-    {14, kLoan, "Vehicle Loan", 30000, kNoInterest, M(2026, 4), 5000, Origin::Apart},
-    {15, kAdvance, "Welfare Advance", 36000, kNoInterest, M(2026, 4), 3000, Origin::Apart},
-    {16, kLoan, "Vehicle Loan", 60000, kNoInterest, M(2026, 4), 2500, Origin::Apart},
-    {17, kAdvance, "Salary Advance", 12000, kNoInterest, M(2026, 4), 1000},
-    {18, kAdvance, "Salary Advance", 6000, kNoInterest, M(2025, 1), 1000},
-    {23, kAdvance, "Tour Advance", 5000, kNoInterest, M(2026, 4), 0},
-    {28, kAdvance, "Salary Advance", 3000, kNoInterest, M(2026, 5), 500},
-    {29, kLoan, "Consumer Loan", 2000, kNoInterest, M(2026, 7), 400},
-    {30, kLoan, "Consumer Loan", 6000, kNoInterest, M(2026, 4), 500},
-    {32, kLoan, "Consumer Loan", 8400, kNoInterest, M(2026, 4), 700},
-    {34, kAdvance, "Salary Advance", 5000, kNoInterest, M(2026, 10), 1000},
-    {35, kAdvance, "Salary Advance", 2600, kNoInterest, M(2026, 10), 1000},
-    {36, kAdvance, "Salary Advance", 6000, kNoInterest, M(2026, 10), 1000},
-    {37, kLoan, "Consumer Loan", 4002, kNoInterest, M(2026, 9), 1000.5},
-    {38, kLoan, "Consumer Loan", 12000, kNoInterest, M(2026, 4), 1000},
-    {39, kLoan, "Consumer Loan", 12000, kNoInterest, M(2026, 5), 1000},
-    {40, kLoan, "Personal Loan", 24000, kNoInterest, M(2026, 4), 2000, Origin::Reducing, 1},
-    {41, kLoan, "Consumer Loan", 12000, kNoInterest, M(2025, 1), 1000},
-    {42, kLoan, "Consumer Loan", 6000, kNoInterest, M(2026, 10), 1000},
-    {43, kAdvance, "Medical Advance", 5000, 250, M(2026, 10), 1050, Origin::Batch},
-    {44, kLoan, "Consumer Loan", 4000, kNoInterest, M(2026, 7), 1000},
-    {47, kAdvance, "Salary Advance", 9000, kNoInterest, M(2026, 7), 1500},
-    {48, kAdvance, "Salary Advance", 6000, kNoInterest, M(2026, 6), 1000},
-    {48, kLoan, "Vehicle Loan", 24000, kNoInterest, M(2026, 4), 1000, Origin::Apart, 12},
+    {1, SampleType::Advance, "Salary Advance", 10000, kNoInterest, M(2026, 4), 3333},
+    {1, SampleType::Advance, "Salary Advance", 10000, kNoInterest, M(2026, 10), 3333},
+    {2, SampleType::Advance, "Festival Advance", 12000, 600, M(2026, 8), 2100},
+    {3, SampleType::Advance, "Medical Advance", 12000, kNoInterest, M(2026, 10), 3000, SampleOrigin::Reducing,
+     1},
+    {4, SampleType::Loan, "House Building Loan", 120000, kNoInterest, M(2026, 4), 10000, SampleOrigin::Apart,
+     12},
+    {5, SampleType::Loan, "House Building Loan", 900000, kNoInterest, M(2025, 5), 7500, SampleOrigin::Apart,
+     12},
+    {5, SampleType::Loan, "Vehicle Loan", 120000, kNoInterest, M(2025, 6), 2500, SampleOrigin::Apart, 12},
+    {5, SampleType::Loan, "Computer Loan", 66000, 3300, M(2025, 4), 525},
+    {6, SampleType::Advance, "Salary Advance", 6000, kNoInterest, M(2026, 1), 1000},
+    {7, SampleType::Loan, "Computer Loan", 12000, kNoInterest, M(2026, 7), 1000},
+    {7, SampleType::Loan, "Personal Loan", 9600, kNoInterest, M(2026, 7), 800, SampleOrigin::Batch},
+    {7, SampleType::Loan, "Consumer Loan", 7200, kNoInterest, M(2026, 7), 600},
+    {8, SampleType::Loan, "Computer Loan", 12000, kNoInterest, M(2026, 7), 1000},
+    {8, SampleType::Loan, "Personal Loan", 9600, kNoInterest, M(2026, 7), 800, SampleOrigin::Batch},
+    {8, SampleType::Loan, "Consumer Loan", 7200, kNoInterest, M(2026, 7), 600},
+    {9, SampleType::Loan, "Consumer Loan", 18000, kNoInterest, M(2026, 6), 1500},
+    {10, SampleType::Loan, "Consumer Loan", 10800, kNoInterest, M(2026, 6), 900},
+    {11, SampleType::Loan, "Vehicle Loan", 60000, kNoInterest, M(2026, 1), 2500, SampleOrigin::Apart},
+    {11, SampleType::Loan, "Vehicle Loan", 48000, kNoInterest, M(2026, 7), 2000, SampleOrigin::Apart},
+    {12, SampleType::Loan, "House Building Loan", 600000, kNoInterest, M(2025, 5), 5000, SampleOrigin::Apart,
+     5},
+    {13, SampleType::Loan, "Vehicle Loan", 38000, kNoInterest, M(2026, 4), 1600, SampleOrigin::Apart},
+    {14, SampleType::Loan, "Vehicle Loan", 30000, kNoInterest, M(2026, 4), 5000, SampleOrigin::Apart},
+    {15, SampleType::Advance, "Welfare Advance", 36000, kNoInterest, M(2026, 4), 3000, SampleOrigin::Apart},
+    {16, SampleType::Loan, "Vehicle Loan", 60000, kNoInterest, M(2026, 4), 2500, SampleOrigin::Apart},
+    {17, SampleType::Advance, "Salary Advance", 12000, kNoInterest, M(2026, 4), 1000},
+    {18, SampleType::Advance, "Salary Advance", 6000, kNoInterest, M(2025, 1), 1000},
+    {23, SampleType::Advance, "Tour Advance", 5000, kNoInterest, M(2026, 4), 0},
+    {28, SampleType::Advance, "Salary Advance", 3000, kNoInterest, M(2026, 5), 500},
+    {29, SampleType::Loan, "Consumer Loan", 2000, kNoInterest, M(2026, 7), 400},
+    {30, SampleType::Loan, "Consumer Loan", 6000, kNoInterest, M(2026, 4), 500},
+    {32, SampleType::Loan, "Consumer Loan", 8400, kNoInterest, M(2026, 4), 700},
+    {34, SampleType::Advance, "Salary Advance", 5000, kNoInterest, M(2026, 10), 1000},
+    {35, SampleType::Advance, "Salary Advance", 2600, kNoInterest, M(2026, 10), 1000},
+    {36, SampleType::Advance, "Salary Advance", 6000, kNoInterest, M(2026, 10), 1000},
+    {37, SampleType::Loan, "Consumer Loan", 4002, kNoInterest, M(2026, 9), 1000.5},
+    {38, SampleType::Loan, "Consumer Loan", 12000, kNoInterest, M(2026, 4), 1000},
+    {39, SampleType::Loan, "Consumer Loan", 12000, kNoInterest, M(2026, 5), 1000},
+    {40, SampleType::Loan, "Personal Loan", 24000, kNoInterest, M(2026, 4), 2000, SampleOrigin::Reducing, 1},
+    {41, SampleType::Loan, "Consumer Loan", 12000, kNoInterest, M(2025, 1), 1000},
+    {42, SampleType::Loan, "Consumer Loan", 6000, kNoInterest, M(2026, 10), 1000},
+    {43, SampleType::Advance, "Medical Advance", 5000, 250, M(2026, 10), 1050, SampleOrigin::Batch},
+    {44, SampleType::Loan, "Consumer Loan", 4000, kNoInterest, M(2026, 7), 1000},
+    {47, SampleType::Advance, "Salary Advance", 9000, kNoInterest, M(2026, 7), 1500},
+    {48, SampleType::Advance, "Salary Advance", 6000, kNoInterest, M(2026, 6), 1000},
+    {48, SampleType::Loan, "Vehicle Loan", 24000, kNoInterest, M(2026, 4), 1000, SampleOrigin::Apart, 12},
 };
 
-void SetAmount(Instalment& row, double amount) {
+void SetAmount(SampleInstalment& row, double amount) {
   row.amount = row.modified = amount;
   if (row.actualPrincipal) row.actualPrincipal = row.modifiedPrincipal = amount;
 }
 
 // Instalments that no rule gives: the month's place in the schedule decides.
-void SetAmounts(std::vector<Instalment>& rows, std::initializer_list<std::pair<int, double>> runs) {
-  std::vector<Instalment> made;
-  const Instalment pattern = rows.front();
+void SetAmounts(std::vector<SampleInstalment>& rows, std::initializer_list<std::pair<int, double>> runs) {
+  std::vector<SampleInstalment> made;
+  const SampleInstalment pattern = rows.front();
   for (const auto& [count, amount] : runs) {
     for (int i = 0; i < count; ++i) {
-      Instalment row = pattern;
+      SampleInstalment row = pattern;
       row.counter += static_cast<int>(made.size());
       row.month += static_cast<int>(made.size());
       SetAmount(row, amount);
@@ -98,14 +102,14 @@ void SetAmounts(std::vector<Instalment>& rows, std::initializer_list<std::pair<i
 }
 
 // Interest in all months but the first.
-void ChargeFromSecondMonth(std::vector<Instalment>& rows, double interest) {
+void ChargeFromSecondMonth(std::vector<SampleInstalment>& rows, double interest) {
   for (auto row = rows.begin() + 1; row != rows.end(); ++row) {
     row->actualInterest = row->modifiedInterest = interest;
     row->amount = row->modified = *row->actualPrincipal + interest;
   }
 }
 
-void Adapt(Instruction& made, int employee) {
+void Adapt(SampleInstruction& made, int employee) {
   auto& rows = made.rows;
   switch (employee) {
     case 11:
@@ -150,8 +154,8 @@ void Adapt(Instruction& made, int employee) {
   }
 }
 
-Instruction Make(const AnchorLoan& loan, int serial) {
-  Instruction made;
+SampleInstruction Make(const AnchorLoan& loan, int serial) {
+  SampleInstruction made;
   made.type = loan.type;
   made.serial = serial;
   made.name = loan.name;
@@ -159,8 +163,8 @@ Instruction Make(const AnchorLoan& loan, int serial) {
   made.amount = loan.amount;
   if (loan.interest > 0) made.interest = loan.interest;
   if (loan.instalment > 0) {
-    made.rows = MakeSchedule({loan.origin, loan.firstMonth, loan.amount + loan.interest, loan.instalment, loan.percent,
-                              loan.type == kLoan ? kLender : 0});
+    made.rows = MakeSchedule({loan.origin, loan.firstMonth, loan.amount + loan.interest, loan.instalment,
+                              loan.percent, loan.type == SampleType::Loan ? kLender : 0});
   }
   Adapt(made, loan.employee);
   TotalInterest(made);
@@ -169,16 +173,16 @@ Instruction Make(const AnchorLoan& loan, int serial) {
 
 // Sep/2026: net pay is gross less the four deductions and less what the instructions take.
 constexpr GivenSalary kGivenSalaries[] = {
-    {7, 6000, 1500, 200, 400, 3000},     // net -1500
-    {8, 20000, 2400, 200, 2000, 4000},   // net 9000
-    {9, 1200, 0, 200, 0, 0},             // net -500
-    {10, 300, 0, 200, 0, 0},             // net -800
-    {37, 1200.5, 0, 200, 5000, 0},       // net -5000
-    {47, 1000, 0, 200, 0, 0},            // net -700
+    {7, 6000, 1500, 200, 400, 3000},    // net -1500
+    {8, 20000, 2400, 200, 2000, 4000},  // net 9000
+    {9, 1200, 0, 200, 0, 0},            // net -500
+    {10, 300, 0, 200, 0, 0},            // net -800
+    {37, 1200.5, 0, 200, 5000, 0},      // net -5000
+    {47, 1000, 0, 200, 0, 0},           // net -700
 };
 
-DetailRow StaffDetail(const Day& from) {
-  DetailRow row;
+SampleDetail StaffDetail(const Day& from) {
+  SampleDetail row;
   row.from = from;
   row.designation = "Officer";
   row.occupation = "Administration";
@@ -189,15 +193,15 @@ DetailRow StaffDetail(const Day& from) {
 }
 
 // Two detail rows of which the later one has the lower id.
-std::vector<DetailRow> DetailsOutOfOrder(const Day& joined) {
-  DetailRow later = StaffDetail(2025y / 4 / 1);
+std::vector<SampleDetail> DetailsOutOfOrder(const Day& joined) {
+  SampleDetail later = StaffDetail(2025y / 4 / 1);
   later.designation = "Senior Officer";
-  DetailRow earlier = StaffDetail(joined);
+  SampleDetail earlier = StaffDetail(joined);
   earlier.to = 2025y / 3 / 31;
   return {later, earlier};
 }
 
-void AdaptPerson(Person& person) {
+void AdaptPerson(SamplePerson& person) {
   auto& detail = person.details.front();
   switch (person.id) {
     case 1:
@@ -244,11 +248,12 @@ void AdaptPerson(Person& person) {
 
 }  // namespace
 
-Person AnchorPerson(int id) {
-  Person person;
+SamplePerson AnchorPerson(int id) {
+  SamplePerson person;
   person.id = id;
   person.joined = 2018y / 6 / 1;
-  person.born = Day(std::chrono::year(1980 + id % 12), std::chrono::month(unsigned(id % 12 + 1)), std::chrono::day(15));
+  person.born =
+      Day(std::chrono::year(1980 + id % 12), std::chrono::month(unsigned(id % 12 + 1)), std::chrono::day(15));
   person.salaryFrom = FirstDay(kFirstMonth);
   person.confirmed = 2018y / 12 / 1;
   person.details = {StaffDetail(person.joined)};
@@ -256,11 +261,12 @@ Person AnchorPerson(int id) {
   return person;
 }
 
-std::vector<Instruction> AnchorInstructions(int id) {
-  std::vector<Instruction> made;
+std::vector<SampleInstruction> AnchorInstructions(int id) {
+  std::vector<SampleInstruction> made;
   for (const auto& loan : kLoans) {
     if (loan.employee != id) continue;
-    const auto same = std::count_if(made.begin(), made.end(), [&](const auto& other) { return other.type == loan.type; });
+    const auto same =
+        std::count_if(made.begin(), made.end(), [&](const auto& other) { return other.type == loan.type; });
     made.push_back(Make(loan, static_cast<int>(same) + 1));
   }
   return made;

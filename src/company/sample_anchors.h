@@ -5,8 +5,8 @@
 namespace ktl {
 
 // Employees 1 to 60, whose figures are worked out by hand.
-Person AnchorPerson(int id);
-std::vector<Instruction> AnchorInstructions(int id);
+SamplePerson AnchorPerson(int id);
+std::vector<SampleInstruction> AnchorInstructions(int id);
 
 // A month whose salary is given and not calculated.
 struct GivenSalary {

@@ -16,51 +16,51 @@ constexpr const char* kAdjusted = "Adjusted";
 
 // What is given under a name: instalments of so many rupees (a multiple of 500), so many of them.
 struct Offer {
-  SiType type;
+  SampleType type;
   const char* name;
-  Origin origin;
-  double percent;      // a month for Reducing, a year for Apart
-  double flatPercent;  // of the whole amount
+  SampleOrigin origin;
+  double percent;       // a month for Reducing, a year for Apart
+  double flatPercent;   // of the whole amount
   int lowest, highest;  // instalment in steps of 500
   int fewest, most;     // instalments
 };
 
 constexpr Offer kAdvances[] = {
-    {kAdvance, "Salary Advance", Origin::Flat, 0, 0, 2, 10, 3, 10},
-    {kAdvance, "Festival Advance", Origin::Flat, 0, 5, 2, 4, 5, 10},
-    {kAdvance, "Medical Advance", Origin::Reducing, 1, 0, 2, 8, 6, 24},
-    {kAdvance, "Welfare Advance", Origin::Apart, 0, 0, 2, 6, 6, 24},
+    {SampleType::Advance, "Salary Advance", SampleOrigin::Flat, 0, 0, 2, 10, 3, 10},
+    {SampleType::Advance, "Festival Advance", SampleOrigin::Flat, 0, 5, 2, 4, 5, 10},
+    {SampleType::Advance, "Medical Advance", SampleOrigin::Reducing, 1, 0, 2, 8, 6, 24},
+    {SampleType::Advance, "Welfare Advance", SampleOrigin::Apart, 0, 0, 2, 6, 6, 24},
 };
 
 constexpr Offer kLoanOffers[] = {
-    {kLoan, "Consumer Loan", Origin::Flat, 0, 0, 1, 6, 12, 36},
-    {kLoan, "Personal Loan", Origin::Reducing, 1, 0, 2, 8, 12, 48},
-    {kLoan, "Computer Loan", Origin::Flat, 0, 5, 2, 5, 12, 20},
-    {kLoan, "Vehicle Loan", Origin::Apart, 8, 0, 4, 10, 24, 60},
-    {kLoan, "Plot Purchase Loan", Origin::Apart, 6, 0, 8, 16, 36, 120},
-    {kLoan, "House Building Loan", Origin::Apart, 5, 0, 8, 24, 60, 240},
+    {SampleType::Loan, "Consumer Loan", SampleOrigin::Flat, 0, 0, 1, 6, 12, 36},
+    {SampleType::Loan, "Personal Loan", SampleOrigin::Reducing, 1, 0, 2, 8, 12, 48},
+    {SampleType::Loan, "Computer Loan", SampleOrigin::Flat, 0, 5, 2, 5, 12, 20},
+    {SampleType::Loan, "Vehicle Loan", SampleOrigin::Apart, 8, 0, 4, 10, 24, 60},
+    {SampleType::Loan, "Plot Purchase Loan", SampleOrigin::Apart, 6, 0, 8, 16, 36, 120},
+    {SampleType::Loan, "House Building Loan", SampleOrigin::Apart, 5, 0, 8, 24, 60, 240},
 };
 
 // A month in which an employee in service can begin to pay back, or nothing.
-std::optional<int> FirstInstalmentMonth(const Person& person, Random& random) {
+std::optional<int> FirstInstalmentMonth(const SamplePerson& person, Random& random) {
   const int first = std::max(kFirstMonth - 12, MonthNo(person.joined) + 1);
   const int last = std::min(MonthNo(2026, 10), person.left ? MonthNo(*person.left) : MonthNo(2026, 10));
   if (first > last) return std::nullopt;
   return random.Between(first, last);
 }
 
-void SetPaidByHand(std::vector<Instalment>& rows) {
+void SetPaidByHand(std::vector<SampleInstalment>& rows) {
   for (auto& row : rows) row.recovered = row.month < kFirstMonth;
 }
 
-void Shift(Instalment& row, double amount) {
+void Shift(SampleInstalment& row, double amount) {
   row.modified += amount;
   if (row.modifiedPrincipal) *row.modifiedPrincipal += amount;
   row.remarks = kAdjusted;
 }
 
 // Hundred rupees put off to the next month, here and there after Apr/2025.
-void AdjustSome(std::vector<Instalment>& rows, Random& random) {
+void AdjustSome(std::vector<SampleInstalment>& rows, Random& random) {
   constexpr double kPutOff = 100;
   for (std::size_t i = 0; i + 1 < rows.size(); i += 2) {
     if (rows[i].month <= MonthNo(2025, 4) || !random.Percent(5)) continue;
@@ -70,33 +70,35 @@ void AdjustSome(std::vector<Instalment>& rows, Random& random) {
 }
 
 // One month taken out and entered anew behind the last one.
-void MoveOneToTheEnd(std::vector<Instalment>& rows, Random& random) {
+void MoveOneToTheEnd(std::vector<SampleInstalment>& rows, Random& random) {
   if (rows.size() < 3) return;
   const auto moved = rows.begin() + random.Between(1, static_cast<int>(rows.size()) - 2);
-  Instalment row = *moved;
+  SampleInstalment row = *moved;
   row.month = rows.back().month + 1;
   row.counter = rows.back().counter + 1;
   rows.erase(moved);
   rows.push_back(std::move(row));
 }
 
-std::vector<Receipt> SomeReceipts(const Instruction& made, Random random) {
-  std::vector<Receipt> receipts;
+std::vector<SampleReceipt> SomeReceipts(const SampleInstruction& made, Random random) {
+  std::vector<SampleReceipt> receipts;
   if (!random.Percent(12)) return receipts;
   const int count = random.Between(1, 3);
   Day date = made.date;
   for (int i = 0; i < count; ++i) {
     const bool late = random.Percent(5);
-    date = late ? AddDays(FirstDay(std::max(made.rows.back().month, MonthNo(date)) + 1), 9) : AddDays(date, random.Between(20, 120));
+    date = late ? AddDays(FirstDay(std::max(made.rows.back().month, MonthNo(date)) + 1), 9)
+                : AddDays(date, random.Between(20, 120));
     receipts.push_back({date, 500.0 * random.Between(1, 10)});
   }
   return receipts;
 }
 
-Instruction MakeLoan(const Offer& offer, int serial, int firstMonth, std::optional<int> length, Random& random) {
+SampleInstruction MakeLoan(const Offer& offer, int serial, int firstMonth, std::optional<int> length,
+                           Random& random) {
   const int count = length.value_or(random.Between(offer.fewest, offer.most));
   const double instalment = 500.0 * random.Between(offer.lowest, offer.highest);
-  Instruction made;
+  SampleInstruction made;
   made.type = offer.type;
   made.serial = serial;
   made.name = offer.name;
@@ -105,7 +107,7 @@ Instruction MakeLoan(const Offer& offer, int serial, int firstMonth, std::option
   if (offer.flatPercent > 0) made.interest = made.amount * offer.flatPercent / 100;
   const double withInterest = instalment + instalment * offer.flatPercent / 100;
   made.rows = MakeSchedule({offer.origin, firstMonth, withInterest * count, withInterest, offer.percent,
-                            offer.type == kLoan ? random.Between(1, 3) : 0});
+                            offer.type == SampleType::Loan ? random.Between(1, 3) : 0});
   SetPaidByHand(made.rows);
   AdjustSome(made.rows, random);
   if (random.Percent(2)) MoveOneToTheEnd(made.rows, random);
@@ -115,7 +117,7 @@ Instruction MakeLoan(const Offer& offer, int serial, int firstMonth, std::option
 
 }  // namespace
 
-Loans::Loans(std::uint64_t seed, int employees, LoanTargets targets)
+SampleLoans::SampleLoans(std::uint64_t seed, int employees, LoanTargets targets)
     : seed_(seed), employees_(employees), targets_(targets) {
   for (int id = 1; id <= std::min(employees, kAnchors); ++id) {
     for (const auto& made : AnchorInstructions(id)) {
@@ -126,9 +128,10 @@ Loans::Loans(std::uint64_t seed, int employees, LoanTargets targets)
   PlanLengths();
 }
 
-void Loans::PlanLengths() {
+void SampleLoans::PlanLengths() {
   if (!targets_.loans && !targets_.instalments) return;
-  if (employees_ <= kAnchors) throw CompanyError(fmt::format("A number of loans needs more than {} employees.", kAnchors));
+  if (employees_ <= kAnchors)
+    throw CompanyError(fmt::format("A number of loans needs more than {} employees.", kAnchors));
   for (int id = kAnchors + 1; id <= employees_; ++id) {
     const Count count = CountOf(id);
     bulkLoans_ += count.advances + count.loans;
@@ -137,11 +140,12 @@ void Loans::PlanLengths() {
     throw CompanyError(fmt::format("At least {} loans are in every company.", anchorLoans_));
   }
   if (targets_.instalments && *targets_.instalments < anchorRows_ + bulkLoans_) {
-    throw CompanyError(fmt::format("{} instalments are the fewest for these loans.", anchorRows_ + bulkLoans_));
+    throw CompanyError(
+        fmt::format("{} instalments are the fewest for these loans.", anchorRows_ + bulkLoans_));
   }
 }
 
-Loans::Count Loans::CountOf(int employee) const {
+SampleLoans::Count SampleLoans::CountOf(int employee) const {
   if (targets_.loans) {
     const int others = employees_ - kAnchors;
     const int rest = *targets_.loans - anchorLoans_;
@@ -154,7 +158,7 @@ Loans::Count Loans::CountOf(int employee) const {
 }
 
 // Pairs of loans, one as much above the mean as the other is below it.
-std::optional<int> Loans::NextLength() {
+std::optional<int> SampleLoans::NextLength() {
   if (!targets_.instalments) return std::nullopt;
   const long rows = *targets_.instalments - anchorRows_;
   const long mean = rows / bulkLoans_;
@@ -164,10 +168,10 @@ std::optional<int> Loans::NextLength() {
   return static_cast<int>(mean + (index < rows % bulkLoans_ ? 1 : 0) + (index % 2 == 0 ? spread : -spread));
 }
 
-std::vector<Instruction> Loans::Make(const Person& person) {
+std::vector<SampleInstruction> SampleLoans::Make(const SamplePerson& person) {
   if (person.id <= kAnchors) return AnchorInstructions(person.id);
   const Count count = CountOf(person.id);
-  std::vector<Instruction> made;
+  std::vector<SampleInstruction> made;
   const auto add = [&](const auto& offers, int number, Random random) {
     random.Next();
     random.Next();
@@ -185,23 +189,28 @@ std::vector<Instruction> Loans::Make(const Person& person) {
 }
 
 LoanWriter::LoanWriter(RawDatabase& database)
-    : loan_(database, "INS_ADVLOAN (EMPID, SERIALNO, SITYPE, SINAME, LOANACNO, SIDATE, ACTAMT, INTAMT, REMARKS)"),
+    : loan_(database,
+            "INS_ADVLOAN (EMPID, SERIALNO, SITYPE, SINAME, LOANACNO, SIDATE, ACTAMT, INTAMT, REMARKS)"),
       instalment_(database,
-                  "INS_EMIDETAIL (EMPID, SERIALNO, SITYPE, MONTHYEAR, COUNTER, EMIAMT, MDFYAMT, ACTPRNAMT, ACTINTAMT, "
+                  "INS_EMIDETAIL (EMPID, SERIALNO, SITYPE, MONTHYEAR, COUNTER, EMIAMT, MDFYAMT, ACTPRNAMT, "
+                  "ACTINTAMT, "
                   "MDFPRNAMT, MDFINTAMT, INTAMT, INSTID, EMIRECVYN, REMARKS)"),
       receipt_(database,
-               "INS_RECEIPTS (EMPID, SERIALNO, SITYPE, COUNTER, RCPTDATE, RCPTPRNAMT, RCPTINTAMT, RCPTAMT, REMARKS)") {}
+               "INS_RECEIPTS (EMPID, SERIALNO, SITYPE, COUNTER, RCPTDATE, RCPTPRNAMT, RCPTINTAMT, RCPTAMT, "
+               "REMARKS)") {}
 
-void LoanWriter::Write(int employee, const Instruction& made) {
-  loan_(employee, made.serial, made.type, made.name, made.accountNo, made.date, made.amount, made.interest, made.remarks);
+void LoanWriter::Write(int employee, const SampleInstruction& made) {
+  loan_(employee, made.serial, int(made.type), made.name, made.accountNo, made.date, made.amount,
+        made.interest, made.remarks);
   for (const auto& row : made.rows) {
-    instalment_(employee, made.serial, made.type, row.month, row.counter, row.amount, row.modified, row.actualPrincipal,
-                row.actualInterest, row.modifiedPrincipal, row.modifiedInterest, row.interest, row.institution,
-                row.recovered, row.remarks);
+    instalment_(employee, made.serial, int(made.type), row.month, row.counter, row.amount, row.modified,
+                row.actualPrincipal, row.actualInterest, row.modifiedPrincipal, row.modifiedInterest,
+                row.interest, row.institution, row.recovered, row.remarks);
   }
   int counter = 0;
   for (const auto& receipt : made.receipts) {
-    receipt_(employee, made.serial, made.type, ++counter, receipt.date, receipt.amount, 0.0, receipt.amount, nullptr);
+    receipt_(employee, made.serial, int(made.type), ++counter, receipt.date, receipt.amount, 0.0,
+             receipt.amount, nullptr);
   }
 }
 

@@ -10,17 +10,17 @@ namespace ktl {
 
 // How many advances and loans, and how many instalments, the company is to have.
 struct LoanTargets {
-  std::optional<int> loans;        // rows of INS_ADVLOAN
-  std::optional<long> instalments; // rows of INS_EMIDETAIL
+  std::optional<int> loans;         // rows of INS_ADVLOAN
+  std::optional<long> instalments;  // rows of INS_EMIDETAIL
 };
 
-// The advances and loans of the employees behind the anchors. Without targets each employee's come from his own
-// random streams alone; a target spreads itself evenly over the employees, or over the loans. A CompanyError when a
-// target is below what the anchors and one instalment a loan take.
-class Loans final {
+// The advances and loans of the employees behind the anchors. Without targets each employee's come from his
+// own random streams alone; a target spreads itself evenly over the employees, or over the loans. A
+// CompanyError when a target is below what the anchors and one instalment a loan take.
+class SampleLoans final {
  public:
-  Loans(std::uint64_t seed, int employees, LoanTargets targets);
-  std::vector<Instruction> Make(const Person& person);
+  SampleLoans(std::uint64_t seed, int employees, LoanTargets targets);
+  std::vector<SampleInstruction> Make(const SamplePerson& person);
 
  private:
   struct Count {
@@ -43,7 +43,7 @@ class Loans final {
 class LoanWriter final {
  public:
   explicit LoanWriter(RawDatabase& database);
-  void Write(int employee, const Instruction& instruction);
+  void Write(int employee, const SampleInstruction& instruction);
 
  private:
   RowWriter loan_;

@@ -8,31 +8,37 @@ namespace {
 
 constexpr auto kNone = std::nullopt;
 
-constexpr InstructionName kNames[] = {
-    // type, name, account, tds, preference, amount, times, instalments, rate, reducing, separate, benefit, section
-    {kAdvance, "Salary Advance", "2101", false, 1, 50000, 5, 10},
-    {kAdvance, "Festival Advance", "2102", false, 2, 20000, 1, 10, 5},
-    {kAdvance, "Medical Advance", "2103", false, 3, 100000, 3, 24, 1, true},
-    {kAdvance, "Tour Advance", kNone},
-    {kAdvance, "Welfare Advance", "2105", false, 4, kNone, kNone, kNone, kNone, false, true, true},
-    {kLoan, "House Building Loan", "2201", true, 1, 5000000, 1, 240, 0.7, true, true, true},
-    {kLoan, "Plot Purchase Loan", "2202", true, 6, kNone, kNone, kNone, kNone, false, true, true},
-    {kLoan, "Vehicle Loan", "2203", false, 2, kNone, 2, 60, kNone, false, true, true},
-    {kLoan, "Computer Loan", "2204", false, 3, 100000, 2, 36, 5},
-    {kLoan, "Personal Loan", "2205", false, 4, kNone, 3, 48, 1, true},
-    {kLoan, "Consumer Loan", "2206", false, 5},
-    {kLoan, "Staff Welfare Loan", kNone},
-    {kInsurance, "Life Cover Policy", "2301", true, kNone, kNone, kNone, kNone, kNone, false, false, false, 1},
-    {kInsurance, "Endowment Policy", "2302", true, kNone, kNone, kNone, kNone, kNone, false, false, false, 1},
-    {kInsurance, "Pension Policy", "2303", true, kNone, kNone, kNone, kNone, kNone, false, false, false, 2},
-    {kInsurance, "Household Policy", "2304"},
-    {kSss, "SSS Contribution", "2401", true, kNone, kNone, kNone, kNone, kNone, false, false, false, 3},
-    {kSss, "Voluntary SSS", "2402"},
-    {kGroupInsurance, "Group Term Cover", "2501"},
-    {kGroupInsurance, "Group Medical Cover", "2502", true, kNone, kNone, kNone, kNone, kNone, false, false, false, 4},
-    {kIncentive, "Quarterly Incentive", "2701", true},
-    {kIncentive, "Half Yearly Incentive", "2702"},
-    {kIncentive, "Annual Performance Pay", "2703"},
+constexpr SampleName kNames[] = {
+    // type, name, account, tds, preference, amount, times, instalments, rate, reducing, separate, benefit,
+    // section
+    {SampleType::Advance, "Salary Advance", "2101", false, 1, 50000, 5, 10},
+    {SampleType::Advance, "Festival Advance", "2102", false, 2, 20000, 1, 10, 5},
+    {SampleType::Advance, "Medical Advance", "2103", false, 3, 100000, 3, 24, 1, true},
+    {SampleType::Advance, "Tour Advance", kNone},
+    {SampleType::Advance, "Welfare Advance", "2105", false, 4, kNone, kNone, kNone, kNone, false, true, true},
+    {SampleType::Loan, "House Building Loan", "2201", true, 1, 5000000, 1, 240, 0.7, true, true, true},
+    {SampleType::Loan, "Plot Purchase Loan", "2202", true, 6, kNone, kNone, kNone, kNone, false, true, true},
+    {SampleType::Loan, "Vehicle Loan", "2203", false, 2, kNone, 2, 60, kNone, false, true, true},
+    {SampleType::Loan, "Computer Loan", "2204", false, 3, 100000, 2, 36, 5},
+    {SampleType::Loan, "Personal Loan", "2205", false, 4, kNone, 3, 48, 1, true},
+    {SampleType::Loan, "Consumer Loan", "2206", false, 5},
+    {SampleType::Loan, "Staff Welfare Loan", kNone},
+    {SampleType::Insurance, "Life Cover Policy", "2301", true, kNone, kNone, kNone, kNone, kNone, false,
+     false, false, 1},
+    {SampleType::Insurance, "Endowment Policy", "2302", true, kNone, kNone, kNone, kNone, kNone, false, false,
+     false, 1},
+    {SampleType::Insurance, "Pension Policy", "2303", true, kNone, kNone, kNone, kNone, kNone, false, false,
+     false, 2},
+    {SampleType::Insurance, "Household Policy", "2304"},
+    {SampleType::Sss, "SSS Contribution", "2401", true, kNone, kNone, kNone, kNone, kNone, false, false,
+     false, 3},
+    {SampleType::Sss, "Voluntary SSS", "2402"},
+    {SampleType::GroupInsurance, "Group Term Cover", "2501"},
+    {SampleType::GroupInsurance, "Group Medical Cover", "2502", true, kNone, kNone, kNone, kNone, kNone,
+     false, false, false, 4},
+    {SampleType::Incentive, "Quarterly Incentive", "2701", true},
+    {SampleType::Incentive, "Half Yearly Incentive", "2702"},
+    {SampleType::Incentive, "Annual Performance Pay", "2703"},
 };
 
 struct Formula {
@@ -66,7 +72,8 @@ constexpr Formula kFormulas[] = {
     {19, "Reimbursements",
      "ReimAllot{MEDICAL} + ReimClaim{MEDICAL} + ReimUnclaim{MEDICAL} + ReimUnclaim{FUEL}"},
     {20, "By holidays",
-     "((GenHoliday) + (WeekHoliday)) * 10 + (TotalGenHoliday) * 0 + (TotalWeekHoliday) * 0 + Days{Pay Days} * 0"},
+     "((GenHoliday) + (WeekHoliday)) * 10 + (TotalGenHoliday) * 0 + (TotalWeekHoliday) * 0 + Days{Pay Days} "
+     "* 0"},
     {21, "Adjusted hours with days", "(AdjHours) * 20 + Days{Pay Days} * 0"},
     {22, "Adjusted hours", "(AdjHours) * 20"},
     {23, "Division in the unused branch", "KLIF(1 = 2, 1 / 0, 3)"},
@@ -100,12 +107,13 @@ constexpr SalaryHead kHeads[] = {
 };
 
 void WriteNames(RawDatabase& database) {
-  RowWriter write(database,
-                  "INS_MASTER (SITYPE, SINAME, ACCCODE, TDSYN, SIPREF, AMTLIMIT, ALLOWLIMIT, EMIRECCNT, INTRRATE, "
-                  "REDUCINGBALYN, SEPPIYN, SBIIFBYN, TDSREFNO)");
+  RowWriter write(
+      database,
+      "INS_MASTER (SITYPE, SINAME, ACCCODE, TDSYN, SIPREF, AMTLIMIT, ALLOWLIMIT, EMIRECCNT, INTRRATE, "
+      "REDUCINGBALYN, SEPPIYN, SBIIFBYN, TDSREFNO)");
   for (const auto& n : kNames) {
-    write(int(n.type), n.name, n.account, n.tds, n.preference, n.amountLimit, n.timesAllowed, n.instalments, n.interestRate,
-          n.reducing, n.separate, n.benefit, n.taxSection);
+    write(int(n.type), n.name, n.account, n.tds, n.preference, n.amountLimit, n.timesAllowed, n.instalments,
+          n.interestRate, n.reducing, n.separate, n.benefit, n.taxSection);
   }
 }
 
@@ -157,9 +165,10 @@ INSERT INTO ATT_OPTSETTINGS (ATTHEADID, HOLPRIORITY, COCWYN) VALUES (1, 0, 0), (
 
 }  // namespace
 
-const InstructionName& NameRules(int type, std::string_view name) {
-  const auto found = std::find_if(std::begin(kNames), std::end(kNames),
-                                  [&](const auto& rules) { return rules.type == type && name == rules.name; });
+const SampleName& NameRules(SampleType type, std::string_view name) {
+  const auto found = std::find_if(std::begin(kNames), std::end(kNames), [&](const auto& rules) {
+    return rules.type == type && name == rules.name;
+  });
   if (found == std::end(kNames)) throw std::logic_error("no instruction name " + std::string(name));
   return *found;
 }
@@ -172,11 +181,13 @@ void WriteMasters(RawDatabase& database) {
 }
 
 void WriteMonths(RawDatabase& database) {
-  constexpr int kAttendanceOpen = MonthNo(2025, 1);  // a locked month without its attendance lock, to be repaired
+  constexpr int kAttendanceOpen =
+      MonthNo(2025, 1);  // a locked month without its attendance lock, to be repaired
   RowWriter month(database, "MAS_MONTHYEAR (MONTHYEAR, LOCKEDYN, ATTLOCKYN, CALCSTARTDATE, CALCENDDATE)");
   RowWriter range(database, "MAS_MONTHSALDATE (MONTHYEAR, CALCSTARTDATE, CALCENDDATE)");
   for (int m = kFirstMonth; m <= kLastMonth; ++m) {
-    month(m, m <= kLastLockedMonth, m <= kLastAttendanceLock && m != kAttendanceOpen, FirstDay(m), LastDay(m));
+    month(m, m <= kLastLockedMonth, m <= kLastAttendanceLock && m != kAttendanceOpen, FirstDay(m),
+          LastDay(m));
     range(m, FirstDay(m), LastDay(m));
   }
 }

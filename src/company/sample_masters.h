@@ -9,8 +9,8 @@
 namespace ktl {
 
 // One name of INS_MASTER.
-struct InstructionName {
-  SiType type;
+struct SampleName {
+  SampleType type;
   const char* name;
   std::optional<const char*> account;
   bool tds = false;
@@ -25,7 +25,7 @@ struct InstructionName {
   std::optional<int> taxSection;
 };
 
-const InstructionName& NameRules(int type, std::string_view name);
+const SampleName& NameRules(SampleType type, std::string_view name);
 
 // Everything that does not belong to an employee, but for users and rights.
 void WriteMasters(RawDatabase& database);

@@ -18,29 +18,32 @@ struct FirstName {
 };
 
 constexpr FirstName kFirstNames[] = {
-    {"Aditi", "F"},   {"Ajay", "M"},    {"Anita", "F"},   {"Arun", "M"},    {"Bhavna", "F"},  {"Bharat", "M"},
-    {"Chitra", "F"},  {"Chetan", "M"},  {"Deepa", "F"},   {"Dinesh", "M"},  {"Esha", "F"},    {"Eknath", "M"},
-    {"Falguni", "F"}, {"Firoz", "M"},   {"Gauri", "F"},   {"Ganesh", "M"},  {"Hema", "F"},    {"Harish", "M"},
-    {"Indu", "F"},    {"Ishaan", "M"},  {"Jaya", "F"},    {"Jatin", "M"},   {"Kavita", "F"},  {"Kiran", "M"},
-    {"Lata", "F"},    {"Lokesh", "M"},  {"Madhuri", "F"}, {"Mohan", "M"},   {"Nandini", "F"}, {"Naveen", "M"},
-    {"Padma", "F"},   {"Prakash", "M"}, {"Radha", "F"},   {"Rajesh", "M"},  {"Sarita", "F"},  {"Suresh", "M"},
-    {"Tara", "F"},    {"Tushar", "M"},  {"Uma", "F"},     {"Uday", "M"},    {"Vidya", "F"},   {"Vijay", "M"},
-    {"Yamini", "F"},  {"Yash", "M"},    {"Zeenat", "F"},  {"Zubin", "M"},   {"Swati", "F"},   {"Sanjay", "M"},
+    {"Aditi", "F"},   {"Ajay", "M"},    {"Anita", "F"},   {"Arun", "M"},   {"Bhavna", "F"},  {"Bharat", "M"},
+    {"Chitra", "F"},  {"Chetan", "M"},  {"Deepa", "F"},   {"Dinesh", "M"}, {"Esha", "F"},    {"Eknath", "M"},
+    {"Falguni", "F"}, {"Firoz", "M"},   {"Gauri", "F"},   {"Ganesh", "M"}, {"Hema", "F"},    {"Harish", "M"},
+    {"Indu", "F"},    {"Ishaan", "M"},  {"Jaya", "F"},    {"Jatin", "M"},  {"Kavita", "F"},  {"Kiran", "M"},
+    {"Lata", "F"},    {"Lokesh", "M"},  {"Madhuri", "F"}, {"Mohan", "M"},  {"Nandini", "F"}, {"Naveen", "M"},
+    {"Padma", "F"},   {"Prakash", "M"}, {"Radha", "F"},   {"Rajesh", "M"}, {"Sarita", "F"},  {"Suresh", "M"},
+    {"Tara", "F"},    {"Tushar", "M"},  {"Uma", "F"},     {"Uday", "M"},   {"Vidya", "F"},   {"Vijay", "M"},
+    {"Yamini", "F"},  {"Yash", "M"},    {"Zeenat", "F"},  {"Zubin", "M"},  {"Swati", "F"},   {"Sanjay", "M"},
 };
 
 constexpr const char* kLastNames[] = {
-    "Acharya",  "Agarwal", "Bhat",    "Bose",     "Chauhan", "Chopra",   "Das",     "Deshpande", "Dixit",   "Fernandes",
-    "Gaikwad",  "Ghosh",   "Gupta",   "Hegde",    "Iyer",    "Jadhav",   "Jain",    "Joshi",     "Kale",    "Kamath",
-    "Kapoor",   "Khan",    "Kulkarni", "Kumar",   "Lobo",    "Mane",     "Mehta",   "Menon",     "Mishra",  "Naik",
-    "Nair",     "Pandey",  "Patel",   "Patil",    "Pillai",  "Rao",      "Reddy",   "Sawant",    "Shah",    "Sharma",
-    "Shetty",   "Shinde",  "Singh",   "Thakur",   "Tiwari",  "Varma",    "Verma",   "Yadav"};
+    "Acharya", "Agarwal",   "Bhat",    "Bose",   "Chauhan", "Chopra", "Das",      "Deshpande",
+    "Dixit",   "Fernandes", "Gaikwad", "Ghosh",  "Gupta",   "Hegde",  "Iyer",     "Jadhav",
+    "Jain",    "Joshi",     "Kale",    "Kamath", "Kapoor",  "Khan",   "Kulkarni", "Kumar",
+    "Lobo",    "Mane",      "Mehta",   "Menon",  "Mishra",  "Naik",   "Nair",     "Pandey",
+    "Patel",   "Patil",     "Pillai",  "Rao",    "Reddy",   "Sawant", "Shah",     "Sharma",
+    "Shetty",  "Shinde",    "Singh",   "Thakur", "Tiwari",  "Varma",  "Verma",    "Yadav"};
 
 constexpr const char* kDepartments[] = {"Accounts", "Finance",  "Stores",    "Production",
                                         "Quality",  "Despatch", "Personnel", "Sales"};
 constexpr const char* kDivisions[] = {"Head Office", "Plant", "Projects", "Services"};
-constexpr const char* kDesignations[] = {"Helper",     "Operator",  "Technician", "Clerk",         "Assistant",      "Officer",
-                                         "Supervisor", "Engineer",  "Executive",  "Senior Officer", "Deputy Manager", "Manager"};
-constexpr const char* kOccupations[] = {"Administration", "Machining", "Assembly", "Maintenance", "Accounts", "Security"};
+constexpr const char* kDesignations[] = {"Helper",    "Operator",       "Technician",     "Clerk",
+                                         "Assistant", "Officer",        "Supervisor",     "Engineer",
+                                         "Executive", "Senior Officer", "Deputy Manager", "Manager"};
+constexpr const char* kOccupations[] = {"Administration", "Machining", "Assembly",
+                                        "Maintenance",    "Accounts",  "Security"};
 constexpr const char* kGrades[] = {"G1", "G2", "G3", "G4", "G5", "G6"};
 constexpr int kLowestBasic[] = {12000, 16000, 22000, 32000, 48000, 70000};
 
@@ -52,7 +55,7 @@ std::string ReferenceNo(int id) {
   return block == 0 ? fmt::format("K{:05}", place) : fmt::format("K{}{:05}", block, place);
 }
 
-void NamePerson(Person& person, Random random) {
+void NamePerson(SamplePerson& person, Random random) {
   const auto& first = random.OneOf(kFirstNames);
   person.name = fmt::format("{} {}", first.name, random.OneOf(kLastNames));
   person.sex = first.sex;
@@ -69,7 +72,7 @@ Day AddMonths(const Day& day, int months) {
   return moved.ok() ? moved : Day(moved.year() / moved.month() / std::chrono::last);
 }
 
-void SetService(Person& person, Random random) {
+void SetService(SamplePerson& person, Random random) {
   constexpr Day kAsOf = 2026y / 9 / 30;
   person.joined = DayBetween(random, 2005y / 1 / 1, 2026y / 8 / 31);
   person.born = AddMonths(person.joined, -12 * random.Between(21, 56) - random.Between(0, 11));
@@ -85,9 +88,9 @@ void SetService(Person& person, Random random) {
   if (confirmed <= kAsOf) person.confirmed = confirmed;
 }
 
-DetailRow FirstDetail(const Person& person, Random& random) {
+SampleDetail FirstDetail(const SamplePerson& person, Random& random) {
   constexpr int kBranches[] = {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 2, 2, 2, 2, 2, 2, 3, 3, 3, 3, 4, 4, 4, 5, 5};
-  DetailRow row;
+  SampleDetail row;
   row.from = person.joined;
   row.branch = random.OneOf(kBranches);
   row.structure = random.Between(1, 4);
@@ -106,7 +109,7 @@ DetailRow FirstDetail(const Person& person, Random& random) {
 }
 
 // Promotions and transfers on a first of April, one in five of them in the middle of a month.
-void SetDetails(Person& person, Random random) {
+void SetDetails(SamplePerson& person, Random random) {
   person.details = {FirstDetail(person, random)};
   const int chance = random.Between(1, 10);
   const int rows = chance <= 6 ? 1 : chance <= 9 ? 2 : 3;
@@ -115,7 +118,7 @@ void SetDetails(Person& person, Random random) {
     if (random.Percent(20)) from = AddDays(from, 44);
     if (from <= person.joined || (person.left && from > *person.left)) continue;
     person.details.back().to = AddDays(from, -1);
-    DetailRow row = person.details.back();
+    SampleDetail row = person.details.back();
     row.from = from;
     row.to.reset();
     row.designation = random.OneOf(kDesignations);
@@ -124,7 +127,7 @@ void SetDetails(Person& person, Random random) {
   }
 }
 
-void SetPay(Person& person, Random random) {
+void SetPay(SamplePerson& person, Random random) {
   const std::string_view grade = person.details.front().grade;
   const int step = grade[1] - '1';
   person.basic = kLowestBasic[step] + 500 * random.Between(0, 4 + 6 * step);
@@ -143,20 +146,20 @@ constexpr int kNoClasses = 46;  // the anchor without extended details
 
 }  // namespace
 
-const DetailRow* DetailOn(const Person& person, const Day& day) {
-  const DetailRow* found = nullptr;
+const SampleDetail* DetailOn(const SamplePerson& person, const Day& day) {
+  const SampleDetail* found = nullptr;
   for (const auto& row : person.details) {
     if (row.from <= day && (!found || row.from > found->from)) found = &row;
   }
   return found;
 }
 
-Person People::Make(int id) {
-  Person person;
+SamplePerson SamplePeople::Make(int id) {
+  SamplePerson person;
   person.id = id;
   NamePerson(person, Random(seed_, id, Topic::Person));
   if (id <= kAnchors) {
-    Person anchor = AnchorPerson(id);
+    SamplePerson anchor = AnchorPerson(id);
     if (anchor.name.empty()) {
       anchor.name = person.name;
       anchor.sex = person.sex;
@@ -174,41 +177,45 @@ Person People::Make(int id) {
 
 PeopleWriter::PeopleWriter(RawDatabase& database)
     : employee_(database,
-                "MAS_EMPLOYEE (EMPID, REFNO, EMPNAME, DOJ, DOL, DOB, SEX, SALCALCFROM, RETIREMENTDATE, RESIGNATIONDATE, "
+                "MAS_EMPLOYEE (EMPID, REFNO, EMPNAME, DOJ, DOL, DOB, SEX, SALCALCFROM, RETIREMENTDATE, "
+                "RESIGNATIONDATE, "
                 "CONFIRMATIONDATE, PFYN, PFRESTRICTYN, ESIYN, PTZEROYN, TDSYN, lockyn)"),
       detail_(database,
-              "MAS_EMPLOYEEDET (EMPDETID, EMPID, EFFFROMDATE, EFFTODATE, BRANCHID, ATTHEADID, STRUCTID, DESIGNATION, "
+              "MAS_EMPLOYEEDET (EMPDETID, EMPID, EFFFROMDATE, EFFTODATE, BRANCHID, ATTHEADID, STRUCTID, "
+              "DESIGNATION, "
               "OCCUPATION, DEPARTMENT, DIVISION, GRADE)"),
       classes_(database,
-               "MAS_EMPLOYEEEXTDET (EMPEXTID, EMPID, EFFFROMDATE, EXTCLASS05, EXTCLASS06, EXTCLASS07, EXTCLASS08)"),
+               "MAS_EMPLOYEEEXTDET (EMPEXTID, EMPID, EFFFROMDATE, EXTCLASS05, EXTCLASS06, EXTCLASS07, "
+               "EXTCLASS08)"),
       custom_(database, "MAS_EMPLOYEECUSTOM (EMPID, FIELD1, FIELD2, FIELD3)"),
       fundHistory_(database, "MAS_PFEFFFROMEXT (EMPID, PFEFFFROM, PFYN)"),
       insuranceHistory_(database, "MAS_EMPLOYEEEXT (EMPID, ESIYN, ESIEFFFROM)") {}
 
-void PeopleWriter::Write(const Person& p) {
-  employee_(p.id, p.refNo, p.name, p.joined, p.left, p.born, p.sex, p.salaryFrom, AddMonths(p.born, 12 * 58), p.resigned,
-            p.confirmed, p.pf, p.pfRestricted, p.esi, p.ptZero, p.tds, p.locked);
+void PeopleWriter::Write(const SamplePerson& p) {
+  employee_(p.id, p.refNo, p.name, p.joined, p.left, p.born, p.sex, p.salaryFrom, AddMonths(p.born, 12 * 58),
+            p.resigned, p.confirmed, p.pf, p.pfRestricted, p.esi, p.ptZero, p.tds, p.locked);
   for (const auto& row : p.details) {
-    detail_(row.id, p.id, row.from, row.to, row.branch, row.head, row.structure, row.designation, row.occupation,
-            row.department, row.division, row.grade);
+    detail_(row.id, p.id, row.from, row.to, row.branch, row.head, row.structure, row.designation,
+            row.occupation, row.department, row.division, row.grade);
   }
   WriteClasses(p);
   WriteHistory(p);
 }
 
-void PeopleWriter::WriteClasses(const Person& p) {
+void PeopleWriter::WriteClasses(const SamplePerson& p) {
   constexpr const char* kBands[] = {"A", "B", "C"};
   constexpr const char* kCentres[] = {"CC-200", "CC-100", "CC-300", "CC-400"};
   constexpr const char* kProjects[] = {"Monsoon", "Harvest"};
   constexpr const char* kBloodGroups[] = {"O+", "A+", "B+", "AB-"};
   if (p.id != kNoClasses) {
-    classes_(p.id, p.id, std::min<Day>(p.joined, 2024y / 1 / 1), kBands[p.id % 3], kCentres[p.id % 4], kProjects[p.id % 2], "Day");
+    classes_(p.id, p.id, std::min<Day>(p.joined, 2024y / 1 / 1), kBands[p.id % 3], kCentres[p.id % 4],
+             kProjects[p.id % 2], "Day");
   }
   custom_(p.id, p.id % 4 == 0 ? "Y" : "N", fmt::format("MH12 K{:04}", p.id % 10000), kBloodGroups[p.id % 4]);
 }
 
 // Employee 33 came under the state insurance and later left the provident fund.
-void PeopleWriter::WriteHistory(const Person& p) {
+void PeopleWriter::WriteHistory(const SamplePerson& p) {
   if (p.id != 33) return;
   fundHistory_(p.id, MonthNo(2024, 4), 1);
   fundHistory_(p.id, MonthNo(2026, 6), 0);

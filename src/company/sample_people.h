@@ -8,10 +8,10 @@
 namespace ktl {
 
 // The employees, each with his detail rows; ids of detail rows are counted over all employees.
-class People final {
+class SamplePeople final {
  public:
-  explicit People(std::uint64_t seed) : seed_(seed) {}
-  Person Make(int id);
+  explicit SamplePeople(std::uint64_t seed) : seed_(seed) {}
+  SamplePerson Make(int id);
 
  private:
   std::uint64_t seed_;
@@ -21,11 +21,11 @@ class People final {
 class PeopleWriter final {
  public:
   explicit PeopleWriter(RawDatabase& database);
-  void Write(const Person& person);
+  void Write(const SamplePerson& person);
 
  private:
-  void WriteClasses(const Person& person);
-  void WriteHistory(const Person& person);
+  void WriteClasses(const SamplePerson& person);
+  void WriteHistory(const SamplePerson& person);
 
   RowWriter employee_;
   RowWriter detail_;

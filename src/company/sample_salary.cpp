@@ -24,16 +24,16 @@ struct Rate {
 };
 
 // Raised in April of each year of the sample.
-Rate RateOf(const Person& person, int month) {
+Rate RateOf(const SamplePerson& person, int month) {
   const int from = std::max(MonthNo(person.joined), kFirstMonth);
   const int rises = person.rises ? std::max(0, (month - 4) / 12 - (from - 4) / 12) : 0;
   const double basic = Rupees(person.basic * std::pow(1.05, rises));
   return {basic, Rupees(basic * 0.4), kConveyance, person.special, kMedical};
 }
 
-bool HasRate(const Person& person) { return person.id != 22; }
+bool HasRate(const SamplePerson& person) { return person.id != 22; }
 
-int NightShifts(const Person& person, const DetailRow* detail, int month) {
+int NightShifts(const SamplePerson& person, const SampleDetail* detail, int month) {
   if (person.id == 1) return 6;
   return detail && detail->structure == 3 ? (person.id + month) % 8 : 0;
 }
@@ -55,12 +55,17 @@ struct SalaryWriter::Pay {
 struct SalaryWriter::Taken {
   std::array<std::optional<double>, 8> ofType;
 
-  static Taken In(const Book& book, int month) {
+  std::optional<double>& operator[](SampleType type) { return ofType[static_cast<std::size_t>(type)]; }
+  const std::optional<double>& operator[](SampleType type) const {
+    return ofType[static_cast<std::size_t>(type)];
+  }
+
+  static Taken In(const SampleBook& book, int month) {
     Taken taken;
     for (const auto& instruction : book.instructions) {
       for (const auto& row : instruction.rows) {
         if (row.month != month) continue;
-        auto& sum = taken.ofType[static_cast<std::size_t>(instruction.type)];
+        auto& sum = taken[instruction.type];
         sum = sum.value_or(0) + row.modified;
       }
     }
@@ -72,19 +77,23 @@ SalaryWriter::SalaryWriter(RawDatabase& database, std::uint64_t seed, int salary
     : seed_(seed),
       salaryTo_(salaryTo),
       earnings_(database,
-                "SLC_SALARYCALC_E (SALID, EMPID, EMPDETID, MONTHYEAR, NETAMOUNT, ETOTAL, INDICATOR, EDITMODEYN, NOD, NDP, "
-                "SALCALDAYS, SIEARNING, BASIC, OT1, OT2, GRATUITYPROV, ECOMP01, ECOMP02, ECOMP03, ECOMP04, ECOMP05)"),
+                "SLC_SALARYCALC_E (SALID, EMPID, EMPDETID, MONTHYEAR, NETAMOUNT, ETOTAL, INDICATOR, "
+                "EDITMODEYN, NOD, NDP, "
+                "SALCALDAYS, SIEARNING, BASIC, OT1, OT2, GRATUITYPROV, ECOMP01, ECOMP02, ECOMP03, ECOMP04, "
+                "ECOMP05)"),
       deductions_(database,
-                  "SLC_SALARYCALC_D (SALID, ADVANCE, LOAN, INSURANCE, SSS, GRPINSURANCE, DCOMP01, DCOMP02, DCOMP03, DCOMP04)"),
+                  "SLC_SALARYCALC_D (SALID, ADVANCE, LOAN, INSURANCE, SSS, GRPINSURANCE, DCOMP01, DCOMP02, "
+                  "DCOMP03, DCOMP04)"),
       rateEarnings_(database,
-                    "SLC_SALARYRATE_E (SALRATEID, EMPID, EMPDETID, MONTHYEAR, TOTALENTERED, BASIC, OT1, OT2, GRATUITYPROV, "
+                    "SLC_SALARYRATE_E (SALRATEID, EMPID, EMPDETID, MONTHYEAR, TOTALENTERED, BASIC, OT1, OT2, "
+                    "GRATUITYPROV, "
                     "ECOMP01, ECOMP02, ECOMP03, ECOMP04, ECOMP05)"),
       rateDeductions_(database, "SLC_SALARYRATE_D (SALRATEID, DCOMP01, DCOMP02, DCOMP03, DCOMP04)"),
       units_(database, "SLC_COMPCALCDET (EMPID, MONTHYEAR, STRUCTID, PAYTYPEYN, SALHEADROWID, UNIT)"),
       attendance_(database, "HVN_ATTENDANCE (EMPID, MONTHYEAR, EDITMODEYN, UNITLOCKYN)") {}
 
-void SalaryWriter::Write(const Book& book) {
-  const Person& person = book.person;
+void SalaryWriter::Write(const SampleBook& book) {
+  const SamplePerson& person = book.person;
   WriteRates(person);
   const int first = std::max(MonthNo(person.salaryFrom), kFirstMonth);
   int last = person.left ? std::min(salaryTo_, MonthNo(*person.left)) : salaryTo_;
@@ -92,12 +101,12 @@ void SalaryWriter::Write(const Book& book) {
   for (int month = first; month <= last; ++month) WriteMonth(book, month);
 }
 
-void SalaryWriter::WriteRates(const Person& person) {
+void SalaryWriter::WriteRates(const SamplePerson& person) {
   if (!HasRate(person)) return;
-  const auto write = [&](const DetailRow& detail, int month) {
+  const auto write = [&](const SampleDetail& detail, int month) {
     const Rate rate = RateOf(person, month);
-    rateEarnings_(nextRate_, person.id, detail.id, month, rate.Gross(), rate.basic, 0.0, 0.0, 0.0, rate.hra, rate.conveyance,
-                  rate.special, 0.0, rate.medical);
+    rateEarnings_(nextRate_, person.id, detail.id, month, rate.Gross(), rate.basic, 0.0, 0.0, 0.0, rate.hra,
+                  rate.conveyance, rate.special, 0.0, rate.medical);
     rateDeductions_(nextRate_, Rupees(rate.basic * 0.12), 0.0, 200.0, Rupees(rate.Gross() * 0.05));
     ++nextRate_;
   };
@@ -112,12 +121,13 @@ void SalaryWriter::WriteRates(const Person& person) {
 }
 
 // Employees who are short of pay in one month: most of it was leave without pay.
-double SalaryWriter::LeaveWithoutPay(const Person& person, int month, const Taken& taken) {
+double SalaryWriter::LeaveWithoutPay(const SamplePerson& person, int month, const Taken& taken) {
   const bool shortNet = person.id > kAnchors && person.id % 25 == 7 && month == kShortMonth;
-  return shortNet && (taken.ofType[kAdvance] || taken.ofType[kLoan]) ? 24 : 0;
+  return shortNet && (taken[SampleType::Advance] || taken[SampleType::Loan]) ? 24 : 0;
 }
 
-SalaryWriter::Pay SalaryWriter::Calculate(const Person& person, const DetailRow* detail, int month, double lossOfPay) {
+SalaryWriter::Pay SalaryWriter::Calculate(const SamplePerson& person, const SampleDetail* detail, int month,
+                                          double lossOfPay) {
   const Day first = std::max(FirstDay(month), person.salaryFrom);
   const Day last = person.left ? std::min(LastDay(month), *person.left) : LastDay(month);
   const double inService = double((std::chrono::sys_days(last) - std::chrono::sys_days(first)).count() + 1);
@@ -154,38 +164,42 @@ SalaryWriter::Pay SalaryWriter::Given(const GivenSalary& given, const Pay& calcu
   return pay;
 }
 
-void SalaryWriter::WriteMonth(const Book& book, int month) {
-  const Person& person = book.person;
+void SalaryWriter::WriteMonth(const SampleBook& book, int month) {
+  const SamplePerson& person = book.person;
   Taken taken = Taken::In(book, month);
-  if (person.id == 29 && month == MonthNo(2026, 7)) taken.ofType[kLoan] = kNotTaken;
-  if (person.id == 29 && month == MonthNo(2026, 8)) taken.ofType[kLoan].reset();
-  const DetailRow* detail = DetailOn(person, LastDay(month));
+  if (person.id == 29 && month == MonthNo(2026, 7)) taken[SampleType::Loan] = kNotTaken;
+  if (person.id == 29 && month == MonthNo(2026, 8)) taken[SampleType::Loan].reset();
+  const SampleDetail* detail = DetailOn(person, LastDay(month));
   Pay pay = Calculate(person, detail, month, LeaveWithoutPay(person, month, taken));
   if (const auto* given = GivenSalaryOf(person.id); given && month == kShortMonth) pay = Given(*given, pay);
   if (person.id == 28 && month == kShortMonth) pay.indicator = 1;
-  pay.toRecalculate =
-      person.id > kAnchors && month == salaryTo_ && Random(seed_, std::uint64_t(person.id), Topic::Salary).Percent(3);
+  pay.toRecalculate = person.id > kAnchors && month == salaryTo_ &&
+                      Random(seed_, std::uint64_t(person.id), Topic::Salary).Percent(3);
 
   WriteSalary(person.id, month, detail ? std::optional(detail->id) : std::nullopt, pay, taken);
-  if (person.id == 32 && month == MonthNo(2026, 7)) WriteSalary(person.id, month, std::nullopt, Pay{}, Taken{});
+  if (person.id == 32 && month == MonthNo(2026, 7))
+    WriteSalary(person.id, month, std::nullopt, Pay{}, Taken{});
   attendance_(person.id, month, pay.toRecalculate, month <= kLastLockedMonth);
   if (pay.nightShift > 0) {
-    units_(person.id, month, detail ? detail->structure : 1, 0, kNightShiftHead, pay.nightShift / kNightShift);
+    units_(person.id, month, detail ? detail->structure : 1, 0, kNightShiftHead,
+           pay.nightShift / kNightShift);
   }
 }
 
-void SalaryWriter::WriteSalary(int employee, int month, std::optional<int> detail, const Pay& pay, const Taken& taken) {
-  const auto& of = taken.ofType;
-  const double gross = pay.Heads() + of[kIncentive].value_or(0);
-  const auto insurance = pay.insurance ? pay.insurance : of[kInsurance];
+void SalaryWriter::WriteSalary(int employee, int month, std::optional<int> detail, const Pay& pay,
+                               const Taken& taken) {
+  const double gross = pay.Heads() + taken[SampleType::Incentive].value_or(0);
+  const auto insurance = pay.insurance ? pay.insurance : taken[SampleType::Insurance];
   double net = gross - pay.providentFund - pay.stateInsurance - pay.professionTax - pay.incomeTax;
-  for (const auto& amount : {of[kAdvance], of[kLoan], insurance, of[kSss], of[kGroupInsurance]}) {
+  for (const auto& amount : {taken[SampleType::Advance], taken[SampleType::Loan], insurance,
+                             taken[SampleType::Sss], taken[SampleType::GroupInsurance]}) {
     net -= std::max(0.0, amount.value_or(0));
   }
-  earnings_(nextSalary_, employee, detail, month, net, gross, pay.indicator, pay.toRecalculate, pay.payDays, pay.presentDays,
-            pay.calendarDays, of[kIncentive], pay.basic, 0.0, 0.0, 0.0, pay.hra, pay.conveyance, pay.special, pay.nightShift,
-            pay.medical);
-  deductions_(nextSalary_, of[kAdvance], of[kLoan], insurance, of[kSss], of[kGroupInsurance], pay.providentFund,
+  earnings_(nextSalary_, employee, detail, month, net, gross, pay.indicator, pay.toRecalculate, pay.payDays,
+            pay.presentDays, pay.calendarDays, taken[SampleType::Incentive], pay.basic, 0.0, 0.0, 0.0,
+            pay.hra, pay.conveyance, pay.special, pay.nightShift, pay.medical);
+  deductions_(nextSalary_, taken[SampleType::Advance], taken[SampleType::Loan], insurance,
+              taken[SampleType::Sss], taken[SampleType::GroupInsurance], pay.providentFund,
               pay.stateInsurance, pay.professionTax, pay.incomeTax);
   ++nextSalary_;
 }

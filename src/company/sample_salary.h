@@ -13,17 +13,17 @@ struct GivenSalary;
 class SalaryWriter final {
  public:
   SalaryWriter(RawDatabase& database, std::uint64_t seed, int salaryTo);
-  void Write(const Book& book);
+  void Write(const SampleBook& book);
 
  private:
   struct Pay;
   struct Taken;
 
-  static double LeaveWithoutPay(const Person& person, int month, const Taken& taken);
-  static Pay Calculate(const Person& person, const DetailRow* detail, int month, double lossOfPay);
+  static double LeaveWithoutPay(const SamplePerson& person, int month, const Taken& taken);
+  static Pay Calculate(const SamplePerson& person, const SampleDetail* detail, int month, double lossOfPay);
   static Pay Given(const GivenSalary& given, const Pay& calculated);
-  void WriteRates(const Person& person);
-  void WriteMonth(const Book& book, int month);
+  void WriteRates(const SamplePerson& person);
+  void WriteMonth(const SampleBook& book, int month);
   void WriteSalary(int employee, int month, std::optional<int> detail, const Pay& pay, const Taken& taken);
 
   std::uint64_t seed_;

@@ -11,19 +11,19 @@ double RoundTwo(double amount) { return std::floor(amount * 100 + 0.5 + 1e-7) / 
 
 namespace {
 
-void Fill(Instalment& row, const ScheduleTerms& terms, double principal, double balance) {
+void Fill(SampleInstalment& row, const SampleTerms& terms, double principal, double balance) {
   row.amount = principal;
   switch (terms.origin) {
-    case Origin::Flat:
+    case SampleOrigin::Flat:
       row.actualPrincipal = row.modifiedPrincipal = principal;
       break;
-    case Origin::Reducing:
+    case SampleOrigin::Reducing:
       row.interest = RoundTwo(balance * terms.percent / 100);
       row.amount = principal + *row.interest;
       break;
-    case Origin::Batch:
+    case SampleOrigin::Batch:
       break;
-    case Origin::Apart:
+    case SampleOrigin::Apart:
       row.actualPrincipal = row.modifiedPrincipal = principal;
       row.actualInterest = row.modifiedInterest = RoundTwo(balance * terms.percent / 1200);
       row.amount = principal + *row.actualInterest;
@@ -34,11 +34,11 @@ void Fill(Instalment& row, const ScheduleTerms& terms, double principal, double 
 
 }  // namespace
 
-std::vector<Instalment> MakeSchedule(const ScheduleTerms& terms) {
-  std::vector<Instalment> rows;
+std::vector<SampleInstalment> MakeSchedule(const SampleTerms& terms) {
+  std::vector<SampleInstalment> rows;
   double balance = terms.total;
   while (balance > 0) {
-    Instalment row;
+    SampleInstalment row;
     row.counter = static_cast<int>(rows.size()) + 1;
     row.month = terms.firstMonth + static_cast<int>(rows.size());
     row.institution = terms.institution;
@@ -49,7 +49,7 @@ std::vector<Instalment> MakeSchedule(const ScheduleTerms& terms) {
   return rows;
 }
 
-void TotalInterest(Instruction& instruction) {
+void TotalInterest(SampleInstruction& instruction) {
   const bool reducing = NameRules(instruction.type, instruction.name).reducing;
   for (auto& row : instruction.rows) {
     if (reducing && row.modifiedInterest) row.interest = row.modifiedInterest;

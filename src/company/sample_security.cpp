@@ -5,8 +5,8 @@
 namespace ktl {
 namespace {
 
-// The numbers of a screen's buttons run on; a form's captions stand in their order. Without a caption a number is
-// still known to the rights.
+// The numbers of a screen's buttons run on; a form's captions stand in their order. Without a caption a
+// number is still known to the rights.
 struct Buttons {
   int form;
   int first;
@@ -14,14 +14,18 @@ struct Buttons {
 };
 
 const Buttons kButtons[] = {
-    {48, 198, {"Master", "Formula", "Save", "Delete", "Monthly", "Multiple Allotment", "Accept", "Formulate", "Delete EMI", "EMI",
-               "Receipts", "Report"}},
+    {48,
+     198,
+     {"Master", "Formula", "Save", "Delete", "Monthly", "Multiple Allotment", "Accept", "Formulate",
+      "Delete EMI", "EMI", "Receipts", "Report"}},
     {49, 210, {"Save", "Delete"}},
     {51, 212, {"Filter", "Save", "Master", "Formula", "Formulate", "Accept"}},
     {52, 218, {"Save", "Delete"}},
     {53, 220, {"Save", "Delete"}},
-    {54, 222, {"Master", "Institution", "Formula", "Save", "Delete", "Monthly", "Multiple Allotment", "Accept", "Formulate",
-               "Delete EMI", "EMI", "Deposits", "Report"}},
+    {54,
+     222,
+     {"Master", "Institution", "Formula", "Save", "Delete", "Monthly", "Multiple Allotment", "Accept",
+      "Formulate", "Delete EMI", "EMI", "Deposits", "Report"}},
     {55, 235, {"Save", "Delete"}},
     {57, 237, {"Filter", "Save", "Master", "Institution", "Formula", "Formulate", "Accept"}},
     {58, 245, {"Save", "Delete"}},
