@@ -10,6 +10,7 @@
 #include <optional>
 #include <regex>
 
+#include "frame/files.h"
 #include "frame/settings_store.h"
 #include "frame/siblings.h"
 #include "runtime/errors.h"
@@ -28,8 +29,7 @@ class LocalFolder final : public ProgramFolder {
   explicit LocalFolder(std::filesystem::path path) : path_(std::move(path)) {}
   std::string Path() const override { return path_.string(); }
   bool HasFile(std::string_view name) const override {
-    std::error_code ignored;
-    return !name.empty() && std::filesystem::is_regular_file(path_ / name, ignored);
+    return !name.empty() && FnBlnFileExists(path_ / name);
   }
 
  private:
