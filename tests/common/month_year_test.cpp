@@ -31,6 +31,7 @@ TEST(MonthYear, NumberAndText) {
   EXPECT_EQ(FnStrFormatMonthYear(0), "");
   EXPECT_EQ(FnStrFormatMonthYear(-1), "");
   EXPECT_EQ(FnStrExplodeMonth(0), "Dec/-1");
+  EXPECT_EQ(FnStrExplodeMonth(-1), "Nov/-1");
   EXPECT_EQ(clsDateHandle::FnStrExplodeMonth(0), "");
   EXPECT_THROW(clsDateHandle::FnLngFindMonthValue("10"), RuntimeError);
 }
