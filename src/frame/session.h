@@ -4,6 +4,7 @@
 #include <string>
 
 #include "common/fetch.h"
+#include "common/titles.h"
 #include "database/connection.h"
 #include "frame/employee_detail.h"
 #include "frame/machine.h"
@@ -12,11 +13,6 @@
 #include "screen/desk.h"
 
 namespace ktl {
-
-inline constexpr const char* kApplicationTitle = "KestrelLedger - Standing Instruction";
-inline constexpr const char* kVendorTitle = "Kestrel Ledger";
-inline constexpr const char* kSavingTitle = "Saving Information";
-inline constexpr const char* kDeniedTitle = "Permission Denied";
 
 class Screen;
 

@@ -23,6 +23,10 @@ void EnterTopLevel(Session& session, Screen& screen) {
   session.ActiveForm = &screen;
   const std::string helpFile = session.machine.settings.Get("ExeTalk", "HelpFile");
   session.helpFile = FnBlnFileExists(helpFile) ? helpFile : "";
+  RegisterWindow(session);
+}
+
+void RegisterWindow(Session& session) {
   StoreWindowHandle(session, session.machine.environment.ProcessId());
 }
 
