@@ -12,7 +12,8 @@ namespace ktl {
 class SettingsStore {
  public:
   virtual ~SettingsStore() = default;
-  virtual std::string Get(std::string_view section, std::string_view key, std::string_view defaultValue = "") = 0;
+  virtual std::string Get(std::string_view section, std::string_view key,
+                          std::string_view defaultValue = "") = 0;
   virtual void Set(std::string_view section, std::string_view key, std::string_view value) = 0;
 };
 
@@ -44,6 +45,7 @@ class Environment {
   virtual std::string HostName() const = 0;
   virtual std::string Variable(std::string_view name) const = 0;
   virtual std::string ExecutableName() const = 0;  // without folder and ending
+  virtual long ProcessId() const = 0;              // stands for the window's handle in the settings store
 };
 
 struct Sibling {

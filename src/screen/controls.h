@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -57,12 +59,15 @@ class Control {
   Colour foreColour = kNoColour;
   std::string tag;
   std::string toolTip;
-  // The frame (or tab page) that holds it: a control in a hidden or disabled frame is hidden or disabled with it.
+  // The frame (or tab page) that holds it: a control in a hidden or disabled frame is hidden or disabled with
+  // it.
   Control* container = nullptr;
 
   // With the containers counted.
   bool IsShown() const;
   bool IsUsable() const;
+  // Becomes the container of each.
+  void Hold(std::initializer_list<std::reference_wrapper<Control>> controls);
 
  private:
   Screen& screen_;
@@ -77,11 +82,14 @@ class TextBox final : public Control {
   const std::string& Text() const { return text_; }
   // Raises onChange when the text differs, whoever sets it.
   void SetText(std::string text);
+  // Empties the field and types: each character passes onKeyPress, which sees the text typed so far, and
+  // those beyond maxLength are dropped. onChange is raised once, at the end.
+  void TypeOver(std::string_view typed);
 
   bool locked = false;
   bool multiLine = false;
   bool rightAligned = false;
-  std::size_t maxLength = 0;                   // characters; 0 for no limit
+  std::size_t maxLength = 0;                     // characters; 0 for no limit
   std::function<int(int character)> onKeyPress;  // the character, another in its place, or 0 to drop it
   Handler onChange;
   Handler onLeave;
@@ -97,8 +105,8 @@ struct ListRow {
   bool operator==(const ListRow&) const = default;
 };
 
-// An editable text with a list under it. While the text equals a row's text (letter case ignored) the control is
-// bound to that row.
+// An editable text with a list under it. While the text equals a row's text (letter case ignored) the control
+// is bound to that row.
 class ComboBox final : public Control {
  public:
   ComboBox(Screen& screen, std::string name) : Control(screen, ControlKind::ComboBox, std::move(name)) {}
@@ -109,10 +117,14 @@ class ComboBox final : public Control {
 
   const std::string& Text() const { return text_; }
   void SetText(std::string text);  // raises onChange when the text differs
-  // The value of the row that the text matches, "" for none.
+  // The value of the row that the text matches, "" for none. Of rows with the same text the one that was
+  // chosen counts, else the first.
   std::string BoundText() const;
-  // Shows the row with that value, nothing when there is none; raises onChange when the text differs.
+  // Shows the row with that value, nothing when there is none; raises onChange when the text or the row
+  // differs.
   void SetBoundText(std::string_view value);
+  // What a choice in the open list does.
+  void ChooseRow(std::size_t row);
   bool MatchesList() const { return FindRow(text_) != kNoRow; }
   static constexpr std::size_t kNoRow = static_cast<std::size_t>(-1);
   std::size_t FindRow(std::string_view text) const;
@@ -125,6 +137,7 @@ class ComboBox final : public Control {
  private:
   std::vector<ListRow> rows_;
   std::string text_;
+  std::optional<std::string> chosenValue_;
 };
 
 struct TickRow {
@@ -164,7 +177,9 @@ class CheckBox final : public Control {
 class OptionButton final : public Control {
  public:
   OptionButton(Screen& screen, std::string name, std::string group, std::string caption = {})
-      : Control(screen, ControlKind::OptionButton, std::move(name)), caption(std::move(caption)), group_(std::move(group)) {}
+      : Control(screen, ControlKind::OptionButton, std::move(name)),
+        caption(std::move(caption)),
+        group_(std::move(group)) {}
 
   bool Value() const { return value_; }
   // True clears the others of the group without an event and raises onClick when it was not set.
@@ -236,7 +251,9 @@ class Menu final : public Control {
 
 class Timer final : public Control {
  public:
-  Timer(Screen& screen, std::string name) : Control(screen, ControlKind::Timer, std::move(name)) { enabled = false; }
+  Timer(Screen& screen, std::string name) : Control(screen, ControlKind::Timer, std::move(name)) {
+    enabled = false;
+  }
 
   int intervalMs = 0;
   Handler onTimer;
@@ -244,7 +261,8 @@ class Timer final : public Control {
 
 class ProgressBar final : public Control {
  public:
-  ProgressBar(Screen& screen, std::string name) : Control(screen, ControlKind::ProgressBar, std::move(name)) {}
+  ProgressBar(Screen& screen, std::string name)
+      : Control(screen, ControlKind::ProgressBar, std::move(name)) {}
 
   int minimum = 0;
   int maximum = 100;

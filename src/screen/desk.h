@@ -22,7 +22,9 @@ struct MessageBox {
 };
 
 std::vector<Answer> AnswersOf(Buttons buttons);  // in the order of the buttons
-std::string_view NameOf(Answer answer);          // "OK", "Cancel", "Yes", "No"
+// The answer that the Enter key gives: the default of the box, its first button when it has no such button.
+Answer DefaultAnswerOf(const MessageBox& box);
+std::string_view NameOf(Answer answer);  // "OK", "Cancel", "Yes", "No"
 std::string_view NameOf(Icon icon);
 
 // The person in front of the program.

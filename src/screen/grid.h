@@ -20,8 +20,8 @@ struct GridCell {
   std::string text;  // as shown; a tick cell holds "1" or "0"
   Colour backColour = kNoColour;
   Colour foreColour = kNoColour;
-  std::optional<bool> locked;     // overrides the column's
-  std::optional<CellType> type;   // overrides the column's
+  std::optional<bool> locked;    // overrides the column's
+  std::optional<CellType> type;  // overrides the column's
   std::string tag;
   bool operator==(const GridCell&) const = default;
 };
@@ -47,7 +47,7 @@ class Grid final : public Control {
 
   // Adds a row of empty cells, one a column; its index.
   std::size_t AddRow();
-  void Clear();  // takes the rows away, keeps the columns
+  void Clear();                                       // takes the rows away, keeps the columns
   GridCell& At(std::size_t row, std::size_t column);  // throws RuntimeError 9 outside the grid
   const GridCell& At(std::size_t row, std::size_t column) const;
   const std::string& Text(std::size_t row, std::size_t column) const { return At(row, column).text; }
@@ -60,8 +60,6 @@ class Grid final : public Control {
   CellHandler onCellChange;  // after a typed or ticked cell holds its new text
   CellHandler onDblClick;
   std::vector<Menu*> popup;  // the menu of the right button
-
- private:
 };
 
 }  // namespace ktl

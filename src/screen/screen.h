@@ -24,16 +24,19 @@ class Screen {
   std::string caption;
 
   virtual void Form_Load() {}
-  virtual void Form_Activate() {}                    // once, right after the load
+  virtual void Form_Activate() {}                   // once, right after the load
   virtual bool Form_QueryUnload() { return true; }  // false keeps the screen open
   virtual void Form_Unload() {}
 
-  // Asks Form_QueryUnload, then runs Form_Unload once. Any handler may call it; the desk takes the screen away when
-  // the handler is over.
+  // Asks Form_QueryUnload, then runs Form_Unload once. Any handler may call it; the desk takes the screen
+  // away when the handler is over.
   void Unload();
+  // Without asking: for a desk that has nobody left to answer.
+  void ForceUnload();
   bool IsUnloaded() const { return unloaded_; }
 
-  // The desk calls these two at opening; a handler may have unloaded the screen by then.
+  // Form_Load and then Form_Activate, unless the load has unloaded the screen. The desk calls it at opening;
+  // a screen that was unloaded can be loaded again.
   void Load();
 
   Control* Find(std::string_view name) const;  // null when there is none; letter case counts
@@ -43,7 +46,10 @@ class Screen {
   void SetFocus(Control& control, bool selectText = true);
   Control* Focus() const { return focus_; }
   // The desk's word that the focus went somewhere by the person's doing.
-  void NoteFocus(Control* control) { focus_ = control; focusAsked_ = false; }
+  void NoteFocus(Control* control) {
+    focus_ = control;
+    focusAsked_ = false;
+  }
   bool TakeFocusRequest();  // true once after a SetFocus
   bool SelectsText() const { return selectText_; }
 

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <memory>
+
+#include "frame/machine.h"
+
+namespace ktl {
+
+// The machine that the program runs on. Reads KTL_SETTINGS, KTL_FOLDER and KTL_TODAY from the environment.
+class RealMachine final {
+ public:
+  // Throws RuntimeError when KTL_TODAY is no date as yyyy-mm-dd.
+  explicit RealMachine(const char* argv0);
+  ~RealMachine();
+
+  Machine machine();
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace ktl

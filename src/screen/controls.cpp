@@ -1,0 +1,142 @@
+#include "screen/controls.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "runtime/text.h"
+#include "screen/screen.h"
+
+namespace ktl {
+
+namespace {
+
+// By value: a handler may put another one in its own place while it runs.
+void Raise(Handler handler) {
+  if (handler) handler();
+}
+
+// The bytes of the character that the text begins with, and its code point. A stray byte stands for itself.
+struct Character {
+  std::size_t bytes = 1;
+  int code = 0;
+};
+
+Character FirstCharacter(std::string_view text) {
+  const auto lead = static_cast<unsigned char>(text.front());
+  const std::size_t bytes = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  if (bytes == 1 || bytes > text.size()) return {1, lead};
+  int code = lead & (0xFF >> (bytes + 1));
+  for (std::size_t i = 1; i < bytes; ++i) code = code << 6 | (static_cast<unsigned char>(text[i]) & 0x3F);
+  return {bytes, code};
+}
+
+std::string Encoded(int code) {
+  const auto tail = [code](int shift) { return static_cast<char>(0x80 | (code >> shift & 0x3F)); };
+  if (code < 0x80) return {static_cast<char>(code)};
+  if (code < 0x800) return {static_cast<char>(0xC0 | code >> 6), tail(0)};
+  if (code < 0x10000) return {static_cast<char>(0xE0 | code >> 12), tail(6), tail(0)};
+  return {static_cast<char>(0xF0 | code >> 18), tail(12), tail(6), tail(0)};
+}
+
+}  // namespace
+
+Control::Control(Screen& screen, ControlKind kind, std::string name)
+    : screen_(screen), kind_(kind), name_(std::move(name)) {
+  screen_.Register(*this);
+}
+
+bool Control::IsShown() const { return visible && (!container || container->IsShown()); }
+
+bool Control::IsUsable() const { return enabled && visible && (!container || container->IsUsable()); }
+
+void Control::Hold(std::initializer_list<std::reference_wrapper<Control>> controls) {
+  for (Control& control : controls) control.container = this;
+}
+
+void TextBox::SetText(std::string text) {
+  if (text == text_) return;
+  text_ = std::move(text);
+  Raise(onChange);
+}
+
+void TextBox::TypeOver(std::string_view typed) {
+  const std::string before = std::exchange(text_, {});
+  const auto filter = onKeyPress;
+  while (!typed.empty()) {
+    const auto [bytes, code] = FirstCharacter(typed);
+    const int kept = filter ? filter(code) : code;
+    const bool fits = maxLength == 0 || Length(text_) < maxLength;
+    if (kept != 0 && fits) text_ += kept == code ? std::string(typed.substr(0, bytes)) : Encoded(kept);
+    typed.remove_prefix(bytes);
+  }
+  if (text_ != before) Raise(onChange);
+}
+
+void ComboBox::SetRows(std::vector<ListRow> rows) { rows_ = std::move(rows); }
+
+void ComboBox::SetText(std::string text) {
+  if (text == text_) return;
+  text_ = std::move(text);
+  chosenValue_.reset();
+  Raise(onChange);
+}
+
+std::string ComboBox::BoundText() const {
+  const std::size_t first = FindRow(text_);
+  if (first == kNoRow) return {};
+  if (chosenValue_) {
+    const auto isChosen = [this](const ListRow& row) {
+      return row.value == *chosenValue_ && EqualsNoCase(row.text, text_);
+    };
+    if (std::any_of(rows_.begin() + static_cast<std::ptrdiff_t>(first), rows_.end(), isChosen))
+      return *chosenValue_;
+  }
+  return rows_[first].value;
+}
+
+void ComboBox::SetBoundText(std::string_view value) {
+  const auto row =
+      std::find_if(rows_.begin(), rows_.end(), [&](const ListRow& r) { return r.value == value; });
+  if (row == rows_.end()) return SetText({});
+  ChooseRow(static_cast<std::size_t>(row - rows_.begin()));
+}
+
+void ComboBox::ChooseRow(std::size_t row) {
+  const ListRow& chosen = rows_.at(row);
+  const bool differs = chosen.text != text_ || chosen.value != BoundText();
+  text_ = chosen.text;
+  chosenValue_ = chosen.value;
+  if (differs) Raise(onChange);
+}
+
+std::size_t ComboBox::FindRow(std::string_view text) const {
+  const auto row =
+      std::find_if(rows_.begin(), rows_.end(), [&](const ListRow& r) { return EqualsNoCase(r.text, text); });
+  return row == rows_.end() ? kNoRow : static_cast<std::size_t>(row - rows_.begin());
+}
+
+void CheckBox::SetValue(bool value) {
+  if (value == value_) return;
+  value_ = value;
+  Raise(onClick);
+}
+
+void OptionButton::SetValue(bool value) {
+  if (value == value_) return;
+  value_ = value;
+  if (!value) return;
+  for (Control* control : screen().Controls()) {
+    if (control == this || control->kind() != ControlKind::OptionButton) continue;
+    auto& other = static_cast<OptionButton&>(*control);
+    if (other.group_ == group_) other.value_ = false;
+  }
+  Raise(onClick);
+}
+
+void Tabs::SetCurrent(std::size_t page) {
+  if (page == current_) return;
+  current_ = page;
+  Raise(onChange);
+}
+
+}  // namespace ktl

@@ -1,0 +1,45 @@
+#include "support/fake_machine.h"
+
+#include "runtime/errors.h"
+#include "runtime/text.h"
+
+namespace ktl {
+
+namespace {
+
+std::string Name(std::string_view section, std::string_view key) {
+  return UpperCase(section) + "\n" + UpperCase(key);
+}
+
+}  // namespace
+
+std::string FakeSettings::Get(std::string_view section, std::string_view key, std::string_view defaultValue) {
+  const auto found = values_.find(Name(section, key));
+  return found == values_.end() ? std::string(defaultValue) : found->second;
+}
+
+void FakeSettings::Set(std::string_view section, std::string_view key, std::string_view value) {
+  values_[Name(section, key)] = value;
+}
+
+void RecordingStatusBox::ReplaceText(long windowHandle, std::string_view text) {
+  if (failWith != 0) {
+    throw RuntimeError(failWith, "The clipboard cannot be opened");
+  }
+  texts.push_back({windowHandle, std::string(text)});
+}
+
+std::string FakeEnvironment::Variable(std::string_view name) const {
+  const auto found = variables.find(name);
+  return found == variables.end() ? std::string() : found->second;
+}
+
+bool RecordingSiblings::Start(const Sibling& sibling) {
+  if (missing.contains(sibling.program)) {
+    return false;
+  }
+  started.push_back(sibling);
+  return true;
+}
+
+}  // namespace ktl
