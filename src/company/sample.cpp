@@ -7,6 +7,7 @@
 #include "company/company_error.h"
 #include "company/sample_masters.h"
 #include "company/sample_people.h"
+#include "company/sample_premiums.h"
 #include "company/sample_salary.h"
 #include "company/sample_security.h"
 
@@ -87,12 +88,20 @@ void WriteEmployees(RawDatabase& database, const SampleOptions& options) {
   SampleLoans loans(options.seed, options.employees, options.targets);
   PeopleWriter peopleWriter(database);
   LoanWriter loanWriter(database);
+  PremiumWriter premiumWriter(database);
   SalaryWriter salaryWriter(database, options.seed, options.salaryTo);
   for (int id = 1; id <= options.employees; ++id) {
     SampleBook book{people.Make(id), {}};
     book.instructions = loans.Make(book.person);
     peopleWriter.Write(book.person);
-    for (const auto& instruction : book.instructions) loanWriter.Write(id, instruction);
+    for (const auto& loan : book.instructions) loanWriter.Write(id, loan);
+    if (id <= kAnchors || !options.targets.Any()) {
+      for (auto& premium : MakePremiums(options.seed, book.person)) {
+        premiumWriter.Write(id, premium);
+        loanWriter.WriteInstalments(id, premium);
+        book.instructions.push_back(std::move(premium));
+      }
+    }
     salaryWriter.Write(book);
   }
 }

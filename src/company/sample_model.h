@@ -107,6 +107,11 @@ struct SampleInstruction {
   std::optional<std::string> remarks;
   std::vector<SampleInstalment> rows;
   std::vector<SampleReceipt> receipts;
+  // Of a premium or an incentive.
+  int firstMonth = 0;
+  int lastMonth = 0;
+  double fundPercent = 0;  // of an incentive that counts for the provident fund
+  bool professionTax = false;
 };
 
 // All that is known of one employee while his rows are written.
