@@ -1,6 +1,6 @@
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -40,7 +40,8 @@ int RunScript(const char* argv0, const Arguments& arguments) {
   const bool fromFile = !arguments.scriptFile.empty();
   if (fromFile) {
     file.open(arguments.scriptFile);
-    if (!file) return Complain("cannot read " + arguments.scriptFile, kBadScript);
+    if (!file || std::filesystem::is_directory(arguments.scriptFile))
+      return Complain("cannot read " + arguments.scriptFile, kBadScript);
   }
   ktl::ScriptDesk desk(fromFile ? file : std::cin, std::cout);
   ktl::RealMachine real(argv0);

@@ -64,9 +64,9 @@ class WholeProgram : public testing::Test {
     folder = name;
     work = folder / "work";
     fs::create_directory(work);
-    const int status =
-        RunShell("cd " + ShellQuoted(work.string()) +
-                 " && " KTL_BUILD_DIR "/KTLCompany create company.kldb --settings settings.ini >../log 2>&1");
+    const int status = RunShell(
+        "cd " + ShellQuoted(work.string()) +
+        " && " KTL_BUILD_DIR "/KTLCompany create company.kldb --settings \"$PWD/settings.ini\" >../log 2>&1");
     ASSERT_EQ(status, 0) << ReadAll(folder / "log");
     fs::copy(work, folder / "pristine", fs::copy_options::recursive);
   }
@@ -79,7 +79,7 @@ class WholeProgram : public testing::Test {
     fs::copy(folder / "pristine", work, fs::copy_options::recursive);
     const int status = RunShell(
         "cd " + ShellQuoted(work.string()) +
-        " && KTL_SETTINGS=settings.ini KTL_FOLDER=\"$PWD\" KTL_TODAY=2026-10-15 " KTL_BUILD_DIR
+        " && KTL_SETTINGS=\"$PWD/settings.ini\" KTL_FOLDER=\"$PWD\" KTL_TODAY=2026-10-15 " KTL_BUILD_DIR
         "/KTLStInsConsole " +
         ShellQuoted(CommandLineOf(script)) + " " + ShellQuoted(script.string()) + " >../out 2>../err");
     std::string outcome = ReadAll(folder / "out");
