@@ -89,7 +89,8 @@ class Draw final {
  private:
   int Start() {
     const int earliest = std::max(kFirstMonth, MonthNo(person_.joined) + 1);
-    return std::max(earliest, kFirstMonth + 3 * random_.Between(0, 8));
+    const int drawn = kFirstMonth + 3 * random_.Between(0, 8);
+    return std::max(earliest, person_.left ? std::min(drawn, MonthNo(*person_.left)) : drawn);
   }
   double Amount(int lowest, int highest) { return 100.0 * random_.Between(lowest, highest); }
 
@@ -98,8 +99,10 @@ class Draw final {
     Add({0, SampleType::Incentive, half ? "Half Yearly Incentive" : "Quarterly Incentive", Start(), 0,
          half ? kHalfYearly : kQuarterly, Amount(20, 100), 0});
   }
+  // Of those who left, every other one's premiums run past the leaving.
   void Add(Premium premium) {
-    premium.lastMonth = std::max(kLastMonth, premium.firstMonth);
+    const bool endsInTime = person_.left && person_.id % 2 == 0;
+    premium.lastMonth = std::max(endsInTime ? MonthNo(*person_.left) : kLastMonth, premium.firstMonth);
     const auto same = std::count_if(made_.begin(), made_.end(),
                                     [&](const auto& other) { return other.type == premium.type; });
     made_.push_back(Make(premium, person_.id, static_cast<int>(same) + 1));
