@@ -164,6 +164,14 @@ SalaryWriter::Pay SalaryWriter::Given(const GivenSalary& given, const Pay& calcu
   return pay;
 }
 
+// Of another detail in the same month.
+SalaryWriter::Pay SalaryWriter::SecondPay() {
+  Pay pay;
+  pay.basic = 1000;
+  pay.incomeTax = 50;
+  return pay;
+}
+
 void SalaryWriter::WriteMonth(const SampleBook& book, int month) {
   const SamplePerson& person = book.person;
   Taken taken = Taken::In(book, month);
@@ -179,7 +187,7 @@ void SalaryWriter::WriteMonth(const SampleBook& book, int month) {
 
   WriteSalary(person.id, month, detail ? std::optional(detail->id) : std::nullopt, pay, taken);
   if (person.id == 32 && month == MonthNo(2026, 7))
-    WriteSalary(person.id, month, std::nullopt, Pay{}, Taken{});
+    WriteSalary(person.id, month, std::nullopt, SecondPay(), Taken{});
   attendance_(person.id, month, pay.toRecalculate, month <= kLastLockedMonth);
   if (pay.nightShift > 0) {
     units_(person.id, month, detail ? detail->structure : 1, 0, kNightShiftHead,
