@@ -34,17 +34,16 @@ std::string InsertStatement(Session& session, const InstructionMaster& master) {
 // Leaves SEPPIYN and SBIIFBYN of a kept name as they are.
 std::string UpdateStatement(Session& session, const InstructionMaster& master) {
   return fmt::format(
-      "UPDATE INS_MASTER SET ACCCODE = {}, TDSYN = {}, SIPREF = {}, TDSREFNO = {} Where SINAME = '{}' AND "
-      "SITYPE={}",
+      "UPDATE INS_MASTER SET ACCCODE = {}, TDSYN = {}, SIPREF = {}, TDSREFNO = {}"
+      " Where SINAME = '{}' AND SITYPE={}",
       TextOrNull(session, master.accCode), Flag(master.tdsYn), PreferenceOrNull(master.siPref),
       NumberOrNull(master.tdsRefNo), SqlText(session, master.siName), master.siType);
 }
 
 std::string AdvancedStatement(Session& session, const InstructionMaster& master) {
   return fmt::format(
-      "Update INS_MASTER Set AMTLIMIT = {}, ALLOWLIMIT = {}, EMIRECCNT = {}, INTRRATE = {}, REDUCINGBALYN = "
-      "{}"
-      " Where SINAME = '{}' AND SITYPE={}",
+      "Update INS_MASTER Set AMTLIMIT = {}, ALLOWLIMIT = {}, EMIRECCNT = {}, INTRRATE = {},"
+      " REDUCINGBALYN = {} Where SINAME = '{}' AND SITYPE={}",
       NumberOrNull(master.amtLimit), NumberOrNull(master.allowLimit), NumberOrNull(master.emiRecCnt),
       NumberOrNull(master.intrRate), Flag(master.reducingBalYn), SqlText(session, master.siName),
       master.siType);
