@@ -1,10 +1,12 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
-#include <QtTest/QTest>
 #include <functional>
 
 #include "desktop/qt_desk.h"
@@ -24,14 +26,16 @@ Widget* TopDialog() {
 // Runs the step as soon as a dialog of that kind other than the present one is up.
 template <class Widget>
 void OnNext(std::function<void(Widget&)> step) {
-  auto timer = std::make_shared<QTimer>();
+  auto* timer = new QTimer(qApp);  // goes when its step has run
+  timer->setObjectName("step");
   QWidget* present = QApplication::activeModalWidget();
-  QObject::connect(timer.get(), &QTimer::timeout, [timer, present, step]() mutable {
+  QObject::connect(timer, &QTimer::timeout, timer, [timer, present, step] {
     Widget* dialog = TopDialog<Widget>();
     if (!dialog || dialog == present) return;
     timer->stop();
+    timer->deleteLater();
+    timer->setObjectName("done");
     step(*dialog);
-    QTimer::singleShot(0, qApp, [timer] { timer->disconnect(); });
   });
   timer->start(2);
 }
@@ -45,6 +49,10 @@ inline void WorkOn(QtDesk& desk, Screen& screen, std::function<void(ScreenWindow
     window.done(0);
   });
   desk.ShowModal(screen);
+  for (QTimer* left : qApp->findChildren<QTimer*>("step")) {
+    ADD_FAILURE() << "a dialog that was waited for did not come up";
+    delete left;
+  }
 }
 
 template <class Widget>
