@@ -354,8 +354,7 @@ TEST_F(MasterScreen, MarksInsuredEmployeesForPorting) {
     ClickRow(screen->fpgSIMaster, 0);
     Type(screen->txtSIName, "Renamed Cover");
     Click(screen->cmdSave);
-    EXPECT_EQ(Rows("SELECT EMPID, ISNULL(INSOTHERYN, 0), ISNULL(INSURANCEYN, 0) FROM INC_PORTEDSTAT"),
-              c.flags);
+    EXPECT_EQ(Rows("SELECT EMPID, INSOTHERYN, INSURANCEYN FROM INC_PORTEDSTAT"), c.flags);
   }
 }
 
