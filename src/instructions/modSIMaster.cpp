@@ -387,7 +387,6 @@ void modSIMaster::Delete() {
     MarkInstructionsForPorting(session_, session_.SIType, clickedName_, kPortInsOther);
   DeleteInstructionMaster(session_, session_.SIType, clickedName_);
   LoadFields(*clicked);
-  NoteOldValues();
   WriteAudit(" Master Deleted");
   FillGrid();
   Clear();

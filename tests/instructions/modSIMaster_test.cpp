@@ -231,9 +231,12 @@ TEST_F(MasterScreen, EmptiesAdvancedColumnsOfACompanyWithoutThem) {
     auto screen = Open(1502, advanced);
     ClickRow(screen->fpgSIMaster, 0);
     EXPECT_EQ(screen->txtMaxAmount.Text(), "12,34,567.50");
-    if (advanced) Tick(screen->chkMaxAllowed, false);
+    if (advanced) {
+      Tick(screen->chkMaxAllowed, false);
+      Tick(screen->chkInterestRate, false);
+    }
     Click(screen->cmdSave);
-    EXPECT_EQ(Rows(columns), advanced ? "1234567.5|~|36|9.25|1|1|1\n" : "~|~|~|~|0|1|1\n");
+    EXPECT_EQ(Rows(columns), advanced ? "1234567.5|~|36|~|0|1|1\n" : "~|~|~|~|0|1|1\n");
     EXPECT_EQ(Rows("SELECT TDSYN FROM INS_MASTER"), "1\n") << "the hidden box follows the row";
     ClickRow(screen->fpgSIMaster, 0);
     Tick(screen->chkType, false);
