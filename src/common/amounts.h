@@ -22,8 +22,8 @@ bool FnBlnWithinLimit(std::string_view text, double limit);
 // 0 to drop it; `text` is what the box holds so far.
 class clsGenCmn {
  public:
-  static double FnDblTrimVal(
-      std::string_view text);  // commas removed, then the number that the text begins with
+  // Commas removed, then the number that the text begins with.
+  static double FnDblTrimVal(std::string_view text);
   static std::string FnStrCormat(std::string_view text, int decimals);  // Indian grouping; "" for zero
   static std::string FnStrConvertToCommaNumber(std::string_view text, int decimals);
   static std::string FnStrRestrictAmount(std::string_view text, double limit);
@@ -48,8 +48,8 @@ class clsGenCmn {
 
   static std::string FnStrClearAllNonFileChar(std::string_view text);
   static std::string FnStrConvertToDate(std::string_view text);  // "dd/MMM/yyyy", "" when it is no date
-  static std::string FnStrConvertToNumber(std::string_view text,
-                                          int decimals);  // without grouping; "" for zero
+  // Like the comma number, without commas.
+  static std::string FnStrConvertToNumber(std::string_view text, int decimals);
   static std::string FnStrConvertToUpper(std::string_view text);
   static std::string FnStrConvertToTitle(std::string_view text);
   static std::string FnStrConvProperCase(std::string_view text);

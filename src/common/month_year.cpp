@@ -21,8 +21,8 @@ struct Month {
 };
 
 Month Decode(long monthYear) {
-  const int month = static_cast<int>(monthYear % 12);
-  const long year = monthYear / 12;
+  const int month = static_cast<int>((monthYear % 12 + 12) % 12);
+  const long year = (monthYear - month) / 12;
   return month == 0 ? Month{year - 1, 12} : Month{year, month};
 }
 

@@ -1,6 +1,6 @@
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -40,14 +40,16 @@ int RunScript(const char* argv0, const Arguments& arguments) {
   const bool fromFile = !arguments.scriptFile.empty();
   if (fromFile) {
     file.open(arguments.scriptFile);
-    if (!file) return Complain("cannot read " + arguments.scriptFile, kBadScript);
+    if (!file || std::filesystem::is_directory(arguments.scriptFile))
+      return Complain("cannot read " + arguments.scriptFile, kBadScript);
   }
   ktl::ScriptDesk desk(fromFile ? file : std::cin, std::cout);
   ktl::RealMachine real(argv0);
   ktl::Session session(real.machine(), desk);
   const int status = ktl::RunProgram(session, arguments.commandLine);
-  // Standard input may belong to somebody who keeps it open: what is left there is not asked for.
-  if (fromFile) desk.CheckAllRead();
+  // Standard input may belong to somebody who keeps it open: what is left there is not asked for. Nor when no
+  // screen came up, which a box has told.
+  if (fromFile && status == 0) desk.CheckAllRead();
   return status;
 }
 

@@ -90,6 +90,7 @@ int RunProgram(Session& session, const std::string& commandLine) {
   RegisterScreens(session.screens);
   const CommandLine line = SplitCommandLine(commandLine);
   if (line.title) session.title = *line.title;
+  session.data.SetTitle(session.title);
   session.ExtendedYN = Value(session.machine.settings.Get("ExeTalk", "KTLExtendedYN", "0")).ToBoolean();
   session.WinUserID = session.machine.settings.Get("Settings", "WinUserID", "");
   if (!Connect(session, line)) return kNoScreen;

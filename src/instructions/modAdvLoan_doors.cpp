@@ -11,6 +11,7 @@
 #include "instructions/instruction_statements.h"
 #include "instructions/modAdvLoan.h"
 #include "runtime/numbers.h"
+#include "workbook/grid_workbook.h"
 
 namespace ktl {
 
@@ -162,7 +163,8 @@ void modAdvLoan::mnuExport_Click() {
     session_.Inform("No Records Found");
     return;
   }
-  session_.Inform("The output to a workbook is not part of this build yet.");
+  const std::string file = ExportGridToWorkbook(session_, fpgEMI, "EMI Details");
+  if (!file.empty()) session_.Inform("The schedule has been written to " + file);
 }
 
 void modAdvLoan::cmdIntrCalc_Click() {
