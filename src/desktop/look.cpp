@@ -28,7 +28,14 @@ QLineEdit, QPlainTextEdit { border: 1px solid #c3ccd8; border-radius: 4px; paddi
 QLineEdit:focus, QPlainTextEdit:focus { border: 1px solid #2f6fb3; }
 QLineEdit:read-only { background: #f4f6f9; }
 QLineEdit:disabled { border-color: #dde2e9; background: #f1f3f6; }
-QTableView QLineEdit, QComboBox QLineEdit { border: 0; border-radius: 0; padding: 0 2px; background: palette(base); }
+QTableView QLineEdit { border: 0; border-radius: 0; padding: 0 2px; background: palette(base); }
+
+QComboBox { border: 1px solid #c3ccd8; border-radius: 4px; padding: 3px 5px; background: palette(base); }
+QComboBox:focus, QComboBox:on { border: 1px solid #2f6fb3; }
+QComboBox:disabled { border-color: #dde2e9; background: #f1f3f6; }
+QComboBox QLineEdit { border: 0; border-radius: 0; padding: 0; background: transparent; }
+QComboBox::drop-down { border: 0; width: 20px; }
+QComboBox QAbstractItemView { border: 1px solid #c3ccd8; background: #ffffff; selection-background-color: #2f6fb3; }
 
 QPushButton { min-width: 58px; padding: 5px 10px; border: 1px solid #c3ccd8; border-radius: 5px; background: #ffffff; }
 QPushButton:hover { background: #eaf2fb; border-color: #2f6fb3; }
@@ -46,7 +53,7 @@ QLabel[chip="true"] { padding: 2px 10px; border: 1px solid #c3ccd8; border-radiu
 QLabel[link="true"] { color: #2f6fb3; text-decoration: underline; }
 
 QHeaderView { background: #e4eaf2; border: 0; }
-QHeaderView::section { background: #e4eaf2; color: #24456b; font-weight: 600; padding: 5px 6px; border: 0;
+QHeaderView::section { background: #e4eaf2; color: #24456b; font-weight: 600; padding: 5px 4px; border: 0;
                        border-right: 1px solid #d0d8e2; border-bottom: 1px solid #c3ccd8; }
 QTableView, QListView { border: 1px solid #d6dde6; border-radius: 4px; }
 QTableView { gridline-color: #e3e8ee; }
