@@ -7,20 +7,23 @@
 namespace ktl {
 
 class DataAccess;
+class Desk;
+enum class Answer;
 
 inline constexpr double kAmountLimit = 9999999999.99;
 
-// By ROUNDTYPE 1 to 6: nearest rupee, next rupee, nearest ten, next ten, two decimals, next 5 paise; another type
-// gives 0. The sign is set aside and put back.
+// By ROUNDTYPE 1 to 6: nearest rupee, next rupee, nearest ten, next ten, two decimals, next 5 paise; another
+// type gives 0. The sign is set aside and put back.
 double FnDblRoundByType(int type, double value);
 double FnDblRoundUp(double value);
 bool FnBlnWithinLimit(std::string_view text, double limit);
 
-// Formatting, words and keystroke filters. A filter takes a character code and gives it back, another one, or 0 to
-// drop it; `text` is what the box holds so far.
+// Formatting, words and keystroke filters. A filter takes a character code and gives it back, another one, or
+// 0 to drop it; `text` is what the box holds so far.
 class clsGenCmn {
  public:
-  static double FnDblTrimVal(std::string_view text);  // commas removed, then the number that the text begins with
+  // Commas removed, then the number that the text begins with.
+  static double FnDblTrimVal(std::string_view text);
   static std::string FnStrCormat(std::string_view text, int decimals);  // Indian grouping; "" for zero
   static std::string FnStrConvertToCommaNumber(std::string_view text, int decimals);
   static std::string FnStrRestrictAmount(std::string_view text, double limit);
@@ -44,6 +47,9 @@ class clsGenCmn {
   static int FnIntLimitMaxLength(std::string_view text, int key, std::size_t maximum);
 
   static std::string FnStrClearAllNonFileChar(std::string_view text);
+  static std::string FnStrConvertToDate(std::string_view text);  // "dd/MMM/yyyy", "" when it is no date
+  // Like the comma number, without commas.
+  static std::string FnStrConvertToNumber(std::string_view text, int decimals);
   static std::string FnStrConvertToUpper(std::string_view text);
   static std::string FnStrConvertToTitle(std::string_view text);
   static std::string FnStrConvProperCase(std::string_view text);
@@ -51,9 +57,13 @@ class clsGenCmn {
   static std::string FnStrCorrectFileName(std::string_view text);
   static std::string FnStrSuffixST_ND_RD_TH(long number);
   static std::string FnStrPADL(std::string_view text, std::size_t width, char fill = ' ');
-  // Each character below 128 gains 128, any other loses it: twice gives the text back. Characters are code points.
+  // Each character below 128 gains 128, any other loses it: twice gives the text back. Characters are code
+  // points.
   static std::string FnStrEncryptWord(std::string_view text);
+  // Another scrambling, by a fixed key: twice gives the text back as well.
   static std::string FnStrAccessPassword(std::string_view text);
+
+  static Answer FnLngDeleteBox(Desk& desk);  // Yes or No, No by default
 };
 
 class clsCtrlDep {

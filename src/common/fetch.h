@@ -1,7 +1,10 @@
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <utility>
 
+#include "common/titles.h"
 #include "database/connection.h"
 #include "runtime/value.h"
 
@@ -14,8 +17,9 @@ class DataAccess {
  public:
   DataAccess(Connection& cn, Desk& desk) : cn_(cn), desk_(desk) {}
 
-  // Field 0 of the first row; the default when there is no row or it is null. When the statement fails: a critical
-  // box with the description, " : " and the number (none when noMessage), and Empty instead of the default.
+  // Field 0 of the first row; the default when there is no row or it is null. When the statement fails: a
+  // critical box with the description, " : " and the number (none when noMessage), and Empty instead of the
+  // default.
   Value FnVarGetDbValue(std::string_view sql, Value defaultValue = {}, bool noMessage = false);
   // Throws when the statement fails.
   bool FnBlnRecExists(std::string_view sql);
@@ -25,9 +29,14 @@ class DataAccess {
   Connection& Cn() { return cn_; }
   Desk& desk() { return desk_; }
 
+  // What the boxes shown from here carry: the application's title.
+  void SetTitle(std::string title) { title_ = std::move(title); }
+  const std::string& title() const { return title_; }
+
  private:
   Connection& cn_;
   Desk& desk_;
+  std::string title_ = kApplicationTitle;
 };
 
 // Null becomes the alternative; so does a number that is exactly 0 when zeroToo is set.

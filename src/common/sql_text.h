@@ -6,9 +6,9 @@
 
 namespace ktl {
 
-// Values typed by a person, made safe for a statement. Plain replacements in a fixed order; no state but the dialect
-// word ("SQL", "MYSQL", "ACC97", ...), which the caller reads from the settings ("Settings", "DBType", default
-// "ACC97").
+// Values typed by a person, made safe for a statement. Plain replacements in a fixed order; no state but the
+// dialect word ("SQL", "MYSQL", "ACC97", ...), which the caller reads from the settings ("Settings",
+// "DBType", default "ACC97").
 class clsSPChar {
  public:
   explicit clsSPChar(std::string_view dbType);
@@ -19,7 +19,8 @@ class clsSPChar {
   static std::string FnStrSpFFLikeSQL(std::string_view text);
   static std::string FnStrSpRep(std::string_view text);  // the text as a quoted literal of a find expression
   // Overwrites inside a fixed-width text, position from 1.
-  static std::string FnStrSpeReplace(std::string_view text, std::size_t position, std::string_view replacement);
+  static std::string FnStrSpeReplace(std::string_view text, std::size_t position,
+                                     std::string_view replacement);
   static std::string FnStrChangeAllSp(std::string_view text);
   static std::string FnStrClearAllSp(std::string_view text);  // for the audit trail
 

@@ -12,7 +12,8 @@ namespace ktl {
 class SettingsStore {
  public:
   virtual ~SettingsStore() = default;
-  virtual std::string Get(std::string_view section, std::string_view key, std::string_view defaultValue = "") = 0;
+  virtual std::string Get(std::string_view section, std::string_view key,
+                          std::string_view defaultValue = "") = 0;
   virtual void Set(std::string_view section, std::string_view key, std::string_view value) = 0;
 };
 

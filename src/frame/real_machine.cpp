@@ -8,8 +8,8 @@
 #include <ctime>
 #include <filesystem>
 #include <optional>
-#include <regex>
 
+#include "frame/files.h"
 #include "frame/settings_store.h"
 #include "frame/siblings.h"
 #include "runtime/errors.h"
@@ -28,8 +28,7 @@ class LocalFolder final : public ProgramFolder {
   explicit LocalFolder(std::filesystem::path path) : path_(std::move(path)) {}
   std::string Path() const override { return path_.string(); }
   bool HasFile(std::string_view name) const override {
-    std::error_code ignored;
-    return !name.empty() && std::filesystem::is_regular_file(path_ / name, ignored);
+    return !name.empty() && FnBlnFileExists(path_ / name);
   }
 
  private:
@@ -91,13 +90,10 @@ std::filesystem::path FolderOfProgram(const char* argv0) {
 std::optional<Date> FixedDay() {
   const std::string text = EnvironmentText("KTL_TODAY");
   if (text.empty()) return std::nullopt;
-  static const std::regex form(R"((\d{4})-(\d{2})-(\d{2}))");
-  std::smatch parts;
-  std::optional<Date> day;
-  if (std::regex_match(text, parts, form)) {
-    day = Date::FromYmd(std::stoi(parts[1]), std::stoi(parts[2]), std::stoi(parts[3]));
+  const std::optional<Date> day = ParseDate(text);
+  if (!day || FormatDate(*day, "yyyy-mm-dd") != text) {
+    throw RuntimeError(5, fmt::format("KTL_TODAY is \"{}\", which is no date as yyyy-mm-dd.", text));
   }
-  if (!day) throw RuntimeError(5, fmt::format("KTL_TODAY is \"{}\", which is no date as yyyy-mm-dd.", text));
   return day;
 }
 

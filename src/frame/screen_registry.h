@@ -11,13 +11,14 @@ namespace ktl {
 class Screen;
 struct Session;
 
-// Screens by name, so that a screen can open another one whose room it may not include. frame/startup fills it.
+// Screens by name, so that a screen can open another one whose room it may not include; frame/startup fills it.
 class ScreenRegistry {
  public:
   // parent: the screen that opens it, null at the top.
   using Factory = std::function<std::unique_ptr<Screen>(Session& session, Screen* parent)>;
 
-  void Add(std::string name, Factory factory) { factories_[std::move(name)] = std::move(factory); }
+  // The first one of a name stays.
+  void Add(std::string name, Factory factory) { factories_.try_emplace(std::move(name), std::move(factory)); }
   bool Has(std::string_view name) const { return factories_.contains(name); }
   // Opens the screen modally. A screen that is not there yet answers with one plain message that names it.
   void Show(Session& session, std::string_view name, Screen* parent = nullptr) const;

@@ -4,18 +4,15 @@
 #include <string>
 
 #include "common/fetch.h"
+#include "common/titles.h"
 #include "database/connection.h"
+#include "frame/employee_detail.h"
 #include "frame/machine.h"
 #include "frame/options.h"
 #include "frame/screen_registry.h"
 #include "screen/desk.h"
 
 namespace ktl {
-
-inline constexpr const char* kApplicationTitle = "KestrelLedger - Standing Instruction";
-inline constexpr const char* kVendorTitle = "Kestrel Ledger";
-inline constexpr const char* kSavingTitle = "Saving Information";
-inline constexpr const char* kDeniedTitle = "Permission Denied";
 
 class Screen;
 
@@ -51,10 +48,12 @@ struct Session {
   std::string FilterTableName;   // in brackets
   bool FilterYN = false;
   Screen* ActiveForm = nullptr;
+  std::string helpFile;  // the host's help file, when it is there
 
   OptionSet options;
   FeatureSet features;
   CaptionSet captions;
+  EmployeeDetail employeeDetail;  // of the employee whose formula is evaluated
   bool AdvanceMgmtYN = false;  // ADVMGALYN as the entry screen copied it
   bool SepPiYN = false;        // SEPPIYN of the name last chosen on the entry screen; other screens read it
   long EmpLockStatus = 0;      // lockyn of the employee last chosen

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <string>
 
+#include "frame/files.h"
 #include "runtime/text.h"
 
 namespace ktl {
@@ -16,8 +17,7 @@ namespace ktl {
 namespace {
 
 bool IsProgram(const std::filesystem::path& path) {
-  std::error_code ignored;
-  return std::filesystem::is_regular_file(path, ignored) && ::access(path.c_str(), X_OK) == 0;
+  return FnBlnFileExists(path) && ::access(path.c_str(), X_OK) == 0;
 }
 
 // Empty when there is no such program.

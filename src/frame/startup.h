@@ -6,11 +6,13 @@
 
 namespace ktl {
 
-// Fills the registry with every screen of the program.
+// Fills the registry with every screen of the program that is not in it yet.
 void RegisterScreens(ScreenRegistry& screens);
 
-// The whole run: reads the command line, connects, loads options, opens one screen modally and comes back when it is
-// gone. The answer is the process's exit status. Throws what no handler caught.
+// The whole run: reads the command line, connects, loads options, opens one screen modally and comes back
+// when it is gone. Registers the screens itself; one that the caller has put into the registry before stays.
+// The answer is the process's exit status: 0, or 1 when no screen was opened (a box has said why). Throws
+// what no handler caught.
 int RunProgram(Session& session, const std::string& commandLine);
 
 }  // namespace ktl

@@ -176,7 +176,7 @@ bool ReadSepPiYN(Session& session, std::string_view name) {
                                          session.SIType, SqlText(session, name))) == 1;
 }
 
-bool HasHouseLoanDetails(Session& session, long employee, std::string_view name) {
+bool MayHaveHouseLoan(Session& session, long employee, std::string_view name) {
   if (ReadNumber(session, fmt::format("Select TDSYN From MAS_EMPLOYEE Where EMPID = {}", employee)) == 0)
     return false;
   return ReadNumber(session, fmt::format("Select TDSYN From INS_MASTER Where SITYPE = {} And SINAME = '{}'",

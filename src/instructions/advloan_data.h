@@ -83,7 +83,7 @@ std::vector<ListRow> ReadFormulas(Session& session);
 bool NameExists(Session& session, std::string_view name);
 NameRules ReadNameRules(Session& session, std::string_view name);
 bool ReadSepPiYN(Session& session, std::string_view name);
-bool HasHouseLoanDetails(Session& session, long employee, std::string_view name);
+bool MayHaveHouseLoan(Session& session, long employee, std::string_view name);
 
 std::optional<AdvLoanDetail> ReadAdvLoan(Session& session, const InstructionKey& key);
 std::vector<AdvLoanListRow> ReadAdvLoanList(Session& session, long employee);

@@ -21,7 +21,9 @@ constexpr double kLongestTenure = 360;  // months
 
 using Checked = std::optional<Refusal>;
 
-Checked Refuse(std::string text, EntryField focus = EntryField::None) { return Refusal{std::move(text), focus}; }
+Checked Refuse(std::string text, EntryField focus = EntryField::None) {
+  return Refusal{std::move(text), focus};
+}
 Checked EndQuietly(EntryField focus = EntryField::None) { return Refusal{"", focus}; }
 
 double Number(const std::string& text) { return clsGenCmn::FnDblTrimVal(text); }
@@ -33,10 +35,11 @@ bool IsStored(Session& session, const AdvLoanEntry& entry) {
 // Counts the entry itself when it is stored already, so the last one allowed cannot be saved again.
 long TimesGiven(Session& session, const AdvLoanEntry& entry) {
   return session.data
-      .FnVarGetDbValue(fmt::format("select Count(serialno) as Total from INS_ADVLOAN Where EMPID={} And SITYPE = {} AND "
-                                   " SINAME = '{}'",
-                                   entry.key.employee, entry.key.siType, SqlText(session, entry.name)),
-                       0)
+      .FnVarGetDbValue(
+          fmt::format("select Count(serialno) as Total from INS_ADVLOAN Where EMPID={} And SITYPE = {} AND "
+                      " SINAME = '{}'",
+                      entry.key.employee, entry.key.siType, SqlText(session, entry.name)),
+          0)
       .ToLong();
 }
 
@@ -46,7 +49,8 @@ Checked CheckLimits(Session& session, const AdvLoanEntry& entry) {
     return Refuse("Amount should be less than : " + NumberText(rules.AMTLIMIT), EntryField::Amount);
   }
   if (rules.EMIRECCNT > 0 && Value(Number(entry.count)).ToInt() > rules.EMIRECCNT) {
-    return Refuse(fmt::format("No.of Installments should be less than : {}", rules.EMIRECCNT), EntryField::Count);
+    return Refuse(fmt::format("No.of Installments should be less than : {}", rules.EMIRECCNT),
+                  EntryField::Count);
   }
   if (rules.ALLOWLIMIT > 0 && TimesGiven(session, entry) >= rules.ALLOWLIMIT) {
     return Refuse(fmt::format("{} can be given only {} times in a service", entry.name, rules.ALLOWLIMIT),
@@ -74,11 +78,13 @@ Checked CheckLoanAccount(Session& session, const AdvLoanEntry& entry, const AskT
     return Refuse("Select institution.", EntryField::Institution);
   }
   const std::string account = Trim(entry.account);
-  if (account.empty()) return Refuse("Specify the " + entry.caption + " account number.", EntryField::Account);
+  if (account.empty())
+    return Refuse("Specify the " + entry.caption + " account number.", EntryField::Account);
   const Value others = session.data.FnVarGetDbValue(
-      fmt::format("Select COUNT(SERIALNO) From INS_ADVLOAN Where SITYPE = {} AND LOANACNO = '{}' AND (EMPID <> {} OR "
-                  "SERIALNO <> {})",
-                  entry.key.siType, SqlText(session, account), entry.key.employee, entry.key.serial),
+      fmt::format(
+          "Select COUNT(SERIALNO) From INS_ADVLOAN Where SITYPE = {} AND LOANACNO = '{}' AND (EMPID <> {} OR "
+          "SERIALNO <> {})",
+          entry.key.siType, SqlText(session, account), entry.key.employee, entry.key.serial),
       0);
   if (others.NumberOr0() > 0 &&
       !ask("Loan Account number already exist(s). Do you want to continue ?", Icon::Question, Answer::Yes)) {
@@ -96,7 +102,8 @@ Checked CheckDateAndAmounts(Session& session, const AdvLoanEntry& entry) {
     if (entry.Amount() == 0) return Refuse("Specify amount.", EntryField::Amount);
     if (entry.Amount() > kAmountLimit) return Refuse(kAmountTooHigh, EntryField::Amount);
   }
-  if (entry.Interest() > kAmountLimit) return Refuse(std::string("Interest ") + kAmountTooHigh, EntryField::Interest);
+  if (entry.Interest() > kAmountLimit)
+    return Refuse(std::string("Interest ") + kAmountTooHigh, EntryField::Interest);
   return {};
 }
 
@@ -131,8 +138,9 @@ Checked CheckRecovery(Session& session, const AdvLoanEntry& entry) {
 Checked CheckInstalmentAgainstTotal(const AdvLoanEntry& entry) {
   if (!entry.lumpSum || entry.amountByFormula) return {};
   if (entry.Instalment() <= entry.Amount() + entry.Interest()) return {};
-  return Refuse("Installment amount cannot exceed the sum of " + LowerCase(entry.caption) + " taken and interest.",
-                EntryField::Instalment);
+  return Refuse(
+      "Installment amount cannot exceed the sum of " + LowerCase(entry.caption) + " taken and interest.",
+      EntryField::Instalment);
 }
 
 // A date equal to either passes, whatever the messages say.
@@ -172,17 +180,21 @@ Checked CheckLocks(Session& session, const AdvLoanEntry& entry) {
   const long month = FnLngMonthYear(entry.date);
   const long locked =
       session.data
-          .FnVarGetDbValue(fmt::format("Select Count(MONTHYEAR) From MAS_MONTHYEAR Where LOCKEDYN = 1 And MONTHYEAR >= {}",
-                                       month),
-                           0)
+          .FnVarGetDbValue(
+              fmt::format("Select Count(MONTHYEAR) From MAS_MONTHYEAR Where LOCKEDYN = 1 And MONTHYEAR >= {}",
+                          month),
+              0)
           .ToLong();
   if (locked >= 1) return Refuse(fmt::format("{} Month(s) locked. Cannot Save/Update.", locked));
   const long lastMonth =
       session.data
-          .FnVarGetDbValue(fmt::format("SELECT MAX(MONTHYEAR) FROM MAS_MONTHYEAR WHERE MONTHYEAR >= {}", month), 0)
+          .FnVarGetDbValue(
+              fmt::format("SELECT MAX(MONTHYEAR) FROM MAS_MONTHYEAR WHERE MONTHYEAR >= {}", month), 0)
           .ToLong();
-  if (IsEmployeeLocked(session, entry.key.employee, month, lastMonth == 0 ? "DEFAULT" : std::to_string(lastMonth))) {
-    return Refusal{"Employee has been locked. Cannot Save/Update.", EntryField::None, kDeniedTitle, Icon::Exclamation};
+  if (IsEmployeeLocked(session, entry.key.employee, month,
+                       lastMonth == 0 ? "DEFAULT" : std::to_string(lastMonth))) {
+    return Refusal{"Employee has been locked. Cannot Save/Update.", EntryField::None, kDeniedTitle,
+                   Icon::Exclamation};
   }
   return {};
 }
@@ -195,7 +207,8 @@ double AdvLoanEntry::Instalment() const { return Number(instalment); }
 
 long AdvLoanEntry::RecoverFromMonth() const { return FnLngMonthYear(FnStrCorrectMonth(recoverFrom)); }
 
-std::optional<Refusal> ValidateAdvLoan(Session& session, const AdvLoanEntry& entry, const AskToContinue& ask) {
+std::optional<Refusal> ValidateAdvLoan(Session& session, const AdvLoanEntry& entry,
+                                       const AskToContinue& ask) {
   if (session.AdvanceMgmtYN) {
     if (Checked refusal = CheckLimits(session, entry)) return refusal;
   }

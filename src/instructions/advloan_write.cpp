@@ -66,26 +66,29 @@ std::string RecoveryAuditText(const AdvLoanEntry& entry) {
 
 // The row of a deleted loan stays, so its number is never given again by a delete.
 void GiveLoanNumber(Session& session, const InstructionKey& key) {
-  session.Cn.Execute(fmt::format("DELETE FROM CUS_LOANSLNOTABLE WHERE EMPID = {} AND SERIALNO = {}", key.employee,
-                                 key.serial));
+  session.Cn.Execute(fmt::format("DELETE FROM CUS_LOANSLNOTABLE WHERE EMPID = {} AND SERIALNO = {}",
+                                 key.employee, key.serial));
   const long next =
       session.data.FnVarGetDbValue("SELECT ISNULL(MAX(AUTOSLNO),0) + 1 FROM CUS_LOANSLNOTABLE", 0).ToLong();
-  session.Cn.Execute(fmt::format("INSERT INTO CUS_LOANSLNOTABLE (EMPID, SERIALNO, AUTOSLNO) VALUES({}, {}, {})",
-                                 key.employee, key.serial, next));
+  session.Cn.Execute(
+      fmt::format("INSERT INTO CUS_LOANSLNOTABLE (EMPID, SERIALNO, AUTOSLNO) VALUES({}, {}, {})",
+                  key.employee, key.serial, next));
 }
 
 void Audit(Session& session, const InstructionKey& key, std::string_view what, const std::string& detail) {
   if (!FnBlnAuditOn(session)) return;
   const std::string done = fmt::format("{} {}", AuditWordOf(key.siType), what);
-  WriteAuditTrail(session, kMenuNumber, key.employee, "Standing Instructions - " + done, done + "::" + detail);
+  WriteAuditTrail(session, kMenuNumber, key.employee, "Standing Instructions - " + done,
+                  done + "::" + detail);
 }
 
 // The salary's view of the months must not keep an instalment that is about to go.
 void ZeroInstalments(Session& session, const InstructionKey& key) {
   const std::vector<long> months = ReadScheduleMonths(session, key);
   if (months.empty()) return;
-  session.Cn.Execute(fmt::format("Update INS_EMIDETAIL Set EMIAMT = 0 Where {} And MONTHYEAR Between {} And {}",
-                                 WhereInstruction(key), months.front(), months.back()));
+  session.Cn.Execute(
+      fmt::format("Update INS_EMIDETAIL Set EMIAMT = 0 Where {} And MONTHYEAR Between {} And {}",
+                  WhereInstruction(key), months.front(), months.back()));
 }
 
 void DeleteRows(Session& session, const char* table, const InstructionKey& key) {
@@ -96,7 +99,8 @@ void DeleteRows(Session& session, const char* table, const InstructionKey& key) 
 
 bool WriteAdvLoan(Session& session, const AdvLoanEntry& entry) {
   if (entry.Amount() <= 0) return false;
-  Recordset row(session.Cn, "Select * From INS_ADVLOAN Where " + WhereInstruction(entry.key), OpenMode::Update);
+  Recordset row(session.Cn, "Select * From INS_ADVLOAN Where " + WhereInstruction(entry.key),
+                OpenMode::Update);
   const bool isNew = row.Eof();
   if (isNew) row.AddNew();
   const std::string audit = StoreInstruction(row, entry);
@@ -106,7 +110,8 @@ bool WriteAdvLoan(Session& session, const AdvLoanEntry& entry) {
   }
   // "Added" stands for a change of an existing row too.
   Audit(session, entry.key, "Added", audit + RecoveryAuditText(entry));
-  RaiseEditMode(session, entry.key.employee, MonthsOfInstruction(entry.key), AttendanceWording::EmployeeFirst);
+  RaiseEditMode(session, entry.key.employee, MonthsOfInstruction(entry.key),
+                AttendanceWording::EmployeeFirst);
   if (isNew && entry.key.siType == 2 && session.machine.folder.HasFile(kLoanNumbersMarker)) {
     GiveLoanNumber(session, entry.key);
   }
@@ -121,7 +126,8 @@ std::vector<long> ReadScheduleMonths(Session& session, const InstructionKey& key
   return months;
 }
 
-void DeleteAdvLoan(Session& session, const InstructionKey& key, const AdvLoanDetail& detail, bool withHouseLoan) {
+void DeleteAdvLoan(Session& session, const InstructionKey& key, const AdvLoanDetail& detail,
+                   bool withHouseLoan) {
   ZeroInstalments(session, key);
   // The list of months comes from the schedule, so the flags go before the deletes.
   RaiseEditMode(session, key.employee, MonthsOfInstruction(key), AttendanceWording::LockFirst);
@@ -148,11 +154,13 @@ void DeleteInstalment(Session& session, const InstructionKey& key, const Instalm
   session.Cn.Execute("Delete From INS_EMIDETAIL Where " + thisMonth);
 }
 
-void SpreadDeleted(Session& session, const InstructionKey& key, const std::vector<OpenMonth>& open, double deleted) {
+void SpreadDeleted(Session& session, const InstructionKey& key, const std::vector<OpenMonth>& open,
+                   double deleted) {
   for (const OpenMonth& month : SpreadOver(open, deleted)) {
-    session.Cn.Execute(fmt::format(
-        "Update INS_EMIDETAIL SET MDFYAMT = {} Where EMPID={} AND SITYPE={} AND MONTHYEAR={} AND SERIALNO = {}",
-        SqlAmount(month.modifiedAmount), key.employee, key.siType, month.monthYear, key.serial));
+    session.Cn.Execute(
+        fmt::format("Update INS_EMIDETAIL SET MDFYAMT = {} Where EMPID={} AND SITYPE={} AND MONTHYEAR={} AND "
+                    "SERIALNO = {}",
+                    SqlAmount(month.modifiedAmount), key.employee, key.siType, month.monthYear, key.serial));
   }
 }
 
@@ -179,14 +187,15 @@ std::string_view AuditTextOf(DeletedInstalments choice) {
 }
 
 void LowerTotalInterest(Session& session, const InstructionKey& key, std::string_view name, double interest) {
-  session.Cn.Execute(fmt::format("UPDATE INS_ADVLOAN SET INTAMT = (INTAMT - {}) WHERE SITYPE={} AND SERIALNO = {} AND "
-                                 "EMPID = {} AND SINAME='{}'",
-                                 SqlAmount(interest), key.siType, key.serial, key.employee, SqlText(session, name)));
+  session.Cn.Execute(
+      fmt::format("UPDATE INS_ADVLOAN SET INTAMT = (INTAMT - {}) WHERE SITYPE={} AND SERIALNO = {} AND "
+                  "EMPID = {} AND SINAME='{}'",
+                  SqlAmount(interest), key.siType, key.serial, key.employee, SqlText(session, name)));
 }
 
 void MarkRecovered(Session& session, const InstructionKey& key, long counter, bool recovered) {
-  session.Cn.Execute(fmt::format("Update INS_EMIDETAIL SET EMIRECVYN={} Where {} And COUNTER = {}", recovered ? 1 : 0,
-                                 WhereInstruction(key), counter));
+  session.Cn.Execute(fmt::format("Update INS_EMIDETAIL SET EMIRECVYN={} Where {} And COUNTER = {}",
+                                 recovered ? 1 : 0, WhereInstruction(key), counter));
 }
 
 }  // namespace ktl

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "instructions/advloan_data.h"
+#include "instructions/advloan_write.h"
 #include "instructions/instruction_parent.h"
 #include "screen/screen.h"
 
@@ -133,7 +133,7 @@ class modAdvLoan final : public Screen, public InstructionParent {
   Grid fpgEMI{*this, "fpgEMI"};
   Grid fpgReceipts{*this, "fpgReceipts"};
   CheckBox chkSelectAll{*this, "chkSelectAll", "Select All"};
-  Button cmdEMIDelete{*this, "cmdEMIDelete", "Delete E&MI"};
+  Button cmdEMIDelete{*this, "cmdEMIDelete", "De&lete EMI"};
   Label lblAmountPaid{*this, "lblAmountPaid", "Amount Paid"};
   Label lblTotalEqual{*this, "lblTotalEqual", "Total Recovery equal to Amount Paid"};
   Label lblTotalNotEqual{*this, "lblTotalNotEqual", "Total Recovery not equal to Amount Paid"};
@@ -142,7 +142,7 @@ class modAdvLoan final : public Screen, public InstructionParent {
   Button cmdNew{*this, "cmdNew", "&New"};
   Button cmdSave{*this, "cmdSave", "&Save"};
   Button cmdDelete{*this, "cmdDelete", "&Delete"};
-  Button cmdEmi{*this, "cmdEmi", "&EMI"};
+  Button cmdEmi{*this, "cmdEmi", "E&MI"};
   Button cmdReceipts{*this, "cmdReceipts", "&Receipts"};
   Button cmdMonthly{*this, "cmdMonthly", "Mon&thly"};
   Button cmdMultiAllot{*this, "cmdMultiAllot", "M&ultiple Allotment"};
@@ -150,6 +150,103 @@ class modAdvLoan final : public Screen, public InstructionParent {
   Button cmdClose{*this, "cmdClose", "&Close"};
   Menu mnuExport{*this, "mnuExport", "E&xport to Workbook"};
   Menu mnuBulkDelete{*this, "mnuBulkDelete", "&Bulk Delete"};
+
+  void Form_Load() override;
+  bool Form_QueryUnload() override;
+  void Form_Unload() override;
+
+  void cmbEmpName_Change();
+  void cmbEmpIDRef_Change();
+  void chkCurrEMIEmp_Click();
+  void cmbALName_Change();
+  void txtSerialNo_Change();
+  void txtAdvDate_LostFocus();
+  void txtAdvAmount_LostFocus();
+  void txtInstlAmt_LostFocus();
+  void txtRecvrFrom_LostFocus();
+  void optInstallment_Click();
+  void cmdNew_Click();
+  void cmdSave_Click();
+  void cmdDelete_Click();
+  void cmdEMIDelete_Click();
+  void cmdFmeFormula_Click();
+  void cmdAccept_Click();
+  void cmdAdvFormulate_Click();
+  void cmdMaster_Click();
+  void cmdInstitution_Click();
+  void cmdMonthly_Click();
+  void cmdMultiAllot_Click();
+  void cmdIntrCalc_Click();
+  void cmdEmi_Click();
+  void cmdReceipts_Click();
+  void cmdReport_Click();
+  void lblSummary_Click();
+  void mnuExport_Click();
+  void chkSelectAll_Click();
+  void fpgAdvLoan_Click();
+  void fpgEMI_CellChange(std::size_t row, std::size_t column);
+
+  InstructionKey Key() const override { return {employee_, siType_, serial_}; }
+  std::string InstructionName() const override { return cmbALName.Text(); }
+  bool ReducingBalance() const override { return rules_.REDUCINGBALYN; }
+  Grid& OverviewGrid() override { return fpgAdvLoan; }
+  Grid& EmiGrid() override { return fpgEMI; }
+  void RefreshDetail() override;
+  void RefreshEMI() override;
+  void RefreshReceipts() override;
+  void UpdateOverview() override;
+  long FnLngGetCounter() override;
+
+ private:
+  void ConnectHandlers();
+  void PlaceInFrames();
+  void SetCaptions();
+  void SetButtonTags();
+  void SetGridColumns();
+  void ShowComponentColumns();
+  void SetKeyFilters();
+  void ShowForType();
+  void FillEmployeeLists();
+  void FillNames();
+  // Buttons by the rights of the user and the lock of the employee.
+  void EnableCommands();
+
+  void ShowInstruction(const AdvLoanDetail& detail);
+  void ClearInstruction();
+  void ShowScheduleInputs(bool shown);
+  void ShowInterestLock();
+  void ForgetFormula();
+  void ShowFormulaFrame(bool shown);
+  std::optional<long> DetailRowOf(long monthYear);
+
+  AdvLoanEntry Entry() const;
+  bool ValidateAndSave();
+  void AfterSave();
+  bool Refuse(const Refusal& refusal);
+  Control* FieldOf(EntryField field);
+  bool FnBlnChkEMIDeducted() const;
+
+  bool ConfirmCascades(const InstructionKey& key);
+  bool AreMonthsFree(const InstructionKey& key);
+  std::optional<std::vector<InstalmentToDelete>> UnlockedTickedInstalments();
+  double SumOfTicked(EmiColumn column) const;
+  std::vector<OpenMonth> OpenMonths() const;
+  std::string_view AdjustAfterDelete();
+  void PaintListRow(std::size_t row, const AdvLoanListRow& instruction);
+  void PaintEmiRow(std::size_t row);
+  bool IsRecoveredRow(std::size_t row) const;
+
+  // Opens a screen on the current instruction, or says what to select.
+  void OpenOnInstruction(const char* screenName);
+
+  Session& session_;
+  int siType_;
+  std::string caption_;  // the company's word for the type
+  long employee_ = 0;
+  long serial_ = 0;
+  bool newRecord_ = false;  // from the moment an unknown serial number is typed until it is saved
+  NameRules rules_;
+  double formulaMonths_ = 0;  // of the accepted formula, 0 for none
 };
 
 }  // namespace ktl

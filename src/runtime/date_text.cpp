@@ -116,7 +116,8 @@ bool DateReader::ReadParts() {
   return count_ >= 2;
 }
 
-// Year first, or day first; of two parts the day is left out.
+// Year first, or day first; of two parts the day is left out, and the year is written in full: 3/10 could be
+// a day.
 bool DateReader::Arrange() {
   const auto [first, second, third] = parts_;
   Part day{1, 1}, month = first, year = second;
@@ -125,7 +126,7 @@ bool DateReader::Arrange() {
   } else if (count_ == 3) {
     day = first, month = second, year = third;
   }
-  if (day.IsName() || day.IsYear() || month.IsYear() || year.length < 2) return false;
+  if (day.IsName() || day.IsYear() || month.IsYear() || year.length < (count_ == 2 ? 3U : 2U)) return false;
   day_ = day.number;
   month_ = month.number;
   year_ = FullYear(year);

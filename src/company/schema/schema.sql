@@ -1,13 +1,12 @@
 -- The tables of an embedded company.
 -- Dates are ISO text, date only ("2026-03-31"); the CHECKs refuse any other spelling, so that a literal that the
--- dialect layer failed to translate ("31/Mar/2026") is an error and not a silent wrong comparison.
+-- statement translator missed ("31/Mar/2026") is an error and not a silent wrong comparison.
 -- Amounts and rates are REAL, flags INTEGER 0/1, months INTEGER (year * 12 + month), names TEXT COLLATE NOCASE.
--- Per-workstation objects ([TMPFILTER...], [vw_MAS_EMPLOYEE...], [TMP...]) are made at run time (session, rights).
+-- Per-workstation objects ([TMPFILTER...], [vw_MAS_EMPLOYEE...], [TMP...]) are made at run time.
 PRAGMA foreign_keys = OFF;
 BEGIN;
 
-
--- ===== 1. Instruction tables (owned by the module) =====
+-- ===== Instructions =====
 
 -- One row per (SITYPE, SINAME): the names under which instructions of a type can be given, and their rules.
 CREATE TABLE INS_MASTER (
@@ -62,7 +61,7 @@ CREATE TABLE INS_OTHER (
 );
 CREATE INDEX IX_OTH_NAME ON INS_OTHER (SITYPE, OTHNAME);
 
--- One row per month of a schedule, for every type: the table that all of the module turns round.
+-- One row per month of a schedule, for every type: what everything else turns round.
 CREATE TABLE INS_EMIDETAIL (
   EMPID             INTEGER NOT NULL,
   SERIALNO          INTEGER NOT NULL,
@@ -122,7 +121,7 @@ CREATE TABLE INS_HLOAN_VAL (
   PRIMARY KEY (EMPID, SITYPE, SERIALNO, FINYEAR)
 );
 
--- Lenders and insurers. Written by the sibling KTLFilter, only read here.
+-- Lenders and insurers. Written by KTLFilter, only read here.
 CREATE TABLE MAS_INSTITUTION (
   INSTID            INTEGER PRIMARY KEY,
   INSTNAME          TEXT COLLATE NOCASE NOT NULL,
@@ -163,8 +162,7 @@ CREATE TABLE CUS_LOANSLNOTABLE (
   PRIMARY KEY (EMPID, SERIALNO)
 );
 
-
--- ===== 2. Host masters =====
+-- ===== Masters of the host product =====
 
 -- Employees.
 CREATE TABLE MAS_EMPLOYEE (
@@ -394,8 +392,7 @@ CREATE TABLE MAS_COMPANY (
   TDSYN             INTEGER DEFAULT 0
 );
 
-
--- ===== 3. Option tables (one row each) =====
+-- ===== Options, one row each =====
 
 -- Company-wide option set, one row.
 CREATE TABLE MAS_OPTSET (
@@ -493,8 +490,7 @@ CREATE TABLE MAS_OPTSETFEATURE (
   INTFRLNRULE       INTEGER
 );
 
-
--- ===== 4. Security =====
+-- ===== Security =====
 
 -- Users.
 CREATE TABLE SEC_USERLIST (
@@ -532,8 +528,7 @@ CREATE TABLE SEC_MONTHLOCKHISTORY (
 );
 CREATE INDEX IX_MLH_DATE ON SEC_MONTHLOCKHISTORY (CHANGEDDATE);
 
-
--- ===== 5. Salary side =====
+-- ===== Salary =====
 
 -- Calculated salary, header and earnings: one row per employee, detail and month.
 CREATE TABLE SLC_SALARYCALC_E (
@@ -813,7 +808,7 @@ CREATE TABLE MAS_ARREARS (
   ARRCALCTYPE       INTEGER DEFAULT 0
 );
 
--- Number of days per attendance head and month. Exactly these four columns in this order: period inserts by position.
+-- Number of days per attendance head and month. Exactly these four columns in this order: rows are inserted by position.
 CREATE TABLE SLC_ATTHEADNOD (
   ATTHEADID         INTEGER NOT NULL,
   MONTHYEAR         INTEGER NOT NULL,
@@ -832,8 +827,7 @@ CREATE TABLE HVN_ATTENDANCE (
 );
 CREATE INDEX IX_HVN_MONTH ON HVN_ATTENDANCE (MONTHYEAR);
 
-
--- ===== 6. Attendance and leave =====
+-- ===== Attendance and leave =====
 
 -- Attendance heads. The limits are read with NULL as 0.
 CREATE TABLE MAS_ATTHEAD (
@@ -1034,7 +1028,7 @@ CREATE TABLE LEV_WEEKLYHLDBRANCH (
 );
 CREATE INDEX IX_WHB_BRANCH ON LEV_WEEKLYHLDBRANCH (BRANCHID, WEEKID, EFFFROM);
 
--- Leave rules of a head. Its read is never reached (heads): the table is not required.
+-- Leave rules of a head.
 CREATE TABLE LEV_SETTINGS (
   ATTHEADID         INTEGER,
   LEVID             INTEGER,
@@ -1070,8 +1064,7 @@ CREATE TABLE LEV_SETTINGS (
   EXCLDOJYN         INTEGER
 );
 
-
--- ===== 7. Reimbursements =====
+-- ===== Reimbursements =====
 
 -- Reimbursement heads.
 CREATE TABLE RMB_MASTER (
@@ -1105,8 +1098,7 @@ CREATE TABLE RMB_CLAIM (
 );
 CREATE INDEX IX_RMBCLAIM_EMP ON RMB_CLAIM (EMPID, RMBID, SALARYMONTH);
 
-
--- ===== 8. Income tax =====
+-- ===== Income tax =====
 
 -- Flags per employee and financial year: figures must be brought over again. EMPID 0 = all.
 CREATE TABLE INC_PORTEDSTAT (
@@ -1158,10 +1150,9 @@ CREATE TABLE COM_CLIENTDET (
   UNIQUE (CLIENTID, ASSYEAR)
 );
 
+-- ===== What the host's database keeps on its own side =====
 
--- ===== 9. Added for the stand-alone build (not named in the text) =====
-
--- Where the local UpdateAuditTrail writes.
+-- What UpdateAuditTrail writes.
 CREATE TABLE SEC_AUDITTRAIL (
   AUDITID           INTEGER PRIMARY KEY,
   LOGDATE           DATETIME CHECK (LOGDATE IS NULL OR LOGDATE GLOB '[12][0-9][0-9][0-9]-[01][0-9]-[0-3][0-9] [0-2][0-9]:[0-5][0-9]:[0-5][0-9]'),
@@ -1175,7 +1166,7 @@ CREATE TABLE SEC_AUDITTRAIL (
 );
 CREATE INDEX IX_AUDIT_EMP ON SEC_AUDITTRAIL (EMPID);
 
--- Employee locks by month, what the local udf_getEmpLock reads.
+-- Employee locks by month, what udf_getEmpLock reads.
 CREATE TABLE SEC_EMPLOCK (
   EMPID             INTEGER NOT NULL,
   MONTHYEAR         INTEGER NOT NULL,
@@ -1183,13 +1174,12 @@ CREATE TABLE SEC_EMPLOCK (
   PRIMARY KEY (EMPID, MONTHYEAR)
 );
 
--- Which employees a user may see, what the local ClassSecurity procedures copy into [TMP...].
+-- Which employees a user may see, what the ClassSecurity procedures copy into [TMP...].
 CREATE TABLE SEC_CLASSEMP (
   USERNAME          TEXT COLLATE NOCASE NOT NULL,
   EMPID             INTEGER NOT NULL,
   PRIMARY KEY (USERNAME, EMPID)
 );
-
 
 -- ===== Views =====
 
@@ -1201,7 +1191,7 @@ SELECT MONTHYEAR,
        COLLATE NOCASE AS MONTHNAME
 FROM MAS_MONTHYEAR;
 
--- System catalogue, for the four reads of session, options and 7.2. The dialect layer maps SYS.TABLES to SYS_TABLES and so on.
+-- The system catalogue. The statement translator maps SYS.TABLES to SYS_TABLES and so on.
 CREATE VIEW SYS_TABLES AS
 SELECT rowid AS OBJECT_ID, name COLLATE NOCASE AS NAME FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite_%';
 
@@ -1218,10 +1208,8 @@ FROM sqlite_master m, pragma_table_info(m.name) p WHERE m.type IN ('table', 'vie
 
 -- ===== Triggers =====
 
--- SEC_MONTHLOCKHISTORY is written by a TEMP trigger that the connection makes (text in tables.md, section 4):
--- only a TEMP trigger can read the session's own user and machine name.
+-- SEC_MONTHLOCKHISTORY is written by a TEMP trigger that the connection makes: only a TEMP trigger can read the
+-- session's own user and machine name.
 
 PRAGMA user_version = 1;
 COMMIT;
-
--- Without statistics the list of bulk does not finish in a minute at 7,000,000 instalment rows; with them it takes 1.5 s.

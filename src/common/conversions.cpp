@@ -1,0 +1,133 @@
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <utility>
+
+#include "common/amounts.h"
+#include "common/month_year.h"
+#include "runtime/date.h"
+#include "runtime/text.h"
+#include "screen/desk.h"
+
+namespace ktl {
+namespace {
+
+// Takes the first character off the text; a byte that begins no character counts as one.
+char32_t TakeCharacter(std::string_view& text) {
+  const auto lead = static_cast<unsigned char>(text[0]);
+  std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  if (length > text.size()) length = 1;
+  char32_t character = length == 1 ? lead : lead & 0x7FU >> length;
+  for (std::size_t i = 1; i < length; ++i)
+    character = character << 6 | (static_cast<unsigned char>(text[i]) & 0x3F);
+  text.remove_prefix(length);
+  return character;
+}
+
+void AppendCharacter(std::string& text, char32_t character) {
+  const auto append = [&](char32_t byte) { text += static_cast<char>(byte); };
+  const auto appendTail = [&](int shift) { append(0x80 | (character >> shift & 0x3F)); };
+  if (character < 0x80) {
+    append(character);
+  } else if (character < 0x800) {
+    append(0xC0 | character >> 6);
+    appendTail(0);
+  } else if (character < 0x10000) {
+    append(0xE0 | character >> 12);
+    appendTail(6);
+    appendTail(0);
+  } else {
+    append(0xF0 | character >> 18);
+    appendTail(12);
+    appendTail(6);
+    appendTail(0);
+  }
+}
+
+bool EndsWord(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+}  // namespace
+
+std::string clsGenCmn::FnStrClearAllNonFileChar(std::string_view text) {
+  std::string name(text);
+  std::erase_if(name, [](char c) {
+    const int key = static_cast<unsigned char>(c);
+    return FnIntAllowAllFileNameChrs(key) != key;
+  });
+  return name;
+}
+
+std::string clsGenCmn::FnStrConvertToDate(std::string_view text) {
+  return FormatDateText(clsDateHandle::FnStrCorrectDate(text), "dd/MMM/yyyy");
+}
+
+std::string clsGenCmn::FnStrConvertToUpper(std::string_view text) { return UpperCase(text); }
+
+std::string clsGenCmn::FnStrConvertToTitle(std::string_view text) { return FnStrConvProperCase(text); }
+
+std::string clsGenCmn::FnStrConvProperCase(std::string_view text) {
+  const std::string small = LowerCase(text);
+  std::string proper;
+  bool beginsWord = true;
+  for (std::size_t at = 0; at < small.size();) {
+    const std::string character = Left(std::string_view(small).substr(at), 1);
+    proper += beginsWord ? UpperCase(character) : character;
+    beginsWord = EndsWord(small[at]);
+    at += character.size();
+  }
+  return proper;
+}
+
+std::string clsGenCmn::FnStrConvSmallcase(std::string_view text) { return LowerCase(text); }
+
+std::string clsGenCmn::FnStrCorrectFileName(std::string_view text) {
+  std::string name(text);
+  for (const std::string_view dropped : {"'", "/", ",", "*", "\u0082", "(", ")", " "})
+    name = ReplaceAll(std::move(name), dropped, "");
+  return name;
+}
+
+std::string clsGenCmn::FnStrSuffixST_ND_RD_TH(long number) {
+  const long tens = std::labs(number % 100);
+  if (tens >= 11 && tens <= 13) return "th";
+  switch (tens % 10) {
+    case 1:
+      return "st";
+    case 2:
+      return "nd";
+    case 3:
+      return "rd";
+    default:
+      return "th";
+  }
+}
+
+std::string clsGenCmn::FnStrPADL(std::string_view text, std::size_t width, char fill) {
+  const std::size_t length = Length(text);
+  return std::string(width > length ? width - length : 0, fill).append(text);
+}
+
+std::string clsGenCmn::FnStrEncryptWord(std::string_view text) {
+  std::string scrambled;
+  while (!text.empty()) {
+    const char32_t character = TakeCharacter(text);
+    AppendCharacter(scrambled, character < 128 ? character + 128 : character - 128);
+  }
+  return scrambled;
+}
+
+// Every key byte has its high bit set, so that no plain character comes out as a zero.
+std::string clsGenCmn::FnStrAccessPassword(std::string_view text) {
+  constexpr std::array<char32_t, 12> kKey = {0xA7, 0xD2, 0x8E, 0xF1, 0xB4, 0x99,
+                                             0xC6, 0xEB, 0x93, 0xDC, 0x85, 0xBA};
+  std::string scrambled;
+  for (std::size_t i = 0; !text.empty(); ++i)
+    AppendCharacter(scrambled, TakeCharacter(text) ^ kKey[i % kKey.size()]);
+  return scrambled;
+}
+
+Answer clsGenCmn::FnLngDeleteBox(Desk& desk) {
+  return desk.Confirm("Delete This Record ?", "Confirm Deleting :") ? Answer::Yes : Answer::No;
+}
+
+}  // namespace ktl

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "company/sample.h"
+
+namespace ktl {
+
+struct CompanyOptions {
+  std::filesystem::path file;
+  bool empty = false;  // the required rows and the months, no sample
+  bool force = false;  // an existing file is replaced
+  SampleOptions sample;
+  std::optional<std::filesystem::path> settingsFile;  // where the program finds the company from
+};
+
+// What a table holds: the same rows in the same order give the same sum.
+struct TableSum {
+  std::string table;
+  std::int64_t rows = 0;
+  std::uint64_t checksum = 0;
+};
+
+// Makes a company in a file beside the wanted one and puts it there when it is whole; the local store
+// klgen.MDB comes into the same folder when there is none. A CompanyError, with nothing left behind, when it
+// cannot be done or when the file exists already.
+std::vector<TableSum> CreateCompany(const CompanyOptions& options);
+
+// Every table of the company, by name.
+std::vector<TableSum> TableSums(RawDatabase& database);
+
+// Lets the settings store name the company and its user.
+void WriteSettings(const std::filesystem::path& settingsFile, const std::filesystem::path& company);
+
+}  // namespace ktl

@@ -1,0 +1,90 @@
+#include "company/sample_security.h"
+
+#include <fmt/format.h>
+
+namespace ktl {
+namespace {
+
+// The numbers of a screen's buttons run on; a form's captions stand in their order. Without a caption a
+// number is still known to the rights.
+struct Buttons {
+  int form;
+  int first;
+  std::initializer_list<const char*> captions;
+};
+
+const Buttons kButtons[] = {
+    {48,
+     198,
+     {"Master", "Formula", "Save", "Delete", "Monthly", "Multiple Allotment", "Accept", "Formulate",
+      "Delete EMI", "EMI", "Receipts", "Report"}},
+    {49, 210, {"Save", "Delete"}},
+    {51, 212, {"Filter", "Save", "Master", "Formula", "Formulate", "Accept"}},
+    {52, 218, {"Save", "Delete"}},
+    {53, 220, {"Save", "Delete"}},
+    {54,
+     222,
+     {"Master", "Institution", "Formula", "Save", "Delete", "Monthly", "Multiple Allotment", "Accept",
+      "Formulate", "Delete EMI", "EMI", "Deposits", "Report"}},
+    {55, 235, {"Save", "Delete"}},
+    {57, 237, {"Filter", "Save", "Master", "Institution", "Formula", "Formulate", "Accept"}},
+    {58, 245, {"Save", "Delete"}},
+    {59, 247, {"Save", "Delete"}},
+    {61, 256, {"Save", "Delete", "Filter", "Accept", "Formula", "Formulate"}},
+    {65, 270, {"Save", "Delete", "Filter", "Accept", "Formula", "Formulate"}},
+    {70, 287, {"Save", "Delete", "Filter", "Accept", "Formula", "Formulate"}},
+    {74, 300, {"Save", "Delete", "Filter", "Accept", "Formula"}},
+    {76, 341, {"Save"}},
+    {77, 612, {"Summary"}},
+};
+
+void WriteButtons(RawDatabase& database) {
+  RowWriter write(database, "SEC_BUTDET (BUTID, FORMID, BUTNAME)");
+  for (const auto& buttons : kButtons) {
+    int number = buttons.first;
+    for (const char* caption : buttons.captions) write(number++, buttons.form, caption);
+  }
+}
+
+void WriteLockHistory(RawDatabase& database) {
+  constexpr int kUnknownUser = 99;
+  RowWriter write(database, "SEC_MONTHLOCKHISTORY (MONTHYEAR, LOCKEDYN, UNAME, CHANGEDDATE, KTLUSERID)");
+  for (int month = kFirstMonth; month <= kLastLockedMonth; ++month) {
+    write(month, 1, "PAYROLL-01", fmt::format("2025-04-{:02} 10:15:00", 10 + month - kFirstMonth), 1);
+  }
+  write(kLastLockedMonth, 0, "PAYROLL-02", "2025-05-05 09:30:00", 2);
+  write(kLastLockedMonth, 1, "PAYROLL-02", "2025-05-05 17:45:00", 2);
+  write(kLastLockedMonth - 1, 1, "PAYROLL-09", "2025-05-06 11:00:00", kUnknownUser);
+}
+
+void WriteEmployeeLocks(RawDatabase& database, int employees) {
+  RowWriter write(database, "SEC_EMPLOCK (EMPID, MONTHYEAR, LOCKYN)");
+  for (int month = MonthNo(2026, 9); month <= kLastMonth; ++month) write(10, month, 1);
+  write(11, MonthNo(2026, 9), 0);
+  for (int id = 111; id <= employees; id += 200) {
+    for (int month = MonthNo(2026, 8); month <= MonthNo(2026, 10); ++month) write(id, month, 1);
+  }
+}
+
+}  // namespace
+
+void WriteSecurity(RawDatabase& database, int employees) {
+  database.Run(R"sql(
+UPDATE SEC_USERLIST SET MULTILOGIN = 1 WHERE UserID = 1;
+INSERT INTO SEC_USERLIST (UserID, USERNAME, GROUPID, READONLYYN, MULTILOGIN) VALUES
+  (2, 'PAYCLERK', 2, 0, 0), (3, 'VIEWER', 3, 1, 0), (4, 'BRANCH1', 2, NULL, 0);
+INSERT INTO SEC_BUTPER (BUTID, GROUPID, BUTALLOWYN) VALUES
+  (200, 2, 1), (201, 2, 0), (225, 2, NULL), (226, 2, 0), (612, 2, 0);
+)sql");
+  WriteButtons(database);
+  WriteLockHistory(database);
+  WriteEmployeeLocks(database, employees);
+}
+
+void WriteClassSecurity(RawDatabase& database) {
+  database.Run(
+      "INSERT INTO SEC_CLASSEMP (USERNAME, EMPID) "
+      "SELECT DISTINCT 'BRANCH1', EMPID FROM MAS_EMPLOYEEDET WHERE BRANCHID = 1 ORDER BY EMPID");
+}
+
+}  // namespace ktl

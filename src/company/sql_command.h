@@ -1,0 +1,18 @@
+#pragma once
+
+#include <filesystem>
+#include <iosfwd>
+#include <string_view>
+
+namespace ktl {
+
+class Connection;
+
+// Opens a company as the programs do. A CompanyError when it is none.
+void OpenCompany(Connection& connection, const std::filesystem::path& file);
+
+// Runs one Transact-SQL text: the rows tab-separated under a line of column names, or the number of rows
+// changed. A DatabaseError when it fails.
+void RunStatement(Connection& connection, std::string_view text, std::ostream& out);
+
+}  // namespace ktl

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <deque>
+#include <exception>
+#include <istream>
+#include <ostream>
+#include <string>
+
+#include "console/script.h"
+#include "screen/desk.h"
+
+namespace ktl {
+
+// A command that could not be done. what() is "line N: why". No RuntimeError, so that a handler's own error
+// box does not swallow it.
+class ScriptError final : public std::exception {
+ public:
+  ScriptError(int line, const std::string& why) : text_("line " + std::to_string(line) + ": " + why) {}
+  const char* what() const noexcept override { return text_.c_str(); }
+
+ private:
+  std::string text_;
+};
+
+// What a handler of an open screen let pass ends the program, whatever handler stands around that screen.
+// what() is the description and the number.
+class ProgramFailure final : public std::exception {
+ public:
+  explicit ProgramFailure(std::string text) : text_(std::move(text)) {}
+  const char* what() const noexcept override { return text_.c_str(); }
+
+ private:
+  std::string text_;
+};
+
+// The person of the console program: reads commands from the script, acts on the screen on top, writes the
+// transcript. At the end of the script the open screens are closed, the second time without asking.
+class ScriptDesk final : public Desk {
+ public:
+  ScriptDesk(std::istream& script, std::ostream& transcript) : script_(script), out_(transcript) {}
+
+  Answer MsgBox(const MessageBox& box) override;
+  void ShowModal(Screen& screen) override;
+
+  // Throws ScriptError when a command is left that no screen is there for.
+  void CheckAllRead();
+
+ private:
+  struct QueuedAnswer {
+    Answer answer;
+    int line;
+  };
+
+  Answer AnswerTo(const MessageBox& box);
+  void TakeLeadingAnswers();
+  bool RunAnswerCommand(const std::string& verb, CommandWords& words);
+  void RunCommand(const ScriptLine& line, Screen& screen);
+  void FireTimers(Screen& screen);
+  void CloseAtEnd(Screen& screen);
+  template <typename Act>
+  void Guarded(const Act& act);
+  [[noreturn]] void Fail(std::exception_ptr failure);
+
+  Script script_;
+  std::ostream& out_;
+  std::deque<QueuedAnswer> answers_;
+  int currentLine_ = 0;
+  std::exception_ptr failure_;
+};
+
+}  // namespace ktl

@@ -1,0 +1,184 @@
+#include <QCheckBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QRadioButton>
+
+#include "desktop/binding.h"
+#include "desktop/dispatcher.h"
+#include "desktop/icons.h"
+
+namespace ktl {
+namespace {
+
+void MirrorCaption(const std::string& caption, QAbstractButton& button) {
+  const QString text = ToQt(caption);
+  if (button.text() != text) button.setText(text);
+}
+
+class CheckBoxBinding final : public Binding {
+ public:
+  CheckBoxBinding(CheckBox& control, QCheckBox& box, Dispatcher& dispatcher) : control_(control), box_(box) {
+    QObject::connect(&box, &QCheckBox::toggled, &box, [this, &dispatcher](bool on) {
+      if (!dispatcher.IsMirroring()) dispatcher.Run([this, on] { control_.SetValue(on); });
+    });
+  }
+
+  void Mirror() override {
+    MirrorState(control_, box_);
+    colours_.Mirror(control_, box_);
+    MirrorCaption(control_.caption, box_);
+    if (box_.isChecked() != control_.Value()) box_.setChecked(control_.Value());
+  }
+
+ private:
+  CheckBox& control_;
+  QCheckBox& box_;
+  ColourMirror colours_;
+};
+
+class OptionButtonBinding final : public Binding {
+ public:
+  OptionButtonBinding(OptionButton& control, QRadioButton& radio, Dispatcher& dispatcher)
+      : control_(control), radio_(radio) {
+    QObject::connect(&radio, &QRadioButton::toggled, &radio, [this, &dispatcher](bool on) {
+      if (on && !dispatcher.IsMirroring()) dispatcher.Run([this] { control_.SetValue(true); });
+    });
+  }
+
+  void Mirror() override {
+    MirrorState(control_, radio_);
+    colours_.Mirror(control_, radio_);
+    MirrorCaption(control_.caption, radio_);
+    if (radio_.isChecked() == control_.Value()) return;
+    radio_.setAutoExclusive(false);  // else the set one of a group cannot be cleared
+    radio_.setChecked(control_.Value());
+    radio_.setAutoExclusive(true);
+  }
+
+ private:
+  OptionButton& control_;
+  QRadioButton& radio_;
+  ColourMirror colours_;
+};
+
+void Decorate(QPushButton& button) {
+  button.setAutoDefault(false);  // Enter belongs to the fields
+  const bool primary = button.property("primary").toBool();
+  button.setIcon(
+      LineIcon(button.property("lineIcon").toString(), primary ? QColor(Qt::white) : QColor("#2f6fb3")));
+}
+
+class ButtonBinding final : public Binding {
+ public:
+  ButtonBinding(Button& control, QPushButton& button, Dispatcher& dispatcher)
+      : control_(control), button_(button) {
+    Decorate(button);
+    QObject::connect(&button, &QPushButton::clicked, &button, [this, &dispatcher] {
+      button_.setFocus(Qt::ShortcutFocusReason);  // Alt and a letter leave the focus in the field
+      if (!dispatcher.Settle() || !control_.IsUsable()) return;
+      dispatcher.Run(control_.onClick);
+    });
+  }
+
+  void Mirror() override {
+    MirrorState(control_, button_);
+    MirrorCaption(control_.caption, button_);
+  }
+  bool Filter(QEvent& event) override {
+    if (event.type() != QEvent::KeyPress) return false;
+    const auto& key = static_cast<QKeyEvent&>(event);
+    if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
+    button_.click();
+    return true;
+  }
+
+ private:
+  Button& control_;
+  QPushButton& button_;
+};
+
+class MenuButtonBinding final : public Binding {
+ public:
+  MenuButtonBinding(std::vector<Menu*> menus, QPushButton& button, Dispatcher& dispatcher)
+      : menus_(std::move(menus)), button_(button) {
+    Decorate(button);
+    button.setMenu(&popup_);
+    QObject::connect(&popup_, &QMenu::aboutToShow, &popup_, [this, &dispatcher] {
+      popup_.clear();
+      FillMenu(popup_, menus_, dispatcher);
+    });
+  }
+
+  void Mirror() override {
+    bool any = false;
+    for (const Menu* menu : menus_) any = any || menu->IsShown();
+    if (button_.isHidden() == any) button_.setVisible(any);
+  }
+
+ private:
+  std::vector<Menu*> menus_;
+  QPushButton& button_;
+  QMenu popup_;
+};
+
+class LabelBinding final : public Binding {
+ public:
+  LabelBinding(Label& control, QLabel& label, Dispatcher& dispatcher)
+      : control_(control), label_(label), dispatcher_(dispatcher) {
+    label.setTextFormat(Qt::PlainText);
+    if (!control.onClick) return;
+    label.setProperty("link", true);
+    label.setCursor(Qt::PointingHandCursor);
+  }
+
+  void Mirror() override {
+    MirrorState(control_, label_);
+    colours_.Mirror(control_, label_);
+    const QString text = ToQt(control_.caption);
+    if (label_.text() != text) label_.setText(text);
+  }
+  bool Filter(QEvent& event) override {
+    if (event.type() != QEvent::MouseButtonRelease || !control_.onClick || !control_.IsUsable()) return false;
+    dispatcher_.Run(control_.onClick);
+    return true;
+  }
+
+ private:
+  Label& control_;
+  QLabel& label_;
+  Dispatcher& dispatcher_;
+  ColourMirror colours_;
+};
+
+template <class BindingType, class WidgetType, class ControlType>
+std::unique_ptr<Binding> Bind(ControlType& control, QWidget& widget, Dispatcher& dispatcher) {
+  auto* typed = qobject_cast<WidgetType*>(&widget);
+  return typed ? std::make_unique<BindingType>(control, *typed, dispatcher) : nullptr;
+}
+
+}  // namespace
+
+std::unique_ptr<Binding> BindCheckBox(CheckBox& control, QWidget& widget, Dispatcher& dispatcher) {
+  return Bind<CheckBoxBinding, QCheckBox>(control, widget, dispatcher);
+}
+
+std::unique_ptr<Binding> BindOptionButton(OptionButton& control, QWidget& widget, Dispatcher& dispatcher) {
+  return Bind<OptionButtonBinding, QRadioButton>(control, widget, dispatcher);
+}
+
+std::unique_ptr<Binding> BindButton(Button& control, QWidget& widget, Dispatcher& dispatcher) {
+  return Bind<ButtonBinding, QPushButton>(control, widget, dispatcher);
+}
+
+std::unique_ptr<Binding> BindLabel(Label& control, QWidget& widget, Dispatcher& dispatcher) {
+  return Bind<LabelBinding, QLabel>(control, widget, dispatcher);
+}
+
+std::unique_ptr<Binding> BindMenuButton(std::vector<Menu*> menus, QWidget& widget, Dispatcher& dispatcher) {
+  auto* button = qobject_cast<QPushButton*>(&widget);
+  return button ? std::make_unique<MenuButtonBinding>(std::move(menus), *button, dispatcher) : nullptr;
+}
+
+}  // namespace ktl

@@ -1,0 +1,246 @@
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QTableView>
+#include <algorithm>
+
+#include "desktop/binding.h"
+#include "desktop/dispatcher.h"
+#include "desktop/grid_copy.h"
+#include "desktop/grid_delegate.h"
+#include "desktop/grid_model.h"
+
+namespace ktl {
+namespace {
+
+class GridBinding final : public Binding {
+ public:
+  GridBinding(Grid& control, QTableView& view, Dispatcher& dispatcher)
+      : control_(control), view_(view), dispatcher_(dispatcher), model_(control) {
+    SetUpView();
+    Connect();
+  }
+
+  void Mirror() override {
+    MirrorState(control_, view_);
+    if (model_.Take()) {
+      for (int i = 0; i < model_.columnCount(); ++i) view_.setColumnHidden(i, model_.Column(i).hidden);
+      hiddenRows_.clear();
+      ShareWidth();
+    }
+    MirrorHiddenRows();
+    MirrorActiveRow();
+  }
+  bool EnterMovesOn() const override { return false; }
+  bool Filter(QEvent& event) override;
+
+ private:
+  void SetUpView();
+  void Connect();
+  bool KeyPress(const QKeyEvent& key);
+  void ShareWidth();
+  void MirrorHiddenRows();
+  void MirrorActiveRow();
+  void CurrentChanged(const QModelIndex& current, const QModelIndex& before);
+  void RaiseRowClick();
+  void Edited(std::size_t row, std::size_t column, const std::string& text);
+  void DblClicked(const QModelIndex& index);
+  void ShowMenu(const QPoint& place);
+  void Copy(CopyRange range) { QGuiApplication::clipboard()->setText(CopiedText(view_, model_, range)); }
+
+  Grid& control_;
+  QTableView& view_;
+  Dispatcher& dispatcher_;
+  GridModel model_;
+  GridDelegate delegate_;
+  std::vector<bool> hiddenRows_;
+  bool rowMoved_ = false;  // another row is the active one and no click has told the screen yet
+  bool ticked_ = false;    // the click that is under way has toggled a cell
+};
+
+void GridBinding::SetUpView() {
+  view_.setModel(&model_);
+  view_.setItemDelegate(&delegate_);
+  view_.setSelectionBehavior(QAbstractItemView::SelectRows);
+  view_.setSelectionMode(QAbstractItemView::ExtendedSelection);
+  view_.setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
+                        QAbstractItemView::AnyKeyPressed | QAbstractItemView::EditKeyPressed);
+  view_.setAlternatingRowColors(true);
+  view_.setWordWrap(false);
+  view_.setTabKeyNavigation(false);
+  view_.setContextMenuPolicy(Qt::CustomContextMenu);
+  view_.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  view_.verticalHeader()->hide();
+  view_.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  view_.verticalHeader()->setDefaultSectionSize(view_.fontMetrics().height() + 9);
+  view_.horizontalHeader()->setSectionsClickable(false);
+  view_.horizontalHeader()->setHighlightSections(false);
+}
+
+void GridBinding::Connect() {
+  model_.edited = [this](std::size_t row, std::size_t column, std::string text) {
+    ticked_ = model_.TypeOf(model_.index(int(row), int(column))) == CellType::Tick;
+    // The editor is still open: what the screen does about it waits until it is closed.
+    dispatcher_.Later(control_.screen(), [=, this] { Edited(row, column, text); });
+  };
+  QObject::connect(
+      view_.selectionModel(), &QItemSelectionModel::currentChanged, &view_,
+      [this](const QModelIndex& now, const QModelIndex& before) { CurrentChanged(now, before); });
+  QObject::connect(&view_, &QTableView::clicked, &view_, [this] {
+    if (std::exchange(ticked_, false)) return;
+    dispatcher_.Run([this] { RaiseRowClick(); });
+  });
+  QObject::connect(&view_, &QTableView::doubleClicked, &view_,
+                   [this](const QModelIndex& index) { DblClicked(index); });
+  QObject::connect(&view_, &QTableView::customContextMenuRequested, &view_,
+                   [this](const QPoint& place) { ShowMenu(place); });
+}
+
+// Events of the view and of the area that shows its cells.
+bool GridBinding::Filter(QEvent& event) {
+  switch (event.type()) {
+    case QEvent::KeyPress:
+      return KeyPress(static_cast<QKeyEvent&>(event));
+    case QEvent::MouseMove:  // no selecting by dragging: a row that is active without a click would mislead
+      return static_cast<QMouseEvent&>(event).buttons() != Qt::NoButton;
+    case QEvent::MouseButtonRelease:
+      if (view_.indexAt(static_cast<QMouseEvent&>(event).position().toPoint()) != view_.currentIndex() &&
+          rowMoved_) {
+        dispatcher_.Later(control_.screen(), [this] { RaiseRowClick(); });
+      }
+      return false;
+    case QEvent::Resize:
+      ShareWidth();
+      return false;
+    default:
+      return false;
+  }
+}
+
+bool GridBinding::KeyPress(const QKeyEvent& key) {
+  if (key.matches(QKeySequence::Copy)) {
+    Copy(view_.selectionModel()->hasSelection() ? CopyRange::SelectedRows : CopyRange::AllRows);
+    return true;
+  }
+  if (key.key() == Qt::Key_C && key.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) {
+    Copy(CopyRange::AllRows);
+    return true;
+  }
+  const QModelIndex current = view_.currentIndex();
+  if ((key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) || !current.isValid()) return false;
+  if (current.flags() & Qt::ItemIsEditable) {
+    view_.edit(current);
+  } else {
+    DblClicked(current);
+  }
+  return true;
+}
+
+// Columns get their widths, never less than the heading needs; what is left of the view is shared among them.
+void GridBinding::ShareWidth() {
+  const QHeaderView& header = *view_.horizontalHeader();
+  std::vector<std::pair<int, int>> widths;  // column, width
+  int fixed = 0;
+  int total = 0;
+  for (int i = 0; i < model_.columnCount(); ++i) {
+    const GridColumn& column = model_.Column(i);
+    if (column.hidden) continue;
+    const int heading = column.caption.empty() ? 0 : header.sectionSizeHint(i) + 6;
+    widths.emplace_back(i, std::max(column.width, heading));
+    (column.type == CellType::Tick ? fixed : total) += widths.back().second;
+  }
+  const int free = view_.viewport()->width() - fixed;
+  int taken = 0;
+  int sharing = 0;
+  for (auto& [column, width] : widths) {
+    if (model_.Column(column).type != CellType::Tick && free > total) {
+      sharing += width;  // cumulative, so that the shares add up to the pixel
+      width = int(qint64(free) * sharing / total) - taken;
+      taken += width;
+    }
+    if (view_.columnWidth(column) != width) view_.setColumnWidth(column, width);
+  }
+}
+
+void GridBinding::MirrorHiddenRows() {
+  hiddenRows_.resize(control_.rows.size(), false);
+  for (std::size_t row = 0; row < hiddenRows_.size(); ++row) {
+    if (hiddenRows_[row] == control_.rows[row].hidden) continue;
+    hiddenRows_[row] = control_.rows[row].hidden;
+    view_.setRowHidden(int(row), hiddenRows_[row]);
+  }
+}
+
+void GridBinding::MirrorActiveRow() {
+  const int row = control_.activeRow < control_.rows.size() ? int(control_.activeRow) : -1;
+  if (view_.currentIndex().row() == row) return;
+  int column = int(control_.activeColumn);
+  while (column < model_.columnCount() && model_.Column(column).hidden) ++column;
+  view_.setCurrentIndex(row < 0 ? QModelIndex() : model_.index(row, column));
+  if (row < 0) view_.clearSelection();
+}
+
+void GridBinding::CurrentChanged(const QModelIndex& current, const QModelIndex& before) {
+  if (dispatcher_.IsMirroring() || !current.isValid()) return;
+  control_.activeRow = std::size_t(current.row());
+  control_.activeColumn = std::size_t(current.column());
+  if (current.row() == before.row()) return;
+  rowMoved_ = true;
+  // By the keyboard it is as good as a click, else what the screen works on is not the row that is marked.
+  if (QGuiApplication::mouseButtons() == Qt::NoButton) {
+    dispatcher_.Later(control_.screen(), [this] {
+      if (rowMoved_) RaiseRowClick();
+    });
+  }
+}
+
+void GridBinding::RaiseRowClick() {
+  rowMoved_ = false;
+  if (control_.activeRow >= control_.rows.size()) return;
+  if (const CellHandler handler = control_.onRowClick) handler(control_.activeRow, control_.activeColumn);
+}
+
+// The click on another row comes first; its handler may fill the grid anew.
+void GridBinding::Edited(std::size_t row, std::size_t column, const std::string& text) {
+  if (rowMoved_) RaiseRowClick();
+  ticked_ = false;
+  const bool there = row < control_.rows.size() && column < control_.rows[row].cells.size();
+  if (there && !control_.IsLocked(row, column) && control_.At(row, column).text != text) {
+    control_.At(row, column).text = text;
+    if (const CellHandler handler = control_.onCellChange) handler(row, column);
+  }
+}
+
+void GridBinding::DblClicked(const QModelIndex& index) {
+  if (!control_.onDblClick) return;
+  dispatcher_.Run([this, row = std::size_t(index.row()), column = std::size_t(index.column())] {
+    if (rowMoved_) RaiseRowClick();
+    const CellHandler handler = control_.onDblClick;
+    if (row < control_.rows.size()) handler(row, column);
+  });
+}
+
+void GridBinding::ShowMenu(const QPoint& place) {
+  if (rowMoved_) dispatcher_.Run([this] { RaiseRowClick(); });
+  QMenu menu(&view_);
+  FillMenu(menu, control_.popup, dispatcher_);
+  if (!menu.isEmpty()) menu.addSeparator();
+  QAction* selected = menu.addAction(QStringLiteral("Copy Selected Rows\tCtrl+C"));
+  selected->setEnabled(view_.selectionModel()->hasSelection());
+  QObject::connect(selected, &QAction::triggered, &menu, [this] { Copy(CopyRange::SelectedRows); });
+  QAction* all = menu.addAction(QStringLiteral("Copy All Rows\tCtrl+Shift+C"));
+  QObject::connect(all, &QAction::triggered, &menu, [this] { Copy(CopyRange::AllRows); });
+  menu.exec(view_.viewport()->mapToGlobal(place));
+}
+
+}  // namespace
+
+std::unique_ptr<Binding> BindGrid(Grid& control, QWidget& widget, Dispatcher& dispatcher) {
+  auto* view = qobject_cast<QTableView*>(&widget);
+  return view ? std::make_unique<GridBinding>(control, *view, dispatcher) : nullptr;
+}
+
+}  // namespace ktl

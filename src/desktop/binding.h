@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QColor>
+#include <QString>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "screen/grid.h"
+#include "screen/screen.h"
+
+class QEvent;
+class QMenu;
+class QWidget;
+
+namespace ktl {
+
+class Dispatcher;
+
+// A control and its widget.
+class Binding {
+ public:
+  virtual ~Binding() = default;
+
+  // Copies what differs from the control into the widget.
+  virtual void Mirror() = 0;
+  // An event on its way to the widget; true takes it away.
+  virtual bool Filter(QEvent&) { return false; }
+  virtual bool EnterMovesOn() const { return true; }
+  // Where Backspace has nothing to delete and moves to the field before.
+  virtual bool IsAtStart() const { return false; }
+  // What is called when the focus went to another control; empty for most.
+  virtual Handler LeaveHandler() const { return {}; }
+  virtual void SelectText() {}
+};
+
+// Each returns null when the widget is not of the control's type.
+std::unique_ptr<Binding> BindTextBox(TextBox& control, QWidget& widget, Dispatcher& dispatcher);
+std::unique_ptr<Binding> BindComboBox(ComboBox& control, QWidget& widget, Dispatcher& dispatcher);
+std::unique_ptr<Binding> BindListBox(ListBox& control, QWidget& widget, Dispatcher& dispatcher);
+std::unique_ptr<Binding> BindCheckBox(CheckBox& control, QWidget& widget, Dispatcher& dispatcher);
+std::unique_ptr<Binding> BindOptionButton(OptionButton& control, QWidget& widget, Dispatcher& dispatcher);
+std::unique_ptr<Binding> BindButton(Button& control, QWidget& widget, Dispatcher& dispatcher);
+std::unique_ptr<Binding> BindLabel(Label& control, QWidget& widget, Dispatcher& dispatcher);
+std::unique_ptr<Binding> BindFrame(Frame& control, QWidget& widget);
+std::unique_ptr<Binding> BindTabs(Tabs& control, QWidget& widget, Dispatcher& dispatcher);
+std::unique_ptr<Binding> BindProgressBar(ProgressBar& control, QWidget& widget);
+std::unique_ptr<Binding> BindGrid(Grid& control, QWidget& widget, Dispatcher& dispatcher);
+std::unique_ptr<Binding> BindTimer(Timer& control, Dispatcher& dispatcher);
+// A push button that opens the menus of the screen.
+std::unique_ptr<Binding> BindMenuButton(std::vector<Menu*> menus, QWidget& widget, Dispatcher& dispatcher);
+
+void FillMenu(QMenu& menu, const std::vector<Menu*>& entries, Dispatcher& dispatcher);
+
+inline QString ToQt(const std::string& text) { return QString::fromStdString(text); }
+
+// Enabled, visible and tool tip.
+void MirrorState(const Control& control, QWidget& widget);
+
+// The colours of a control on its widget. A palette loses against the style sheet of the program, so each
+// widget with colours of its own gets a sheet of its own.
+class ColourMirror {
+ public:
+  void Mirror(const Control& control, QWidget& widget);
+
+ private:
+  Colour back_ = kNoColour;
+  Colour fore_ = kNoColour;
+};
+
+}  // namespace ktl

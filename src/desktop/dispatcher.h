@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QObject>
+#include <exception>
+#include <vector>
+
+#include "screen/controls.h"
+
+class QDialog;
+
+namespace ktl {
+
+// Every handler runs through here: first what waits, then the handler, then the windows are brought up to
+// date.
+class Dispatcher final : public QObject {
+ public:
+  explicit Dispatcher(Handler bringUpToDate);
+
+  void Run(const Handler& handler);
+  // Runs before the next handler or input, at the latest when the event loop is idle; not while a box is up.
+  void Later(const Screen& screen, Handler handler);
+  // Runs what waits. False when a box or a screen came up meanwhile: the input that was under way is void
+  // then.
+  bool Settle();
+  // Drops what still waits for a screen that goes away.
+  void Forget(const Screen& screen);
+
+  // Runs the dialog until it is closed. What a handler threw meanwhile comes out here.
+  int Exec(QDialog& dialog);
+  void RethrowFailure();
+
+  // While one lives, the signals of the widgets are the mirror's own doing and raise nothing.
+  class Mirroring {
+   public:
+    explicit Mirroring(Dispatcher& dispatcher) : dispatcher_(dispatcher) { ++dispatcher_.mirroring_; }
+    ~Mirroring() { --dispatcher_.mirroring_; }
+    Mirroring(const Mirroring&) = delete;
+    Mirroring& operator=(const Mirroring&) = delete;
+
+   private:
+    Dispatcher& dispatcher_;
+  };
+  bool IsMirroring() const { return mirroring_ > 0; }
+
+  bool eventFilter(QObject* target, QEvent* event) override;
+
+ private:
+  struct Waiting {
+    const Screen* screen;
+    std::size_t depth;  // how many dialogs were up
+    Handler handler;
+  };
+
+  Handler TakeWaiting();
+  void RunWaiting();
+
+  Handler bringUpToDate_;
+  std::vector<Waiting> waiting_;
+  std::vector<QDialog*> dialogs_;  // innermost last
+  std::exception_ptr failure_;
+  int dialogsShown_ = 0;
+  int mirroring_ = 0;
+};
+
+}  // namespace ktl

@@ -1,0 +1,26 @@
+#include "desktop/forms.h"
+
+#include "ui_modAdvLoan.h"
+#include "ui_modSIMaster.h"
+
+namespace ktl {
+namespace {
+
+template <class Ui>
+std::unique_ptr<QWidget> Make() {
+  auto form = std::make_unique<QWidget>();
+  Ui().setupUi(form.get());
+  return form;
+}
+
+}  // namespace
+
+const Forms& ProgramForms() {
+  static const Forms kForms{
+      {"modAdvLoan", Make<Ui::modAdvLoan>},
+      {"modSIMaster", Make<Ui::modSIMaster>},
+  };
+  return kForms;
+}
+
+}  // namespace ktl

@@ -1,0 +1,54 @@
+#include "desktop/message_box.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+
+#include "desktop/binding.h"
+#include "desktop/dispatcher.h"
+#include "desktop/icons.h"
+#include "runtime/text.h"
+
+namespace ktl {
+namespace {
+
+QMessageBox::StandardButton ButtonOf(Answer answer) {
+  switch (answer) {
+    case Answer::OK:
+      return QMessageBox::Ok;
+    case Answer::Cancel:
+      return QMessageBox::Cancel;
+    case Answer::Yes:
+      return QMessageBox::Yes;
+    case Answer::No:
+      return QMessageBox::No;
+  }
+  return QMessageBox::Ok;
+}
+
+}  // namespace
+
+Answer ShowMessageBox(const MessageBox& box, QWidget* parent, Dispatcher& dispatcher) {
+  const std::vector<Answer> answers = AnswersOf(box.buttons);
+  QMessageBox window(parent);
+  window.setWindowTitle(ToQt(box.title));
+  window.setTextFormat(Qt::PlainText);
+  window.setText(ToQt(ReplaceAll(box.text, "\r\n", "\n")));
+  window.setIconPixmap(BoxPicture(box.icon));
+  for (const Answer answer : answers) window.addButton(ButtonOf(answer));
+  window.setDefaultButton(ButtonOf(box.defaultAnswer));
+  window.setEscapeButton(ButtonOf(answers.back()));
+  if (QAbstractButton* preset = window.button(ButtonOf(box.defaultAnswer)))
+    preset->setProperty("primary", true);
+  if (box.closesItselfMs > 0) {
+    QTimer::singleShot(box.closesItselfMs, &window,
+                       [&window, &box] { window.done(ButtonOf(box.defaultAnswer)); });
+  }
+  const int pressed = dispatcher.Exec(window);
+  for (const Answer answer : answers) {
+    if (pressed == ButtonOf(answer)) return answer;
+  }
+  return answers.back();
+}
+
+}  // namespace ktl

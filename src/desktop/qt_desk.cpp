@@ -1,0 +1,117 @@
+#include "desktop/qt_desk.h"
+
+#include <QApplication>
+#include <QTimer>
+#include <stdexcept>
+
+#include "desktop/message_box.h"
+#include "desktop/screen_window.h"
+
+namespace ktl {
+namespace {
+
+constexpr int kPictureDelayMs = 200;  // lets the window settle
+
+// A window that is open for as long as this stands.
+class OnDesk {
+ public:
+  OnDesk(std::vector<ScreenWindow*>& open, ScreenWindow& window) : open_(open) { open_.push_back(&window); }
+  ~OnDesk() { open_.pop_back(); }
+  OnDesk(const OnDesk&) = delete;
+  OnDesk& operator=(const OnDesk&) = delete;
+
+ private:
+  std::vector<ScreenWindow*>& open_;
+};
+
+}  // namespace
+
+QtDesk::QtDesk(const Forms& forms) : forms_(forms), dispatcher_([this] { BringUpToDate(); }) {
+  QObject::connect(qApp, &QApplication::focusChanged, &dispatcher_,
+                   [this](QWidget* from, QWidget* to) { FocusMoved(from, to); });
+}
+
+QtDesk::~QtDesk() { SetBusy(false); }
+
+Answer QtDesk::MsgBox(const MessageBox& box) {
+  Mirror();
+  GrantFocus();
+  QWidget* parent = Top();
+  const Answer answer = ShowMessageBox(box, parent, dispatcher_);
+  if (parent && !parent->isActiveWindow()) parent->activateWindow();
+  return answer;
+}
+
+void QtDesk::ShowModal(Screen& screen) {
+  const auto form = forms_.find(screen.name());
+  if (form == forms_.end()) throw std::logic_error("There is no form for " + screen.name());
+  screen.Load();
+  if (screen.IsUnloaded()) return;
+  QWidget* parent = Top();
+  ScreenWindow window(screen, form->second(), dispatcher_, parent);
+  {
+    const OnDesk onDesk(open_, window);
+    Mirror();
+    GrantFocus();
+    if (!pictureFile_.empty()) PlanPicture(window);
+    dispatcher_.Exec(window);
+  }
+  if (parent) parent->activateWindow();
+}
+
+void QtDesk::Refresh() {
+  Mirror();
+  QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  dispatcher_.RethrowFailure();
+}
+
+void QtDesk::SetBusy(bool busy) {
+  if (busy == busy_) return;
+  busy_ = busy;
+  if (busy) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QApplication::restoreOverrideCursor();
+  }
+}
+
+void QtDesk::BringUpToDate() {
+  Mirror();
+  GrantFocus();
+  for (ScreenWindow* window : open_) {
+    if (window->screen().IsUnloaded() && window->isVisible()) window->done(QDialog::Accepted);
+  }
+}
+
+void QtDesk::Mirror() {
+  const Dispatcher::Mirroring mirroring(dispatcher_);
+  for (ScreenWindow* window : open_) window->Mirror();
+}
+
+void QtDesk::GrantFocus() {
+  for (ScreenWindow* window : open_) window->GrantFocus();
+}
+
+// A field is left when another one of the same window is entered, not when a box or another program takes
+// over.
+void QtDesk::FocusMoved(QWidget* from, QWidget* to) {
+  if (dispatcher_.IsMirroring() || !from || !to || from->window() != to->window()) return;
+  for (ScreenWindow* window : open_) {
+    if (window == from->window()) window->FocusMoved(from, to);
+  }
+}
+
+void QtDesk::PlanPicture(ScreenWindow& window) {
+  QTimer::singleShot(kPictureDelayMs, &window, [this, &window] {
+    dispatcher_.Run([this, &window] {
+      if (!window.grab().save(QString::fromStdString(pictureFile_))) {
+        throw std::runtime_error("Cannot write the picture " + pictureFile_);
+      }
+      throw PictureTaken();
+    });
+  });
+}
+
+QWidget* QtDesk::Top() const { return open_.empty() ? nullptr : open_.back(); }
+
+}  // namespace ktl

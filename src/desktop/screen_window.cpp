@@ -1,0 +1,112 @@
+#include "desktop/screen_window.h"
+
+#include <QCloseEvent>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QScreen>
+#include <QTabWidget>
+#include <algorithm>
+
+#include "desktop/dispatcher.h"
+
+namespace ktl {
+
+ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispatcher& dispatcher,
+                           QWidget* parent)
+    : QDialog(parent), screen_(screen), dispatcher_(dispatcher), form_(std::move(form)) {
+  setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                 Qt::WindowMinMaxButtonsHint);
+  SetUpBand();
+  const QSize size = form_->size();
+  layout_.setContentsMargins(0, 0, 0, 0);
+  layout_.setSpacing(0);
+  layout_.addWidget(&band_);
+  layout_.addWidget(form_.get(), 1);
+  resize(size);
+  FitOnDesk();
+  binder_ = std::make_unique<FormBinder>(screen, *form_, dispatcher);
+  for (QWidget* widget : form_->findChildren<QWidget*>()) widget->installEventFilter(this);
+}
+
+ScreenWindow::~ScreenWindow() {
+  // The widgets go while the bindings that they signal to are still there.
+  const Dispatcher::Mirroring mirroring(dispatcher_);
+  form_.reset();
+  dispatcher_.Forget(screen_);
+}
+
+void ScreenWindow::SetUpBand() {
+  band_.setObjectName("titleBand");
+  title_.setObjectName("titleText");
+  title_.setTextFormat(Qt::PlainText);
+  bandLayout_.setContentsMargins(14, 6, 14, 7);
+  bandLayout_.addWidget(&title_, 1);
+}
+
+void ScreenWindow::FitOnDesk() {
+  if (const QScreen* desk = QWidget::screen()) resize(size().boundedTo(desk->availableSize()));
+}
+
+void ScreenWindow::Mirror() {
+  const QString caption = ToQt(screen_.caption);
+  if (windowTitle() != caption) setWindowTitle(caption);
+  if (title_.text() != caption) title_.setText(caption);
+  binder_->Mirror();
+}
+
+void ScreenWindow::GrantFocus() {
+  if (!screen_.TakeFocusRequest() || !screen_.Focus()) return;
+  QWidget* widget = binder_->WidgetOf(*screen_.Focus());
+  if (!widget) return;
+  for (QWidget* holder = widget->parentWidget(); holder && holder != this; holder = holder->parentWidget()) {
+    auto* tabs = qobject_cast<QTabWidget*>(holder);
+    for (int i = 0; tabs && i < tabs->count(); ++i) {
+      if (tabs->widget(i)->isAncestorOf(widget)) tabs->setCurrentIndex(i);
+    }
+  }
+  widget->setFocus(Qt::OtherFocusReason);
+  if (screen_.SelectsText()) binder_->BindingOf(widget)->SelectText();
+}
+
+void ScreenWindow::FocusMoved(const QWidget* from, const QWidget* to) {
+  const Control* left = binder_->ControlOf(from);
+  Control* entered = binder_->ControlOf(to);
+  if (entered) screen_.NoteFocus(entered);
+  if (!left || left == entered) return;
+  const Binding* binding = binder_->BindingOf(binder_->WidgetOf(*left));
+  // Not from inside the change of focus: a box there would leave the focus nowhere.
+  if (Handler leave = binding->LeaveHandler()) dispatcher_.Later(screen_, std::move(leave));
+}
+
+void ScreenWindow::Close() {
+  dispatcher_.Run([this] { screen_.Unload(); });
+}
+
+void ScreenWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  Close();
+}
+
+void ScreenWindow::contextMenuEvent(QContextMenuEvent* event) {
+  QMenu menu(this);
+  FillMenu(menu, binder_->LooseMenus(), dispatcher_);
+  if (!menu.isEmpty()) menu.exec(event->globalPos());
+}
+
+bool ScreenWindow::eventFilter(QObject* target, QEvent* event) {
+  Binding* binding = binder_->BindingOf(target);
+  if (!binding) return QDialog::eventFilter(target, event);
+  if (binding->Filter(*event)) return true;
+  if (event->type() != QEvent::KeyPress) return false;
+  return MoveOn(*binding, static_cast<QKeyEvent*>(event)->key());
+}
+
+bool ScreenWindow::MoveOn(const Binding& binding, int key) {
+  const bool on = (key == Qt::Key_Return || key == Qt::Key_Enter) && binding.EnterMovesOn();
+  const bool back = key == Qt::Key_Backspace && binding.IsAtStart();
+  if (on || back) focusNextPrevChild(on);
+  return on || back;
+}
+
+}  // namespace ktl

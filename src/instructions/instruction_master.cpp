@@ -1,0 +1,205 @@
+#include "instructions/instruction_master.h"
+
+#include <fmt/format.h>
+
+#include "database/recordset.h"
+#include "frame/ported_stat.h"
+#include "frame/session.h"
+#include "instructions/instruction_master_dialect.h"
+#include "instructions/instruction_statements.h"
+#include "instructions/instruction_type.h"
+#include "runtime/text.h"
+
+namespace ktl {
+
+namespace {
+
+std::string Quoted(Session& session, const std::string& text) { return "'" + SqlText(session, text) + "'"; }
+
+std::string NameCondition(Session& session, const std::string& name, std::string_view comparison = "=") {
+  return fmt::format(" And UPPER(SINAME) {} {}", comparison, Quoted(session, UpperCase(name)));
+}
+
+std::optional<long> OptionalLong(const Value& value) {
+  if (value.IsNull()) return std::nullopt;
+  return value.ToLong();
+}
+
+std::optional<double> OptionalDouble(const Value& value) {
+  if (value.IsNull()) return std::nullopt;
+  return value.ToDouble();
+}
+
+bool IsSet(const Value& flag) { return flag.NumberOr0() != 0; }
+
+InstructionMaster MasterOf(const Recordset& row) {
+  return {
+      .siType = static_cast<int>(row["SITYPE"].ToLong()),
+      .siName = row["SINAME"].TextOrEmpty(),
+      .accCode = row["ACCCODE"].TextOrEmpty(),
+      .tdsYn = IsSet(row["TDSYN"]),
+      .tdsRefNo = OptionalLong(row["TDSREFNO"]),
+      .siPref = OptionalLong(row["SIPREF"]).value_or(0),
+      .sepPiYn = IsSet(row["SEPPIYN"]),
+      .sbiIfbYn = IsSet(row["SBIIFBYN"]),
+      .amtLimit = OptionalDouble(row["AMTLIMIT"]),
+      .allowLimit = OptionalLong(row["ALLOWLIMIT"]),
+      .emiRecCnt = OptionalLong(row["EMIRECCNT"]),
+      .intrRate = OptionalDouble(row["INTRRATE"]),
+      .reducingBalYn = IsSet(row["REDUCINGBALYN"]),
+  };
+}
+
+template <typename Number>
+Value ValueOrNull(const std::optional<Number>& number) {
+  return number ? Value(*number) : Value(Null{});
+}
+
+Value Flag(bool on) { return on ? 1 : 0; }
+
+void AssignRules(Recordset& row, const InstructionMaster& master) {
+  row.Set("SITYPE", master.siType);
+  row.Set("SINAME", master.siName);
+  row.Set("ACCCODE", master.accCode.empty() ? Value(Null{}) : Value(master.accCode));
+  row.Set("TDSYN", Flag(master.tdsYn));
+  row.Set("TDSREFNO", ValueOrNull(master.tdsRefNo));
+  row.Set("SIPREF", CNull(master.siPref, Null{}, true));
+  row.Set("SEPPIYN", Flag(master.sepPiYn));
+  row.Set("SBIIFBYN", Flag(master.sbiIfbYn));
+}
+
+// A company without advanced options loses what stood in the five columns.
+void AssignAdvancedOptions(Recordset& row, const InstructionMaster& master, bool advanced) {
+  row.Set("AMTLIMIT", advanced ? ValueOrNull(master.amtLimit) : Null{});
+  row.Set("ALLOWLIMIT", advanced ? ValueOrNull(master.allowLimit) : Null{});
+  row.Set("EMIRECCNT", advanced ? ValueOrNull(master.emiRecCnt) : Null{});
+  row.Set("INTRRATE", advanced ? ValueOrNull(master.intrRate) : Null{});
+  row.Set("REDUCINGBALYN", Flag(advanced && master.reducingBalYn));
+}
+
+void WriteByRecordset(Session& session, const InstructionMaster& master, const std::string& oldName,
+                      bool advanced) {
+  Recordset row(session.Cn,
+                fmt::format("Select * From INS_MASTER Where SITYPE = {}{}", master.siType,
+                            NameCondition(session, oldName)),
+                OpenMode::Update);
+  if (row.Eof()) row.AddNew();
+  AssignRules(row, master);
+  AssignAdvancedOptions(row, master, advanced);
+  row.Update();
+}
+
+void ExecuteAll(Session& session, const std::vector<std::string>& statements) {
+  for (const std::string& statement : statements) session.Cn.Execute(statement);
+}
+
+std::string HouseLoanCondition(Session& session, const InstructionMaster& master) {
+  const std::string pair = EmployeeSerialPair(kMasterDialect);
+  return fmt::format(" Where SITYPE = {0} And {1} In (Select {1} From INS_ADVLOAN Where SITYPE = {0}{2})",
+                     master.siType, pair, NameCondition(session, master.siName));
+}
+
+std::optional<MasterRefusal> FindAdvancedRefusal(const InstructionMaster& master,
+                                                 const std::string& caption) {
+  if (master.amtLimit == 0.0) return MasterRefusal{"Enter Maximum Loan Amount.", MasterField::MaxAmount};
+  if (master.allowLimit == 0)
+    return MasterRefusal{"Enter Maximum " + caption + " allowed amount.", MasterField::MaxAllowed};
+  if (master.emiRecCnt == 0) return MasterRefusal{"Enter number of EMI(s).", MasterField::RecEMI};
+  if (master.intrRate == 0.0)
+    return MasterRefusal{"Enter " + caption + " interest rate.", MasterField::InterestRate};
+  return std::nullopt;
+}
+
+bool IsNameTaken(Session& session, const InstructionMaster& master) {
+  return session.data.FnBlnRecExists(fmt::format("Select * From INS_MASTER Where SITYPE = {}{}",
+                                                 master.siType, NameCondition(session, master.siName)));
+}
+
+bool NeedsSection(const InstructionMaster& master) {
+  return master.siType >= kInsuranceType && master.siType <= kGroupInsuranceType && master.tdsYn;
+}
+
+}  // namespace
+
+std::vector<InstructionMaster> ReadInstructionMasters(Session& session, int siType) {
+  std::vector<InstructionMaster> masters;
+  Recordset rows(session.Cn,
+                 fmt::format("Select * From INS_MASTER Where SITYPE = {} Order By SINAME", siType));
+  for (; !rows.Eof(); rows.MoveNext()) masters.push_back(MasterOf(rows));
+  return masters;
+}
+
+std::optional<MasterRefusal> FindMasterRefusal(Session& session, const InstructionMaster& master,
+                                               const std::string& oldName, const std::string& caption,
+                                               bool advanced) {
+  if (master.siName.empty()) return MasterRefusal{"Enter " + caption + " Name.", MasterField::Name};
+  if (advanced) {
+    if (auto refusal = FindAdvancedRefusal(master, caption)) return refusal;
+  }
+  if (!EqualsNoCase(master.siName, oldName) && IsNameTaken(session, master))
+    return MasterRefusal{"Entered " + caption + " already exists.", MasterField::Name};
+  if (NeedsSection(master) && !master.tdsRefNo)
+    return MasterRefusal{"Select the section for which TDS is applicable", MasterField::Section};
+  return std::nullopt;
+}
+
+std::optional<MasterRefusal> FindPreferenceRefusal(Session& session, const InstructionMaster& master,
+                                                   const std::string& oldName, const std::string& caption) {
+  if (!IsAdvanceOrLoan(master.siType) || master.siPref == 0) return std::nullopt;
+  const std::string others = oldName.empty() ? "" : NameCondition(session, oldName, "<>");
+  if (!session.data.FnBlnRecExists(
+          fmt::format("Select SIPREF From INS_MASTER Where SITYPE = {} And SIPREF = {}{}", master.siType,
+                      master.siPref, others)))
+    return std::nullopt;
+  return MasterRefusal{
+      "Deduction preference given is already set for another " + caption + "\r\nSpecify another number.",
+      MasterField::DedPref};
+}
+
+bool HasHouseLoanDetails(Session& session, const InstructionMaster& master) {
+  return session.data.FnBlnRecExists("Select SERIALNO From INS_HLOAN" + HouseLoanCondition(session, master));
+}
+
+void DeleteHouseLoanDetails(Session& session, const InstructionMaster& master) {
+  const std::string condition = HouseLoanCondition(session, master);
+  session.Cn.Execute("Delete From INS_HLOAN_VAL" + condition);
+  session.Cn.Execute("Delete From INS_HLOAN" + condition);
+}
+
+void WriteInstructionMaster(Session& session, const InstructionMaster& master, const std::string& oldName,
+                            bool advanced) {
+  Transaction transaction(session.Cn);
+  if constexpr (kMasterDialect == "ORA") {
+    ExecuteAll(session, OraSaveStatements(session, master, oldName, advanced));
+  } else {
+    WriteByRecordset(session, master, oldName, advanced);
+    const bool renamed = !oldName.empty() && master.siName != oldName;
+    if (renamed) ExecuteAll(session, RenameStatements(session, master, oldName));
+  }
+  transaction.Commit();
+}
+
+bool IsMasterInUse(Session& session, int siType, const std::string& siName) {
+  const std::string name = Quoted(session, siName);
+  return session.data.FnBlnRecExists(
+      IsAdvanceOrLoan(siType)
+          ? fmt::format("Select SITYPE From INS_ADVLOAN Where SITYPE = {} And SINAME = {}", siType, name)
+          : fmt::format("Select SITYPE From INS_OTHER Where SITYPE = {} And OTHNAME = {}", siType, name));
+}
+
+void DeleteInstructionMaster(Session& session, int siType, const std::string& siName) {
+  session.Cn.Execute(fmt::format("Delete From INS_MASTER Where SITYPE = {} And SINAME = {}", siType,
+                                 Quoted(session, siName)));
+}
+
+void MarkInstructionsForPorting(Session& session, int siType, const std::string& siName, int code) {
+  Recordset rows(session.Cn, fmt::format("SELECT * FROM INS_OTHER WHERE OTHNAME ={} AND SITYPE={}",
+                                         Quoted(session, siName), siType));
+  for (; !rows.Eof(); rows.MoveNext()) {
+    const long employee = rows["EMPID"].ToLong();
+    UpdateIncPortedStat(session, code, employee, CNull(rows["STARTMY"], 0).ToLong(), "",
+                        CNull(rows["ENDMY"], 0).ToLong(), fmt::format(" EMPID = {}", employee));
+  }
+}
+
+}  // namespace ktl

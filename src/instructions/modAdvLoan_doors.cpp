@@ -1,0 +1,186 @@
+// What the entry of advances and loans opens: the formula frame, other screens, sibling programs.
+#include <fmt/format.h>
+
+#include "common/amounts.h"
+#include "common/month_year.h"
+#include "database/recordset.h"
+#include "formula/clsEvalFormula.h"
+#include "frame/rights.h"
+#include "frame/session.h"
+#include "frame/top_level.h"
+#include "instructions/instruction_statements.h"
+#include "instructions/modAdvLoan.h"
+#include "runtime/numbers.h"
+#include "workbook/grid_workbook.h"
+
+namespace ktl {
+
+namespace {
+
+constexpr const char* kEffectiveMonth = "MONTH(EFFFROMDATE) + (YEAR(EFFFROMDATE) * 12)";
+
+bool IsSummaryDenied(Session& session) {
+  return session.data.FnBlnRecExists(fmt::format(
+      "SELECT BUTALLOWYN FROM SEC_BUTPER WHERE BUTID = 612 AND BUTALLOWYN=0 AND GROUPID = (SELECT GROUPID "
+      "from SEC_USERLIST WHERE UPPER(USERNAME)= '{}')",
+      SqlText(session, session.CurrentUser())));
+}
+
+// A sibling that is not installed says so.
+void StartSibling(Session& session, const Sibling& sibling) {
+  if (!session.machine.siblings.Start(sibling)) session.Inform("Required External Application not found");
+}
+
+}  // namespace
+
+void modAdvLoan::ForgetFormula() {
+  formulaMonths_ = 0;
+  cmbFormula.SetText("");
+  txtMonths.SetText("");
+}
+
+void modAdvLoan::ShowFormulaFrame(bool shown) {
+  fmeFormula.visible = shown;
+  fmeTransaction.enabled = employee_ != 0 && !shown;
+  if (shown) SetFocus(cmbFormula);
+}
+
+void modAdvLoan::cmdFmeFormula_Click() {
+  if (FnBlnPermitted(session_, cmdFmeFormula)) return;
+  ShowFormulaFrame(true);
+}
+
+void modAdvLoan::cmdAccept_Click() {
+  if (FnBlnPermitted(session_, cmdAccept)) return;
+  const auto refuse = [this](const std::string& text, Control& field) {
+    session_.Inform(text);
+    SetFocus(field);
+  };
+  if (txtAdvDate.Text().empty()) return refuse("Enter " + caption_ + " Date.", txtAdvDate);
+  if (cmbFormula.Text().empty()) {
+    if (!session_.desk.Confirm("Continue without selecting a 'Formula'?", session_.title)) return;
+    ForgetFormula();
+    ShowFormulaFrame(false);
+    SetFocus(txtInterestAmt);
+    return;
+  }
+  if (txtMonths.Text().empty()) return refuse("Enter 'Number of Months'.", txtMonths);
+  if (!cmbFormula.MatchesList()) return refuse("Select proper 'Formula'.", cmbFormula);
+  formulaMonths_ = clsGenCmn::FnDblTrimVal(txtMonths.Text());
+  const long month = FnLngMonthYear(txtAdvDate.Text());
+  if (const std::optional<long> detailRow = DetailRowOf(month)) {
+    const Date first = *ParseDate("01/" + FnStrFormatMonthYear(month));
+    const double amount =
+        clsEvalFormula(session_).FnDblEvalFormula(static_cast<long>(Val(cmbFormula.BoundText())), employee_,
+                                                  *detailRow, month, first, first.AddMonths(1).AddDays(-1));
+    txtAdvAmount.SetText(FormatNumber(amount * formulaMonths_, "0.00"));
+  }
+  ShowFormulaFrame(false);
+  SetFocus(txtInterestAmt);
+}
+
+// The detail row with the latest effective month that is not after the month.
+std::optional<long> modAdvLoan::DetailRowOf(long monthYear) {
+  const Recordset rs(
+      session_.Cn,
+      fmt::format(
+          "Select * From MAS_EMPLOYEEDET Where EMPID = {0} And {1} = (Select Max({1}) From MAS_EMPLOYEEDET "
+          "Where EMPID = {0} And {1} <= {2})",
+          employee_, kEffectiveMonth, monthYear));
+  if (rs.Eof()) return std::nullopt;
+  return rs["EMPDETID"].ToLong();
+}
+
+void modAdvLoan::cmdAdvFormulate_Click() {
+  if (FnBlnPermitted(session_, cmdAdvFormulate)) return;
+  StartSibling(session_, {"KTLFilter", "Kestrel Ledger - Expression Editor",
+                          "1505,$Kestrel Ledger - Expression Editor", true});
+  cmbFormula.SetRows(ReadFormulas(session_));
+}
+
+void modAdvLoan::cmdMaster_Click() {
+  if (FnBlnPermitted(session_, cmdMaster)) return;
+  session_.screens.Show(session_, "modSIMaster", this);
+  FillNames();
+  cmdTDSDet.visible = false;
+}
+
+void modAdvLoan::cmdInstitution_Click() {
+  if (FnBlnPermitted(session_, cmdInstitution)) return;
+  session_.Inform(
+      "The list of institutions is kept by the host's filter program, which this build does not start yet.");
+  cmbInstitution.SetRows(ReadInstitutions(session_));
+}
+
+void modAdvLoan::cmdMonthly_Click() {
+  if (FnBlnPermitted(session_, cmdMonthly)) return;
+  session_.FormEmpId = employee_;
+  session_.screens.Show(session_, "modEMIEmp", this);
+}
+
+void modAdvLoan::cmdMultiAllot_Click() {
+  if (FnBlnPermitted(session_, cmdMultiAllot)) return;
+  session_.screens.Show(session_, "modMultiAllot", this);
+}
+
+void modAdvLoan::OpenOnInstruction(const char* screenName) {
+  const bool listed = fpgAdvLoan.activeRow < fpgAdvLoan.rows.size() &&
+                      Val(fpgAdvLoan.Text(fpgAdvLoan.activeRow, kListAmount)) != 0;
+  if (!listed || serial_ == 0 || newRecord_) {
+    session_.Inform("Select a " + caption_ + " record.");
+    return;
+  }
+  session_.screens.Show(session_, screenName, this);
+}
+
+void modAdvLoan::cmdEmi_Click() {
+  if (FnBlnPermitted(session_, cmdEmi)) return;
+  OpenOnInstruction("modEMIDet");
+}
+
+void modAdvLoan::cmdReceipts_Click() {
+  if (FnBlnPermitted(session_, cmdReceipts)) return;
+  OpenOnInstruction("modReceipts");
+}
+
+void modAdvLoan::cmdReport_Click() {
+  StartSibling(session_, {"KTLSIRep", "KestrelLedger - Reports",
+                          fmt::format("{}#{}#{}#0", siType_ == 1 ? "1521" : "1522",
+                                      session_.ReportFlag ? "True" : "False", session_.ReportNumber),
+                          true});
+}
+
+void modAdvLoan::lblSummary_Click() {
+  if (IsSummaryDenied(session_)) {
+    session_.desk.Warn("Permission denied.", session_.title);
+    return;
+  }
+  StartSibling(session_, {"KTLFFS", "", "", true});
+}
+
+void modAdvLoan::mnuExport_Click() {
+  if (fpgEMI.rows.empty()) {
+    session_.Inform("No Records Found");
+    return;
+  }
+  const std::string file = ExportGridToWorkbook(session_, fpgEMI, "EMI Details");
+  if (!file.empty()) session_.Inform("The schedule has been written to " + file);
+}
+
+void modAdvLoan::cmdIntrCalc_Click() {
+  SettingsStore& settings = session_.machine.settings;
+  settings.Set("Settings", "ICPrcpl", NumberText(clsGenCmn::FnDblTrimVal(txtAdvAmount.Text())));
+  if (session_.SepPiYN) {
+    session_.screens.Show(session_, "modInterestMaster", this);
+    RefreshEMI();
+    UpdateOverview();
+  } else {
+    StartSibling(session_, {"KTLIntrCalc", "Interest Calculation", "", true});
+    RegisterWindow(session_);
+  }
+  settings.Set("Settings", "ICPrcpl", "");
+  // A figure already typed is kept; the calculator's answer is dropped then.
+  if (txtInterestAmt.Text().empty()) txtInterestAmt.SetText(settings.Get("Settings", "ICIntrAmt", ""));
+}
+
+}  // namespace ktl

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "frame/session.h"
+#include "instructions/audit_text.h"
+#include "instructions/instruction_master.h"
+#include "screen/controls.h"
+#include "screen/grid.h"
+#include "screen/screen.h"
+
+namespace ktl {
+
+// The names under which instructions of one type can be given. Works on the type that the process was started
+// for.
+class modSIMaster final : public Screen {
+ public:
+  modSIMaster(Session& session, Screen* parent);
+
+  Label lblSIName{*this, "lblSIName", "Name"};
+  TextBox txtSIName{*this, "txtSIName"};
+  Label lblAccCode{*this, "lblAccCode", "Account Code"};
+  TextBox txtAccCode{*this, "txtAccCode"};
+  CheckBox chkTDSAppl{*this, "chkTDSAppl", "TDS Applicable"};
+  Label lblSection{*this, "lblSection", "Section"};
+  ComboBox cmbSection{*this, "cmbSection"};
+  Label lblDedPref{*this, "lblDedPref", "Deduction Preference"};
+  TextBox txtDedPref{*this, "txtDedPref"};
+  CheckBox chkType{*this, "chkType", "Separate Principle/Interest Accounting."};
+  CheckBox chkSBIInt{*this, "chkSBIInt", "Consider Interest Free Benefit"};
+
+  Frame fmeConfig{*this, "fmeConfig", "Advanced Options"};
+  CheckBox chkMaxAmount{*this, "chkMaxAmount", "Maximum Amount"};
+  TextBox txtMaxAmount{*this, "txtMaxAmount"};
+  CheckBox chkMaxAllowed{*this, "chkMaxAllowed", "Maximum Allowed"};
+  TextBox txtMaxAllowed{*this, "txtMaxAllowed"};
+  CheckBox chkRecEMI{*this, "chkRecEMI", "Recovery EMI"};
+  TextBox txtRecEMI{*this, "txtRecEMI"};
+  CheckBox chkInterestRate{*this, "chkInterestRate", "Interest Rate"};
+  TextBox txtInterestRate{*this, "txtInterestRate"};
+  CheckBox chkRedBal{*this, "chkRedBal", "Reducing Balance"};
+
+  enum Column : std::size_t {
+    ColName,
+    ColAccountCode,
+    ColTds,
+    ColSection,
+    ColDeductionPref,
+    ColMaxLimit,
+    ColMaxAllowed,
+    ColRecoveryEMI,
+    ColInterestRate,
+    ColReducingBalance,
+    ColSeparatePI,
+    ColIFBYN,
+  };
+  Grid fpgSIMaster{*this, "fpgSIMaster"};
+
+  Button cmdNew{*this, "cmdNew", "&New"};
+  Button cmdSave{*this, "cmdSave", "&Save"};
+  Button cmdDelete{*this, "cmdDelete", "&Delete"};
+  Button cmdClose{*this, "cmdClose", "&Close"};
+
+  void Form_Load() override;
+  void Form_Activate() override;
+
+  void chkTDSAppl_Click();
+  void chkType_Click();
+  void chkMaxAmount_Click();
+  void chkMaxAllowed_Click();
+  void chkRecEMI_Click();
+  void chkInterestRate_Click();
+  void fpgSIMaster_Click(std::size_t row);
+  void cmdNew_Click();
+  void cmdSave_Click();
+  void cmdDelete_Click();
+
+ private:
+  void ConnectHandlers();
+  void ConnectKeyFilters();
+  // Runs a handler; a failure ends it with a box.
+  void Guard(void (modSIMaster::*work)());
+  void OpenForm();
+  void ShowForType();
+  void SetUpGrid();
+  void FillGrid();
+  std::string SectionName(long tdsRefNo);
+  void AddGridRow(const InstructionMaster& master, const std::string& section);
+  void FillSections();
+
+  void Clear();
+  void LoadFields(const InstructionMaster& master);
+  void NoteOldValues();
+  InstructionMaster FromFields() const;
+
+  void Save();
+  bool MayDropHouseLoan(const InstructionMaster& master);
+  void Refuse(const MasterRefusal& refusal);
+  void Delete();
+  void WriteAudit(const std::string& deed);
+  std::vector<AuditField> AuditFields() const;
+  std::vector<AuditField> AdvancedAuditFields() const;
+
+  bool HasAdvancedOptions() const { return session_.features.On("ADVMGALYN"); }
+
+  Session& session_;
+  std::string caption_;                     // of the instruction type
+  std::vector<InstructionMaster> masters_;  // the rows of the grid
+  std::string oldName_;                     // of the row in the fields, empty for a new one
+  std::string clickedName_;                 // of the row that cmdDelete works on
+};
+
+}  // namespace ktl

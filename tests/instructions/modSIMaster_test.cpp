@@ -1,0 +1,395 @@
+#include "instructions/modSIMaster.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "company/schema_texts.h"
+#include "database/recordset.h"
+#include "instructions/instruction_master_dialect.h"
+#include "screen/person.h"
+#include "support/fake_machine.h"
+#include "support/scripted_desk.h"
+
+namespace ktl {
+
+class MasterScreen : public testing::Test {
+ protected:
+  MasterScreen() {
+    session.Cn.Open("");
+    machine.settings.Set("Settings", "DBType", "SQL");
+    machine.settings.Set("Settings", "User", "RAVI");
+    Run(kSchemaText);
+    Run(kSeedText);
+    Run("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 0");
+    Run("INSERT INTO MAS_TDSREF (TDSREFNO, TDSREF, TYPEID) VALUES (5, '80C', 2), (6, '80CCC', 2), (8, '80G', "
+        "2),"
+        " (9, '24', 1)");
+  }
+
+  std::unique_ptr<modSIMaster> Open(long formCode, bool advanced) {
+    session.FormCode = formCode;
+    session.SIType = static_cast<int>(formCode - 1500);
+    session.features.switches["ADVMGALYN"] = advanced;
+    auto screen = std::make_unique<modSIMaster>(session, nullptr);
+    RunAndGrantFocus(*screen, [&] { screen->Load(); });
+    return screen;
+  }
+
+  void Run(const std::string& sql) { session.Cn.Execute(sql); }
+
+  // The fields parted by "|", each row ended by a line feed, null as "~".
+  std::string Rows(const std::string& sql) {
+    std::string text;
+    for (Recordset rows(session.Cn, sql); !rows.Eof(); rows.MoveNext()) {
+      for (std::size_t field = 0; field < rows.Fields().size(); ++field)
+        text += (field == 0 ? "" : "|") + (rows[field].IsNull() ? "~" : rows[field].ToText());
+      text += "\n";
+    }
+    return text;
+  }
+
+  FakeMachine machine;
+  ScriptedDesk desk;
+  Session session{machine.machine(), desk};
+};
+
+std::string Shown(const modSIMaster& screen) {
+  std::string names;
+  for (const Control* control :
+       std::initializer_list<const Control*>{&screen.chkTDSAppl, &screen.cmbSection, &screen.txtDedPref,
+                                             &screen.chkType, &screen.chkSBIInt, &screen.txtMaxAmount})
+    if (control->IsShown()) names += control->name() + " ";
+  return names;
+}
+
+std::string HiddenColumns(const modSIMaster& screen) {
+  std::string numbers;
+  for (std::size_t column = 0; column < screen.fpgSIMaster.columns.size(); ++column)
+    if (screen.fpgSIMaster.columns[column].hidden) numbers += std::to_string(column + 1) + " ";
+  return numbers;
+}
+
+TEST_F(MasterScreen, ShowsWhatTheTypeHas) {
+  const struct {
+    long formCode;
+    bool companyTds;
+    bool advanced;
+    std::string shown;
+    std::string hiddenColumns;
+    std::string tags;
+  } cases[] = {
+      {1501, true, false, "txtDedPref chkType ", "6 7 8 9 10 12 ", "209 210"},
+      {1502, true, true, "txtDedPref chkType chkSBIInt txtMaxAmount ", "3 ", "234 235"},
+      {1503, true, true, "chkTDSAppl cmbSection txtMaxAmount ", "5 11 12 ", "256 257"},
+      {1504, true, false, "chkTDSAppl cmbSection ", "5 6 7 8 9 10 11 12 ", "287 288"},
+      {1505, false, false, "", "5 6 7 8 9 10 11 12 ", "270 271"},
+      {1507, true, true, "chkTDSAppl txtMaxAmount ", "5 11 12 ", "300 301"},
+      {1507, false, true, "txtMaxAmount ", "5 11 12 ", "300 301"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(c.formCode) + (c.companyTds ? " with TDS" : " without TDS"));
+    Run(std::string("UPDATE MAS_COMPANY SET TDSYN = ") + (c.companyTds ? "1" : "0"));
+    auto screen = Open(c.formCode, c.advanced);
+    EXPECT_EQ(Shown(*screen), c.shown);
+    EXPECT_EQ(HiddenColumns(*screen), c.hiddenColumns);
+    EXPECT_EQ(screen->cmdSave.tag + " " + screen->cmdDelete.tag, c.tags);
+  }
+}
+
+TEST_F(MasterScreen, RefusesOneFaultAfterTheOther) {
+  Run("INSERT INTO INS_MASTER (SITYPE, SINAME, SIPREF) VALUES (2, 'Car Loan', 4), (2, 'Bike Loan', 5)");
+  auto screen = Open(1502, true);
+  const auto refusal = [&](const Control& focus) {
+    Click(screen->cmdSave);
+    EXPECT_EQ(screen->Focus(), &focus);
+    return desk.TakeTexts().at(0);
+  };
+  Type(screen->txtSIName, "   ");
+  for (CheckBox* box :
+       {&screen->chkMaxAmount, &screen->chkMaxAllowed, &screen->chkRecEMI, &screen->chkInterestRate})
+    Tick(*box, true);
+  Type(screen->txtMaxAmount, "0.00");
+  Type(screen->txtDedPref, "4");
+
+  EXPECT_EQ(refusal(screen->txtSIName), "Enter Loan Name.");
+  Type(screen->txtSIName, " CAR loan ");
+  EXPECT_EQ(refusal(screen->txtMaxAmount), "Enter Maximum Loan Amount.");
+  Type(screen->txtMaxAmount, "250000");
+  EXPECT_EQ(screen->txtMaxAmount.Text(), "2,50,000.00");
+  EXPECT_EQ(refusal(screen->txtMaxAllowed), "Enter Maximum Loan allowed amount.");
+  Type(screen->txtMaxAllowed, "2");
+  EXPECT_EQ(refusal(screen->txtRecEMI), "Enter number of EMI(s).");
+  Type(screen->txtRecEMI, "3x6");
+  EXPECT_EQ(refusal(screen->txtInterestRate), "Enter Loan interest rate.");
+  Type(screen->txtInterestRate, "10.5.");
+  EXPECT_EQ(refusal(screen->txtSIName), "Entered Loan already exists.");
+  Type(screen->txtSIName, "House Loan");
+  EXPECT_EQ(refusal(screen->txtDedPref),
+            "Deduction preference given is already set for another Loan\r\nSpecify another number.");
+  Type(screen->txtDedPref, "0");
+  Tick(screen->chkRedBal, true);
+  Click(screen->cmdSave);
+  EXPECT_EQ(desk.LastBox().text, "Updated");
+  EXPECT_EQ(desk.LastBox().title, "Saving Information");
+  EXPECT_EQ(Rows("SELECT SINAME, ACCCODE, TDSYN, TDSREFNO, SIPREF, SEPPIYN, SBIIFBYN, AMTLIMIT, ALLOWLIMIT,"
+                 " EMIRECCNT, INTRRATE, REDUCINGBALYN FROM INS_MASTER WHERE SINAME = 'House Loan'"),
+            "House Loan|~|0|~|~|0|0|250000|2|36|10.5|1\n");
+  EXPECT_EQ(screen->fpgSIMaster.rows.size(), 3u);
+  EXPECT_EQ(screen->txtSIName.Text() + screen->txtMaxAmount.Text(), "");
+}
+
+TEST_F(MasterScreen, AsksForTheSectionOfTaxedPremiums) {
+  auto screen = Open(1503, false);
+  Type(screen->txtSIName, "Term Cover");
+  EXPECT_FALSE(screen->cmbSection.enabled);
+  Tick(screen->chkTDSAppl, true);
+  Click(screen->cmdSave);
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Select the section for which TDS is applicable"});
+  EXPECT_EQ(screen->Focus(), &screen->cmbSection);
+  EXPECT_EQ(screen->cmbSection.Rows(), (std::vector<ListRow>{{"80C", "5"}, {"80CCC", "6"}}));
+  Pick(screen->cmbSection, "80CCC");
+  Click(screen->cmdSave);
+  EXPECT_EQ(Rows("SELECT TDSYN, TDSREFNO FROM INS_MASTER"), "1|6\n");
+  ClickRow(screen->fpgSIMaster, 0);
+  EXPECT_EQ(screen->fpgSIMaster.Text(0, modSIMaster::ColSection), "80CCC");
+  Tick(screen->chkTDSAppl, false);
+  Click(screen->cmdSave);
+  EXPECT_EQ(Rows("SELECT TDSYN, TDSREFNO FROM INS_MASTER"), "0|~\n");
+}
+
+TEST_F(MasterScreen, KeepsNamesAsTyped) {
+  for (const std::string name : {"O'Brien's", "50% now", "a|b", "[x] #1 *", "अग्रिम राशि", "\"Q\"", "Café"}) {
+    SCOPED_TRACE(name);
+    Run("DELETE FROM INS_MASTER");
+    auto screen = Open(1501, false);
+    Type(screen->txtSIName, name);
+    Click(screen->cmdSave);
+    ClickRow(screen->fpgSIMaster, 0);
+    Type(screen->txtAccCode, "A'1");
+    Click(screen->cmdSave);
+    EXPECT_EQ(Rows("SELECT SINAME, ACCCODE FROM INS_MASTER"), name + "|A'1\n");
+    ClickRow(screen->fpgSIMaster, 0);
+    desk.WillAnswer({Answer::Yes});
+    Click(screen->cmdDelete);
+    EXPECT_EQ(Rows("SELECT SINAME FROM INS_MASTER"), "");
+  }
+}
+
+TEST_F(MasterScreen, CarriesARenameOverToTheInstructions) {
+  const struct {
+    long formCode;
+    std::string newName;
+    std::string instructions;  // of the type, then of the other types
+  } cases[] = {
+      {1501, "Festival Advance",
+       "INS_ADVLOAN 1 Festival Advance\nINS_ADVLOAN 2 Old Name\nINS_OTHER 3 Old Name\n"},
+      {1503, "Life's Cover", "INS_ADVLOAN 1 Old Name\nINS_ADVLOAN 2 Old Name\nINS_OTHER 3 Life's Cover\n"},
+      {1501, "OLD NAME", "INS_ADVLOAN 1 OLD NAME\nINS_ADVLOAN 2 Old Name\nINS_OTHER 3 Old Name\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.newName);
+    Run("DELETE FROM INS_MASTER; DELETE FROM INS_ADVLOAN; DELETE FROM INS_OTHER;"
+        "INSERT INTO INS_MASTER (SITYPE, SINAME, SIPREF) VALUES (1, 'Old Name', 3), (3, 'Old Name', NULL);"
+        "INSERT INTO INS_ADVLOAN (EMPID, SERIALNO, SITYPE, SINAME) VALUES (17, 1, 1, 'Old Name'), (17, 1, 2, "
+        "'Old Name');"
+        "INSERT INTO INS_OTHER (EMPID, SERIALNO, SITYPE, OTHNAME) VALUES (17, 1, 3, 'Old Name')");
+    auto screen = Open(c.formCode, false);
+    ClickRow(screen->fpgSIMaster, 0);
+    Type(screen->txtSIName, c.newName);
+    Click(screen->cmdSave);
+    EXPECT_EQ(desk.LastBox().text, "Updated");
+    EXPECT_EQ(screen->fpgSIMaster.rows.size(), 1u);
+    EXPECT_EQ(screen->fpgSIMaster.Text(0, modSIMaster::ColName), c.newName);
+    EXPECT_EQ(Rows("SELECT 'INS_ADVLOAN ' + CAST(SITYPE AS VARCHAR) + ' ' + SINAME FROM INS_ADVLOAN ORDER BY "
+                   "SITYPE") +
+                  Rows("SELECT 'INS_OTHER ' + CAST(SITYPE AS VARCHAR) + ' ' + OTHNAME FROM INS_OTHER"),
+              c.instructions);
+  }
+}
+
+TEST_F(MasterScreen, LeavesTheNameWhenARenameCannotBeCarriedOver) {
+  Run("INSERT INTO INS_MASTER (SITYPE, SINAME) VALUES (1, 'Old Name')");
+  auto screen = Open(1501, false);
+  Run("DROP TABLE INS_OTHER");
+  ClickRow(screen->fpgSIMaster, 0);
+  Type(screen->txtSIName, "New Name");
+  Click(screen->cmdSave);
+  EXPECT_EQ(desk.LastBox().title, "Error");
+  EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
+  EXPECT_EQ(Rows("SELECT SINAME FROM INS_MASTER"), "Old Name\n");
+}
+
+TEST_F(MasterScreen, EmptiesAdvancedColumnsOfACompanyWithoutThem) {
+  const std::string columns =
+      "SELECT AMTLIMIT, ALLOWLIMIT, EMIRECCNT, INTRRATE, REDUCINGBALYN, SEPPIYN, SBIIFBYN FROM INS_MASTER";
+  for (const bool advanced : {true, false}) {
+    Run("DELETE FROM INS_MASTER; INSERT INTO INS_MASTER (SITYPE, SINAME, TDSYN, AMTLIMIT, ALLOWLIMIT, "
+        "EMIRECCNT,"
+        " INTRRATE, REDUCINGBALYN, SEPPIYN, SBIIFBYN) VALUES (2, 'Car Loan', 1, 1234567.5, 2, 36, 9.25, 1, "
+        "1, 1)");
+    auto screen = Open(1502, advanced);
+    ClickRow(screen->fpgSIMaster, 0);
+    EXPECT_EQ(screen->txtMaxAmount.Text(), "12,34,567.50");
+    if (advanced) Tick(screen->chkMaxAllowed, false);
+    Click(screen->cmdSave);
+    EXPECT_EQ(Rows(columns), advanced ? "1234567.5|~|36|9.25|1|1|1\n" : "~|~|~|~|0|1|1\n");
+    EXPECT_EQ(Rows("SELECT TDSYN FROM INS_MASTER"), "1\n") << "the hidden box follows the row";
+    ClickRow(screen->fpgSIMaster, 0);
+    Tick(screen->chkType, false);
+    EXPECT_FALSE(screen->chkSBIInt.enabled || screen->chkSBIInt.Value());
+  }
+}
+
+TEST_F(MasterScreen, AsksBeforeHouseLoanDetailsGo) {
+  Run("INSERT INTO INS_MASTER (SITYPE, SINAME, SIPREF) VALUES (2, 'House Loan', 1), (2, 'Car Loan', 2);"
+      "INSERT INTO INS_ADVLOAN (EMPID, SERIALNO, SITYPE, SINAME) VALUES (17, 1, 2, 'House Loan'), (17, 2, 2, "
+      "'Car Loan');"
+      "INSERT INTO INS_HLOAN (EMPID, SERIALNO, SITYPE) VALUES (17, 1, 2), (17, 2, 2);"
+      "INSERT INTO INS_HLOAN_VAL (EMPID, SERIALNO, SITYPE, FINYEAR) VALUES (17, 1, 2, 2026), (17, 2, 2, "
+      "2026)");
+  auto screen = Open(1502, false);
+  const auto save = [&](Answer answer) {
+    ClickRow(screen->fpgSIMaster, 1);
+    Type(screen->txtAccCode, "HL");
+    Type(screen->txtDedPref, "2");
+    desk.WillAnswer({answer});
+    Click(screen->cmdSave);
+    return desk.TakeTexts();
+  };
+  const std::string question =
+      "TDS details for House Loan found.\r\nRemoving 'House Loan' status will remove these details.\r\n"
+      "Do you want to continue?";
+  EXPECT_EQ(save(Answer::No), std::vector<std::string>{question});
+  EXPECT_EQ(Rows("SELECT SERIALNO FROM INS_HLOAN_VAL"), "1\n2\n");
+  // The refusal that comes after the Yes does not bring the details back.
+  EXPECT_EQ(save(Answer::Yes).size(), 2u);
+  EXPECT_EQ(Rows("SELECT SERIALNO FROM INS_HLOAN") + Rows("SELECT SERIALNO FROM INS_HLOAN_VAL"), "2\n2\n");
+  EXPECT_EQ(Rows("SELECT ACCCODE FROM INS_MASTER WHERE SINAME = 'House Loan'"), "~\n");
+  Type(screen->txtDedPref, "1");
+  Click(screen->cmdSave);
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Updated"});
+}
+
+TEST_F(MasterScreen, DeletesOnlyWhatNoInstructionUses) {
+  Run("INSERT INTO INS_MASTER (SITYPE, SINAME) VALUES (2, 'Car Loan'), (2, 'Used Loan'), (3, 'Car Loan');"
+      "INSERT INTO INS_ADVLOAN (EMPID, SERIALNO, SITYPE, SINAME) VALUES (17, 1, 2, 'used loan'), (17, 1, 1, "
+      "'Car Loan')");
+  const std::string all = Rows("SELECT SITYPE, SINAME FROM INS_MASTER ORDER BY SITYPE, SINAME");
+  auto screen = Open(1502, false);
+  Click(screen->cmdDelete);
+  EXPECT_TRUE(desk.Boxes().empty()) << "nothing clicked";
+  ClickRow(screen->fpgSIMaster, 1);
+  Click(screen->cmdDelete);
+  EXPECT_EQ(desk.TakeTexts(),
+            std::vector<std::string>{"Entries found in Loan details for selected Loan.\r\nCannot delete."});
+  ClickRow(screen->fpgSIMaster, 0);
+  Click(screen->cmdDelete);  // the box's own answer
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Do you want to delete selected record?"});
+  EXPECT_EQ(screen->fpgSIMaster.At(0, 0).backColour, kNoColour);
+  EXPECT_EQ(Rows("SELECT SITYPE, SINAME FROM INS_MASTER ORDER BY SITYPE, SINAME"), all);
+  desk.WillAnswer({Answer::Yes});
+  Click(screen->cmdDelete);
+  EXPECT_EQ(Rows("SELECT SITYPE, SINAME FROM INS_MASTER ORDER BY SITYPE, SINAME"),
+            "2|Used Loan\n3|Car Loan\n");
+  EXPECT_EQ(screen->fpgSIMaster.rows.size(), 1u);
+}
+
+TEST_F(MasterScreen, WritesAuditTextsWithOldValues) {
+  Run("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 1");
+  const auto lastDetail = [&] {
+    return Rows(
+        "SELECT ACTIONTEXT, EMPID, MENUNO, DETAILTEXT FROM SEC_AUDITTRAIL WHERE AUDITID ="
+        " (SELECT MAX(AUDITID) FROM SEC_AUDITTRAIL)");
+  };
+  auto screen = Open(1502, true);
+  Type(screen->txtSIName, "Car's Loan");
+  Tick(screen->chkType, true);
+  Tick(screen->chkMaxAmount, true);
+  Type(screen->txtMaxAmount, "50000");
+  Click(screen->cmdSave);
+  EXPECT_EQ(
+      lastDetail(),
+      "Standing Instructions - Loan Master Created/Updated|0|19|Loan Master Created/Updated:::SI Type = Loan"
+      ":SI Name = Cars Loan:Separate Principle/Interest Accounting. = Yes:Consider Interest Free Benefit = No"
+      "::Advance Options:Maximum Amount = 50,000.00:Reducing Balance = No\n");
+  ClickRow(screen->fpgSIMaster, 0);
+  Type(screen->txtSIName, "Van Loan");
+  Type(screen->txtDedPref, "3");
+  Tick(screen->chkSBIInt, true);
+  Type(screen->txtMaxAmount, "60000");
+  Click(screen->cmdSave);
+  EXPECT_EQ(
+      lastDetail(),
+      "Standing Instructions - Loan Master Created/Updated|0|19|Loan Master Created/Updated:::SI Type = Loan"
+      ":SI Name = Van Loan (Cars Loan):Deduction Pref. = 3:Separate Principle/Interest Accounting. = Yes"
+      ":Consider Interest Free Benefit = Yes (No)"
+      "::Advance Options:Maximum Amount = 60,000.00 (50,000.00):Reducing Balance = No\n");
+  ClickRow(screen->fpgSIMaster, 0);
+  Click(screen->cmdNew);  // the fields are empty, the clicked row is still the one to delete
+  desk.WillAnswer({Answer::Yes});
+  Click(screen->cmdDelete);
+  EXPECT_EQ(lastDetail(),
+            "Standing Instructions - Loan Master Deleted|0|19|Loan Master Deleted:::SI Type = Loan:SI Name = "
+            "Van Loan"
+            ":Deduction Pref. = 3:Separate Principle/Interest Accounting. = Yes:Consider Interest Free "
+            "Benefit = Yes"
+            "::Advance Options:Maximum Amount = 60,000.00:Reducing Balance = No\n");
+}
+
+TEST_F(MasterScreen, MarksInsuredEmployeesForPorting) {
+  const struct {
+    long formCode;
+    std::string flags;  // INSOTHERYN, INSURANCEYN
+  } cases[] = {{1503, "17|1|0\n"}, {1507, "17|0|1\n"}};
+  Run("INSERT INTO MAS_EMPLOYEE (EMPID, EMPNAME, TDSYN) VALUES (17, 'Asha Rane', 1), (18, 'Vivek Naik', 1)");
+  for (const auto& c : cases) {
+    const std::string type = std::to_string(c.formCode - 1500);
+    Run("DELETE FROM INC_PORTEDSTAT");
+    Run("INSERT INTO INS_MASTER (SITYPE, SINAME) VALUES (" + type + ", 'Term Cover')");
+    // April 2026 to March 2027 is one financial year.
+    Run("INSERT INTO INS_OTHER (EMPID, SERIALNO, SITYPE, OTHNAME, STARTMY, ENDMY) VALUES (17, 1, " + type +
+        ", 'Term Cover', 24316, 24327), (18, 1, " + type + ", 'Other Cover', 24316, 24327)");
+    auto screen = Open(c.formCode, false);
+    ClickRow(screen->fpgSIMaster, 0);
+    Type(screen->txtSIName, "Renamed Cover");
+    Click(screen->cmdSave);
+    EXPECT_EQ(Rows("SELECT EMPID, ISNULL(INSOTHERYN, 0), ISNULL(INSURANCEYN, 0) FROM INC_PORTEDSTAT"),
+              c.flags);
+  }
+}
+
+TEST_F(MasterScreen, RefusesAGroupWithoutTheRight) {
+  session.MultiLoginYN = true;
+  Run("INSERT INTO SEC_USERLIST (UserID, USERNAME, GROUPID) VALUES (2, 'RAVI', 7);"
+      "INSERT INTO SEC_BUTPER (BUTID, GROUPID, BUTALLOWYN) VALUES (209, 7, 0), (210, 7, 1)");
+  auto screen = Open(1501, false);
+  Type(screen->txtSIName, "Festival Advance");
+  Click(screen->cmdSave);
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Permission denied."});
+  EXPECT_EQ(Rows("SELECT SINAME FROM INS_MASTER"), "");
+  EXPECT_EQ(screen->cmdDelete.tag, "210");
+}
+
+TEST_F(MasterScreen, WritesStatementsForTheOtherDialect) {
+  const InstructionMaster loan{
+      .siType = 2, .siName = "Rita's Loan", .tdsYn = true, .sepPiYn = true, .intrRate = 9.5};
+  const std::string insert =
+      "INSERT INTO INS_MASTER VALUES (2, 'Rita''s Loan', Null, 1, Null, Null, Null, Null, Null, Null, 0, 1, "
+      "0)";
+  const std::string advanced =
+      "Update INS_MASTER Set AMTLIMIT = Null, ALLOWLIMIT = Null, EMIRECCNT = Null, INTRRATE = 9.5, "
+      "REDUCINGBALYN = 0"
+      " Where SINAME = 'Rita''s Loan' AND SITYPE=2";
+  EXPECT_EQ(OraSaveStatements(session, loan, "Old", true),
+            (std::vector<std::string>{
+                insert, "Update INS_ADVLOAN Set SINAME = 'Rita''s Loan' Where SINAME = 'Old' AND SITYPE=2",
+                "Update INS_OTHER Set OTHNAME = 'Rita''s Loan' Where OTHNAME = 'Old' AND SITYPE=2", advanced,
+                "Delete From INS_MASTER Where SINAME = 'Old' AND SITYPE=2"}));
+  EXPECT_EQ(OraSaveStatements(session, loan, "Rita's Loan", false),
+            (std::vector<std::string>{
+                "UPDATE INS_MASTER SET ACCCODE = Null, TDSYN = 1, SIPREF = Null, TDSREFNO = Null"
+                " Where SINAME = 'Rita''s Loan' AND SITYPE=2"}));
+}
+
+}  // namespace ktl
