@@ -13,6 +13,9 @@ using Action = ExpressionProgram::Action;
 // A formula nested deeper than this is refused before it can exhaust the stack.
 constexpr int kDeepest = 2000;
 
+// About so many bytes of a formula make a step of its program.
+constexpr std::size_t kBytesPerStep = 6;
+
 // Higher binds tighter.
 int Precedence(Operator op) {
   switch (op) {
@@ -53,7 +56,11 @@ RuntimeError SyntaxError() { return Fault(ExpressionFault::Syntax, "Syntax error
 
 class Parser {
  public:
-  explicit Parser(std::string_view text) : lexer_(text) { Advance(); }
+  explicit Parser(std::string_view text) : lexer_(text) {
+    program_.steps.reserve(text.size() / kBytesPerStep + 1);
+    program_.constants.reserve(text.size() / kBytesPerStep + 1);
+    Advance();
+  }
 
   ExpressionProgram Parse() {
     ParseBinary(0);

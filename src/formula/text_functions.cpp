@@ -167,8 +167,9 @@ Value FormattedNumber(const Arguments& a) {
   std::string pattern = groups ? "#,##,##" : "#";
   pattern += leadingZero ? '0' : '#';
   if (decimals > 0) pattern.append(".").append(static_cast<std::size_t>(decimals), '0');
-  const std::string text = FormatNumber(a[0].ToDouble(), pattern);
-  return parentheses && text.starts_with('-') ? "(" + text.substr(1) + ")" : text;
+  std::string text = FormatNumber(a[0].ToDouble(), pattern);
+  if (parentheses && text.starts_with('-')) text.replace(0, 1, "(").append(")");
+  return text;
 }
 
 constexpr auto kFunctions = std::to_array<ExpressionFunction>({

@@ -1,6 +1,6 @@
-#include <unordered_map>
-
 #include "formula/expression_functions.h"
+
+#include <unordered_map>
 
 namespace ktl {
 namespace {
