@@ -4,8 +4,7 @@
 
 namespace ktl {
 
-double clsEvalFormula::FnDblEvalFormula(long, long, long, long, const Date&, const Date&, bool,
-                                        std::string_view) {
+double clsEvalFormula::FnDblEvalFormula(long, long, long, long, const Date&, const Date&, bool, std::string_view) {
   session_.Inform("The formula engine is not part of this build yet.");
   return 0;
 }

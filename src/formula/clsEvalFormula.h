@@ -14,9 +14,8 @@ class clsEvalFormula {
   explicit clsEvalFormula(Session& session) : session_(session) {}
 
   // The period is that of the month. Nothing is thrown: what fails gives 0.
-  double FnDblEvalFormula(long lngFormulaID, long lngEmpID, long lngEmpDetID, long lngMonthYear,
-                          const Date& dteFrom, const Date& dteTo, bool blnAddArrears = false,
-                          std::string_view strGrossFromCalc = "");
+  double FnDblEvalFormula(long lngFormulaID, long lngEmpID, long lngEmpDetID, long lngMonthYear, const Date& dteFrom,
+                          const Date& dteTo, bool blnAddArrears = false, std::string_view strGrossFromCalc = "");
 
  private:
   Session& session_;
