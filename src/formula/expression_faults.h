@@ -35,7 +35,7 @@ inline RuntimeError Fault(ExpressionFault fault, std::string_view what, std::str
 }
 
 // The longest text that a formula may build; a longer one is an overflow.
-inline constexpr std::size_t kLongestText = std::size_t{16} << 20;
+inline constexpr std::size_t kLongestText = std::size_t{4} << 20;
 
 inline void CheckLength(std::size_t bytes) {
   if (bytes > kLongestText) throw RuntimeError::Overflow();

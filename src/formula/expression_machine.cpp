@@ -11,7 +11,7 @@ using Action = ExpressionProgram::Action;
 using Step = ExpressionProgram::Step;
 
 // What all texts of one evaluation may take together.
-constexpr std::size_t kTextBudget = std::size_t{256} << 20;
+constexpr std::size_t kTextBudget = std::size_t{64} << 20;
 
 Value Call(const ExpressionFunction& function, const Arguments& arguments) {
   if (arguments.size() < function.fewest || arguments.size() > function.most)

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "formula/expression_faults.h"
 #include "formula/expression_functions.h"
@@ -65,6 +66,20 @@ double PositionOf(std::string_view text, std::size_t byte) {
   return static_cast<double>(Length(text.substr(0, byte)) + 1);
 }
 
+// std::string::find takes the product of both lengths at worst, this their sum.
+std::size_t Find(std::string_view text, std::string_view part, std::size_t from) {
+  const void* const found = memmem(text.data() + from, text.size() - from, part.data(), part.size());
+  return found == nullptr ? text.npos
+                          : static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
+}
+
+std::size_t FindLast(std::string_view text, std::string_view part) {
+  const std::string textBackwards(text.rbegin(), text.rend());
+  const std::string partBackwards(part.rbegin(), part.rend());
+  const std::size_t at = Find(textBackwards, partBackwards, 0);
+  return at == text.npos ? at : text.size() - at - part.size();
+}
+
 // InStr(text, part), InStr(start, text, part), InStr(start, text, part, compare).
 Value InStr(const Arguments& a) {
   const std::size_t first = a.size() > 2 ? 1 : 0;
@@ -73,7 +88,7 @@ Value InStr(const Arguments& a) {
   const bool byLetters = ComparesByLetters(a, 3);
   const std::string text = Folded(a[first], byLetters);
   if (start > Length(text)) return 0.0;
-  const std::size_t at = text.find(Folded(a[first + 1], byLetters), ByteOf(text, start - 1));
+  const std::size_t at = Find(text, Folded(a[first + 1], byLetters), ByteOf(text, start - 1));
   return at == text.npos ? 0.0 : PositionOf(text, at);
 }
 
@@ -88,7 +103,7 @@ Value InStrRev(const Arguments& a) {
   if (text.empty() || start > static_cast<long>(Length(text))) return 0.0;
   const std::size_t end = start == -1 ? text.size() : ByteOf(text, static_cast<std::size_t>(start));
   if (part.empty()) return PositionOf(text, end) - 1;
-  const std::size_t at = std::string_view(text).substr(0, end).rfind(part);
+  const std::size_t at = FindLast(std::string_view(text).substr(0, end), part);
   return at == text.npos ? 0.0 : PositionOf(text, at);
 }
 
@@ -105,8 +120,8 @@ Value Replace(const Arguments& a) {
   if (left < -1) throw RuntimeError::InvalidProcedureCall();
   std::string replaced;
   std::size_t done = 0;
-  for (std::size_t at = 0; left != 0 && !part.empty(); --left) {
-    at = searched.find(part, done);
+  for (; left != 0 && !part.empty(); --left) {
+    const std::size_t at = Find(searched, part, done);
     if (at == searched.npos) break;
     CheckLength(replaced.size() + (at - done) + with.size());
     replaced.append(text.substr(done, at - done)).append(with);

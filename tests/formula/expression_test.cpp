@@ -388,6 +388,8 @@ TEST(Expression, SurvivesAnyText) {
   EXPECT_EQ(Shown(Evaluate("Len(" + Repeat("\"x\"&", 10000) + "1)")), "10001");
   EXPECT_EQ(Shown(Evaluate(Repeat("\"x\"&", kMany / 4) + "1")), kInvalid);
   EXPECT_EQ(Shown(Evaluate("Len(String(2000000000, 65))")), kInvalid);
+  EXPECT_EQ(Shown(Evaluate("InStr(String(4000000, 65), String(2000000, 65) & 1)")), "0");
+  EXPECT_EQ(Shown(Evaluate("InStrRev(String(4000000, 65), 1 & String(2000000, 65))")), "0");
   EXPECT_EQ(Shown(Evaluate(Repeat("A", 256))), kInvalid);
   EXPECT_EQ(Shown(Evaluate(std::string_view("1 +\0 1", 6))), kInvalid);
   EXPECT_EQ(Shown(Evaluate("Left(\"\xC3\xC3\x80\xFF\", 2) = \xFF")), kInvalid);
