@@ -22,7 +22,7 @@ class FrameFixture : public testing::Test {
   std::string Folder() const { return folder_.string(); }
   void Connect();  // the session, without the start-up
   void Sql(const std::string& text) { company.Execute(text); }
-  double Number(const std::string& sql) { return company.One(sql).NumberOr0(); }
+  double Number(const std::string& sql) { return company.Cn().FirstValue(sql)->NumberOr0(); }
   void DropColumn(const std::string& table, const std::string& column);
   void MakeLocalStore(const std::vector<int>& assessmentYears);  // instead of the one that is there
 
