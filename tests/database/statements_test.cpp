@@ -95,6 +95,7 @@ TEST(Statements, EveryOneRuns) {
       ADD_FAILURE() << said.id << ": " << error.description() << "\n" << said.sql;
     }
   }
+  local.Close();
   std::filesystem::remove(store);
 }
 
