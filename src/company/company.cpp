@@ -66,6 +66,8 @@ class NewFile final {
 
 void CheckPlace(const CompanyOptions& options) {
   const std::string name = options.file.string();
+  if (name.find(';') != std::string::npos)
+    throw CompanyError(name + ": a company's name cannot hold a semicolon");
   if (fs::is_directory(options.file)) throw CompanyError(name + ": is a directory");
   if (fs::exists(options.file) && !options.force)
     throw CompanyError(name + ": exists already, --force replaces it");

@@ -12,6 +12,7 @@ enum class Topic : std::uint64_t {
   Service,
   Detail,
   Pay,
+  LoanCount,
   Advance,
   Loan,
   Receipt,

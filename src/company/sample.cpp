@@ -5,10 +5,13 @@
 #include <algorithm>
 
 #include "company/company_error.h"
+#include "company/sample_attendance.h"
 #include "company/sample_masters.h"
 #include "company/sample_people.h"
+#include "company/sample_premiums.h"
 #include "company/sample_salary.h"
 #include "company/sample_security.h"
+#include "company/sample_tax.h"
 
 namespace ktl {
 namespace {
@@ -87,12 +90,23 @@ void WriteEmployees(RawDatabase& database, const SampleOptions& options) {
   SampleLoans loans(options.seed, options.employees, options.targets);
   PeopleWriter peopleWriter(database);
   LoanWriter loanWriter(database);
+  PremiumWriter premiumWriter(database);
+  AttendanceWriter attendanceWriter(database, options.salaryTo);
   SalaryWriter salaryWriter(database, options.seed, options.salaryTo);
   for (int id = 1; id <= options.employees; ++id) {
-    SampleBook book{people.Make(id), {}};
+    SampleBook book{people.Make(id), {}, {}};
     book.instructions = loans.Make(book.person);
+    book.leave = MakeLeave(options.seed, book.person);
     peopleWriter.Write(book.person);
-    for (const auto& instruction : book.instructions) loanWriter.Write(id, instruction);
+    for (const auto& loan : book.instructions) loanWriter.Write(id, loan);
+    if (id <= kAnchors || !options.targets.Any()) {
+      for (auto& premium : MakePremiums(options.seed, book.person)) {
+        premiumWriter.Write(id, premium);
+        loanWriter.WriteInstalments(id, premium);
+        book.instructions.push_back(std::move(premium));
+      }
+    }
+    attendanceWriter.Write(book);
     salaryWriter.Write(book);
   }
 }
@@ -105,11 +119,15 @@ void FillSample(RawDatabase& database, const SampleOptions& options) {
   IndexesAside indexes(database, {"INS_EMIDETAIL", "SLC_SALARYCALC_E", "SLC_SALARYRATE_E", "HVN_ATTENDANCE"});
   database.Run("BEGIN");
   WriteMasters(database);
+  WriteAttendanceMasters(database);
   WriteOptions(database, options.salaryTo);
   WriteSecurity(database, options.employees);
   WriteEmployees(database, options);
   WriteHouseLoans(database);
   WriteClassSecurity(database);
+  WriteReimbursements(database);
+  WriteArrears(database);
+  WriteIncomeTax(database);
   indexes.Restore();
   ApplyVariants(database, options.variants);
   database.Run("COMMIT");

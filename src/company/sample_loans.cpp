@@ -7,12 +7,17 @@
 #include "company/company_error.h"
 #include "company/random.h"
 #include "company/sample_anchors.h"
+#include "company/sample_premiums.h"
 #include "company/sample_schedule.h"
 
 namespace ktl {
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr const char* kAdjusted = "Adjusted";
+constexpr int kLastFirstMonth = MonthNo(2026, 10);
+constexpr Day kLastReceipt = 2026y / 9 / 30;
 
 // What is given under a name: instalments of so many rupees (a multiple of 500), so many of them.
 struct Offer {
@@ -41,11 +46,10 @@ constexpr Offer kLoanOffers[] = {
     {SampleType::Loan, "House Building Loan", SampleOrigin::Apart, 5, 0, 8, 24, 60, 240},
 };
 
-// A month in which an employee in service can begin to pay back, or nothing.
-std::optional<int> FirstInstalmentMonth(const SamplePerson& person, Random& random) {
-  const int first = std::max(kFirstMonth - 12, MonthNo(person.joined) + 1);
-  const int last = std::min(MonthNo(2026, 10), person.left ? MonthNo(*person.left) : MonthNo(2026, 10));
-  if (first > last) return std::nullopt;
+// A month in which an employee in service can begin to pay back.
+int FirstInstalmentMonth(const SamplePerson& person, Random& random) {
+  const int first = std::max(kFirstMonth - 12, MonthNo(person.joined) + 2);
+  const int last = std::min(kLastFirstMonth, person.left ? MonthNo(*person.left) : kLastFirstMonth);
   return random.Between(first, last);
 }
 
@@ -80,15 +84,14 @@ void MoveOneToTheEnd(std::vector<SampleInstalment>& rows, Random& random) {
   rows.push_back(std::move(row));
 }
 
-std::vector<SampleReceipt> SomeReceipts(const SampleInstruction& made, Random random) {
+std::vector<SampleReceipt> SomeReceipts(const SampleInstruction& made, Random& random) {
   std::vector<SampleReceipt> receipts;
   if (!random.Percent(12)) return receipts;
-  const int count = random.Between(1, 3);
+  const Day afterLast = AddDays(LastDay(made.rows.back().month), 10);
   Day date = made.date;
-  for (int i = 0; i < count; ++i) {
-    const bool late = random.Percent(5);
-    date = late ? AddDays(FirstDay(std::max(made.rows.back().month, MonthNo(date)) + 1), 9)
-                : AddDays(date, random.Between(20, 120));
+  for (int count = random.Between(1, 3); count > 0; --count) {
+    date = random.Percent(5) ? std::max(date, afterLast) : AddDays(date, random.Between(20, 120));
+    if (date > kLastReceipt) break;
     receipts.push_back({date, 500.0 * random.Between(1, 10)});
   }
   return receipts;
@@ -124,12 +127,13 @@ SampleLoans::SampleLoans(std::uint64_t seed, int employees, LoanTargets targets)
       ++anchorLoans_;
       anchorRows_ += static_cast<long>(made.rows.size());
     }
+    for (const auto& made : AnchorPremiums(id)) anchorRows_ += static_cast<long>(made.rows.size());
   }
   PlanLengths();
 }
 
 void SampleLoans::PlanLengths() {
-  if (!targets_.loans && !targets_.instalments) return;
+  if (!targets_.Any()) return;
   if (employees_ <= kAnchors)
     throw CompanyError(fmt::format("A number of loans needs more than {} employees.", kAnchors));
   for (int id = kAnchors + 1; id <= employees_; ++id) {
@@ -152,9 +156,10 @@ SampleLoans::Count SampleLoans::CountOf(int employee) const {
     const int mine = rest / others + (employee - kAnchors <= rest % others ? 1 : 0);
     return {mine / 2, mine - mine / 2};
   }
-  Random advances(seed_, static_cast<std::uint64_t>(employee), Topic::Advance);
-  Random loans(seed_, static_cast<std::uint64_t>(employee), Topic::Loan);
-  return {advances.Percent(70) ? advances.Between(1, 3) : 0, loans.Percent(55) ? loans.Between(1, 2) : 0};
+  Random random(seed_, static_cast<std::uint64_t>(employee), Topic::LoanCount);
+  const int advances = random.Percent(70) ? random.Between(1, 3) : 0;
+  const int loans = random.Percent(55) ? random.Between(1, 2) : 0;
+  return {advances, loans};
 }
 
 // Pairs of loans, one as much above the mean as the other is below it.
@@ -172,15 +177,13 @@ std::vector<SampleInstruction> SampleLoans::Make(const SamplePerson& person) {
   if (person.id <= kAnchors) return AnchorInstructions(person.id);
   const Count count = CountOf(person.id);
   std::vector<SampleInstruction> made;
+  Random receipts(seed_, static_cast<std::uint64_t>(person.id), Topic::Receipt);
   const auto add = [&](const auto& offers, int number, Random random) {
-    random.Next();
-    random.Next();
     for (int serial = 1; serial <= number; ++serial) {
       const auto& offer = random.OneOf(offers);
-      const auto month = FirstInstalmentMonth(person, random);
-      const auto length = NextLength();
-      made.push_back(MakeLoan(offer, serial, month.value_or(MonthNo(2026, 10)), length, random));
-      made.back().receipts = SomeReceipts(made.back(), Random(seed_ + serial, person.id, Topic::Receipt));
+      const int month = FirstInstalmentMonth(person, random);
+      made.push_back(MakeLoan(offer, serial, month, NextLength(), random));
+      made.back().receipts = SomeReceipts(made.back(), receipts);
     }
   };
   add(kAdvances, count.advances, Random(seed_, person.id, Topic::Advance));
@@ -202,15 +205,19 @@ LoanWriter::LoanWriter(RawDatabase& database)
 void LoanWriter::Write(int employee, const SampleInstruction& made) {
   loan_(employee, made.serial, int(made.type), made.name, made.accountNo, made.date, made.amount,
         made.interest, made.remarks);
-  for (const auto& row : made.rows) {
-    instalment_(employee, made.serial, int(made.type), row.month, row.counter, row.amount, row.modified,
-                row.actualPrincipal, row.actualInterest, row.modifiedPrincipal, row.modifiedInterest,
-                row.interest, row.institution, row.recovered, row.remarks);
-  }
+  WriteInstalments(employee, made);
   int counter = 0;
   for (const auto& receipt : made.receipts) {
     receipt_(employee, made.serial, int(made.type), ++counter, receipt.date, receipt.amount, 0.0,
              receipt.amount, nullptr);
+  }
+}
+
+void LoanWriter::WriteInstalments(int employee, const SampleInstruction& made) {
+  for (const auto& row : made.rows) {
+    instalment_(employee, made.serial, int(made.type), row.month, row.counter, row.amount, row.modified,
+                row.actualPrincipal, row.actualInterest, row.modifiedPrincipal, row.modifiedInterest,
+                row.interest, row.institution, row.recovered, row.remarks);
   }
 }
 

@@ -8,10 +8,13 @@
 
 namespace ktl {
 
-// How many advances and loans, and how many instalments, the company is to have.
+// How many advances and loans, and how many instalments, the company is to have. With a target only the
+// anchors have premiums, so that every instalment behind them is one of an advance or a loan.
 struct LoanTargets {
   std::optional<int> loans;         // rows of INS_ADVLOAN
   std::optional<long> instalments;  // rows of INS_EMIDETAIL
+
+  bool Any() const { return loans || instalments; }
 };
 
 // The advances and loans of the employees behind the anchors. Without targets each employee's come from his
@@ -43,7 +46,9 @@ class SampleLoans final {
 class LoanWriter final {
  public:
   explicit LoanWriter(RawDatabase& database);
-  void Write(int employee, const SampleInstruction& instruction);
+  void Write(int employee, const SampleInstruction& loan);
+  // The schedule alone, of an instruction of any type.
+  void WriteInstalments(int employee, const SampleInstruction& instruction);
 
  private:
   RowWriter loan_;

@@ -156,11 +156,6 @@ INSERT INTO MAS_EXTCAPTION (Masterid, Caption, Transfered, EXPEDITORYN) VALUES
   (5, 'Band', 1, 1), (6, 'Cost Centre', 0, 1), (7, 'Project', 0, 1), (8, 'Shift', 0, 0),
   (9, '', 0, 0), (10, '', 0, 0), (11, '', 0, 0), (12, '', 0, 0), (13, '', 0, 0), (14, '', 0, 0), (15, '', 0, 0),
   (16, '', 0, 0), (17, '', 0, 0), (18, '', 0, 0), (19, '', 0, 0);
-INSERT INTO MAS_ATTHEAD (ATTHEADID, ATTHEADNAME, ATTMENUNAME, ATTDESC, ATTNTIGHTYN, ATTNTYPE, NODFORCALC, OT1YN, OT2YN) VALUES
-  (1, 'General', 'General', 'General shift', 1, 2, 2, 0, 0), (2, 'Factory', 'Factory', 'Factory floor', 1, 2, 4, 1, 0),
-  (3, 'Monthly', 'Monthly', 'Monthly entry', 1, 4, 1, 0, 0), (4, 'Fixed 26', 'Fixed 26', '26 days', 1, 2, 3, 0, 0),
-  (5, 'Office', 'Office', 'Office', 1, 2, 5, 0, 0), (6, 'Shift', 'Shift', 'Rotating shifts', 0, 3, 6, 0, 1);
-INSERT INTO ATT_OPTSETTINGS (ATTHEADID, HOLPRIORITY, COCWYN) VALUES (1, 0, 0), (2, 0, 0), (3, 0, 0), (4, 0, 0), (5, 1, 0), (6, 0, 1);
 )sql";
 
 }  // namespace

@@ -107,12 +107,24 @@ struct SampleInstruction {
   std::optional<std::string> remarks;
   std::vector<SampleInstalment> rows;
   std::vector<SampleReceipt> receipts;
+  // Of a premium or an incentive.
+  int firstMonth = 0;
+  int lastMonth = 0;
+  double fundPercent = 0;  // of an incentive that counts for the provident fund
+  bool professionTax = false;
+};
+
+struct SampleLeave {
+  Day day{};
+  int kind = 0;       // of ATT_DEFINITION
+  bool half = false;  // the first half of the day
 };
 
 // All that is known of one employee while his rows are written.
 struct SampleBook {
   SamplePerson person;
   std::vector<SampleInstruction> instructions;  // in the order of type and serial number
+  std::vector<SampleLeave> leave;
 };
 
 // The detail row that holds on a day: the latest one not after it.

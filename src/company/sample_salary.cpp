@@ -5,6 +5,7 @@
 
 #include "company/random.h"
 #include "company/sample_anchors.h"
+#include "company/sample_attendance.h"
 
 namespace ktl {
 namespace {
@@ -134,7 +135,6 @@ SalaryWriter::Pay SalaryWriter::Calculate(const SamplePerson& person, const Samp
   Pay pay;
   pay.calendarDays = detail && detail->head == 4 ? 26 : DaysIn(month);
   pay.payDays = std::max(0.0, pay.calendarDays - (DaysIn(month) - inService) - lossOfPay);
-  pay.presentDays = person.id == 1 && month == kShortMonth ? 28.5 : pay.payDays;
   const double share = pay.payDays / pay.calendarDays;
   const Rate rate = HasRate(person) ? RateOf(person, month) : Rate{};
   pay.basic = Rupees(rate.basic * share);
@@ -164,6 +164,14 @@ SalaryWriter::Pay SalaryWriter::Given(const GivenSalary& given, const Pay& calcu
   return pay;
 }
 
+// Of another detail in the same month.
+SalaryWriter::Pay SalaryWriter::SecondPay() {
+  Pay pay;
+  pay.basic = 1000;
+  pay.incomeTax = 50;
+  return pay;
+}
+
 void SalaryWriter::WriteMonth(const SampleBook& book, int month) {
   const SamplePerson& person = book.person;
   Taken taken = Taken::In(book, month);
@@ -171,6 +179,7 @@ void SalaryWriter::WriteMonth(const SampleBook& book, int month) {
   if (person.id == 29 && month == MonthNo(2026, 8)) taken[SampleType::Loan].reset();
   const SampleDetail* detail = DetailOn(person, LastDay(month));
   Pay pay = Calculate(person, detail, month, LeaveWithoutPay(person, month, taken));
+  pay.presentDays = std::max(0.0, pay.payDays - LeaveDays(book, month));
   if (const auto* given = GivenSalaryOf(person.id); given && month == kShortMonth) pay = Given(*given, pay);
   if (person.id == 28 && month == kShortMonth) pay.indicator = 1;
   pay.toRecalculate = person.id > kAnchors && month == salaryTo_ &&
@@ -178,7 +187,7 @@ void SalaryWriter::WriteMonth(const SampleBook& book, int month) {
 
   WriteSalary(person.id, month, detail ? std::optional(detail->id) : std::nullopt, pay, taken);
   if (person.id == 32 && month == MonthNo(2026, 7))
-    WriteSalary(person.id, month, std::nullopt, Pay{}, Taken{});
+    WriteSalary(person.id, month, std::nullopt, SecondPay(), Taken{});
   attendance_(person.id, month, pay.toRecalculate, month <= kLastLockedMonth);
   if (pay.nightShift > 0) {
     units_(person.id, month, detail ? detail->structure : 1, 0, kNightShiftHead,

@@ -22,6 +22,7 @@ class SalaryWriter final {
   static double LeaveWithoutPay(const SamplePerson& person, int month, const Taken& taken);
   static Pay Calculate(const SamplePerson& person, const SampleDetail* detail, int month, double lossOfPay);
   static Pay Given(const GivenSalary& given, const Pay& calculated);
+  static Pay SecondPay();
   void WriteRates(const SamplePerson& person);
   void WriteMonth(const SampleBook& book, int month);
   void WriteSalary(int employee, int month, std::optional<int> detail, const Pay& pay, const Taken& taken);

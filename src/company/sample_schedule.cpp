@@ -1,50 +1,52 @@
 #include "company/sample_schedule.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "company/sample_masters.h"
+#include "instructions/schedule.h"
 
 namespace ktl {
 
-double RoundTwo(double amount) { return std::floor(amount * 100 + 0.5 + 1e-7) / 100; }
-
 namespace {
 
-void Fill(SampleInstalment& row, const SampleTerms& terms, double principal, double balance) {
-  row.amount = principal;
-  switch (terms.origin) {
-    case SampleOrigin::Flat:
-      row.actualPrincipal = row.modifiedPrincipal = principal;
-      break;
-    case SampleOrigin::Reducing:
-      row.interest = RoundTwo(balance * terms.percent / 100);
-      row.amount = principal + *row.interest;
-      break;
-    case SampleOrigin::Batch:
-      break;
-    case SampleOrigin::Apart:
-      row.actualPrincipal = row.modifiedPrincipal = principal;
-      row.actualInterest = row.modifiedInterest = RoundTwo(balance * terms.percent / 1200);
-      row.amount = principal + *row.actualInterest;
-      break;
+// To two places, halves to even, as the interest editor does.
+double RoundTwo(double amount) { return std::nearbyint(amount * 100) / 100; }
+
+void SetApart(SampleInstalment& row, double interest) {
+  row.actualInterest = row.modifiedInterest = interest;
+  row.amount = row.modified = *row.actualPrincipal + interest;
+}
+
+SampleInstalment MakeRow(const ScheduleRow& scheduled, const SampleTerms& terms) {
+  SampleInstalment row;
+  row.month = static_cast<int>(scheduled.monthYear);
+  row.counter = static_cast<int>(scheduled.counter);
+  row.amount = row.modified = scheduled.emiAmount;
+  row.interest = scheduled.interest;
+  row.institution = terms.institution;
+  if (terms.origin == SampleOrigin::Flat || terms.origin == SampleOrigin::Apart) {
+    row.actualPrincipal = row.modifiedPrincipal = scheduled.emiAmount;
   }
-  row.modified = row.amount;
+  return row;
 }
 
 }  // namespace
 
 std::vector<SampleInstalment> MakeSchedule(const SampleTerms& terms) {
+  ScheduleTerms scheduleTerms;
+  scheduleTerms.total = terms.total;
+  scheduleTerms.firstMonth = terms.firstMonth;
+  scheduleTerms.instalment = terms.instalment;
+  if (terms.origin == SampleOrigin::Reducing) scheduleTerms.reducingRate = terms.percent;
+
   std::vector<SampleInstalment> rows;
   double balance = terms.total;
-  while (balance > 0) {
-    SampleInstalment row;
-    row.counter = static_cast<int>(rows.size()) + 1;
-    row.month = terms.firstMonth + static_cast<int>(rows.size());
-    row.institution = terms.institution;
-    Fill(row, terms, std::min(balance, terms.instalment), balance);
-    rows.push_back(std::move(row));
-    balance -= terms.instalment;
+  for (const auto& scheduled : GenerateSchedule(scheduleTerms)) {
+    rows.push_back(MakeRow(scheduled, terms));
+    if (terms.origin == SampleOrigin::Apart) {
+      SetApart(rows.back(), RoundTwo(balance * terms.percent / 1200));
+      balance -= scheduled.emiAmount;
+    }
   }
   return rows;
 }
@@ -56,7 +58,6 @@ void TotalInterest(SampleInstruction& instruction) {
     const auto& interest = row.modifiedInterest ? row.modifiedInterest : row.interest;
     if (interest) instruction.interest = instruction.interest.value_or(0) + *interest;
   }
-  if (instruction.interest) instruction.interest = RoundTwo(*instruction.interest);
 }
 
 }  // namespace ktl

@@ -23,11 +23,9 @@ struct SampleTerms {
 
 std::vector<SampleInstalment> MakeSchedule(const SampleTerms& terms);
 
-// The total interest of an instruction whose months carry interest: kept in the instruction, and for a name
-// with a reducing balance in the months' own interest as well, so that the two always agree.
+// The total interest of an instruction whose months carry interest: kept in the instruction as the plain sum,
+// and for a name with a reducing balance in the months' own interest as well, so that the refresh of totals
+// changes nothing.
 void TotalInterest(SampleInstruction& instruction);
-
-// To two places, halves up.
-double RoundTwo(double amount);
 
 }  // namespace ktl

@@ -14,28 +14,42 @@ struct Buttons {
 };
 
 const Buttons kButtons[] = {
+    // Advances: entry, names, month view, multiple allotment, instalments, receipts.
     {48,
      198,
      {"Master", "Formula", "Save", "Delete", "Monthly", "Multiple Allotment", "Accept", "Formulate",
-      "Delete EMI", "EMI", "Receipts", "Report"}},
-    {49, 210, {"Save", "Delete"}},
+      "Delete EMI", "EMI", "Receipts"}},
+    {49, 209, {"Save", "Delete"}},
+    {50, 211, {"Save"}},
     {51, 212, {"Filter", "Save", "Master", "Formula", "Formulate", "Accept"}},
     {52, 218, {"Save", "Delete"}},
     {53, 220, {"Save", "Delete"}},
+    // The same of loans.
     {54,
      222,
      {"Master", "Institution", "Formula", "Save", "Delete", "Monthly", "Multiple Allotment", "Accept",
-      "Formulate", "Delete EMI", "EMI", "Deposits", "Report"}},
-    {55, 235, {"Save", "Delete"}},
+      "Formulate", "Delete EMI", "EMI", "Deposits"}},
+    {55, 234, {"Save", "Delete"}},
+    {56, 236, {"Save"}},
     {57, 237, {"Filter", "Save", "Master", "Institution", "Formula", "Formulate", "Accept"}},
-    {58, 245, {"Save", "Delete"}},
+    {58, 244, {"Save", "Delete", "Institution"}},
     {59, 247, {"Save", "Delete"}},
-    {61, 256, {"Save", "Delete", "Filter", "Accept", "Formula", "Formulate"}},
-    {65, 270, {"Save", "Delete", "Filter", "Accept", "Formula", "Formulate"}},
-    {70, 287, {"Save", "Delete", "Filter", "Accept", "Formula", "Formulate"}},
-    {74, 300, {"Save", "Delete", "Filter", "Accept", "Formula"}},
-    {76, 341, {"Save"}},
-    {77, 612, {"Summary"}},
+    // Names, month view and instalments of insurance, group insurance, SSS and incentives.
+    {61, 256, {"Save", "Delete"}},
+    {62, 258, {"Save"}},
+    {63, 259, {"Save", "Delete", "Institution"}},
+    {65, 270, {"Save", "Delete"}},
+    {66, 272, {"Save"}},
+    {67, 273, {"Save", "Delete", "Institution"}},
+    {70, 287, {"Save", "Delete"}},
+    {71, 289, {"Save"}},
+    {72, 290, {"Save", "Delete", "Institution"}},
+    {74, 300, {"Save", "Delete"}},
+    {75, 302, {"Save"}},
+    {76, 303, {"Save", "Delete"}},
+    // The month view of all types, and the summary.
+    {78, 341, {"Save"}},
+    {79, 612, {"Summary"}},
 };
 
 void WriteButtons(RawDatabase& database) {

@@ -3,15 +3,17 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "database/database_error.h"
+#include "database/driver.h"
 #include "runtime/date.h"
+#include "runtime/value.h"
 
 namespace ktl {
 
-class Driver;
 class StatementLog;
 
 // Who speaks through a connection: what HOST_NAME() answers and whom the host's procedures take for signed on.
@@ -36,14 +38,20 @@ class Connection {
   // A file to which every statement goes as it was said, one a line: microseconds, rows, text. "" for none.
   void SetStatementLog(const std::string& file);
 
-  // "Provider=SQLite;Data Source=FILE;" is an embedded company. Any other provider is refused until its driver is
-  // there. Throws DatabaseError: no such file, a directory, no company, another schema version, locked.
+  // "Provider=SQLite;Data Source=FILE;" is an embedded company; "Provider=Microsoft.Jet.OLEDB.4.0" is the local store,
+  // a file of the same kind without a schema version. Any other provider is refused until its driver is there.
+  // Throws DatabaseError: no such file, a directory, no company, another schema version, not writable, locked.
   void Open(const std::string& connectionString);
   void Close();
   bool IsOpen() const { return driver_ != nullptr; }
 
   // Runs a text to its end (a batch, a procedure call, a query whose rows nobody wants): rows changed, or rows read.
   std::int64_t Execute(std::string_view sql);
+  // The rows of a query; of a batch, those of its first query.
+  ResultSet Query(std::string_view sql, Fetch fetch = Fetch::AllRows, bool updatable = false);
+  // Field 0 of the first row; nothing when there is no row. Steps once.
+  std::optional<Value> FirstValue(std::string_view sql);
+  bool HasRows(std::string_view sql);
 
   void BeginTrans();
   void CommitTrans();
@@ -53,10 +61,13 @@ class Connection {
   // The text as the database gets it (for looking at, nothing is run).
   std::string Explain(std::string_view sql);
 
+  // Throws DatabaseError when the connection is closed.
   Driver& driver();
-  StatementLog* log() { return log_.get(); }
 
  private:
+  template <typename Work, typename Rows>
+  auto Timed(std::string_view sql, Work work, Rows rows);
+
   int connectionTimeout_ = 600;
   int commandTimeout_ = 600;
   ClientIdentity client_;

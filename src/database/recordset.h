@@ -52,6 +52,7 @@ class Recordset {
   std::size_t IndexOf(std::string_view field) const;
 
   Connection* cn_ = nullptr;
+  OpenMode mode_ = OpenMode::ReadOnly;
   ResultSet result_;
   std::size_t position_ = 0;
   bool adding_ = false;

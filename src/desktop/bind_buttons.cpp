@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QShortcutEvent>
 
 #include "desktop/binding.h"
 #include "desktop/dispatcher.h"
@@ -70,6 +71,14 @@ void Decorate(QPushButton& button) {
       LineIcon(button.property("lineIcon").toString(), primary ? QColor(Qt::white) : QColor("#2f6fb3")));
 }
 
+// A shortcut letter would animate the button for a tenth of a second before it clicks.
+bool Presses(QEvent& event) {
+  if (event.type() == QEvent::Shortcut) return !static_cast<QShortcutEvent&>(event).isAmbiguous();
+  if (event.type() != QEvent::KeyPress) return false;
+  const int key = static_cast<QKeyEvent&>(event).key();
+  return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
 class ButtonBinding final : public Binding {
  public:
   ButtonBinding(Button& control, QPushButton& button, Dispatcher& dispatcher)
@@ -87,9 +96,7 @@ class ButtonBinding final : public Binding {
     MirrorCaption(control_.caption, button_);
   }
   bool Filter(QEvent& event) override {
-    if (event.type() != QEvent::KeyPress) return false;
-    const auto& key = static_cast<QKeyEvent&>(event);
-    if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
+    if (!Presses(event)) return false;
     button_.click();
     return true;
   }

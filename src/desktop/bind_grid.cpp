@@ -121,6 +121,7 @@ bool GridBinding::Filter(QEvent& event) {
 }
 
 bool GridBinding::KeyPress(const QKeyEvent& key) {
+  if (!view_.hasFocus()) return false;  // on its way up from the editor of a cell
   if (key.matches(QKeySequence::Copy)) {
     Copy(view_.selectionModel()->hasSelection() ? CopyRange::SelectedRows : CopyRange::AllRows);
     return true;

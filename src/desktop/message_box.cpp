@@ -36,14 +36,11 @@ Answer ShowMessageBox(const MessageBox& box, QWidget* parent, Dispatcher& dispat
   window.setText(ToQt(ReplaceAll(box.text, "\r\n", "\n")));
   window.setIconPixmap(BoxPicture(box.icon));
   for (const Answer answer : answers) window.addButton(ButtonOf(answer));
-  window.setDefaultButton(ButtonOf(box.defaultAnswer));
+  const QMessageBox::StandardButton preset = ButtonOf(DefaultAnswerOf(box));
+  window.setDefaultButton(preset);
   window.setEscapeButton(ButtonOf(answers.back()));
-  if (QAbstractButton* preset = window.button(ButtonOf(box.defaultAnswer)))
-    preset->setProperty("primary", true);
-  if (box.closesItselfMs > 0) {
-    QTimer::singleShot(box.closesItselfMs, &window,
-                       [&window, &box] { window.done(ButtonOf(box.defaultAnswer)); });
-  }
+  window.button(preset)->setProperty("primary", true);
+  if (box.closesItselfMs > 0) QTimer::singleShot(box.closesItselfMs, &window, [&] { window.done(preset); });
   const int pressed = dispatcher.Exec(window);
   for (const Answer answer : answers) {
     if (pressed == ButtonOf(answer)) return answer;

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QTimer>
 #include <stdexcept>
+#include <utility>
 
 #include "desktop/message_box.h"
 #include "desktop/screen_window.h"
@@ -44,7 +45,9 @@ Answer QtDesk::MsgBox(const MessageBox& box) {
 
 void QtDesk::ShowModal(Screen& screen) {
   const auto form = forms_.find(screen.name());
-  if (form == forms_.end()) throw std::logic_error("There is no form for " + screen.name());
+  if (form == forms_.end()) {
+    return Inform("The screen \"" + screen.name() + "\" has no window in this build yet.", screen.caption);
+  }
   screen.Load();
   if (screen.IsUnloaded()) return;
   QWidget* parent = Top();

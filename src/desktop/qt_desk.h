@@ -26,7 +26,6 @@ class QtDesk final : public Desk {
   void TakePicture(std::string file) { pictureFile_ = std::move(file); }
 
   Answer MsgBox(const MessageBox& box) override;
-  // Throws std::logic_error for a screen without a form.
   void ShowModal(Screen& screen) override;
   void Refresh() override;
   void SetBusy(bool busy) override;

@@ -52,7 +52,6 @@ std::optional<std::string> ConnectionOfHost(Session& session) {
   return clsGenCmn::FnStrEncryptWord(defLnk);
 }
 
-// used.
 std::optional<std::string> ConnectionOfFile(const std::string& path) {
   const std::string line = FirstLine(path);
   if (line.empty()) return std::nullopt;

@@ -16,7 +16,8 @@ std::unique_ptr<Connection> OpenLocalStore(Session& session, const std::string& 
     throw DatabaseError(fmt::format("The local store {} is not there.", file));
   }
   auto store = std::make_unique<Connection>();
-  store->Open(fmt::format("Provider=SQLite;Data Source={};Kind=LocalStore;", file));
+  store->Open(fmt::format(
+      "Provider=Microsoft.Jet.OLEDB.4.0;Data Source= {};Jet OLEDB:Database Password=MOLE;", file));
   return store;
 }
 

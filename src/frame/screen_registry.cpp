@@ -7,6 +7,12 @@
 
 namespace ktl {
 
+std::vector<std::string> ScreenRegistry::Names() const {
+  std::vector<std::string> names;
+  for (const auto& [name, factory] : factories_) names.push_back(name);
+  return names;
+}
+
 void ScreenRegistry::Show(Session& session, std::string_view name, Screen* parent) const {
   const auto found = factories_.find(name);
   if (found == factories_.end()) {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ktl {
 
@@ -20,6 +21,7 @@ class ScreenRegistry {
   // The first one of a name stays.
   void Add(std::string name, Factory factory) { factories_.try_emplace(std::move(name), std::move(factory)); }
   bool Has(std::string_view name) const { return factories_.contains(name); }
+  std::vector<std::string> Names() const;
   // Opens the screen modally. A screen that is not there yet answers with one plain message that names it.
   void Show(Session& session, std::string_view name, Screen* parent = nullptr) const;
 

@@ -324,6 +324,7 @@ void modSIMaster::Save() {
     return Refuse(*refusal);
 
   WriteInstructionMaster(session_, master, oldName_, advanced);
+  oldName_ = master.siName;  // a failure from here on leaves the written row in the fields
   if (!IsAdvanceOrLoan(session_.SIType) && chkTDSAppl.IsShown())
     MarkInstructionsForPorting(session_, session_.SIType, master.siName,
                                session_.SIType == kIncentiveType ? kPortInsurance : kPortInsOther);
@@ -381,11 +382,11 @@ void modSIMaster::Delete() {
   fpgSIMaster.PaintRow(row, kNoColour);
   if (!confirmed) return;
 
+  // A name without instructions marks nobody; the code differs from the one of saving.
   if (session_.SIType == kIncentiveType && chkTDSAppl.IsShown())
     MarkInstructionsForPorting(session_, session_.SIType, clickedName_, kPortInsOther);
   DeleteInstructionMaster(session_, session_.SIType, clickedName_);
   LoadFields(*clicked);
-  NoteOldValues();
   WriteAudit(" Master Deleted");
   FillGrid();
   Clear();

@@ -21,10 +21,10 @@ struct ThreeButtons final : Screen {
 class RightsTest : public FrameFixture {
  protected:
   RightsTest() {
+    machine.settings.Set("Settings", "User", "RAVI");
     Connect();
     session.hostName = "PC1";
     session.MultiLoginYN = true;
-    machine.settings.Set("Settings", "User", "RAVI");
     machine.settings.Set("Settings", "DBType", "SQL");
     for (const char* table : {"SEC_USERLIST", "SEC_BUTDET", "SEC_BUTPER"})
       Sql("DELETE FROM " + std::string(table));

@@ -231,9 +231,12 @@ TEST_F(MasterScreen, EmptiesAdvancedColumnsOfACompanyWithoutThem) {
     auto screen = Open(1502, advanced);
     ClickRow(screen->fpgSIMaster, 0);
     EXPECT_EQ(screen->txtMaxAmount.Text(), "12,34,567.50");
-    if (advanced) Tick(screen->chkMaxAllowed, false);
+    if (advanced) {
+      Tick(screen->chkMaxAllowed, false);
+      Tick(screen->chkInterestRate, false);
+    }
     Click(screen->cmdSave);
-    EXPECT_EQ(Rows(columns), advanced ? "1234567.5|~|36|9.25|1|1|1\n" : "~|~|~|~|0|1|1\n");
+    EXPECT_EQ(Rows(columns), advanced ? "1234567.5|~|36|~|0|1|1\n" : "~|~|~|~|0|1|1\n");
     EXPECT_EQ(Rows("SELECT TDSYN FROM INS_MASTER"), "1\n") << "the hidden box follows the row";
     ClickRow(screen->fpgSIMaster, 0);
     Tick(screen->chkType, false);
@@ -354,8 +357,7 @@ TEST_F(MasterScreen, MarksInsuredEmployeesForPorting) {
     ClickRow(screen->fpgSIMaster, 0);
     Type(screen->txtSIName, "Renamed Cover");
     Click(screen->cmdSave);
-    EXPECT_EQ(Rows("SELECT EMPID, ISNULL(INSOTHERYN, 0), ISNULL(INSURANCEYN, 0) FROM INC_PORTEDSTAT"),
-              c.flags);
+    EXPECT_EQ(Rows("SELECT EMPID, INSOTHERYN, INSURANCEYN FROM INC_PORTEDSTAT"), c.flags);
   }
 }
 
@@ -374,22 +376,24 @@ TEST_F(MasterScreen, RefusesAGroupWithoutTheRight) {
 TEST_F(MasterScreen, WritesStatementsForTheOtherDialect) {
   const InstructionMaster loan{
       .siType = 2, .siName = "Rita's Loan", .tdsYn = true, .sepPiYn = true, .intrRate = 9.5};
-  const std::string insert =
-      "INSERT INTO INS_MASTER VALUES (2, 'Rita''s Loan', Null, 1, Null, Null, Null, Null, Null, Null, 0, 1, "
-      "0)";
-  const std::string advanced =
-      "Update INS_MASTER Set AMTLIMIT = Null, ALLOWLIMIT = Null, EMIRECCNT = Null, INTRRATE = 9.5, "
-      "REDUCINGBALYN = 0"
-      " Where SINAME = 'Rita''s Loan' AND SITYPE=2";
-  EXPECT_EQ(OraSaveStatements(session, loan, "Old", true),
+  const std::vector<std::string> rename = OraSaveStatements(session, loan, "Old", true);
+  EXPECT_EQ(rename,
             (std::vector<std::string>{
-                insert, "Update INS_ADVLOAN Set SINAME = 'Rita''s Loan' Where SINAME = 'Old' AND SITYPE=2",
-                "Update INS_OTHER Set OTHNAME = 'Rita''s Loan' Where OTHNAME = 'Old' AND SITYPE=2", advanced,
+                "INSERT INTO INS_MASTER VALUES (2, 'Rita''s Loan', Null, 1, Null, Null, Null, Null, Null, "
+                "Null, 0, 1, 0)",
+                "Update INS_ADVLOAN Set SINAME = 'Rita''s Loan' Where SINAME = 'Old' AND SITYPE=2",
+                "Update INS_OTHER Set OTHNAME = 'Rita''s Loan' Where OTHNAME = 'Old' AND SITYPE=2",
+                "Update INS_MASTER Set AMTLIMIT = Null, ALLOWLIMIT = Null, EMIRECCNT = Null, INTRRATE = 9.5,"
+                " REDUCINGBALYN = 0 Where SINAME = 'Rita''s Loan' AND SITYPE=2",
                 "Delete From INS_MASTER Where SINAME = 'Old' AND SITYPE=2"}));
   EXPECT_EQ(OraSaveStatements(session, loan, "Rita's Loan", false),
             (std::vector<std::string>{
                 "UPDATE INS_MASTER SET ACCCODE = Null, TDSYN = 1, SIPREF = Null, TDSREFNO = Null"
                 " Where SINAME = 'Rita''s Loan' AND SITYPE=2"}));
+  Run("INSERT INTO INS_MASTER (SITYPE, SINAME) VALUES (2, 'Old')");
+  for (const std::string& statement : rename) Run(statement);
+  EXPECT_EQ(Rows("SELECT SINAME, TDSYN, SEPPIYN, SBIIFBYN, INTRRATE FROM INS_MASTER"),
+            "Rita's Loan|1|1|0|9.5\n");
 }
 
 }  // namespace ktl

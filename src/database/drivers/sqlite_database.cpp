@@ -1,0 +1,178 @@
+#include "database/drivers/sqlite_database.h"
+
+#include <sqlite3.h>
+
+#include <cmath>
+#include <cstring>
+
+#include "database/stored_date.h"
+
+namespace ktl {
+
+namespace {
+
+constexpr std::size_t kMostIdleStatements = 128;
+
+std::string_view ColumnText(sqlite3_stmt* statement, int column) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+  return {text == nullptr ? "" : text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
+}
+
+long NumberOfError(int code, const std::string& message) {
+  switch (code & 0xFF) {
+    case SQLITE_CONSTRAINT: return kIntegrityError;
+    case SQLITE_ERROR: return message.starts_with("no such table") ? kNoSuchTableError : kStatementError;
+    default: return kGenericDatabaseError;
+  }
+}
+
+double Finite(double value) {
+  if (!std::isfinite(value)) throw DatabaseError("The amount is beyond all bounds.");
+  return value;
+}
+
+}  // namespace
+
+void CheckSqlite(int code, sqlite3* database) {
+  switch (code & 0xFF) {
+    case SQLITE_OK:
+    case SQLITE_ROW:
+    case SQLITE_DONE: return;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED: throw DatabaseError("The database is locked by another workstation.");
+    default: break;
+  }
+  const std::string message = sqlite3_errmsg(database);
+  throw DatabaseError(message, NumberOfError(code, message));
+}
+
+void SqliteStatement::Finalizer::operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
+
+SqliteStatement::SqliteStatement(sqlite3* database, std::string_view sql) {
+  sqlite3_stmt* raw = nullptr;
+  const int code = sqlite3_prepare_v2(database, sql.data(), static_cast<int>(sql.size()), &raw, nullptr);
+  handle_.reset(raw);
+  CheckSqlite(code, database);
+}
+
+bool SqliteStatement::Step() {
+  const int code = sqlite3_step(handle_.get());
+  CheckSqlite(code, sqlite3_db_handle(handle_.get()));
+  return code == SQLITE_ROW;
+}
+
+void SqliteStatement::Reset() noexcept {
+  sqlite3_reset(handle_.get());
+  sqlite3_clear_bindings(handle_.get());
+}
+
+void SqliteStatement::Bind(int parameter, const Value& value) {
+  sqlite3_stmt* statement = handle_.get();
+  const int index = parameter + 1;
+  const auto bindText = [&](std::string_view text) {
+    return sqlite3_bind_text(statement, index, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+  };
+  int code = SQLITE_OK;
+  if (value.IsNull() || value.IsEmpty())
+    code = sqlite3_bind_null(statement, index);
+  else if (value.IsBoolean())
+    code = sqlite3_bind_int(statement, index, value.boolean() ? 1 : 0);
+  else if (value.IsInteger())
+    code = sqlite3_bind_int64(statement, index, value.integer());
+  else if (value.IsDouble())
+    code = sqlite3_bind_double(statement, index, Finite(value.real()));
+  else if (value.IsDate())
+    code = bindText(StoredDate(value.date()));
+  else
+    code = bindText(value.text());
+  CheckSqlite(code, sqlite3_db_handle(statement));
+}
+
+int SqliteStatement::ColumnCount() const { return sqlite3_column_count(handle_.get()); }
+
+std::string SqliteStatement::ColumnName(int column) const {
+  const char* name = sqlite3_column_name(handle_.get(), column);
+  return name == nullptr ? "" : name;
+}
+
+bool SqliteStatement::IsDeclaredDate(int column) const {
+  const char* declared = sqlite3_column_decltype(handle_.get(), column);
+  return declared != nullptr && std::strcmp(declared, "DATETIME") == 0;
+}
+
+Value SqliteStatement::Column(int column, bool date) const {
+  sqlite3_stmt* statement = handle_.get();
+  switch (sqlite3_column_type(statement, column)) {
+    case SQLITE_INTEGER: return Value(static_cast<long long>(sqlite3_column_int64(statement, column)));
+    case SQLITE_FLOAT: return Value(Finite(sqlite3_column_double(statement, column)));
+    case SQLITE_NULL: return Value(Null{});
+    default: break;
+  }
+  const std::string_view text = ColumnText(statement, column);
+  if (date)
+    if (const auto stored = FromStoredDate(text)) return Value(*stored);
+  return Value(text);
+}
+
+std::int64_t SqliteStatement::Integer(int column) const { return sqlite3_column_int64(handle_.get(), column); }
+
+SqliteDatabase::Lease::Lease(SqliteDatabase& database, std::string_view sql) : database_(database), sql_(sql) {
+  const auto found = database.idle_.find(sql_);
+  if (found == database.idle_.end()) {
+    statement_ = std::make_unique<SqliteStatement>(database.handle(), sql);
+    return;
+  }
+  statement_ = std::move(found->second);
+  database.idle_.erase(found);
+}
+
+SqliteDatabase::Lease::~Lease() {
+  if (!statement_) return;
+  statement_->Reset();
+  if (database_.idle_.size() >= kMostIdleStatements) database_.idle_.clear();
+  database_.idle_.insert_or_assign(std::move(sql_), std::move(statement_));
+}
+
+void SqliteDatabase::Closer::operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
+
+SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode) {
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (mode == Mode::New ? SQLITE_OPEN_CREATE : 0);
+  sqlite3* raw = nullptr;
+  const int code = sqlite3_open_v2(file.c_str(), &raw, flags, nullptr);
+  handle_.reset(raw);
+  CheckSqlite(code, raw);
+}
+
+void SqliteDatabase::SetBusyTimeout(int seconds) {
+  CheckSqlite(sqlite3_busy_timeout(handle(), seconds < 1'000'000 ? seconds * 1000 : 1'000'000'000), handle());
+}
+
+bool SqliteDatabase::IsReadOnly() const { return sqlite3_db_readonly(handle(), "main") == 1; }
+
+bool SqliteDatabase::InTransaction() const { return sqlite3_get_autocommit(handle()) == 0; }
+
+void SqliteDatabase::Run(std::string_view sql, const std::vector<Value>& parameters) {
+  Lease statement(*this, sql);
+  for (std::size_t i = 0; i < parameters.size(); ++i) statement->Bind(static_cast<int>(i), parameters[i]);
+  while (statement->Step()) {
+  }
+}
+
+void SqliteDatabase::RunScript(const char* script) {
+  CheckSqlite(sqlite3_exec(handle(), script, nullptr, nullptr, nullptr), handle());
+}
+
+std::int64_t SqliteDatabase::Number(std::string_view sql) {
+  Lease statement(*this, sql);
+  return statement->Step() ? statement->Integer(0) : 0;
+}
+
+std::int64_t SqliteDatabase::TotalChanges() const { return sqlite3_total_changes64(handle()); }
+
+std::int64_t SqliteDatabase::ChangesSince(std::int64_t totalChanges) const {
+  return TotalChanges() == totalChanges ? 0 : sqlite3_changes64(handle());
+}
+
+std::int64_t SqliteDatabase::LastRowId() const { return sqlite3_last_insert_rowid(handle()); }
+
+}  // namespace ktl

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "database/database_error.h"
+#include "runtime/value.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace ktl {
+
+// One prepared statement of the embedded database. Parameters and columns count from 0.
+class SqliteStatement {
+ public:
+  SqliteStatement(sqlite3* database, std::string_view sql);
+
+  // True while there is a row.
+  bool Step();
+  void Reset() noexcept;
+  void Bind(int parameter, const Value& value);
+
+  int ColumnCount() const;
+  std::string ColumnName(int column) const;
+  bool IsDeclaredDate(int column) const;
+  // date: a text in the stored form of dates is a date. An infinite number is an error.
+  Value Column(int column, bool date = false) const;
+  std::int64_t Integer(int column) const;
+
+ private:
+  struct Finalizer {
+    void operator()(sqlite3_stmt* statement) const noexcept;
+  };
+  std::unique_ptr<sqlite3_stmt, Finalizer> handle_;
+};
+
+// An open file of the embedded database. Prepared statements are kept for the next use of the same text.
+class SqliteDatabase {
+ public:
+  // A statement in use; given back, reset, when the lease ends.
+  class Lease {
+   public:
+    Lease(SqliteDatabase& database, std::string_view sql);
+    ~Lease();
+    Lease(const Lease&) = delete;
+    Lease& operator=(const Lease&) = delete;
+    SqliteStatement* operator->() { return statement_.get(); }
+    SqliteStatement& operator*() { return *statement_; }
+
+   private:
+    SqliteDatabase& database_;
+    std::string sql_;
+    std::unique_ptr<SqliteStatement> statement_;
+  };
+
+  enum class Mode { Existing, New };
+
+  // Throws DatabaseError when the file cannot be opened. Mode::New makes an empty file.
+  SqliteDatabase(const std::string& file, Mode mode);
+
+  sqlite3* handle() const { return handle_.get(); }
+  void SetBusyTimeout(int seconds);
+  bool IsReadOnly() const;
+  bool InTransaction() const;
+
+  // Runs a statement of the embedded dialect to its end.
+  void Run(std::string_view sql, const std::vector<Value>& parameters = {});
+  // Several statements, one after another.
+  void RunScript(const char* script);
+  std::int64_t Number(std::string_view sql);
+  // Of the statement run last; 0 when nothing has changed since the count given.
+  std::int64_t ChangesSince(std::int64_t totalChanges) const;
+  std::int64_t TotalChanges() const;
+  std::int64_t LastRowId() const;
+
+ private:
+  struct Closer {
+    void operator()(sqlite3* database) const noexcept;
+  };
+  std::unique_ptr<sqlite3, Closer> handle_;
+  std::unordered_map<std::string, std::unique_ptr<SqliteStatement>> idle_;
+};
+
+// The one place where return codes become errors.
+void CheckSqlite(int code, sqlite3* database);
+
+}  // namespace ktl

@@ -1,0 +1,253 @@
+#include "database/drivers/sqlite_driver.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+#include "database/stored_date.h"
+#include "runtime/numbers.h"
+
+namespace ktl {
+
+namespace {
+
+constexpr std::size_t kMostPrograms = 256;
+
+// The history of month locks is the database's own: who turned which lock, on which machine, and when.
+constexpr const char* kMonthLockTrigger =
+    "CREATE TEMP TRIGGER KTL_MONTHLOCK AFTER UPDATE OF LOCKEDYN ON main.MAS_MONTHYEAR "
+    "WHEN NEW.LOCKEDYN IS NOT OLD.LOCKEDYN BEGIN "
+    "INSERT INTO SEC_MONTHLOCKHISTORY (MONTHYEAR, LOCKEDYN, UNAME, CHANGEDDATE, KTLUSERID) "
+    "SELECT NEW.MONTHYEAR, NEW.LOCKEDYN, KL_HOST_NAME(), substr(KL_NOW() || ' 00:00:00', 1, 19), "
+    "(SELECT USERID FROM SEC_USERLIST WHERE USERNAME = KL_USER_NAME()); END";
+
+DatabaseError WrongType(const std::string& column) {
+  return DatabaseError(fmt::format("The value does not fit the field {}.", column), kWrongTypeError);
+}
+
+double NumberFor(const Assignment& assignment) {
+  const Value& value = assignment.value;
+  double number = 0;
+  if (value.IsText()) {
+    const auto parsed = ParseNumber(value.text());
+    if (!parsed) throw WrongType(assignment.column);
+    number = *parsed;
+  } else if (value.IsDate()) {
+    throw WrongType(assignment.column);
+  } else if (!value.IsEmpty()) {
+    number = value.IsBoolean() ? (value.boolean() ? 1 : 0) : value.ToDouble();
+  }
+  if (!std::isfinite(number)) throw WrongType(assignment.column);
+  return number;
+}
+
+Value DateFor(const Assignment& assignment) {
+  const Value& value = assignment.value;
+  if (value.IsDate()) return value;
+  if (value.IsEmpty()) return Null{};
+  const auto date = value.IsText() ? ParseDateLiteral(value.text()) : std::nullopt;
+  if (!date) throw WrongType(assignment.column);
+  return *date;
+}
+
+}  // namespace
+
+SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, const ClientIdentity& client)
+    : database_(std::move(database)), client_(client), host_{database_, client, {}} {
+  RegisterFunctions(host_);
+  if (kind == FileKind::Company) database_.Run(kMonthLockTrigger);
+}
+
+SqliteDriver::~SqliteDriver() { KeepStatistics(); }
+
+// The planner's knowledge is brought up to date when the work is done, not when the next one begins.
+void SqliteDriver::KeepStatistics() noexcept {
+  try {
+    if (InTransaction()) Rollback();
+    database_.SetBusyTimeout(0);
+    database_.RunScript("PRAGMA analysis_limit = 1000; PRAGMA optimize;");
+  } catch (const std::exception&) {
+    // Another workstation is writing: it will do the same at its own end.
+  }
+}
+
+std::shared_ptr<const tsql::Program> SqliteDriver::ProgramOf(std::string_view sql, bool updatable) {
+  std::string key(sql);
+  if (updatable) key += '\n';
+  if (const auto found = programs_.find(key); found != programs_.end()) return found->second;
+  auto program = std::make_shared<const tsql::Program>(tsql::Translate(sql, updatable));
+  if (programs_.size() >= kMostPrograms) programs_.clear();
+  programs_.emplace(std::move(key), program);
+  return program;
+}
+
+ResultSet SqliteDriver::Query(std::string_view sql, Fetch fetch, bool updatable) {
+  Outcome outcome;
+  host_.variables.clear();
+  RunProgram(*ProgramOf(sql, updatable), fetch, true, outcome);
+  return std::move(outcome.result);
+}
+
+std::int64_t SqliteDriver::Execute(std::string_view sql) {
+  Outcome outcome;
+  host_.variables.clear();
+  RunProgram(*ProgramOf(sql, false), Fetch::AllRows, false, outcome);
+  return outcome.rows;
+}
+
+void SqliteDriver::RunProgram(const tsql::Program& program, Fetch fetch, bool keepRows, Outcome& outcome) {
+  for (const auto& step : program) RunStep(step, fetch, keepRows, outcome);
+}
+
+// The first query of a batch gives its rows.
+void SqliteDriver::RunStep(const tsql::Step& step, Fetch fetch, bool keepRows, Outcome& outcome) {
+  switch (step.kind) {
+    case tsql::StepKind::Rows:
+      if (keepRows && !outcome.answered) {
+        outcome.result = ReadRows(step, fetch);
+        outcome.answered = true;
+      } else {
+        outcome.rows += CountRows(step.sql);
+      }
+      break;
+    case tsql::StepKind::Change: {
+      const auto before = database_.TotalChanges();
+      CountRows(step.sql);
+      outcome.rows += database_.ChangesSince(before);
+      break;
+    }
+    case tsql::StepKind::Assign: CountRows(step.sql); break;
+    case tsql::StepKind::Branch:
+      RunProgram(database_.Number(step.sql) != 0 ? step.then : step.otherwise, fetch, keepRows, outcome);
+      break;
+    case tsql::StepKind::Call: Call(step); break;
+  }
+}
+
+std::int64_t SqliteDriver::CountRows(const std::string& sql) {
+  SqliteDatabase::Lease statement(database_, sql);
+  std::int64_t rows = 0;
+  while (statement->Step()) ++rows;
+  return rows;
+}
+
+ResultSet SqliteDriver::ReadRows(const tsql::Step& step, Fetch fetch) {
+  SqliteDatabase::Lease statement(database_, step.sql);
+  // A changed schema shows in the columns only after the first step.
+  bool more = fetch != Fetch::NoRows && statement->Step();
+  const int first = step.baseTable.empty() ? 0 : 1;
+  const int count = statement->ColumnCount();
+  ResultSet result;
+  result.baseTable = step.baseTable;
+  std::vector<bool> dates(count);
+  for (int column = 0; column < count; ++column) {
+    const auto fromBack = static_cast<std::size_t>(count - 1 - column);
+    dates[column] = statement->IsDeclaredDate(column) ||
+                    (column < std::ssize(step.datesFromFront) && step.datesFromFront[column]) ||
+                    (fromBack < step.datesFromBack.size() && step.datesFromBack[fromBack]);
+    if (column >= first) result.columns.push_back(statement->ColumnName(column));
+  }
+  for (; more; more = fetch == Fetch::AllRows && statement->Step()) {
+    ResultRow& row = result.rows.emplace_back();
+    row.values.reserve(count - first);
+    for (int column = first; column < count; ++column) row.values.push_back(statement->Column(column, dates[column]));
+    if (first > 0) row.key = statement->Integer(0);
+  }
+  return result;
+}
+
+std::string SqliteDriver::Explain(std::string_view sql) {
+  std::string text;
+  const auto tell = [&text](const tsql::Program& program, const std::string& indent, const auto& self) -> void {
+    for (const auto& step : program) {
+      if (!text.empty()) text += '\n';
+      text += indent + (step.kind == tsql::StepKind::Call ? "call " + step.name : step.sql);
+      self(step.then, indent + "  ", self);
+      self(step.otherwise, indent + "  else: ", self);
+    }
+  };
+  tell(*ProgramOf(sql, false), "", tell);
+  return text;
+}
+
+const SqliteDriver::Fields& SqliteDriver::FieldsOf(const std::string& table) {
+  if (const auto found = fields_.find(table); found != fields_.end()) return found->second;
+  Fields fields;
+  SqliteDatabase::Lease columns(database_, "SELECT name, type FROM pragma_table_info(?1)");
+  columns->Bind(0, table);
+  while (columns->Step()) {
+    const std::string type = columns->Column(1).TextOrEmpty();
+    fields[columns->Column(0).text()] = type == "DATETIME"  ? FieldKind::Date
+                                        : type == "INTEGER" ? FieldKind::Integer
+                                        : type == "REAL"    ? FieldKind::Real
+                                                            : FieldKind::Text;
+  }
+  return fields_[table] = std::move(fields);
+}
+
+Value SqliteDriver::Fitted(const Assignment& assignment, const Fields& fields) const {
+  const auto field = fields.find(assignment.column);
+  if (field == fields.end())
+    throw DatabaseError(fmt::format("There is no field {}.", assignment.column), kNoSuchFieldError);
+  if (assignment.value.IsNull()) return Null{};
+  switch (field->second) {
+    case FieldKind::Date: return DateFor(assignment);
+    case FieldKind::Real: return NumberFor(assignment);
+    case FieldKind::Integer: {
+      if (assignment.value.IsInteger()) return assignment.value;
+      const double number = RoundHalfEven(NumberFor(assignment));
+      if (std::fabs(number) >= 9e18) throw WrongType(assignment.column);
+      return static_cast<long long>(number);
+    }
+    case FieldKind::Text: break;
+  }
+  return assignment.value.IsEmpty() ? Value("") : Value(assignment.value.ToText());
+}
+
+RowKey SqliteDriver::InsertRow(const std::string& table, const std::vector<Assignment>& values) {
+  const Fields& fields = FieldsOf(table);
+  std::string columns, marks;
+  for (const auto& assignment : values) {
+    columns += (columns.empty() ? "[" : ", [") + assignment.column + ']';
+    marks += marks.empty() ? "?" : ", ?";
+  }
+  SqliteDatabase::Lease insert(database_, values.empty() ? fmt::format("INSERT INTO [{}] DEFAULT VALUES", table)
+                                                         : "INSERT INTO [" + table + "] (" + columns + ") VALUES (" + marks + ")");
+  int parameter = 0;
+  for (const auto& assignment : values) insert->Bind(parameter++, Fitted(assignment, fields));
+  insert->Step();
+  return database_.LastRowId();
+}
+
+void SqliteDriver::UpdateRow(const std::string& table, RowKey key, const std::vector<Assignment>& values) {
+  if (values.empty()) return;
+  const Fields& fields = FieldsOf(table);
+  std::string columns;
+  for (const auto& assignment : values) columns += (columns.empty() ? "[" : ", [") + assignment.column + "] = ?";
+  SqliteDatabase::Lease update(database_, "UPDATE [" + table + "] SET " + columns + " WHERE rowid = ?");
+  int parameter = 0;
+  for (const auto& assignment : values) update->Bind(parameter++, Fitted(assignment, fields));
+  update->Bind(parameter, static_cast<long long>(key));
+  const auto before = database_.TotalChanges();
+  update->Step();
+  if (database_.ChangesSince(before) == 0)
+    throw DatabaseError("Row cannot be located for updating. Some values may have been changed since it was last read.",
+                        kRowGoneError);
+}
+
+void SqliteDriver::Begin() {
+  if (InTransaction()) throw DatabaseError("A transaction is under way already.");
+  database_.Run("BEGIN IMMEDIATE");
+}
+
+void SqliteDriver::Commit() {
+  if (!InTransaction()) throw DatabaseError("No transaction is active.");
+  database_.Run("COMMIT");
+}
+
+void SqliteDriver::Rollback() {
+  if (!InTransaction()) throw DatabaseError("No transaction is active.");
+  database_.Run("ROLLBACK");
+}
+
+}  // namespace ktl

@@ -1,0 +1,206 @@
+#include "database/tsql/types.h"
+
+#include <algorithm>
+#include <array>
+#include <unordered_map>
+
+#include "database/tsql/words.h"
+
+namespace ktl::tsql {
+
+namespace {
+
+// One name has one type wherever it stands, but for PFEFFFROM, which is a month in one table and never meets a
+// literal there.
+constexpr std::string_view kDates =
+    "ASONDATE BRGHEFROM CALCENDDATE CALCSTARTDATE CHANGEDDATE CLAIMDATE CONFIRMATIONDATE DOB DOJ DOL EFFFROMDATE "
+    "EFFTODATE HOLIDAYDATE LEAVEDATE LEVDATE LOGDATE PFEFFFROM RCPTDATE RESIGNATIONDATE RETIREMENTDATE "
+    "SALCALCFROM SIDATE WEEKDATE ";
+// Columns declared with the comparer of letter case and trailing blanks.
+constexpr std::string_view kTexts =
+    "ACCCODE ATTDESC ATTHEADNAME ATTMENUNAME BRANCHNAME BUTNAME CALCFLDTYPE CAPTION CMPNAME COLNAME COLUMN_NAME "
+    "DATA_TYPE DEPARTMENT DERIVABLETOTCAP DESIGNATION DIVISION EFFFRMSET EMPIDCAP EMPNAME FINANCIALYEAR FNAME "
+    "FORMULA FORMULANAME GRADE INSTNAME LEVSHORT LOANACNO LOANNAME LOANTYPE LYEARS MONTHNAME NAME OCCUPATION "
+    "OTHNAME OTHNO PDLISTDESC PDLISTNAME PFSEPARATOR PTGRPNAME REFNO REFNOCAP RMBNAME SALHEADING SALSTRUCTCAP SEX "
+    "SINAME STRUCTDESC SYSTEMNAME TABLE_NAME TDSREF UNAME USERNAME WINUSER ";
+constexpr std::string_view kPlainTexts =
+    "ACTIONTEXT ADDRESS DETAILTEXT EXTRATEXT FQUERY HADDR NODREMARKS REMARKS ";
+constexpr std::string_view kReals =
+    "ACTAMT ACTINTAMT ACTPRNAMT ADJHRS ADVANCE ALLOTAMT AMTLIMIT BASIC BENAMT BENAMT2 CLAIMAMT COLIMIT "
+    "COLOWERLIMIT EDITEDINT EMIAMT ESIPER ETOTAL FULLDAYCUTOFF GRATUITYPROV GRPINSURANCE GRSANNVAL HALFDAYCUTOFF "
+    "INSURANCE INTAMT INTEREST INTRAMT INTRRATE LAPSELIMIT LEVMONTHLY LEVVALUE LOAN MAXIMUMFULLDAY MAXIMUMHALFDAY "
+    "MDFINTAMT MDFPRNAMT MDFYAMT MDFYINTAMT MDFYPRNAMT MINIMUMFULLDAY MINIMUMHALFDAY MTAXPAID NDP NETAMOUNT NOD "
+    "OPBAL ORIGINALINT OT1 OT2 OTMINHOUR PFPER PRCPAMT RCPTAMT RCPTINTAMT RCPTPRNAMT SALCALDAYS SBIINT SIEARNING "
+    "SSS TAKEN TOTALENTERED UNIT UPPERLIMIT ";
+constexpr std::string_view kIntegers =
+    "ALLOTASPER ALLOTFOR ALLOTON ALLOTRNDTYPE ALLOTTYPE ALLOWLIMIT ARRCALCTYPE ARREARID ARREARTRANID ASSTRANID "
+    "ASSYEAR ATTHEADID ATTNCALCTYPE ATTNTYPE ATTSLNO AUDITID AUTOPFTYPE AUTOSLNO BRANCHID BUTID CLIENTID COLID "
+    "COLUMN_ID COTYPE COUNTER DATAPORTED DEFMONTHYEAR DEFREPORTTYPE DEFSTRUCTID DEFVAL EFFFROM EMIRECCNT EMPDETID "
+    "EMPEXTID EMPID ENCASHMINBAL ENDMONTHYEAR ENDMY ESIEFFFROM ESIONMNYR FILTER FINYEAR FIRSTHALF FORMID "
+    "FORMULAID FULLDAYOT2 FULLSAL GROUPID HALFSAL HOLIDAYID HOLPRIORITY HTYPE INDICATOR INSTID INTFRLNRULE INTID "
+    "KTLUSERID LAPSEMONTH LAPSENEGATIVE LEVID LEVMINDAYS LVSTARTMNYEAR MASTERID MENUNO MINAVAILDATETYPE "
+    "MINAVAILDAYS MINAVAILMONTH MINDATETYPE MINDAYS MINLEVDAYS MINMONTH MODULEID MONTHYEAR MULTILOGIN NODFORCALC "
+    "NOSAL OBJECT_ID ORDINAL_POSITION PAIDFOR PDID PFRESTRICTEFFFROM PRIORITY PTGROUPID PTGRPID REFID RETIREAGEON "
+    "RMBALLOTID RMBID RNDTYPE ROUNDTYPE SALARYMONTH SALHEADROWID SALID SALRATEID SECONDHALF SERIALNO SIPREF "
+    "SITYPE STARTMONTHYEAR STARTMY STRUCTID TDSMAR2FEB TDSREFNO TRANSFERED TYPEID USERID WEEKID WHID ";
+
+struct Column {
+  Type type;
+  bool plainText;
+};
+
+using Columns = std::unordered_map<std::string_view, Column, WordHash, WordEqual>;
+
+void AddColumns(Columns& columns, std::string_view names, Column column) {
+  while (!names.empty()) {
+    const auto blank = names.find(' ');
+    columns.emplace(names.substr(0, blank), column);
+    names.remove_prefix(blank + 1);
+  }
+}
+
+const Columns& KnownColumns() {
+  static const Columns columns = [] {
+    Columns all;
+    AddColumns(all, kDates, {Type::Date, false});
+    AddColumns(all, kTexts, {Type::Text, false});
+    AddColumns(all, kPlainTexts, {Type::Text, true});
+    AddColumns(all, kReals, {Type::Real, false});
+    AddColumns(all, kIntegers, {Type::Integer, false});
+    return all;
+  }();
+  return columns;
+}
+
+bool IsNumbered(std::string_view name, std::string_view stem) {
+  return name.size() > stem.size() && SameWord(name.substr(0, stem.size()), stem) &&
+         std::ranges::all_of(name.substr(stem.size()), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+Column ColumnOf(std::string_view name) {
+  const auto& known = KnownColumns();
+  if (const auto found = known.find(name); found != known.end()) return found->second;
+  if (IsNumbered(name, "ECOMP") || IsNumbered(name, "DCOMP")) return {Type::Real, false};
+  if (IsNumbered(name, "FIELD") || IsNumbered(name, "EXTCLASS")) return {Type::Text, false};
+  if (name.size() > 2 && SameWord(name.substr(name.size() - 2), "YN")) return {Type::Integer, false};
+  return {Type::Unknown, false};
+}
+
+// In alphabetical order of the names.
+constexpr std::array kFunctions{
+    Function{"ABS", "abs", Type::NotAsked, 1, 1},
+    Function{"CEILING", "KL_CEILING", Type::NotAsked, 1, 1},
+    Function{"CHARINDEX", "KL_CHARINDEX", Type::Integer, 2, 3},
+    Function{"COALESCE", "COALESCE", Type::NotAsked, 2, 100},
+    Function{"COUNT", "COUNT", Type::Integer, 1, 1, Role::Aggregate},
+    Function{"DATEDIFF", "KL_DATEDIFF", Type::Integer, 3, 3, Role::Dates},
+    Function{"DAY", "KL_DAY", Type::Integer, 1, 1, Role::Dates},
+    Function{"FLOOR", "KL_FLOOR", Type::NotAsked, 1, 1},
+    Function{"FNSTRMONTHNAME", "KL_MONTHNAME", Type::Text, 1, 1},
+    Function{"GETDATE", "KL_NOW", Type::Date, 0, 0},
+    Function{"HOST_NAME", "KL_HOST_NAME", Type::Text, 0, 0},
+    Function{"ISNULL", "IFNULL", Type::NotAsked, 2, 2},
+    Function{"LEFT", "KL_LEFT", Type::Text, 2, 2},
+    Function{"LEN", "KL_LEN", Type::Integer, 1, 1},
+    Function{"LOWER", "KL_LOWER", Type::Text, 1, 1},
+    Function{"LTRIM", "ltrim", Type::Text, 1, 1},
+    Function{"MAX", "MAX", Type::NotAsked, 1, 1, Role::Aggregate},
+    Function{"MIN", "MIN", Type::NotAsked, 1, 1, Role::Aggregate},
+    Function{"MONTH", "KL_MONTH", Type::Integer, 1, 1, Role::Dates},
+    Function{"NULLIF", "NULLIF", Type::NotAsked, 2, 2},
+    Function{"RIGHT", "KL_RIGHT", Type::Text, 2, 2},
+    Function{"ROUND", "KL_ROUND", Type::NotAsked, 2, 2},
+    Function{"ROW_NUMBER", "ROW_NUMBER", Type::Integer, 0, 0, Role::Window},
+    Function{"RTRIM", "rtrim", Type::Text, 1, 1},
+    Function{"STR", "KL_STR", Type::Text, 1, 1},
+    Function{"SUBSTRING", "KL_SUBSTRING", Type::Text, 3, 3},
+    Function{"SUM", "SUM", Type::NotAsked, 1, 1, Role::Aggregate},
+    Function{"UDF_GETEMPLOCK", "KL_EMPLOCK", Type::Integer, 3, 3},
+    Function{"UPPER", "KL_UPPER", Type::Text, 1, 1},
+    Function{"YEAR", "KL_YEAR", Type::Integer, 1, 1, Role::Dates},
+};
+static_assert(std::ranges::is_sorted(kFunctions, {}, &Function::name));
+
+bool IsNumber(Type type) { return type == Type::Integer || type == Type::Real; }
+
+}  // namespace
+
+Type TypeOfColumn(std::string_view name) { return ColumnOf(name).type; }
+
+bool ComparesItself(const Expr& expr) {
+  if (expr.kind == ExprKind::Collate) return true;
+  if (expr.kind != ExprKind::Name) return false;
+  const Column column = ColumnOf(expr.text);
+  return column.type == Type::Text && !column.plainText;
+}
+
+const Function* FindFunction(std::string_view name) {
+  std::string upper(name);
+  std::ranges::transform(upper, upper.begin(), [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
+  const auto found = std::ranges::lower_bound(kFunctions, std::string_view(upper), {}, &Function::name);
+  return found != kFunctions.end() && found->name == upper ? &*found : nullptr;
+}
+
+std::optional<Type> TypeOfTypeName(std::string_view name) {
+  static const std::unordered_map<std::string_view, Type, WordHash, WordEqual> types{
+      {"VARCHAR", Type::Text},  {"NVARCHAR", Type::Text},  {"INT", Type::Integer},   {"BIGINT", Type::Integer},
+      {"BIT", Type::Integer},   {"SMALLINT", Type::Integer}, {"TINYINT", Type::Integer}, {"FLOAT", Type::Real},
+      {"REAL", Type::Real},     {"NUMERIC", Type::Real},   {"DECIMAL", Type::Real},  {"MONEY", Type::Real},
+      {"DATETIME", Type::Date}, {"SMALLDATETIME", Type::Date}, {"DATE", Type::Date}};
+  const auto found = types.find(name);
+  return found == types.end() ? std::nullopt : std::optional(found->second);
+}
+
+Type Typing::Of(const Expr& expr) const {
+  if (expr.type == Type::NotAsked) expr.type = Find(expr);
+  return expr.type;
+}
+
+Type Typing::FirstKnown(const Expr& expr) const {
+  for (const auto& argument : expr.args)
+    if (const Type type = Of(*argument); type != Type::Unknown) return type;
+  return Type::Unknown;
+}
+
+Type Typing::Find(const Expr& expr) const {
+  switch (expr.kind) {
+    case ExprKind::Number: return expr.text.find_first_of(".eE") == expr.text.npos ? Type::Integer : Type::Real;
+    case ExprKind::Text: return Type::Text;
+    case ExprKind::Name: return TypeOfColumn(expr.text);
+    case ExprKind::Variable: {
+      const auto found = variables_.find(expr.text);
+      return found == variables_.end() ? Type::Unknown : found->second;
+    }
+    case ExprKind::Negate: return Of(*expr.args[0]);
+    case ExprKind::Collate: return Type::Text;
+    case ExprKind::Arithmetic: return OfArithmetic(expr);
+    case ExprKind::Case: return OfCase(expr);
+    case ExprKind::Cast: return TypeOfTypeName(expr.text).value_or(Type::Unknown);
+    case ExprKind::Subquery: return Of(*expr.query->cores.front().items.front().expr);
+    case ExprKind::Function: {
+      const Function* function = FindFunction(expr.text);
+      if (function == nullptr) return Type::Unknown;
+      return function->result == Type::NotAsked ? FirstKnown(expr) : function->result;
+    }
+    default: return Type::Unknown;
+  }
+}
+
+Type Typing::OfArithmetic(const Expr& expr) const {
+  const Type left = Of(*expr.args[0]), right = Of(*expr.args[1]);
+  if (left == Type::Real || right == Type::Real) return Type::Real;
+  if (expr.text == "+" && left == Type::Text && right == Type::Text) return Type::Text;
+  if (expr.text == "+" && !IsNumber(left) && !IsNumber(right)) return Type::Unknown;
+  return left == Type::Integer && right == Type::Integer ? Type::Integer : Type::Real;
+}
+
+// Results stand behind each condition, and the last one behind ELSE.
+Type Typing::OfCase(const Expr& expr) const {
+  const std::size_t first = expr.hasOperand ? 2 : 1;
+  const std::size_t pairsEnd = expr.args.size() - (expr.hasElse ? 1 : 0);
+  for (std::size_t i = first; i < pairsEnd; i += 2)
+    if (const Type type = Of(*expr.args[i]); type != Type::Unknown) return type;
+  return expr.hasElse ? Of(*expr.args.back()) : Type::Unknown;
+}
+
+}  // namespace ktl::tsql

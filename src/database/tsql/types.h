@@ -1,0 +1,52 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "database/tsql/tree.h"
+#include "database/tsql/words.h"
+
+namespace ktl::tsql {
+
+// What a column of this name holds, in whatever table it stands; Unknown for names outside the schema.
+Type TypeOfColumn(std::string_view name);
+
+// A bare column whose own declaration makes it compare without regard to letter case and trailing blanks, or an
+// expression with a COLLATE clause.
+bool ComparesItself(const Expr& expr);
+
+enum class Role { Plain, Aggregate, Window, Dates };
+
+struct Function {
+  std::string_view name;     // upper case
+  std::string_view written;  // its name in the embedded dialect
+  Type result;               // NotAsked: that of its first argument whose type is known
+  std::size_t minArguments;
+  std::size_t maxArguments;
+  Role role = Role::Plain;
+};
+
+// Nothing for a function that the embedded database does not have.
+const Function* FindFunction(std::string_view name);
+
+// Of CAST, CONVERT and DECLARE; nothing for a type that is not known.
+std::optional<Type> TypeOfTypeName(std::string_view name);
+
+// Types expressions from names, literals and functions alone.
+class Typing {
+ public:
+  void Declare(std::string_view variable, Type type) { variables_[std::string(variable)] = type; }
+  Type Of(const Expr& expr) const;
+
+ private:
+  Type Find(const Expr& expr) const;
+  Type FirstKnown(const Expr& expr) const;
+  Type OfArithmetic(const Expr& expr) const;
+  Type OfCase(const Expr& expr) const;
+
+  std::unordered_map<std::string, Type, WordHash, WordEqual> variables_;
+};
+
+}  // namespace ktl::tsql

@@ -1,0 +1,200 @@
+#include "common/amounts.h"
+#include "frame/settings_store.h"
+#include "sample_company.h"
+
+namespace ktl {
+namespace {
+
+std::string Printed(const std::vector<TableSum>& sums) {
+  std::string text;
+  for (const auto& sum : sums) {
+    text += sum.table + ' ' + std::to_string(sum.rows) + ' ' + std::to_string(sum.checksum) + '\n';
+  }
+  return text;
+}
+
+std::string Read(const std::filesystem::path& file) {
+  std::ifstream stream(file);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+TEST(CreateCompany, SameArgumentsGiveTheSameCompany) {
+  const Folder folder;
+  auto options = Options(folder / "a.kldb", 150);
+  const std::string first = Printed(CreateCompany(options));
+  options.file = folder / "b.kldb";
+  EXPECT_EQ(Printed(CreateCompany(options)), first);
+  options.file = folder / "c.kldb";
+  options.sample.seed = 2;
+  EXPECT_NE(Printed(CreateCompany(options)), first);
+}
+
+TEST(CreateCompany, AnEmployeeIsTheSameInCompaniesOfAnySize) {
+  const Folder folder;
+  CreateCompany(Options(folder / "small.kldb", 300));
+  CreateCompany(Options(folder / "large.kldb", 420));
+  struct {
+    const char* table;
+    const char* columns;
+  } const cases[] = {
+      {"MAS_EMPLOYEE", "REFNO || EMPNAME || DOJ || DOB || PFYN || ESIYN || TDSYN"},
+      {"MAS_EMPLOYEEDET", "EMPDETID || EFFFROMDATE || BRANCHID || ATTHEADID || DEPARTMENT"},
+      {"INS_ADVLOAN", "SITYPE || SERIALNO || SINAME || SIDATE || ACTAMT"},
+      {"INS_EMIDETAIL", "SITYPE || SERIALNO || COUNTER || MONTHYEAR || EMIAMT || MDFYAMT"},
+      {"INS_RECEIPTS", "SITYPE || SERIALNO || COUNTER || RCPTDATE || RCPTAMT"},
+      {"SLC_SALARYCALC_E", "SALID || MONTHYEAR || NETAMOUNT || ETOTAL"},
+  };
+  for (const auto& c : cases) {
+    const std::string sql = std::string("SELECT EMPID || ' ' || ") + c.columns + " FROM " + c.table +
+                            " WHERE EMPID > 60 AND EMPID <= 300 ORDER BY rowid";
+    const std::string small = Ask(folder / "small.kldb", sql);
+    EXPECT_FALSE(small.empty()) << c.table;
+    EXPECT_EQ(Ask(folder / "large.kldb", sql), small) << c.table;
+  }
+}
+
+TEST(CreateCompany, TargetsAreMetExactly) {
+  const Folder folder;
+  auto options = Options(folder / "a.kldb", 200);
+  options.sample.targets = {500, 9001};
+  CreateCompany(options);
+  EXPECT_EQ(Ask(options.file, "SELECT COUNT(*) FROM INS_ADVLOAN"), "500");
+  EXPECT_EQ(Ask(options.file, "SELECT COUNT(*) FROM INS_EMIDETAIL"), "9001");
+}
+
+TEST(CreateCompany, AnEmptyCompanyHasTheRequiredRowsAndTheMonths) {
+  const Folder folder;
+  auto options = Options(folder / "a.kldb");
+  options.empty = true;
+  CreateCompany(options);
+  EXPECT_EQ(Ask(options.file, "SELECT group_concat(PDLISTDESC) FROM MAS_PULLDOWNVALUES WHERE REFID = 5"),
+            "Advance,Loan,Insurance,SSS,Group Insurance,Periodic Incentive");
+  EXPECT_EQ(Ask(options.file,
+                "SELECT MIN(MONTHYEAR) || ' ' || MAX(MONTHYEAR) || ' ' || COUNT(*) FROM MAS_MONTHYEAR"),
+            "24292 24327 36");
+  EXPECT_EQ(Ask(options.file,
+                "SELECT (SELECT COUNT(*) FROM MAS_EMPLOYEE) || ' ' || (SELECT COUNT(*) FROM SEC_USERLIST)"),
+            "0 1");
+  EXPECT_EQ(Ask(options.file, "PRAGMA user_version"), "1");
+}
+
+TEST(CreateCompany, AnExistingFileStaysWithoutForce) {
+  const Folder folder;
+  std::ofstream(folder / "a.kldb") << "mine";
+  auto options = Options(folder / "a.kldb");
+  EXPECT_THROW(CreateCompany(options), CompanyError);
+  EXPECT_EQ(Read(options.file), "mine");
+  EXPECT_EQ(folder.Names(), std::vector<std::string>{"a.kldb"});
+
+  // Logs of the old file would be played into the new one.
+  std::ofstream(folder / "a.kldb-wal") << "old log";
+  options.force = true;
+  CreateCompany(options);
+  EXPECT_EQ(Ask(options.file, "SELECT COUNT(*) FROM MAS_EMPLOYEE"), "60");
+  EXPECT_EQ(folder.Names(), (std::vector<std::string>{"a.kldb", "klgen.MDB"}));
+}
+
+TEST(CreateCompany, AFailureLeavesNothingBehind) {
+  struct {
+    const char* what;
+    std::function<void(CompanyOptions&)> spoil;
+    const char* error;
+  } const cases[] = {
+      {"unknown variant", [](auto& o) { o.sample.variants = {"nowhere"}; },
+       "There is no variant \"nowhere\"."},
+      {"too few loans", [](auto& o) { o.sample.employees = 100, o.sample.targets.loans = 3; },
+       "At least 45 loans are in every company."},
+      {"loans of anchors alone", [](auto& o) { o.sample.targets.loans = 900; },
+       "A number of loans needs more than 60 employees."},
+      {"too few employees", [](auto& o) { o.sample.employees = 59; },
+       "A sample company has at least 60 employees."},
+  };
+  for (const auto& c : cases) {
+    const Folder folder;
+    auto options = Options(folder / "a.kldb");
+    c.spoil(options);
+    try {
+      CreateCompany(options);
+      ADD_FAILURE() << c.what;
+    } catch (const CompanyError& error) {
+      EXPECT_STREQ(error.what(), c.error);
+    }
+    EXPECT_TRUE(folder.Names().empty()) << c.what;
+  }
+}
+
+TEST(CreateCompany, PlacesThatCannotHoldACompanyAreNamed) {
+  const Folder folder;
+  std::ofstream(folder / "file") << "text";
+  const struct {
+    std::filesystem::path file;
+    std::string error;
+  } cases[] = {
+      {folder.path(), folder.path().string() + ": is a directory"},
+      {folder / "none" / "a.kldb", (folder / "none").string() + ": no such directory"},
+      {folder / "file" / "a.kldb", (folder / "file").string() + ": no such directory"},
+  };
+  for (const auto& c : cases) {
+    try {
+      CreateCompany(Options(c.file));
+      ADD_FAILURE() << c.file;
+    } catch (const CompanyError& error) {
+      EXPECT_EQ(error.what(), c.error);
+    }
+  }
+}
+
+TEST(CreateCompany, TheSettingsNameTheCompanyAndItsUser) {
+  const Folder folder;
+  auto options = Options(folder / "a.kldb");
+  options.settingsFile = folder / "settings.ini";
+  CreateCompany(options);
+  SettingsFile settings(*options.settingsFile);
+  EXPECT_EQ(clsGenCmn::FnStrEncryptWord(settings.Get("Settings", "DefLnk")),
+            "Provider=SQLite;Data Source=" + options.file.string() + ";");
+  EXPECT_EQ(settings.Get("Settings", "USER"), "ADMIN");
+  EXPECT_EQ(settings.Get("Settings", "DBType"), "SQL");
+}
+
+TEST(CreateCompany, ALocalStoreThatIsThereStays) {
+  const Folder folder;
+  CreateCompany(Options(folder / "a.kldb"));
+  EXPECT_EQ(Ask(folder / "klgen.MDB", "SELECT group_concat(ASSYEAR) FROM ITSETTING"),
+            "2024,2025,2026,2027,2028");
+  RawDatabase(folder / "klgen.MDB").Run("INSERT INTO ITSETTING VALUES (2029)");
+  CreateCompany(Options(folder / "b.kldb"));
+  EXPECT_EQ(Ask(folder / "klgen.MDB", "SELECT MAX(ASSYEAR) FROM ITSETTING"), "2029");
+}
+
+TEST(CreateCompany, VariantsChangeWhatTheyName) {
+  const struct {
+    const char* variant;
+    const char* question;
+    const char* plain;
+    const char* changed;
+  } cases[] = {
+      {"mar2feb", "SELECT TDSMAR2FEB FROM MAS_OPTSET", "0", "1"},
+      {"refno", "SELECT EMPREFNOYN FROM MAS_OPTSET", "0", "1"},
+      {"classsec", "SELECT CLASSSECURITYN FROM MAS_OPTSET", "0", "1"},
+      {"noadv", "SELECT ADVMGALYN FROM MAS_OPTSETFEATURE", "1", "0"},
+      {"noaudit", "SELECT AUDITTRAILYN FROM MAS_OPTSETFEATURE", "1", "0"},
+      {"nolock", "SELECT EMPLOCKYN FROM MAS_OPTSETFEATURE", "1", "0"},
+      {"round5", "SELECT ROUNDTYPE FROM MAS_OPTSET", "1", "5"},
+      {"nohvn", "SELECT COUNT(*) FROM sqlite_master WHERE name = 'HVN_ATTENDANCE'", "1", "0"},
+      {"midmonth", "SELECT CALCSTARTDATE || ' ' || CALCENDDATE FROM MAS_MONTHYEAR WHERE MONTHYEAR = 24315",
+       "2026-03-01 2026-03-31", "2026-02-26 2026-03-25"},
+  };
+  const Folder folder;
+  auto options = Options(folder / "plain.kldb");
+  CreateCompany(options);
+  for (const auto& c : cases) options.sample.variants.push_back(c.variant);
+  options.file = folder / "changed.kldb";
+  CreateCompany(options);
+  for (const auto& c : cases) {
+    EXPECT_EQ(Ask(folder / "plain.kldb", c.question), c.plain) << c.variant;
+    EXPECT_EQ(Ask(folder / "changed.kldb", c.question), c.changed) << c.variant;
+  }
+}
+
+}  // namespace
+}  // namespace ktl

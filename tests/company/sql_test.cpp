@@ -1,0 +1,86 @@
+#include <array>
+#include <cstdio>
+#include <sstream>
+
+#include "company/sql_command.h"
+#include "database/connection.h"
+#include "sample_company.h"
+
+namespace ktl {
+namespace {
+
+TEST(SqlCommand, RowsComeTabSeparatedUnderTheirNames) {
+  const Folder folder;
+  CreateCompany(Options(folder / "a.kldb"));
+  Connection connection;
+  OpenCompany(connection, folder / "a.kldb");
+  const struct {
+    const char* statement;
+    const char* output;
+  } cases[] = {
+      {"SELECT TOP 2 EMPID, EMPNAME, DOL FROM MAS_EMPLOYEE WHERE EMPID IN (1, 6, 30) ORDER BY EMPID DESC",
+       "EMPID\tEMPNAME\tDOL\n30\tMelvyn D'Souza\tNULL\n6\t"},
+      {"SELECT SIDATE, ACTAMT FROM INS_ADVLOAN WHERE EMPID = 12", "SIDATE\tACTAMT\n10/04/2025\t600000\n"},
+      {"SELECT EMPID FROM MAS_EMPLOYEE WHERE EMPID = 0", "EMPID\n"},
+      {"UPDATE MAS_EMPLOYEE SET lockyn = 1 WHERE EMPID = 2", ""},
+      {"SELECT ISNULL(lockyn, 0) AS L FROM MAS_EMPLOYEE WHERE EMPID = 2", "L\n1\n"},
+  };
+  for (const auto& c : cases) {
+    std::ostringstream out;
+    RunStatement(connection, c.statement, out);
+    EXPECT_EQ(out.str().substr(0, std::string(c.output).size()), c.output) << c.statement;
+  }
+}
+
+struct Ended {
+  int status = 0;
+  std::string output;  // of both kinds
+};
+
+Ended RunCompany(const std::string& arguments) {
+  const std::string command = KTL_BUILD_DIR "/KTLCompany " + arguments + " 2>&1 </dev/null";
+  Ended ended;
+  FILE* pipe = ::popen(command.c_str(), "r");
+  std::array<char, 4096> part;
+  for (std::size_t read; (read = ::fread(part.data(), 1, part.size(), pipe)) > 0;)
+    ended.output.append(part.data(), read);
+  ended.status = WEXITSTATUS(::pclose(pipe));
+  return ended;
+}
+
+TEST(CommandLine, FailuresAreOneLineAndAStatus) {
+  const Folder folder;
+  CreateCompany(Options(folder / "good.kldb"));
+  CreateCompany(Options(folder / "other.kldb"));
+  RawDatabase(folder / "other.kldb").Run("PRAGMA user_version = 99");
+  std::ofstream(folder / "text.kldb")
+      << "This is a letter and no company at all, long enough to be looked at.\n";
+  const std::string in = folder.path().string() + "/";
+  const struct {
+    std::string arguments;
+    int status;
+    std::string mentions;
+  } cases[] = {
+      {"sql " + in + "none.kldb 'SELECT 1'", 1, "none.kldb"},
+      {"sql " + in + " 'SELECT 1'", 1, in.substr(0, in.size() - 1)},
+      {"sql " + in + "text.kldb 'SELECT 1'", 1, "text.kldb"},
+      {"sql " + in + "other.kldb 'SELECT 1'", 1, "99"},
+      {"sql " + in + "good.kldb 'SELECT NOTHING FROM MAS_EMPLOYEE'", 1, "NOTHING"},
+      {"sql " + in + "good.kldb 'FETCH IT'", 1, "FETCH"},
+      {"create " + in + "good.kldb", 1, "--force"},
+      {"create " + in + "new.kldb --asof 2026", 2, "--asof"},
+  };
+  for (const auto& c : cases) {
+    const Ended ended = RunCompany(c.arguments);
+    EXPECT_EQ(ended.status, c.status) << c.arguments;
+    EXPECT_NE(ended.output.find(c.mentions), std::string::npos) << c.arguments << ": " << ended.output;
+    EXPECT_EQ(std::count(ended.output.begin(), ended.output.end(), '\n'), 1) << ended.output;
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder / "none.kldb"));
+  EXPECT_EQ(RunCompany("create").status, 2);
+  EXPECT_EQ(RunCompany("create " + in + "new.kldb --variant nowhere").status, 2);
+  EXPECT_EQ(RunCompany("sql " + in + "good.kldb 'SELECT COUNT(*) AS N FROM MAS_EMPLOYEE'").output, "N\n60\n");
+}
+
+}  // namespace
+}  // namespace ktl

@@ -1,0 +1,168 @@
+#include <gtest/gtest.h>
+
+#include "desktop/at_window.h"
+#include "desktop/toy_screen.h"
+
+namespace ktl {
+namespace {
+
+using Heard = std::vector<std::string>;
+
+class FieldsTest : public testing::Test {
+ protected:
+  QtDesk desk{ToyForms()};
+  ToyScreen screen{desk};
+};
+
+TEST_F(FieldsTest, TypingPassesTheFilterAndKeepsTheCursor) {
+  WorkOn(desk, screen, [this](ScreenWindow& window) {
+    auto& count = Find<QLineEdit>(window, "txtCount");
+    Enter(count, "1a9-");
+    EXPECT_EQ(screen.heard, (Heard{"count 1", "count 19"}));
+    count.setCursorPosition(1);
+    QTest::keyClicks(&count, "45");
+    EXPECT_EQ(screen.txtCount.Text(), "1459");
+    EXPECT_EQ(count.cursorPosition(), 3);
+  });
+}
+
+TEST_F(FieldsTest, EnterLeavesTheFieldAndBackspaceAtItsStartGoesBack) {
+  WorkOn(desk, screen, [this](ScreenWindow& window) {
+    auto& amount = Find<QLineEdit>(window, "txtAmount");
+    Enter(amount, "12");
+    QTest::keyClick(&amount, Qt::Key_Return);
+    Settle();
+    EXPECT_EQ(amount.text(), "12.00");
+    EXPECT_EQ(screen.Focus(), &screen.cmbName);
+    amount.setFocus();
+    QTest::keyClick(&amount, Qt::Key_Home);
+    QTest::keyClick(&amount, Qt::Key_Backspace);
+    EXPECT_EQ(screen.Focus(), &screen.txtCount);
+  });
+}
+
+TEST_F(FieldsTest, WhatThePropertiesSayIsWhatTheFieldDoes) {
+  screen.txtAmount.locked = true;
+  screen.txtAmount.rightAligned = true;
+  screen.txtAmount.backColour = kToolTipColour;
+  screen.txtAmount.toolTip = "paid";
+  screen.txtCount.maxLength = 2;
+  screen.optTwo.enabled = false;
+  WorkOn(desk, screen, [this](ScreenWindow& window) {
+    auto& amount = Find<QLineEdit>(window, "txtAmount");
+    Enter(amount, "5");
+    EXPECT_EQ(amount.text(), "");
+    EXPECT_TRUE(amount.alignment() & Qt::AlignRight);
+    EXPECT_EQ(amount.grab().toImage().pixelColor(amount.width() / 2, 4), QColor("#fff9e0"));
+    EXPECT_EQ(amount.toolTip(), "paid");
+    Enter(Find<QLineEdit>(window, "txtCount"), "123");
+    EXPECT_EQ(screen.txtCount.Text(), "12");
+    EXPECT_FALSE(Find<QRadioButton>(window, "optTwo").isEnabled());
+    screen.fmeMode.visible = false;
+    desk.Refresh();
+    EXPECT_FALSE(Find<QRadioButton>(window, "optOne").isVisible());
+  });
+}
+
+TEST_F(FieldsTest, DoubleClickAndF2OpenTheCalendar) {
+  WorkOn(desk, screen, [this](ScreenWindow& window) {
+    auto& amount = Find<QLineEdit>(window, "txtAmount");
+    QTest::mouseDClick(&amount, Qt::LeftButton);
+    amount.setFocus();
+    QTest::keyClick(&amount, Qt::Key_F2);
+    EXPECT_EQ(screen.heard, (Heard{"calendar", "calendar"}));
+  });
+}
+
+TEST_F(FieldsTest, ComboTakesTypingAndTellsRowsOfTheSameTextApart) {
+  WorkOn(desk, screen, [this](ScreenWindow& window) {
+    auto& combo = Find<QComboBox>(window, "cmbName");
+    combo.setFocus();
+    combo.lineEdit()->selectAll();
+    QTest::keyClicks(&combo, "asha rao");
+    EXPECT_EQ(screen.cmbName.BoundText(), "11");
+    EXPECT_EQ(screen.heard.size(), 8u);  // once a character
+    screen.heard.clear();
+    combo.setCurrentIndex(2);
+    combo.setCurrentIndex(1);
+    EXPECT_EQ(screen.heard, (Heard{"name Dev Nair=13", "name Dev Nair=12"}));
+    combo.clearFocus();
+    QWheelEvent wheel({5, 5}, combo.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&combo, &wheel);
+    EXPECT_EQ(screen.cmbName.BoundText(), "12");
+  });
+}
+
+TEST_F(FieldsTest, EnterInTheSuggestionsChoosesAndMovesOn) {
+  WorkOn(desk, screen, [this](ScreenWindow& window) {
+    auto& combo = Find<QComboBox>(window, "cmbName");
+    Enter(combo, "ish");
+    Settle();
+    QWidget* suggestions = QApplication::activePopupWidget();
+    ASSERT_TRUE(suggestions);
+    QTest::keyClick(suggestions, Qt::Key_Down);
+    QTest::keyClick(suggestions, Qt::Key_Return);
+    Settle();
+    EXPECT_EQ(screen.cmbName.BoundText(), "14");
+    EXPECT_EQ(screen.Focus(), &screen.chkAll);
+  });
+}
+
+TEST_F(FieldsTest, TicksOptionsLabelsAndMenus) {
+  screen.optOne.SetValue(true);
+  screen.heard.clear();
+  WorkOn(desk, screen, [this](ScreenWindow& window) {
+    QTest::keyClick(&Find<QCheckBox>(window, "chkAll"), Qt::Key_Space);
+    QTest::keyClick(&Find<QRadioButton>(window, "optTwo"), Qt::Key_Space);
+    EXPECT_FALSE(screen.optOne.Value());
+    EXPECT_FALSE(Find<QRadioButton>(window, "optOne").isChecked());
+    QTest::mouseClick(&Find<QLabel>(window, "lblHelp"), Qt::LeftButton);
+    EXPECT_EQ(screen.heard, (Heard{"all", "two", "help"}));
+    screen.optTwo.SetValue(false);
+    desk.Refresh();
+    EXPECT_FALSE(Find<QRadioButton>(window, "optTwo").isChecked());
+  });
+}
+
+TEST_F(FieldsTest, PagesFollowTheHandAndTheFocus) {
+  WorkOn(desk, screen, [this](ScreenWindow& window) {
+    auto& tabs = Find<QTabWidget>(window, "tabPages");
+    EXPECT_FALSE(tabs.isTabVisible(2));
+    screen.cmdSave.onClick = [this] { screen.SetFocus(screen.txtOnSecond); };
+    screen.txtOnSecond.SetText("abc");
+    QTest::mouseClick(&Find<QPushButton>(window, "cmdSave"), Qt::LeftButton);
+    EXPECT_EQ(screen.tabPages.Current(), 1u);
+    auto& second = Find<QLineEdit>(window, "txtOnSecond");
+    EXPECT_TRUE(second.hasFocus());
+    EXPECT_EQ(second.selectedText(), "abc");
+    QTest::mouseClick(tabs.tabBar(), Qt::LeftButton, {}, tabs.tabBar()->tabRect(0).center());
+    EXPECT_EQ(screen.heard, (Heard{"page 1", "page 0"}));
+  });
+}
+
+TEST_F(FieldsTest, ListsTimersAndBars) {
+  WorkOn(desk, screen, [this](ScreenWindow& window) {
+    auto& list = Find<QListView>(window, "lstPeople");
+    list.setFocus();
+    list.setCurrentIndex(list.model()->index(1, 0));
+    QTest::keyClick(&list, Qt::Key_Space);
+    Settle();
+    EXPECT_TRUE(screen.lstPeople.rows[1].ticked);
+    EXPECT_EQ(screen.lstPeople.activeRow, 1u);
+    screen.prgWork.value = 40;
+    screen.tmrTick.intervalMs = 1;
+    screen.tmrTick.enabled = true;
+    screen.tmrTick.onTimer = [this] {
+      screen.heard.push_back("timer");
+      screen.tmrTick.enabled = false;
+    };
+    desk.Refresh();
+    EXPECT_EQ(Find<QProgressBar>(window, "prgWork").value(), 40);
+    QTest::qWait(30);
+    EXPECT_EQ(screen.heard, (Heard{"tick 1", "timer"}));
+  });
+}
+
+}  // namespace
+}  // namespace ktl

@@ -1,0 +1,138 @@
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QHeaderView>
+#include <QMenu>
+
+#include "desktop/at_window.h"
+#include "desktop/toy_screen.h"
+
+namespace ktl {
+namespace {
+
+using Heard = std::vector<std::string>;
+enum Column { kPick, kMonth, kId, kAmount };
+
+class GridTest : public testing::Test {
+ protected:
+  void Work(std::function<void(QTableView&)> work) {
+    WorkOn(desk, screen, [work](ScreenWindow& window) { work(Find<QTableView>(window, "fpgRows")); });
+  }
+  static void Click(QTableView& view, int row, int column) {
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, Place(view, row, column));
+    Settle();
+  }
+  static QPoint Place(QTableView& view, int row, int column) {
+    return view.visualRect(view.model()->index(row, column)).center();
+  }
+
+  QtDesk desk{ToyForms()};
+  ToyScreen screen{desk};
+};
+
+TEST_F(GridTest, AClickIsHeardWithItsRowActive) {
+  Work([this](QTableView& view) {
+    Click(view, 1, kAmount);
+    EXPECT_EQ(screen.fpgRows.activeRow, 1u);
+    EXPECT_EQ(screen.heard, Heard{"row 1"});
+    QTest::keyClick(&view, Qt::Key_Down);
+    Settle();
+    EXPECT_EQ(screen.heard, (Heard{"row 1", "row 2"}));
+    QTest::keyClick(&view, Qt::Key_Return);  // a locked cell
+    EXPECT_EQ(screen.heard.back(), "open 2");
+  });
+}
+
+TEST_F(GridTest, ATickIsTheWholeCellAndTheRowIsClickedFirst) {
+  Work([this](QTableView& view) {
+    const QRect cell = view.visualRect(view.model()->index(1, kPick));
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, cell.topLeft() + QPoint(3, 3));
+    Settle();
+    EXPECT_EQ(screen.heard, (Heard{"row 1", "cell 1 1"}));
+    QTest::keyClick(&view, Qt::Key_Space);
+    Settle();
+    EXPECT_EQ(screen.heard.back(), "cell 1 0");
+    screen.fpgRows.At(1, kPick).locked = true;
+    desk.Refresh();
+    Click(view, 1, kPick);
+    EXPECT_FALSE(screen.fpgRows.IsTicked(1, kPick));
+  });
+}
+
+TEST_F(GridTest, ATypedCellIsToldAfterItsEditorIsClosed) {
+  Work([this](QTableView& view) {
+    Click(view, 0, kMonth);
+    screen.heard.clear();
+    screen.fpgRows.onCellChange = [this, &view](std::size_t, std::size_t column) {
+      screen.heard.push_back(screen.fpgRows.Text(0, column));
+      EXPECT_FALSE(view.isPersistentEditorOpen(view.currentIndex()));
+      screen.fpgRows.At(0, column).text = "Jul/2026";
+    };
+    QTest::keyClick(&view, Qt::Key_F2);
+    auto* editor = view.viewport()->findChild<QLineEdit*>();
+    ASSERT_TRUE(editor);
+    editor->selectAll();
+    QTest::keyClicks(editor, "7/2026");
+    QTest::keyClick(editor, Qt::Key_Return);
+    Settle();
+    EXPECT_EQ(screen.heard, Heard{"7/2026"});
+    EXPECT_EQ(view.model()->index(0, kMonth).data().toString(), "Jul/2026");
+    view.setCurrentIndex(view.model()->index(0, kAmount));
+    QTest::keyClick(&view, Qt::Key_F2);
+    EXPECT_FALSE(view.viewport()->findChild<QLineEdit*>());  // locked
+  });
+}
+
+TEST_F(GridTest, ShowsWhatTheControlHolds) {
+  screen.fpgRows.rows[1].hidden = true;
+  screen.fpgRows.activeRow = 2;
+  screen.fpgRows.PaintRow(2, 0xC0FFC0);
+  Work([this](QTableView& view) {
+    EXPECT_TRUE(view.isColumnHidden(kId));
+    EXPECT_TRUE(view.isRowHidden(1));
+    EXPECT_EQ(view.currentIndex().row(), 2);
+    EXPECT_EQ(view.model()->index(2, kMonth).data(Qt::BackgroundRole).value<QColor>(),
+              QColor(0xC0, 0xFF, 0xC0));
+    EXPECT_EQ(view.horizontalHeader()->length(), view.viewport()->width());
+    screen.fpgRows.rows[1].hidden = false;
+    screen.fpgRows.rows.pop_back();
+    screen.fpgRows.activeRow = kNoRow;
+    desk.Refresh();
+    EXPECT_FALSE(view.isRowHidden(1));
+    EXPECT_EQ(view.model()->rowCount(), 2);
+    EXPECT_FALSE(view.currentIndex().isValid());
+  });
+}
+
+TEST_F(GridTest, CopiesSelectionOrAll) {
+  screen.fpgRows.At(0, kPick).text = "1";
+  screen.fpgRows.rows[2].hidden = true;
+  Work([](QTableView& view) {
+    const QString heading = "Pick\tMonth\tAmount\n";
+    view.setFocus();
+    view.clearSelection();
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+    const QString all = heading + "Yes\tApr/2026\t100.00\nNo\tMay/2026\t200.00\n";
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), all);
+    Click(view, 1, kMonth);
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), heading + "No\tMay/2026\t200.00\n");
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), all);
+  });
+}
+
+TEST_F(GridTest, TheRightButtonOpensTheScreensMenu) {
+  Work([this](QTableView& view) {
+    QTimer::singleShot(20, qApp, [] {
+      auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+      ASSERT_TRUE(menu);
+      QTest::keyClick(menu, Qt::Key_X);
+    });
+    emit view.customContextMenuRequested(Place(view, 0, kMonth));
+    EXPECT_EQ(screen.heard, Heard{"export"});
+  });
+}
+
+}  // namespace
+}  // namespace ktl

@@ -1,0 +1,185 @@
+#include <gtest/gtest.h>
+
+#include "desktop/at_window.h"
+#include "desktop/toy_screen.h"
+
+namespace ktl {
+namespace {
+
+using Heard = std::vector<std::string>;
+
+class WindowsTest : public testing::Test {
+ protected:
+  // Opens the screen and presses its button, which does this.
+  void OnSave(Handler handler) {
+    screen.cmdSave.onClick = std::move(handler);
+    WorkOn(desk, screen, [](ScreenWindow& window) { PressSave(window); });
+  }
+  static void PressSave(ScreenWindow& window) {
+    QTest::mouseClick(&Find<QPushButton>(window, "cmdSave"), Qt::LeftButton);
+  }
+
+  QtDesk desk{ToyForms()};
+  ToyScreen screen{desk};
+};
+
+struct BoxCase {
+  const char* name;
+  Buttons buttons;
+  Answer preset;
+  int closesItselfMs;
+  Qt::Key key;
+  Answer expected;
+};
+
+class BoxTest : public WindowsTest, public testing::WithParamInterface<BoxCase> {};
+
+TEST_P(BoxTest, Answers) {
+  const BoxCase& c = GetParam();
+  Answer answer = Answer::Cancel;
+  OnSave([&] {
+    OnNext<QMessageBox>([&c](QMessageBox& box) {
+      EXPECT_EQ(box.text(), "one\ntwo");
+      EXPECT_EQ(box.windowTitle(), "Title");
+      if (c.key != Qt::Key_unknown) QTest::keyClick(&box, c.key);
+    });
+    answer = desk.MsgBox({"one\r\ntwo", c.buttons, Icon::Question, c.preset, "Title", c.closesItselfMs});
+  });
+  EXPECT_EQ(answer, c.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Boxes, BoxTest,
+    testing::Values(
+        BoxCase{"EnterTakesTheDefault", Buttons::YesNo, Answer::No, 0, Qt::Key_Return, Answer::No},
+        BoxCase{"EnterTakesAnotherDefault", Buttons::YesNo, Answer::Yes, 0, Qt::Key_Return, Answer::Yes},
+        BoxCase{"ALetterAnswers", Buttons::YesNo, Answer::No, 0, Qt::Key_Y, Answer::Yes},
+        BoxCase{"EscapeOfTwo", Buttons::YesNo, Answer::Yes, 0, Qt::Key_Escape, Answer::No},
+        BoxCase{"EscapeOfThree", Buttons::YesNoCancel, Answer::Yes, 0, Qt::Key_Escape, Answer::Cancel},
+        BoxCase{"EscapeOfOne", Buttons::OK, Answer::OK, 0, Qt::Key_Escape, Answer::OK},
+        BoxCase{"ClosesItself", Buttons::OKCancel, Answer::OK, 20, Qt::Key_unknown, Answer::OK}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST_F(WindowsTest, AFieldIsLeftBeforeTheButtonWorks) {
+  WorkOn(desk, screen, [this](ScreenWindow& window) {
+    Enter(Find<QLineEdit>(window, "txtAmount"), "12");
+    QTest::keyClick(&window, Qt::Key_S, Qt::AltModifier);
+    EXPECT_EQ(screen.heard, Heard{"save 12.00"});
+    auto& save = Find<QPushButton>(window, "cmdSave");
+    QTest::keyClick(&save, Qt::Key_Return);
+    EXPECT_EQ(screen.heard.size(), 2u);
+    screen.cmdSave.enabled = false;
+    desk.Refresh();
+    QTest::mouseClick(&save, Qt::LeftButton);
+    EXPECT_EQ(screen.heard.size(), 2u);
+  });
+}
+
+TEST_F(WindowsTest, ABoxOfTheLeftFieldTakesTheClickAway) {
+  screen.txtAmount.onLeave = [this] {
+    desk.Inform("too much", "Toy");
+    screen.txtAmount.SetText("");
+    screen.SetFocus(screen.txtAmount);
+  };
+  for (const bool byMouse : {true, false}) {
+    ToyScreen& toy = screen;
+    WorkOn(desk, toy, [this, byMouse](ScreenWindow& window) {
+      auto& amount = Find<QLineEdit>(window, "txtAmount");
+      Enter(amount, "99");
+      OnNext<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); });
+      if (byMouse) {
+        PressSave(window);
+      } else {
+        QTest::keyClick(&window, Qt::Key_S, Qt::AltModifier);
+      }
+      Settle();
+      EXPECT_EQ(screen.heard, Heard{}) << byMouse;
+      EXPECT_TRUE(amount.hasFocus()) << byMouse;
+      EXPECT_EQ(amount.text(), "") << byMouse;
+    });
+  }
+}
+
+TEST_F(WindowsTest, WhatAHandlerChangedIsSeenUnderTheBoxAndInALongRun) {
+  OnSave([this] {
+    screen.lblHelp.caption = "saving";
+    OnNext<QMessageBox>([](QMessageBox& box) {
+      EXPECT_EQ(Find<QLabel>(*box.parentWidget(), "lblHelp").text(), "saving");
+      box.done(QMessageBox::Ok);
+    });
+    desk.Inform("saved", "Toy");
+    auto* window = TopDialog<ScreenWindow>();
+    screen.lblHelp.caption = "half";
+    desk.Refresh();
+    EXPECT_EQ(Find<QLabel>(*window, "lblHelp").text(), "half");
+  });
+}
+
+TEST_F(WindowsTest, AChildWorksOnItsParentWhileItIsOpen) {
+  ToyScreen child(desk);
+  child.cmdSave.onClick = [&] {
+    screen.lblHelp.caption = "from the child";
+    child.Unload();
+  };
+  QWidget* parent = nullptr;
+  OnSave([&] {
+    parent = TopDialog<ScreenWindow>();
+    OnNext<ScreenWindow>([&](ScreenWindow& window) {
+      EXPECT_EQ(window.parentWidget(), parent);
+      PressSave(window);
+      EXPECT_EQ(Find<QLabel>(*parent, "lblHelp").text(), "from the child");
+    });
+    desk.ShowModal(child);
+    screen.heard.push_back("back");
+  });
+  EXPECT_EQ(screen.heard, Heard{"back"});
+  EXPECT_TRUE(child.IsUnloaded());
+}
+
+TEST_F(WindowsTest, AScreenMayRefuseToClose) {
+  int asked = 0;
+  bool agrees = false;
+  screen.mayClose = [&] {
+    ++asked;
+    return agrees;
+  };
+  WorkOn(desk, screen, [&](ScreenWindow& window) {
+    QTest::keyClick(&window, Qt::Key_Escape);
+    window.close();
+    EXPECT_EQ(asked, 2);
+    EXPECT_TRUE(window.isVisible());
+    agrees = true;
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_TRUE(screen.IsUnloaded());
+  });
+  EXPECT_EQ(asked, 3);
+}
+
+TEST_F(WindowsTest, AFailureThatNoHandlerCaughtEndsEveryScreen) {
+  ToyScreen child(desk);
+  child.cmdSave.onClick = [] { throw std::runtime_error("disk full"); };
+  try {
+    OnSave([&] {
+      OnNext<ScreenWindow>([](ScreenWindow& window) { PressSave(window); });
+      desk.ShowModal(child);
+      ADD_FAILURE() << "came back";
+    });
+    ADD_FAILURE() << "nothing thrown";
+  } catch (const std::runtime_error& failure) {
+    EXPECT_STREQ(failure.what(), "disk full");
+  }
+  EXPECT_FALSE(TopDialog<QDialog>());
+}
+
+TEST_F(WindowsTest, ThePictureEndsTheRun) {
+  const QString file = QDir::tempPath() + "/ktl_desktop_picture.png";
+  QFile::remove(file);
+  desk.TakePicture(file.toStdString());
+  EXPECT_THROW(desk.ShowModal(screen), PictureTaken);
+  EXPECT_GT(QImage(file).width(), 600);
+  QFile::remove(file);
+}
+
+}  // namespace
+}  // namespace ktl
