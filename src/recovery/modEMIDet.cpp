@@ -3,7 +3,7 @@
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "database/recordset.h"
-#include "frame/error_box.h"
+#include "frame/modExternal.h"
 #include "frame/rights.h"
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
@@ -235,7 +235,7 @@ void modEMIDet::txtToMonth_LostFocus() { txtToMonth.SetText(FnStrCorrectMonth(tx
 
 void modEMIDet::cmdInstitution_Click() {
   if (FnBlnPermitted(session_, cmdInstitution)) return;
-  OpenInstitutionMaster(session_, key_.siType);
+  OpenInstitutionMaster(session_);
   FillInstitutions();
 }
 
