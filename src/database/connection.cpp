@@ -20,7 +20,8 @@ constexpr std::string_view kCompanyProvider = "SQLite";
 constexpr std::string_view kLocalStoreProvider = "Microsoft.Jet.OLEDB.4.0";
 
 bool IsServerProvider(const std::string& provider) {
-  return EqualsNoCase(provider, "SQLOLEDB.1") || EqualsNoCase(provider, "SQLOLEDB") || EqualsNoCase(provider, "SQLNCLI");
+  return EqualsNoCase(provider, "SQLOLEDB.1") || EqualsNoCase(provider, "SQLOLEDB") ||
+         EqualsNoCase(provider, "SQLNCLI");
 }
 
 FileKind KindOfFile(const std::string& provider) {
@@ -48,7 +49,8 @@ void Connection::SetStatementLog(const std::string& file) {
 void Connection::Open(const std::string& connectionString) {
   Close();
   const FileKind kind = KindOfFile(ConnectionSetting(connectionString, "Provider"));
-  SqliteDatabase file = OpenSqliteFile(ConnectionSetting(connectionString, "Data Source"), kind, connectionTimeout_);
+  SqliteDatabase file =
+      OpenSqliteFile(ConnectionSetting(connectionString, "Data Source"), kind, connectionTimeout_);
   file.SetBusyTimeout(commandTimeout_);
   driver_ = std::make_unique<SqliteDriver>(std::move(file), kind, client_);
 }
@@ -75,12 +77,14 @@ auto Connection::Timed(std::string_view sql, Work work, Rows rows) {
 }
 
 std::int64_t Connection::Execute(std::string_view sql) {
-  return Timed(sql, [&] { return driver().Execute(sql); }, [](std::int64_t rows) { return rows; });
+  return Timed(
+      sql, [&] { return driver().Execute(sql); }, [](std::int64_t rows) { return rows; });
 }
 
 ResultSet Connection::Query(std::string_view sql, Fetch fetch, bool updatable) {
-  return Timed(sql, [&] { return driver().Query(sql, fetch, updatable); },
-               [](const ResultSet& result) { return std::ssize(result.rows); });
+  return Timed(
+      sql, [&] { return driver().Query(sql, fetch, updatable); },
+      [](const ResultSet& result) { return std::ssize(result.rows); });
 }
 
 std::optional<Value> Connection::FirstValue(std::string_view sql) {

@@ -16,14 +16,16 @@ namespace ktl {
 
 class StatementLog;
 
-// Who speaks through a connection: what HOST_NAME() answers and whom the host's procedures take for signed on.
+// Who speaks through a connection: what HOST_NAME() answers and whom the host's procedures take for signed
+// on.
 struct ClientIdentity {
   std::string hostName;
   std::string userName;
   std::function<Date()> now;  // the clock that the audit table's time comes from
 };
 
-// The shared database connection. Texts are Transact-SQL; the driver makes of them what its database understands.
+// The shared database connection. Texts are Transact-SQL; the driver makes of them what its database
+// understands.
 class Connection {
  public:
   Connection();
@@ -38,14 +40,16 @@ class Connection {
   // A file to which every statement goes as it was said, one a line: microseconds, rows, text. "" for none.
   void SetStatementLog(const std::string& file);
 
-  // "Provider=SQLite;Data Source=FILE;" is an embedded company; "Provider=Microsoft.Jet.OLEDB.4.0" is the local store,
-  // a file of the same kind without a schema version. Any other provider is refused until its driver is there.
-  // Throws DatabaseError: no such file, a directory, no company, another schema version, not writable, locked.
+  // "Provider=SQLite;Data Source=FILE;" is an embedded company; "Provider=Microsoft.Jet.OLEDB.4.0" is the
+  // local store, a file of the same kind without a schema version. Any other provider is refused until its
+  // driver is there. Throws DatabaseError: no such file, a directory, no company, another schema version, not
+  // writable, locked.
   void Open(const std::string& connectionString);
   void Close();
   bool IsOpen() const { return driver_ != nullptr; }
 
-  // Runs a text to its end (a batch, a procedure call, a query whose rows nobody wants): rows changed, or rows read.
+  // Runs a text to its end (a batch, a procedure call, a query whose rows nobody wants): rows changed, or
+  // rows read.
   std::int64_t Execute(std::string_view sql);
   // The rows of a query; of a batch, those of its first query.
   ResultSet Query(std::string_view sql, Fetch fetch = Fetch::AllRows, bool updatable = false);

@@ -8,7 +8,8 @@ std::string ConnectionSetting(std::string_view connectionString, std::string_vie
   for (const auto& part : Split(connectionString, ";")) {
     const auto equals = part.find('=');
     if (equals == std::string::npos) continue;
-    if (EqualsNoCase(Trim(std::string_view(part).substr(0, equals)), key)) return Trim(std::string_view(part).substr(equals + 1));
+    if (EqualsNoCase(Trim(std::string_view(part).substr(0, equals)), key))
+      return Trim(std::string_view(part).substr(equals + 1));
   }
   return "";
 }

@@ -6,13 +6,13 @@ namespace ktl {
 
 // Number of a failure that the driver reports without one of its own.
 inline constexpr long kGenericDatabaseError = -2147467259;
-inline constexpr long kStatementError = -2147217900;    // a text that cannot be read or prepared
-inline constexpr long kIntegrityError = -2147217873;    // a key or a check is violated
+inline constexpr long kStatementError = -2147217900;  // a text that cannot be read or prepared
+inline constexpr long kIntegrityError = -2147217873;  // a key or a check is violated
 inline constexpr long kNoSuchTableError = -2147217865;
-inline constexpr long kRowGoneError = -2147217864;      // the row to update is no longer there
+inline constexpr long kRowGoneError = -2147217864;  // the row to update is no longer there
 inline constexpr long kNoCurrentRowError = 3021;
 inline constexpr long kNoSuchFieldError = 3265;
-inline constexpr long kWrongTypeError = 3421;           // a value that does not fit its field
+inline constexpr long kWrongTypeError = 3421;  // a value that does not fit its field
 
 // The only exception of the data layer.
 class DatabaseError : public RuntimeError {

@@ -21,7 +21,7 @@ struct ResultRow {
 struct ResultSet {
   std::vector<std::string> columns;  // in the spelling of the query
   std::vector<ResultRow> rows;
-  std::string baseTable;             // of an updatable result, else empty
+  std::string baseTable;  // of an updatable result, else empty
 };
 
 struct Assignment {

@@ -10,7 +10,8 @@ namespace ktl {
 
 void Recordset::Open(Connection& cn, std::string_view sql, OpenMode mode) {
   Close();
-  result_ = cn.Query(sql, mode == OpenMode::AddOnly ? Fetch::NoRows : Fetch::AllRows, mode != OpenMode::ReadOnly);
+  result_ =
+      cn.Query(sql, mode == OpenMode::AddOnly ? Fetch::NoRows : Fetch::AllRows, mode != OpenMode::ReadOnly);
   cn_ = &cn;
   mode_ = mode;
 }
@@ -76,7 +77,8 @@ void Recordset::Update() {
     position_ = result_.rows.size();
     result_.rows.push_back({std::vector<Value>(result_.columns.size(), Null{}), key});
   }
-  for (const auto& assignment : values) result_.rows[position_].values[IndexOf(assignment.column)] = assignment.value;
+  for (const auto& assignment : values)
+    result_.rows[position_].values[IndexOf(assignment.column)] = assignment.value;
 }
 
 }  // namespace ktl

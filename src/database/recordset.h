@@ -15,8 +15,8 @@ enum class OpenMode {
   AddOnly,  // the same, opened only to add rows: nothing is read
 };
 
-// A client cursor: the rows are read whole at open, so that the database may be written while they are walked.
-// Fields are found by index or by name without regard to case; of doubled names the first one counts.
+// A client cursor: the rows are read whole at open, so that the database may be written while they are
+// walked. Fields are found by index or by name without regard to case; of doubled names the first one counts.
 // Reading a field with no current row, or an unknown field, throws DatabaseError 3021 or 3265.
 class Recordset {
  public:
@@ -38,12 +38,12 @@ class Recordset {
   bool HasField(std::string_view field) const;
   const std::vector<std::string>& Fields() const { return result_.columns; }
 
-  // From the current row on, the first row whose field equals the text (letter case ignored); false and at the end
-  // when there is none.
+  // From the current row on, the first row whose field equals the text (letter case ignored); false and at
+  // the end when there is none.
   bool Find(std::string_view field, std::string_view text);
 
-  // AddNew, Set..., Update adds a row; Set..., Update changes the current one. The rows read stay as they are but
-  // for the row written.
+  // AddNew, Set..., Update adds a row; Set..., Update changes the current one. The rows read stay as they are
+  // but for the row written.
   void AddNew();
   void Set(std::string_view field, Value value);
   void Update();

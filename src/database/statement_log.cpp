@@ -14,7 +14,8 @@ StatementLog::StatementLog(const std::string& file) : file_(file, std::ios::app)
 
 void StatementLog::Write(std::chrono::microseconds time, std::int64_t rows, std::string_view text) {
   std::string line(text);
-  std::ranges::replace_if(line, [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
+  std::ranges::replace_if(
+      line, [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
   file_ << fmt::format("{}\t{}\t{}\n", time.count(), rows, line) << std::flush;
 }
 

@@ -8,8 +8,8 @@
 
 namespace ktl {
 
-// Every statement as it was said, one a line: microseconds, rows, text, with tabs between them. Rows are -1 for a
-// statement that failed; line breaks in the text become blanks.
+// Every statement as it was said, one a line: microseconds, rows, text, with tabs between them. Rows are -1
+// for a statement that failed; line breaks in the text become blanks.
 class StatementLog {
  public:
   // Adds to the file. Throws DatabaseError when it cannot be written.

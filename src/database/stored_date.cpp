@@ -28,11 +28,13 @@ std::string StoredDate(const Date& date) {
 
 std::optional<Date> FromStoredDate(std::string_view text) {
   if ((text.size() != 10 && text.size() != 19) || text[4] != '-' || text[7] != '-') return std::nullopt;
-  const int year = Digits(text.substr(0, 4)), month = Digits(text.substr(5, 2)), day = Digits(text.substr(8, 2));
+  const int year = Digits(text.substr(0, 4)), month = Digits(text.substr(5, 2)),
+            day = Digits(text.substr(8, 2));
   if (year < 0 || month < 0 || day < 0) return std::nullopt;
   if (text.size() == 10) return Date::FromYmd(year, month, day);
   if (text[10] != ' ' || text[13] != ':' || text[16] != ':') return std::nullopt;
-  const int hour = Digits(text.substr(11, 2)), minute = Digits(text.substr(14, 2)), second = Digits(text.substr(17));
+  const int hour = Digits(text.substr(11, 2)), minute = Digits(text.substr(14, 2)),
+            second = Digits(text.substr(17));
   if (hour < 0 || minute < 0 || second < 0) return std::nullopt;
   return Date::FromYmd(year, month, day, hour, minute, second);
 }

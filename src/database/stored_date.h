@@ -8,8 +8,8 @@
 
 namespace ktl {
 
-// How the embedded database keeps a date, so that text order is time order: "2010-04-26", with " 09:30:00" behind it
-// only when the time is not midnight.
+// How the embedded database keeps a date, so that text order is time order: "2010-04-26", with " 09:30:00"
+// behind it only when the time is not midnight.
 std::string StoredDate(const Date& date);
 // Nothing for a text of any other form.
 std::optional<Date> FromStoredDate(std::string_view text);

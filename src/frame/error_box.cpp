@@ -8,11 +8,15 @@
 namespace ktl {
 
 Handler WithErrorBox(Session& session, Handler handler) {
-  return [&session, handler = std::move(handler)] {
+  return WithErrorBox(session, std::move(handler), session.title);
+}
+
+Handler WithErrorBox(Session& session, Handler handler, std::string title) {
+  return [&session, handler = std::move(handler), title = std::move(title)] {
     try {
       handler();
     } catch (const RuntimeError& error) {
-      session.desk.ShowError(fmt::format("{}\t{}", error.number(), error.description()), session.title);
+      session.desk.ShowError(fmt::format("{}\t{}", error.number(), error.description()), title);
     }
   };
 }

@@ -5,6 +5,7 @@
 
 #include "common/amounts.h"
 #include "database/recordset.h"
+#include "frame/error_box.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "instructions/instruction_type.h"
@@ -103,17 +104,14 @@ void modSIMaster::ConnectKeyFilters() {
   };
 }
 
-void modSIMaster::Guard(void (modSIMaster::*work)()) {
-  try {
-    (this->*work)();
-  } catch (const RuntimeError& error) {
-    session_.desk.ShowError(error.description(), "Error");
-  }
+Handler modSIMaster::Guarded(void (modSIMaster::*work)()) {
+  return WithErrorBox(
+      session_, [this, work] { (this->*work)(); }, "Error");
 }
 
-void modSIMaster::Form_Load() { Guard(&modSIMaster::OpenForm); }
+void modSIMaster::Form_Load() { Guarded (&modSIMaster::OpenForm)(); }
 
-void modSIMaster::Form_Activate() { Guard(&modSIMaster::ShowForType); }
+void modSIMaster::Form_Activate() { Guarded (&modSIMaster::ShowForType)(); }
 
 void modSIMaster::OpenForm() {
   caption_ = InstructionCaption(session_, session_.SIType);
@@ -310,7 +308,7 @@ void modSIMaster::cmdNew_Click() {
   SetFocus(txtSIName);
 }
 
-void modSIMaster::cmdSave_Click() { Guard(&modSIMaster::Save); }
+void modSIMaster::cmdSave_Click() { Guarded (&modSIMaster::Save)(); }
 
 void modSIMaster::Save() {
   if (FnBlnPermitted(session_, cmdSave)) return;
@@ -365,7 +363,7 @@ bool modSIMaster::MayDropHouseLoan(const InstructionMaster& master) {
   return true;
 }
 
-void modSIMaster::cmdDelete_Click() { Guard(&modSIMaster::Delete); }
+void modSIMaster::cmdDelete_Click() { Guarded (&modSIMaster::Delete)(); }
 
 void modSIMaster::Delete() {
   if (FnBlnPermitted(session_, cmdDelete) || clickedName_.empty()) return;

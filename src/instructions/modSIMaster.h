@@ -79,8 +79,8 @@ class modSIMaster final : public Screen {
  private:
   void ConnectHandlers();
   void ConnectKeyFilters();
-  // Runs a handler; a failure ends it with a box.
-  void Guard(void (modSIMaster::*work)());
+  // A failure ends the handler with a box.
+  Handler Guarded(void (modSIMaster::*work)());
   void OpenForm();
   void ShowForType();
   void SetUpGrid();

@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <memory>
 
 #include "company/schema_texts.h"
-#include "database/recordset.h"
+#include "database/drivers/sqlite_file.h"
+#include "frame/connect.h"
 #include "instructions/instruction_master_dialect.h"
 #include "screen/person.h"
+#include "support/company_fixture.h"
 #include "support/fake_machine.h"
 #include "support/scripted_desk.h"
 
@@ -16,11 +19,9 @@ namespace ktl {
 class MasterScreen : public testing::Test {
  protected:
   MasterScreen() {
-    session.Cn.Open("");
     machine.settings.Set("Settings", "DBType", "SQL");
     machine.settings.Set("Settings", "User", "RAVI");
-    Run(kSchemaText);
-    Run(kSeedText);
+    OpenConnection(session, company.ConnectionString());
     Run("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 0");
     Run("INSERT INTO MAS_TDSREF (TDSREFNO, TDSREF, TYPEID) VALUES (5, '80C', 2), (6, '80CCC', 2), (8, '80G', "
         "2),"
@@ -36,19 +37,19 @@ class MasterScreen : public testing::Test {
     return screen;
   }
 
-  void Run(const std::string& sql) { session.Cn.Execute(sql); }
-
-  // The fields parted by "|", each row ended by a line feed, null as "~".
-  std::string Rows(const std::string& sql) {
-    std::string text;
-    for (Recordset rows(session.Cn, sql); !rows.Eof(); rows.MoveNext()) {
-      for (std::size_t field = 0; field < rows.Fields().size(); ++field)
-        text += (field == 0 ? "" : "|") + (rows[field].IsNull() ? "~" : rows[field].ToText());
-      text += "\n";
-    }
-    return text;
+  // The local store, which the marking of tax flags reads.
+  void MakeLocalStore() {
+    machine.folder.path = company.File().string() + "-folder";
+    std::filesystem::create_directory(machine.folder.path);
+    CreateSqliteFile(machine.folder.path + "/klgen.MDB", {kLocalText});
   }
 
+  ~MasterScreen() override { std::filesystem::remove_all(machine.folder.path); }
+
+  void Run(const std::string& sql) { company.Execute(sql); }
+  std::string Rows(const std::string& sql) { return company.Rows(sql); }
+
+  test::TestCompany company;
   FakeMachine machine;
   ScriptedDesk desk;
   Session session{machine.machine(), desk};
@@ -134,7 +135,7 @@ TEST_F(MasterScreen, RefusesOneFaultAfterTheOther) {
   EXPECT_EQ(desk.LastBox().title, "Saving Information");
   EXPECT_EQ(Rows("SELECT SINAME, ACCCODE, TDSYN, TDSREFNO, SIPREF, SEPPIYN, SBIIFBYN, AMTLIMIT, ALLOWLIMIT,"
                  " EMIRECCNT, INTRRATE, REDUCINGBALYN FROM INS_MASTER WHERE SINAME = 'House Loan'"),
-            "House Loan|~|0|~|~|0|0|250000|2|36|10.5|1\n");
+            "House Loan|NULL|0|NULL|NULL|0|0|250000|2|36|10.5|1");
   EXPECT_EQ(screen->fpgSIMaster.rows.size(), 3u);
   EXPECT_EQ(screen->txtSIName.Text() + screen->txtMaxAmount.Text(), "");
 }
@@ -150,12 +151,12 @@ TEST_F(MasterScreen, AsksForTheSectionOfTaxedPremiums) {
   EXPECT_EQ(screen->cmbSection.Rows(), (std::vector<ListRow>{{"80C", "5"}, {"80CCC", "6"}}));
   Pick(screen->cmbSection, "80CCC");
   Click(screen->cmdSave);
-  EXPECT_EQ(Rows("SELECT TDSYN, TDSREFNO FROM INS_MASTER"), "1|6\n");
+  EXPECT_EQ(Rows("SELECT TDSYN, TDSREFNO FROM INS_MASTER"), "1|6");
   ClickRow(screen->fpgSIMaster, 0);
   EXPECT_EQ(screen->fpgSIMaster.Text(0, modSIMaster::ColSection), "80CCC");
   Tick(screen->chkTDSAppl, false);
   Click(screen->cmdSave);
-  EXPECT_EQ(Rows("SELECT TDSYN, TDSREFNO FROM INS_MASTER"), "0|~\n");
+  EXPECT_EQ(Rows("SELECT TDSYN, TDSREFNO FROM INS_MASTER"), "0|NULL");
 }
 
 TEST_F(MasterScreen, KeepsNamesAsTyped) {
@@ -168,7 +169,7 @@ TEST_F(MasterScreen, KeepsNamesAsTyped) {
     ClickRow(screen->fpgSIMaster, 0);
     Type(screen->txtAccCode, "A'1");
     Click(screen->cmdSave);
-    EXPECT_EQ(Rows("SELECT SINAME, ACCCODE FROM INS_MASTER"), name + "|A'1\n");
+    EXPECT_EQ(Rows("SELECT SINAME, ACCCODE FROM INS_MASTER"), name + "|A'1");
     ClickRow(screen->fpgSIMaster, 0);
     desk.WillAnswer({Answer::Yes});
     Click(screen->cmdDelete);
@@ -182,11 +183,11 @@ TEST_F(MasterScreen, CarriesARenameOverToTheInstructions) {
     std::string newName;
     std::string instructions;  // of the type, then of the other types
   } cases[] = {
-      {1501, "Festival Advance",
-       "INS_ADVLOAN 1 Festival Advance\nINS_ADVLOAN 2 Old Name\nINS_OTHER 3 Old Name\n"},
-      {1503, "Life's Cover", "INS_ADVLOAN 1 Old Name\nINS_ADVLOAN 2 Old Name\nINS_OTHER 3 Life's Cover\n"},
-      {1501, "OLD NAME", "INS_ADVLOAN 1 OLD NAME\nINS_ADVLOAN 2 Old Name\nINS_OTHER 3 Old Name\n"},
+      {1501, "Festival Advance", "1|Festival Advance\n2|Old Name,3|Old Name"},
+      {1503, "Life's Cover", "1|Old Name\n2|Old Name,3|Life's Cover"},
+      {1501, "OLD NAME", "1|OLD NAME\n2|Old Name,3|Old Name"},
   };
+  MakeLocalStore();
   for (const auto& c : cases) {
     SCOPED_TRACE(c.newName);
     Run("DELETE FROM INS_MASTER; DELETE FROM INS_ADVLOAN; DELETE FROM INS_OTHER;"
@@ -201,9 +202,8 @@ TEST_F(MasterScreen, CarriesARenameOverToTheInstructions) {
     EXPECT_EQ(desk.LastBox().text, "Updated");
     EXPECT_EQ(screen->fpgSIMaster.rows.size(), 1u);
     EXPECT_EQ(screen->fpgSIMaster.Text(0, modSIMaster::ColName), c.newName);
-    EXPECT_EQ(Rows("SELECT 'INS_ADVLOAN ' + CAST(SITYPE AS VARCHAR) + ' ' + SINAME FROM INS_ADVLOAN ORDER BY "
-                   "SITYPE") +
-                  Rows("SELECT 'INS_OTHER ' + CAST(SITYPE AS VARCHAR) + ' ' + OTHNAME FROM INS_OTHER"),
+    EXPECT_EQ(Rows("SELECT SITYPE, SINAME FROM INS_ADVLOAN ORDER BY SITYPE") + "," +
+                  Rows("SELECT SITYPE, OTHNAME FROM INS_OTHER"),
               c.instructions);
   }
 }
@@ -217,7 +217,7 @@ TEST_F(MasterScreen, LeavesTheNameWhenARenameCannotBeCarriedOver) {
   Click(screen->cmdSave);
   EXPECT_EQ(desk.LastBox().title, "Error");
   EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
-  EXPECT_EQ(Rows("SELECT SINAME FROM INS_MASTER"), "Old Name\n");
+  EXPECT_EQ(Rows("SELECT SINAME FROM INS_MASTER"), "Old Name");
 }
 
 TEST_F(MasterScreen, EmptiesAdvancedColumnsOfACompanyWithoutThem) {
@@ -236,8 +236,8 @@ TEST_F(MasterScreen, EmptiesAdvancedColumnsOfACompanyWithoutThem) {
       Tick(screen->chkInterestRate, false);
     }
     Click(screen->cmdSave);
-    EXPECT_EQ(Rows(columns), advanced ? "1234567.5|~|36|~|0|1|1\n" : "~|~|~|~|0|1|1\n");
-    EXPECT_EQ(Rows("SELECT TDSYN FROM INS_MASTER"), "1\n") << "the hidden box follows the row";
+    EXPECT_EQ(Rows(columns), advanced ? "1234567.5|NULL|36|NULL|0|1|1" : "NULL|NULL|NULL|NULL|0|1|1");
+    EXPECT_EQ(Rows("SELECT TDSYN FROM INS_MASTER"), "1") << "the hidden box follows the row";
     ClickRow(screen->fpgSIMaster, 0);
     Tick(screen->chkType, false);
     EXPECT_FALSE(screen->chkSBIInt.enabled || screen->chkSBIInt.Value());
@@ -264,11 +264,11 @@ TEST_F(MasterScreen, AsksBeforeHouseLoanDetailsGo) {
       "TDS details for House Loan found.\r\nRemoving 'House Loan' status will remove these details.\r\n"
       "Do you want to continue?";
   EXPECT_EQ(save(Answer::No), std::vector<std::string>{question});
-  EXPECT_EQ(Rows("SELECT SERIALNO FROM INS_HLOAN_VAL"), "1\n2\n");
+  EXPECT_EQ(Rows("SELECT SERIALNO FROM INS_HLOAN_VAL"), "1\n2");
   // The refusal that comes after the Yes does not bring the details back.
   EXPECT_EQ(save(Answer::Yes).size(), 2u);
-  EXPECT_EQ(Rows("SELECT SERIALNO FROM INS_HLOAN") + Rows("SELECT SERIALNO FROM INS_HLOAN_VAL"), "2\n2\n");
-  EXPECT_EQ(Rows("SELECT ACCCODE FROM INS_MASTER WHERE SINAME = 'House Loan'"), "~\n");
+  EXPECT_EQ(Rows("SELECT SERIALNO FROM INS_HLOAN") + "," + Rows("SELECT SERIALNO FROM INS_HLOAN_VAL"), "2,2");
+  EXPECT_EQ(Rows("SELECT ACCCODE FROM INS_MASTER WHERE SINAME = 'House Loan'"), "NULL");
   Type(screen->txtDedPref, "1");
   Click(screen->cmdSave);
   EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Updated"});
@@ -293,8 +293,7 @@ TEST_F(MasterScreen, DeletesOnlyWhatNoInstructionUses) {
   EXPECT_EQ(Rows("SELECT SITYPE, SINAME FROM INS_MASTER ORDER BY SITYPE, SINAME"), all);
   desk.WillAnswer({Answer::Yes});
   Click(screen->cmdDelete);
-  EXPECT_EQ(Rows("SELECT SITYPE, SINAME FROM INS_MASTER ORDER BY SITYPE, SINAME"),
-            "2|Used Loan\n3|Car Loan\n");
+  EXPECT_EQ(Rows("SELECT SITYPE, SINAME FROM INS_MASTER ORDER BY SITYPE, SINAME"), "2|Used Loan\n3|Car Loan");
   EXPECT_EQ(screen->fpgSIMaster.rows.size(), 1u);
 }
 
@@ -315,7 +314,7 @@ TEST_F(MasterScreen, WritesAuditTextsWithOldValues) {
       lastDetail(),
       "Standing Instructions - Loan Master Created/Updated|0|19|Loan Master Created/Updated:::SI Type = Loan"
       ":SI Name = Cars Loan:Separate Principle/Interest Accounting. = Yes:Consider Interest Free Benefit = No"
-      "::Advance Options:Maximum Amount = 50,000.00:Reducing Balance = No\n");
+      "::Advance Options:Maximum Amount = 50,000.00:Reducing Balance = No");
   ClickRow(screen->fpgSIMaster, 0);
   Type(screen->txtSIName, "Van Loan");
   Type(screen->txtDedPref, "3");
@@ -327,7 +326,7 @@ TEST_F(MasterScreen, WritesAuditTextsWithOldValues) {
       "Standing Instructions - Loan Master Created/Updated|0|19|Loan Master Created/Updated:::SI Type = Loan"
       ":SI Name = Van Loan (Cars Loan):Deduction Pref. = 3:Separate Principle/Interest Accounting. = Yes"
       ":Consider Interest Free Benefit = Yes (No)"
-      "::Advance Options:Maximum Amount = 60,000.00 (50,000.00):Reducing Balance = No\n");
+      "::Advance Options:Maximum Amount = 60,000.00 (50,000.00):Reducing Balance = No");
   ClickRow(screen->fpgSIMaster, 0);
   Click(screen->cmdNew);  // the fields are empty, the clicked row is still the one to delete
   desk.WillAnswer({Answer::Yes});
@@ -337,14 +336,15 @@ TEST_F(MasterScreen, WritesAuditTextsWithOldValues) {
             "Van Loan"
             ":Deduction Pref. = 3:Separate Principle/Interest Accounting. = Yes:Consider Interest Free "
             "Benefit = Yes"
-            "::Advance Options:Maximum Amount = 60,000.00:Reducing Balance = No\n");
+            "::Advance Options:Maximum Amount = 60,000.00:Reducing Balance = No");
 }
 
 TEST_F(MasterScreen, MarksInsuredEmployeesForPorting) {
   const struct {
     long formCode;
     std::string flags;  // INSOTHERYN, INSURANCEYN
-  } cases[] = {{1503, "17|1|0\n"}, {1507, "17|0|1\n"}};
+  } cases[] = {{1503, "17|1|0"}, {1507, "17|0|1"}};
+  MakeLocalStore();
   Run("INSERT INTO MAS_EMPLOYEE (EMPID, EMPNAME, TDSYN) VALUES (17, 'Asha Rane', 1), (18, 'Vivek Naik', 1)");
   for (const auto& c : cases) {
     const std::string type = std::to_string(c.formCode - 1500);
@@ -393,7 +393,7 @@ TEST_F(MasterScreen, WritesStatementsForTheOtherDialect) {
   Run("INSERT INTO INS_MASTER (SITYPE, SINAME) VALUES (2, 'Old')");
   for (const std::string& statement : rename) Run(statement);
   EXPECT_EQ(Rows("SELECT SINAME, TDSYN, SEPPIYN, SBIIFBYN, INTRRATE FROM INS_MASTER"),
-            "Rita's Loan|1|1|0|9.5\n");
+            "Rita's Loan|1|1|0|9.5");
 }
 
 }  // namespace ktl

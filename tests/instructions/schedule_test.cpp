@@ -56,10 +56,13 @@ TEST(Schedule, CountOnlyLeadsToAnInstalmentAndTheLastRowIsShort) {
       {10000, 3, NearTenRupee, {3340, 3340, 3320}},
       {10000, 3, NearFiftyRupee, {3350, 3350, 3300}},
       {12600, 6, NearOneRupee, {2100, 2100, 2100, 2100, 2100, 2100}},
-      {5001, 2, NearOneRupee, {2501, 2500}},       // 2500.50: the half goes up
+      {5001, 2, NearOneRupee, {2501, 2500}},  // 2500.50: the half goes up
       {90, 20, NearTenRupee, {10, 10, 10, 10, 10, 10, 10, 10, 10}},
-      {96, 10, NearTenRupee, {10, 10, 10, 10, 10, 10, 10, 10, 10, 6}},  // 9.6 rounds to 10: one ten, nothing above it
-      {245, 10, NearTenRupee, {30, 30, 30, 30, 30, 30, 30, 30, 5}},     // 24.5 rounds to 24, half to even
+      {96,
+       10,
+       NearTenRupee,
+       {10, 10, 10, 10, 10, 10, 10, 10, 10, 6}},  // 9.6 rounds to 10: one ten, nothing above it
+      {245, 10, NearTenRupee, {30, 30, 30, 30, 30, 30, 30, 30, 5}},  // 24.5 rounds to 24, half to even
       {1000, 20, NearFiftyRupee, std::vector<double>(20, 50)},
   };
   for (const auto& c : cases) {
@@ -108,8 +111,8 @@ TEST(Schedule, RandomTermsAddUpToTheTotal) {
   std::mt19937 random(20261122);
   std::uniform_int_distribution<int> paise(100, 50'000'000), counts(1, 360), roundings(0, 3), rates(0, 3);
   for (int run = 0; run < 500; ++run) {
-    ScheduleTerms terms = ByCount(paise(random) / 100.0, counts(random),
-                                  static_cast<InstalmentRounding>(roundings(random)));
+    ScheduleTerms terms =
+        ByCount(paise(random) / 100.0, counts(random), static_cast<InstalmentRounding>(roundings(random)));
     if (terms.total / terms.count < 1) continue;
     terms.reducingRate = rates(random) / 2.0;
     double principal = 0;

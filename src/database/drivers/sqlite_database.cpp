@@ -20,9 +20,12 @@ std::string_view ColumnText(sqlite3_stmt* statement, int column) {
 
 long NumberOfError(int code, const std::string& message) {
   switch (code & 0xFF) {
-    case SQLITE_CONSTRAINT: return kIntegrityError;
-    case SQLITE_ERROR: return message.starts_with("no such table") ? kNoSuchTableError : kStatementError;
-    default: return kGenericDatabaseError;
+    case SQLITE_CONSTRAINT:
+      return kIntegrityError;
+    case SQLITE_ERROR:
+      return message.starts_with("no such table") ? kNoSuchTableError : kStatementError;
+    default:
+      return kGenericDatabaseError;
   }
 }
 
@@ -37,16 +40,21 @@ void CheckSqlite(int code, sqlite3* database) {
   switch (code & 0xFF) {
     case SQLITE_OK:
     case SQLITE_ROW:
-    case SQLITE_DONE: return;
+    case SQLITE_DONE:
+      return;
     case SQLITE_BUSY:
-    case SQLITE_LOCKED: throw DatabaseError("The database is locked by another workstation.");
-    default: break;
+    case SQLITE_LOCKED:
+      throw DatabaseError("The database is locked by another workstation.");
+    default:
+      break;
   }
   const std::string message = sqlite3_errmsg(database);
   throw DatabaseError(message, NumberOfError(code, message));
 }
 
-void SqliteStatement::Finalizer::operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
+void SqliteStatement::Finalizer::operator()(sqlite3_stmt* statement) const noexcept {
+  sqlite3_finalize(statement);
+}
 
 SqliteStatement::SqliteStatement(sqlite3* database, std::string_view sql) {
   sqlite3_stmt* raw = nullptr;
@@ -103,10 +111,14 @@ bool SqliteStatement::IsDeclaredDate(int column) const {
 Value SqliteStatement::Column(int column, bool date) const {
   sqlite3_stmt* statement = handle_.get();
   switch (sqlite3_column_type(statement, column)) {
-    case SQLITE_INTEGER: return Value(static_cast<long long>(sqlite3_column_int64(statement, column)));
-    case SQLITE_FLOAT: return Value(Finite(sqlite3_column_double(statement, column)));
-    case SQLITE_NULL: return Value(Null{});
-    default: break;
+    case SQLITE_INTEGER:
+      return Value(static_cast<long long>(sqlite3_column_int64(statement, column)));
+    case SQLITE_FLOAT:
+      return Value(Finite(sqlite3_column_double(statement, column)));
+    case SQLITE_NULL:
+      return Value(Null{});
+    default:
+      break;
   }
   const std::string_view text = ColumnText(statement, column);
   if (date)
@@ -114,9 +126,12 @@ Value SqliteStatement::Column(int column, bool date) const {
   return Value(text);
 }
 
-std::int64_t SqliteStatement::Integer(int column) const { return sqlite3_column_int64(handle_.get(), column); }
+std::int64_t SqliteStatement::Integer(int column) const {
+  return sqlite3_column_int64(handle_.get(), column);
+}
 
-SqliteDatabase::Lease::Lease(SqliteDatabase& database, std::string_view sql) : database_(database), sql_(sql) {
+SqliteDatabase::Lease::Lease(SqliteDatabase& database, std::string_view sql)
+    : database_(database), sql_(sql) {
   const auto found = database.idle_.find(sql_);
   if (found == database.idle_.end()) {
     statement_ = std::make_unique<SqliteStatement>(database.handle(), sql);
@@ -136,7 +151,8 @@ SqliteDatabase::Lease::~Lease() {
 void SqliteDatabase::Closer::operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
 
 SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode) {
-  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (mode == Mode::New ? SQLITE_OPEN_CREATE : 0);
+  const int flags =
+      SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (mode == Mode::New ? SQLITE_OPEN_CREATE : 0);
   sqlite3* raw = nullptr;
   const int code = sqlite3_open_v2(file.c_str(), &raw, flags, nullptr);
   handle_.reset(raw);

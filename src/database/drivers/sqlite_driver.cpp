@@ -116,11 +116,15 @@ void SqliteDriver::RunStep(const tsql::Step& step, Fetch fetch, bool keepRows, O
       outcome.rows += database_.ChangesSince(before);
       break;
     }
-    case tsql::StepKind::Assign: CountRows(step.sql); break;
+    case tsql::StepKind::Assign:
+      CountRows(step.sql);
+      break;
     case tsql::StepKind::Branch:
       RunProgram(database_.Number(step.sql) != 0 ? step.then : step.otherwise, fetch, keepRows, outcome);
       break;
-    case tsql::StepKind::Call: Call(step); break;
+    case tsql::StepKind::Call:
+      Call(step);
+      break;
   }
 }
 
@@ -150,7 +154,8 @@ ResultSet SqliteDriver::ReadRows(const tsql::Step& step, Fetch fetch) {
   for (; more; more = fetch == Fetch::AllRows && statement->Step()) {
     ResultRow& row = result.rows.emplace_back();
     row.values.reserve(count - first);
-    for (int column = first; column < count; ++column) row.values.push_back(statement->Column(column, dates[column]));
+    for (int column = first; column < count; ++column)
+      row.values.push_back(statement->Column(column, dates[column]));
     if (first > 0) row.key = statement->Integer(0);
   }
   return result;
@@ -158,7 +163,8 @@ ResultSet SqliteDriver::ReadRows(const tsql::Step& step, Fetch fetch) {
 
 std::string SqliteDriver::Explain(std::string_view sql) {
   std::string text;
-  const auto tell = [&text](const tsql::Program& program, const std::string& indent, const auto& self) -> void {
+  const auto tell = [&text](const tsql::Program& program, const std::string& indent,
+                            const auto& self) -> void {
     for (const auto& step : program) {
       if (!text.empty()) text += '\n';
       text += indent + (step.kind == tsql::StepKind::Call ? "call " + step.name : step.sql);
@@ -191,15 +197,18 @@ Value SqliteDriver::Fitted(const Assignment& assignment, const Fields& fields) c
     throw DatabaseError(fmt::format("There is no field {}.", assignment.column), kNoSuchFieldError);
   if (assignment.value.IsNull()) return Null{};
   switch (field->second) {
-    case FieldKind::Date: return DateFor(assignment);
-    case FieldKind::Real: return NumberFor(assignment);
+    case FieldKind::Date:
+      return DateFor(assignment);
+    case FieldKind::Real:
+      return NumberFor(assignment);
     case FieldKind::Integer: {
       if (assignment.value.IsInteger()) return assignment.value;
       const double number = RoundHalfEven(NumberFor(assignment));
       if (std::fabs(number) >= 9e18) throw WrongType(assignment.column);
       return static_cast<long long>(number);
     }
-    case FieldKind::Text: break;
+    case FieldKind::Text:
+      break;
   }
   return assignment.value.IsEmpty() ? Value("") : Value(assignment.value.ToText());
 }
@@ -211,8 +220,9 @@ RowKey SqliteDriver::InsertRow(const std::string& table, const std::vector<Assig
     columns += (columns.empty() ? "[" : ", [") + assignment.column + ']';
     marks += marks.empty() ? "?" : ", ?";
   }
-  SqliteDatabase::Lease insert(database_, values.empty() ? fmt::format("INSERT INTO [{}] DEFAULT VALUES", table)
-                                                         : "INSERT INTO [" + table + "] (" + columns + ") VALUES (" + marks + ")");
+  SqliteDatabase::Lease insert(
+      database_, values.empty() ? fmt::format("INSERT INTO [{}] DEFAULT VALUES", table)
+                                : "INSERT INTO [" + table + "] (" + columns + ") VALUES (" + marks + ")");
   int parameter = 0;
   for (const auto& assignment : values) insert->Bind(parameter++, Fitted(assignment, fields));
   insert->Step();
@@ -223,7 +233,8 @@ void SqliteDriver::UpdateRow(const std::string& table, RowKey key, const std::ve
   if (values.empty()) return;
   const Fields& fields = FieldsOf(table);
   std::string columns;
-  for (const auto& assignment : values) columns += (columns.empty() ? "[" : ", [") + assignment.column + "] = ?";
+  for (const auto& assignment : values)
+    columns += (columns.empty() ? "[" : ", [") + assignment.column + "] = ?";
   SqliteDatabase::Lease update(database_, "UPDATE [" + table + "] SET " + columns + " WHERE rowid = ?");
   int parameter = 0;
   for (const auto& assignment : values) update->Bind(parameter++, Fitted(assignment, fields));
@@ -231,8 +242,9 @@ void SqliteDriver::UpdateRow(const std::string& table, RowKey key, const std::ve
   const auto before = database_.TotalChanges();
   update->Step();
   if (database_.ChangesSince(before) == 0)
-    throw DatabaseError("Row cannot be located for updating. Some values may have been changed since it was last read.",
-                        kRowGoneError);
+    throw DatabaseError(
+        "Row cannot be located for updating. Some values may have been changed since it was last read.",
+        kRowGoneError);
 }
 
 void SqliteDriver::Begin() {

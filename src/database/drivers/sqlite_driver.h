@@ -15,8 +15,8 @@
 
 namespace ktl {
 
-// The embedded database. Texts are read and written in its dialect by tsql; batches, conditions, variables and the
-// host's procedures are run here.
+// The embedded database. Texts are read and written in its dialect by tsql; batches, conditions, variables
+// and the host's procedures are run here.
 class SqliteDriver final : public Driver {
  public:
   SqliteDriver(SqliteDatabase database, FileKind kind, const ClientIdentity& client);

@@ -15,8 +15,10 @@ void RequireFile(const std::string& file) {
   std::error_code error;
   const auto status = std::filesystem::status(file, error);
   if (file.empty()) throw DatabaseError("The connection string names no company file.");
-  if (!std::filesystem::exists(status)) throw DatabaseError(fmt::format("The company file {} does not exist.", file));
-  if (std::filesystem::is_directory(status)) throw DatabaseError(fmt::format("{} is a folder, not a company file.", file));
+  if (!std::filesystem::exists(status))
+    throw DatabaseError(fmt::format("The company file {} does not exist.", file));
+  if (std::filesystem::is_directory(status))
+    throw DatabaseError(fmt::format("{} is a folder, not a company file.", file));
 }
 
 // The first read: it finds out whether the file is a database and whether it can be had.
@@ -28,15 +30,20 @@ void CheckContents(SqliteDatabase& database, const std::string& file, FileKind k
     objects = database.Number("SELECT COUNT(*) FROM sqlite_master");
   } catch (const DatabaseError& error) {
     switch (sqlite3_errcode(database.handle())) {
-      case SQLITE_NOTADB: throw DatabaseError(fmt::format("{} is not a company file.", file));
-      case SQLITE_BUSY: throw DatabaseError(fmt::format("The company file {} is locked by another program.", file));
-      default: throw DatabaseError(fmt::format("The company file {} cannot be read: {}.", file, error.description()));
+      case SQLITE_NOTADB:
+        throw DatabaseError(fmt::format("{} is not a company file.", file));
+      case SQLITE_BUSY:
+        throw DatabaseError(fmt::format("The company file {} is locked by another program.", file));
+      default:
+        throw DatabaseError(
+            fmt::format("The company file {} cannot be read: {}.", file, error.description()));
     }
   }
   if (objects == 0) throw DatabaseError(fmt::format("{} is not a company file.", file));
   if (kind == FileKind::Company && version != kSchemaVersion)
-    throw DatabaseError(fmt::format("The company file {} has schema version {}; this program works with version {}.",
-                                    file, version, kSchemaVersion));
+    throw DatabaseError(
+        fmt::format("The company file {} has schema version {}; this program works with version {}.", file,
+                    version, kSchemaVersion));
 }
 
 }  // namespace

@@ -30,9 +30,13 @@ void Answer(sqlite3_context* context, std::string_view text) {
   sqlite3_result_text(context, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
 }
 
-std::size_t CountOf(sqlite3_value* value) { return static_cast<std::size_t>(std::max<sqlite3_int64>(sqlite3_value_int64(value), 0)); }
+std::size_t CountOf(sqlite3_value* value) {
+  return static_cast<std::size_t>(std::max<sqlite3_int64>(sqlite3_value_int64(value), 0));
+}
 
-FunctionHost& HostOf(sqlite3_context* context) { return *static_cast<FunctionHost*>(sqlite3_user_data(context)); }
+FunctionHost& HostOf(sqlite3_context* context) {
+  return *static_cast<FunctionHost*>(sqlite3_user_data(context));
+}
 
 // No exception may cross the library: it becomes the statement's error.
 template <typename Body>
@@ -54,7 +58,8 @@ void Strict(sqlite3_context* context, int count, Arguments arguments) {
 void Add(sqlite3_context* context, Arguments a) {
   if (sqlite3_value_type(a[0]) == SQLITE_TEXT && sqlite3_value_type(a[1]) == SQLITE_TEXT)
     return Answer(context, std::string(TextOf(a[0])).append(TextOf(a[1])));
-  const bool whole = sqlite3_value_numeric_type(a[0]) == SQLITE_INTEGER && sqlite3_value_numeric_type(a[1]) == SQLITE_INTEGER;
+  const bool whole = sqlite3_value_numeric_type(a[0]) == SQLITE_INTEGER &&
+                     sqlite3_value_numeric_type(a[1]) == SQLITE_INTEGER;
   sqlite3_int64 sum = 0;
   if (whole && !__builtin_add_overflow(sqlite3_value_int64(a[0]), sqlite3_value_int64(a[1]), &sum))
     return sqlite3_result_int64(context, sum);
@@ -62,11 +67,14 @@ void Add(sqlite3_context* context, Arguments a) {
 }
 
 void Text(sqlite3_context* context, Arguments a) {
-  if (sqlite3_value_type(a[0]) == SQLITE_FLOAT) return Answer(context, NumberText(sqlite3_value_double(a[0])));
+  if (sqlite3_value_type(a[0]) == SQLITE_FLOAT)
+    return Answer(context, NumberText(sqlite3_value_double(a[0])));
   Answer(context, TextOf(a[0]));
 }
 
-void LeftText(sqlite3_context* context, Arguments a) { Answer(context, Characters(TextOf(a[0]), 0, CountOf(a[1]))); }
+void LeftText(sqlite3_context* context, Arguments a) {
+  Answer(context, Characters(TextOf(a[0]), 0, CountOf(a[1])));
+}
 
 void RightText(sqlite3_context* context, Arguments a) {
   const std::string_view text = TextOf(a[0]);
@@ -115,7 +123,8 @@ double Ceiling(double value) { return std::ceil(value); }
 
 void Round(sqlite3_context* context, Arguments a) {
   const int places = sqlite3_value_int(a[1]);
-  if (places >= 0 && sqlite3_value_numeric_type(a[0]) == SQLITE_INTEGER) return sqlite3_result_value(context, a[0]);
+  if (places >= 0 && sqlite3_value_numeric_type(a[0]) == SQLITE_INTEGER)
+    return sqlite3_result_value(context, a[0]);
   sqlite3_result_double(context, RoundHalfAway(sqlite3_value_double(a[0]), places));
 }
 
@@ -124,13 +133,17 @@ enum class Part { Year, Month, Day };
 template <Part kPart>
 void DatePart(sqlite3_context* context, Arguments a) {
   const auto date = FromStoredDate(TextOf(a[0]));
-  if (!date) return sqlite3_result_error(context, "Conversion failed when converting a date from a text.", -1);
-  sqlite3_result_int(context, kPart == Part::Year ? date->year() : kPart == Part::Month ? date->month() : date->day());
+  if (!date)
+    return sqlite3_result_error(context, "Conversion failed when converting a date from a text.", -1);
+  sqlite3_result_int(context, kPart == Part::Year    ? date->year()
+                              : kPart == Part::Month ? date->month()
+                                                     : date->day());
 }
 
 void DateDiff(sqlite3_context* context, Arguments a) {
   const auto first = FromStoredDate(TextOf(a[1])), last = FromStoredDate(TextOf(a[2]));
-  if (!first || !last) return sqlite3_result_error(context, "Conversion failed when converting a date from a text.", -1);
+  if (!first || !last)
+    return sqlite3_result_error(context, "Conversion failed when converting a date from a text.", -1);
   const std::string_view part = TextOf(a[0]);
   const int years = last->year() - first->year();
   if (part == "DAY") return sqlite3_result_int64(context, DaysBetween(*first, *last));
@@ -153,7 +166,8 @@ void Like(sqlite3_context* context, Arguments a) {
 void LikeWithEscape(sqlite3_context* context, Arguments a) {
   const std::string_view escape = TextOf(a[2]);
   if (CountCharacters(escape) != 1) return sqlite3_result_error(context, "ESCAPE takes one character.", -1);
-  sqlite3_result_int(context, MatchesPattern(TextOf(a[1]), TextOf(a[0]), FirstCharacter(FoldCase(escape))) ? 1 : 0);
+  sqlite3_result_int(context,
+                     MatchesPattern(TextOf(a[1]), TextOf(a[0]), FirstCharacter(FoldCase(escape))) ? 1 : 0);
 }
 
 void HostName(sqlite3_context* context, int, Arguments) { Answer(context, HostOf(context).client.hostName); }
@@ -168,10 +182,17 @@ void SetVariable(sqlite3_context* context, int, Arguments a) {
   Guarded(context, [&] {
     auto& variable = HostOf(context).variables[FoldCase(TextOf(a[0]))];
     switch (sqlite3_value_type(a[1])) {
-      case SQLITE_INTEGER: variable = static_cast<long long>(sqlite3_value_int64(a[1])); break;
-      case SQLITE_FLOAT: variable = sqlite3_value_double(a[1]); break;
-      case SQLITE_NULL: variable = Null{}; break;
-      default: variable = TextOf(a[1]);
+      case SQLITE_INTEGER:
+        variable = static_cast<long long>(sqlite3_value_int64(a[1]));
+        break;
+      case SQLITE_FLOAT:
+        variable = sqlite3_value_double(a[1]);
+        break;
+      case SQLITE_NULL:
+        variable = Null{};
+        break;
+      default:
+        variable = TextOf(a[1]);
     }
   });
 }
@@ -181,7 +202,8 @@ void GetVariable(sqlite3_context* context, int, Arguments a) {
     const auto& variables = HostOf(context).variables;
     const auto found = variables.find(FoldCase(TextOf(a[0])));
     if (found == variables.end())
-      throw DatabaseError(fmt::format("Must declare the scalar variable \"{}\".", TextOf(a[0])), kStatementError);
+      throw DatabaseError(fmt::format("Must declare the scalar variable \"{}\".", TextOf(a[0])),
+                          kStatementError);
     const Value& value = found->second;
     if (value.IsInteger())
       sqlite3_result_int64(context, value.integer());
@@ -198,9 +220,10 @@ void EmployeeLock(sqlite3_context* context, int, Arguments a) {
     const bool noEnd = IsNull(a[2]);
     const sqlite3_int64 first = sqlite3_value_int64(a[1]), last = sqlite3_value_int64(a[2]);
     if (first == 0 || (!noEnd && last == 0)) return sqlite3_result_int(context, 0);
-    SqliteDatabase::Lease lock(HostOf(context).database,
-                               "SELECT EXISTS (SELECT 1 FROM MAS_OPTSETFEATURE WHERE EMPLOCKYN = 1) AND EXISTS (SELECT "
-                               "1 FROM SEC_EMPLOCK WHERE EMPID = ?1 AND LOCKYN = 1 AND MONTHYEAR BETWEEN ?2 AND ?3)");
+    SqliteDatabase::Lease lock(
+        HostOf(context).database,
+        "SELECT EXISTS (SELECT 1 FROM MAS_OPTSETFEATURE WHERE EMPLOCKYN = 1) AND EXISTS (SELECT "
+        "1 FROM SEC_EMPLOCK WHERE EMPID = ?1 AND LOCKYN = 1 AND MONTHYEAR BETWEEN ?2 AND ?3)");
     lock->Bind(0, static_cast<long long>(sqlite3_value_int64(a[0])));
     lock->Bind(1, static_cast<long long>(first));
     lock->Bind(2, noEnd ? Value(static_cast<long long>(1) << 40) : Value(static_cast<long long>(last)));
@@ -251,8 +274,8 @@ constexpr Registered kOfHost[] = {
 };
 
 void Register(sqlite3* database, const Registered& function, int flags, void* host) {
-  CheckSqlite(sqlite3_create_function_v2(database, function.name, function.arguments, SQLITE_UTF8 | flags, host,
-                                         function.body, nullptr, nullptr, nullptr),
+  CheckSqlite(sqlite3_create_function_v2(database, function.name, function.arguments, SQLITE_UTF8 | flags,
+                                         host, function.body, nullptr, nullptr, nullptr),
               database);
 }
 

@@ -16,8 +16,8 @@ struct FunctionHost {
   std::unordered_map<std::string, Value> variables;  // of the batch being run
 };
 
-// The comparer of texts, LIKE, and every function that the statements call. An index over texts must be built by a
-// connection that has them.
+// The comparer of texts, LIKE, and every function that the statements call. An index over texts must be built
+// by a connection that has them.
 void RegisterTextRules(SqliteDatabase& database);
 void RegisterFunctions(FunctionHost& host);
 

@@ -175,7 +175,8 @@ double RoundHalfAway(double value, int places) {
     return std::round(value / unit) * unit;
   }
   std::array<char, 400> text{};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), std::fabs(value), std::chars_format::fixed).ptr;
+  const auto end =
+      std::to_chars(text.data(), text.data() + text.size(), std::fabs(value), std::chars_format::fixed).ptr;
   const char* point = std::find(text.data(), end, '.');
   const auto decimals = std::max<std::ptrdiff_t>(end - point - 1, 0);
   // As exact as it can be already, or with more digits than the value holds.

@@ -20,37 +20,37 @@ struct Word {
 
 // In alphabetical order, for the binary search.
 constexpr std::array kWords{
-    Word{"ADD", Keyword::Add},           Word{"ALL", Keyword::All},
-    Word{"ALTER", Keyword::Alter},       Word{"AND", Keyword::And},
-    Word{"AS", Keyword::As},             Word{"ASC", Keyword::Asc},
-    Word{"BEGIN", Keyword::Begin},       Word{"BETWEEN", Keyword::Between},
-    Word{"BY", Keyword::By},             Word{"CASE", Keyword::Case},
-    Word{"COLLATE", Keyword::Collate},   Word{"CONSTRAINT", Keyword::Constraint},
-    Word{"CONVERT", Keyword::Convert},   Word{"CREATE", Keyword::Create},
-    Word{"CROSS", Keyword::Cross},       Word{"DECLARE", Keyword::Declare},
-    Word{"DEFAULT", Keyword::Default},   Word{"DELETE", Keyword::Delete},
-    Word{"DESC", Keyword::Desc},         Word{"DISTINCT", Keyword::Distinct},
-    Word{"DROP", Keyword::Drop},         Word{"ELSE", Keyword::Else},
-    Word{"END", Keyword::End},           Word{"ESCAPE", Keyword::Escape},
-    Word{"EXEC", Keyword::Exec},         Word{"EXECUTE", Keyword::Execute},
-    Word{"EXISTS", Keyword::Exists},     Word{"FROM", Keyword::From},
-    Word{"FULL", Keyword::Full},         Word{"GROUP", Keyword::Group},
-    Word{"HAVING", Keyword::Having},     Word{"IF", Keyword::If},
-    Word{"IN", Keyword::In},             Word{"INNER", Keyword::Inner},
-    Word{"INSERT", Keyword::Insert},     Word{"INTO", Keyword::Into},
-    Word{"IS", Keyword::Is},             Word{"JOIN", Keyword::Join},
-    Word{"KEY", Keyword::Key},           Word{"LEFT", Keyword::Left},
-    Word{"LIKE", Keyword::Like},         Word{"NOT", Keyword::Not},
-    Word{"NULL", Keyword::Null},         Word{"ON", Keyword::On},
-    Word{"OR", Keyword::Or},             Word{"ORDER", Keyword::Order},
-    Word{"OUTER", Keyword::Outer},       Word{"OVER", Keyword::Over},
-    Word{"PERCENT", Keyword::Percent},   Word{"PRIMARY", Keyword::Primary},
-    Word{"RIGHT", Keyword::Right},       Word{"SELECT", Keyword::Select},
-    Word{"SET", Keyword::Set},           Word{"TABLE", Keyword::Table},
-    Word{"THEN", Keyword::Then},         Word{"TOP", Keyword::Top},
-    Word{"UNION", Keyword::Union},       Word{"UPDATE", Keyword::Update},
-    Word{"VALUES", Keyword::Values},     Word{"VIEW", Keyword::View},
-    Word{"WHEN", Keyword::When},         Word{"WHERE", Keyword::Where},
+    Word{"ADD", Keyword::Add},         Word{"ALL", Keyword::All},
+    Word{"ALTER", Keyword::Alter},     Word{"AND", Keyword::And},
+    Word{"AS", Keyword::As},           Word{"ASC", Keyword::Asc},
+    Word{"BEGIN", Keyword::Begin},     Word{"BETWEEN", Keyword::Between},
+    Word{"BY", Keyword::By},           Word{"CASE", Keyword::Case},
+    Word{"COLLATE", Keyword::Collate}, Word{"CONSTRAINT", Keyword::Constraint},
+    Word{"CONVERT", Keyword::Convert}, Word{"CREATE", Keyword::Create},
+    Word{"CROSS", Keyword::Cross},     Word{"DECLARE", Keyword::Declare},
+    Word{"DEFAULT", Keyword::Default}, Word{"DELETE", Keyword::Delete},
+    Word{"DESC", Keyword::Desc},       Word{"DISTINCT", Keyword::Distinct},
+    Word{"DROP", Keyword::Drop},       Word{"ELSE", Keyword::Else},
+    Word{"END", Keyword::End},         Word{"ESCAPE", Keyword::Escape},
+    Word{"EXEC", Keyword::Exec},       Word{"EXECUTE", Keyword::Execute},
+    Word{"EXISTS", Keyword::Exists},   Word{"FROM", Keyword::From},
+    Word{"FULL", Keyword::Full},       Word{"GROUP", Keyword::Group},
+    Word{"HAVING", Keyword::Having},   Word{"IF", Keyword::If},
+    Word{"IN", Keyword::In},           Word{"INNER", Keyword::Inner},
+    Word{"INSERT", Keyword::Insert},   Word{"INTO", Keyword::Into},
+    Word{"IS", Keyword::Is},           Word{"JOIN", Keyword::Join},
+    Word{"KEY", Keyword::Key},         Word{"LEFT", Keyword::Left},
+    Word{"LIKE", Keyword::Like},       Word{"NOT", Keyword::Not},
+    Word{"NULL", Keyword::Null},       Word{"ON", Keyword::On},
+    Word{"OR", Keyword::Or},           Word{"ORDER", Keyword::Order},
+    Word{"OUTER", Keyword::Outer},     Word{"OVER", Keyword::Over},
+    Word{"PERCENT", Keyword::Percent}, Word{"PRIMARY", Keyword::Primary},
+    Word{"RIGHT", Keyword::Right},     Word{"SELECT", Keyword::Select},
+    Word{"SET", Keyword::Set},         Word{"TABLE", Keyword::Table},
+    Word{"THEN", Keyword::Then},       Word{"TOP", Keyword::Top},
+    Word{"UNION", Keyword::Union},     Word{"UPDATE", Keyword::Update},
+    Word{"VALUES", Keyword::Values},   Word{"VIEW", Keyword::View},
+    Word{"WHEN", Keyword::When},       Word{"WHERE", Keyword::Where},
 };
 static_assert(std::ranges::is_sorted(kWords, {}, &Word::text));
 
@@ -201,8 +201,8 @@ class Lexer {
 
 std::vector<Token> Tokenize(std::string_view text) {
   if (text.size() > kMaxTextLength)
-    throw DatabaseError(fmt::format("The statement is too long: {} characters, at most {} are taken.", text.size(),
-                                    kMaxTextLength));
+    throw DatabaseError(fmt::format("The statement is too long: {} characters, at most {} are taken.",
+                                    text.size(), kMaxTextLength));
   return Lexer(text).Run();
 }
 
@@ -213,9 +213,10 @@ void Refuse(std::string_view text, std::size_t offset, const std::string& why) {
   const auto lineBegin = before.rfind('\n') == before.npos ? 0 : before.rfind('\n') + 1;
   const std::size_t from = offset > kAround ? offset - kAround : 0;
   std::string place(text.substr(from, offset - from + kAround));
-  std::ranges::replace_if(place, [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
-  throw DatabaseError(fmt::format("The statement cannot be read at line {}, column {}: {}, near \"{}\".", line,
-                                  offset - lineBegin + 1, why, place),
+  std::ranges::replace_if(
+      place, [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
+  throw DatabaseError(fmt::format("The statement cannot be read at line {}, column {}: {}, near \"{}\".",
+                                  line, offset - lineBegin + 1, why, place),
                       kStatementError);
 }
 

@@ -10,7 +10,9 @@ namespace ktl::tsql {
 
 Block Parse(std::string_view text) { return Parser(text).ParseBatch(); }
 
-const Token& Parser::Peek(std::size_t ahead) const { return tokens_[std::min(at_ + ahead, tokens_.size() - 1)]; }
+const Token& Parser::Peek(std::size_t ahead) const {
+  return tokens_[std::min(at_ + ahead, tokens_.size() - 1)];
+}
 
 bool Parser::AtSymbol(std::string_view symbol) const {
   return Peek().kind == TokenKind::Symbol && Peek().text == symbol;
@@ -118,19 +120,32 @@ Block Parser::ParseStatementOrBlock() {
 Statement Parser::ParseStatement() {
   Nesting level(*this);
   switch (Peek().keyword) {
-    case Keyword::Select: return ParseQuery();
-    case Keyword::Insert: return ParseInsert();
-    case Keyword::Update: return ParseUpdate();
-    case Keyword::Delete: return ParseDelete();
-    case Keyword::Create: return ParseCreateView();
-    case Keyword::Drop: return ParseDrop();
-    case Keyword::Alter: return ParseAlter();
-    case Keyword::Declare: return ParseDeclare();
-    case Keyword::Set: return ParseSet();
-    case Keyword::If: return ParseIf();
+    case Keyword::Select:
+      return ParseQuery();
+    case Keyword::Insert:
+      return ParseInsert();
+    case Keyword::Update:
+      return ParseUpdate();
+    case Keyword::Delete:
+      return ParseDelete();
+    case Keyword::Create:
+      return ParseCreateView();
+    case Keyword::Drop:
+      return ParseDrop();
+    case Keyword::Alter:
+      return ParseAlter();
+    case Keyword::Declare:
+      return ParseDeclare();
+    case Keyword::Set:
+      return ParseSet();
+    case Keyword::If:
+      return ParseIf();
     case Keyword::Exec:
-    case Keyword::Execute: Take(); return ParseCall();
-    default: Unexpected("a statement");
+    case Keyword::Execute:
+      Take();
+      return ParseCall();
+    default:
+      Unexpected("a statement");
   }
 }
 
@@ -150,8 +165,10 @@ bool Parser::AtStatementEnd() const {
     case Keyword::Else:
     case Keyword::End:
     case Keyword::Exec:
-    case Keyword::Execute: return true;
-    default: return false;
+    case Keyword::Execute:
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -367,9 +384,12 @@ SelectItem Parser::ParseSelectItem() {
     case ExprKind::Like:
     case ExprKind::Between:
     case ExprKind::IsNull:
-    case ExprKind::Exists: Refuse(text_, first.offset, "a condition where a column is expected");
-    case ExprKind::Star: return item;
-    default: break;
+    case ExprKind::Exists:
+      Refuse(text_, first.offset, "a condition where a column is expected");
+    case ExprKind::Star:
+      return item;
+    default:
+      break;
   }
   item.alias = ParseOptionalAlias();
   return item;
@@ -410,12 +430,23 @@ bool Parser::ParseJoinKind(JoinKind& kind) {
     return true;
   }
   switch (Peek().keyword) {
-    case Keyword::Inner: kind = JoinKind::Inner; break;
-    case Keyword::Left: kind = JoinKind::Left; break;
-    case Keyword::Right: kind = JoinKind::Right; break;
-    case Keyword::Full: kind = JoinKind::Full; break;
-    case Keyword::Cross: kind = JoinKind::Cross; break;
-    default: return false;
+    case Keyword::Inner:
+      kind = JoinKind::Inner;
+      break;
+    case Keyword::Left:
+      kind = JoinKind::Left;
+      break;
+    case Keyword::Right:
+      kind = JoinKind::Right;
+      break;
+    case Keyword::Full:
+      kind = JoinKind::Full;
+      break;
+    case Keyword::Cross:
+      kind = JoinKind::Cross;
+      break;
+    default:
+      return false;
   }
   Take();
   Accept(Keyword::Outer);

@@ -9,12 +9,12 @@
 namespace ktl::tsql {
 
 // Reads one text: a statement, or several without anything between them, or the call of a procedure.
-// The tree views the text. Throws DatabaseError with line, column and the text around the place for anything that it
-// does not know; what nests deeper than kMaxDepth is refused as well.
+// The tree views the text. Throws DatabaseError with line, column and the text around the place for anything
+// that it does not know; what nests deeper than kMaxDepth is refused as well.
 Block Parse(std::string_view text);
 
-inline constexpr int kMaxDepth = 200;   // of subselects, brackets and functions in one another
-inline constexpr int kMaxChain = 600;   // of operators in a row
+inline constexpr int kMaxDepth = 200;  // of subselects, brackets and functions in one another
+inline constexpr int kMaxChain = 600;  // of operators in a row
 
 // Recursive descent; expressions are in parser_expressions.cpp, statements in parser.cpp.
 class Parser {

@@ -63,7 +63,8 @@ ExprPtr Parser::ParsePredicate() {
   auto left = ParseSum();
   for (;;) {
     const Token token = Peek();
-    if (token.kind == TokenKind::Symbol && std::string_view("=<>!").find(token.text[0]) != std::string_view::npos) {
+    if (token.kind == TokenKind::Symbol &&
+        std::string_view("=<>!").find(token.text[0]) != std::string_view::npos) {
       Take();
       left = Join(ExprKind::Compare, token, std::move(left), ParseSum());
       if (left->text == "!=") left->text = "<>";
@@ -158,20 +159,28 @@ ExprPtr Parser::ParseUnary() {
 ExprPtr Parser::ParsePrimary() {
   const Token token = Peek();
   switch (token.kind) {
-    case TokenKind::Number: return Make(ExprKind::Number, Take());
-    case TokenKind::Text: return Make(ExprKind::Text, Take());
-    case TokenKind::Variable: return Make(ExprKind::Variable, Take());
-    case TokenKind::Name: return ParseNameOrFunction();
+    case TokenKind::Number:
+      return Make(ExprKind::Number, Take());
+    case TokenKind::Text:
+      return Make(ExprKind::Text, Take());
+    case TokenKind::Variable:
+      return Make(ExprKind::Variable, Take());
+    case TokenKind::Name:
+      return ParseNameOrFunction();
     case TokenKind::Symbol:
       if (token.text == "(") return ParseBracket();
       break;
     case TokenKind::Keyword:
       switch (token.keyword) {
-        case Keyword::Null: return Make(ExprKind::Null, Take());
-        case Keyword::Case: return ParseCase();
-        case Keyword::Convert: return ParseConvert(Take());
+        case Keyword::Null:
+          return Make(ExprKind::Null, Take());
+        case Keyword::Case:
+          return ParseCase();
+        case Keyword::Convert:
+          return ParseConvert(Take());
         case Keyword::Left:
-        case Keyword::Right: return ParseFunction(Take(), {});
+        case Keyword::Right:
+          return ParseFunction(Take(), {});
         case Keyword::Exists: {
           auto expr = Make(ExprKind::Exists, Take());
           ExpectSymbol("(");
@@ -179,10 +188,12 @@ ExprPtr Parser::ParsePrimary() {
           ExpectSymbol(")");
           return expr;
         }
-        default: break;
+        default:
+          break;
       }
       break;
-    case TokenKind::End: break;
+    case TokenKind::End:
+      break;
   }
   Unexpected("a value");
 }

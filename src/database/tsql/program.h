@@ -15,8 +15,8 @@ enum class StepKind {
   Call,    // name is the procedure
 };
 
-// One thing for the driver to do, in the embedded dialect. Steps are prepared only when they are reached: a batch may
-// speak of objects that an earlier step makes.
+// One thing for the driver to do, in the embedded dialect. Steps are prepared only when they are reached: a
+// batch may speak of objects that an earlier step makes.
 struct Step {
   StepKind kind = StepKind::Rows;
   std::string sql;
@@ -24,8 +24,8 @@ struct Step {
   std::vector<std::optional<std::string>> arguments;  // of Call; nothing for NULL
   std::vector<Step> then;                             // of Branch
   std::vector<Step> otherwise;
-  // Of Rows: which columns are dates for certain, told from the front up to the first "*" and from the back down to
-  // the last one. A column behind both is judged by its declaration alone.
+  // Of Rows: which columns are dates for certain, told from the front up to the first "*" and from the back
+  // down to the last one. A column behind both is judged by its declaration alone.
   std::vector<bool> datesFromFront;
   std::vector<bool> datesFromBack;
   std::string baseTable;  // of Rows that can be updated: the first column is the row's key
@@ -33,8 +33,8 @@ struct Step {
 
 using Program = std::vector<Step>;
 
-// Throws DatabaseError when the text cannot be read. updatable: the text must be a SELECT * over one table, which then
-// answers the row's key in front.
+// Throws DatabaseError when the text cannot be read. updatable: the text must be a SELECT * over one table,
+// which then answers the row's key in front.
 Program Translate(std::string_view text, bool updatable = false);
 
 }  // namespace ktl::tsql

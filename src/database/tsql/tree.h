@@ -18,15 +18,15 @@ using QueryPtr = std::unique_ptr<Query>;
 enum class Type { NotAsked, Unknown, Text, Date, Integer, Real };
 
 enum class ExprKind {
-  Number,    // text
-  Text,      // text, with its quotes
+  Number,  // text
+  Text,    // text, with its quotes
   Null,
-  Default,   // the word DEFAULT as an argument
-  Name,      // text, qualifier ("" for none)
-  Star,      // qualifier
-  Variable,  // text, with the @
-  Negate,    // args[0]
-  Not,       // args[0]
+  Default,     // the word DEFAULT as an argument
+  Name,        // text, qualifier ("" for none)
+  Star,        // qualifier
+  Variable,    // text, with the @
+  Negate,      // args[0]
+  Not,         // args[0]
   Arithmetic,  // text is + - * / %, args[0], args[1]
   Compare,     // text is = <> < <= > >=, args[0], args[1]
   Logical,     // text is AND or OR, args[0], args[1]
@@ -54,8 +54,8 @@ struct Expr {
   std::string_view qualifier;
   std::vector<ExprPtr> args;
   QueryPtr query;
-  bool negated = false;   // of Between, In, Like, IsNull
-  bool distinct = false;  // of an aggregate function
+  bool negated = false;     // of Between, In, Like, IsNull
+  bool distinct = false;    // of an aggregate function
   bool hasOperand = false;  // of Case: args[0] is the operand
   bool hasElse = false;     // of Case: the last of args is the result of ELSE
   bool hasOver = false;     // of Function: OVER (ORDER BY over)
@@ -166,8 +166,8 @@ struct Call {
 };
 
 struct If;
-using Statement = std::variant<QueryPtr, Insert, Update, Delete, CreateView, DropObject, AddPrimaryKey, Declare, SetVariable,
-                               Call, std::unique_ptr<If>>;
+using Statement = std::variant<QueryPtr, Insert, Update, Delete, CreateView, DropObject, AddPrimaryKey,
+                               Declare, SetVariable, Call, std::unique_ptr<If>>;
 using Block = std::vector<Statement>;
 
 struct If {

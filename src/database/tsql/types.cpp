@@ -10,37 +10,51 @@ namespace ktl::tsql {
 
 namespace {
 
-// One name has one type wherever it stands, but for PFEFFFROM, which is a month in one table and never meets a
-// literal there.
+// One name has one type wherever it stands, but for PFEFFFROM, which is a month in one table and never meets
+// a literal there.
 constexpr std::string_view kDates =
-    "ASONDATE BRGHEFROM CALCENDDATE CALCSTARTDATE CHANGEDDATE CLAIMDATE CONFIRMATIONDATE DOB DOJ DOL EFFFROMDATE "
+    "ASONDATE BRGHEFROM CALCENDDATE CALCSTARTDATE CHANGEDDATE CLAIMDATE CONFIRMATIONDATE DOB DOJ DOL "
+    "EFFFROMDATE "
     "EFFTODATE HOLIDAYDATE LEAVEDATE LEVDATE LOGDATE PFEFFFROM RCPTDATE RESIGNATIONDATE RETIREMENTDATE "
     "SALCALCFROM SIDATE WEEKDATE ";
 // Columns declared with the comparer of letter case and trailing blanks.
 constexpr std::string_view kTexts =
-    "ACCCODE ATTDESC ATTHEADNAME ATTMENUNAME BRANCHNAME BUTNAME CALCFLDTYPE CAPTION CMPNAME COLNAME COLUMN_NAME "
-    "DATA_TYPE DEPARTMENT DERIVABLETOTCAP DESIGNATION DIVISION EFFFRMSET EMPIDCAP EMPNAME FINANCIALYEAR FNAME "
+    "ACCCODE ATTDESC ATTHEADNAME ATTMENUNAME BRANCHNAME BUTNAME CALCFLDTYPE CAPTION CMPNAME COLNAME "
+    "COLUMN_NAME "
+    "DATA_TYPE DEPARTMENT DERIVABLETOTCAP DESIGNATION DIVISION EFFFRMSET EMPIDCAP EMPNAME FINANCIALYEAR "
+    "FNAME "
     "FORMULA FORMULANAME GRADE INSTNAME LEVSHORT LOANACNO LOANNAME LOANTYPE LYEARS MONTHNAME NAME OCCUPATION "
-    "OTHNAME OTHNO PDLISTDESC PDLISTNAME PFSEPARATOR PTGRPNAME REFNO REFNOCAP RMBNAME SALHEADING SALSTRUCTCAP SEX "
+    "OTHNAME OTHNO PDLISTDESC PDLISTNAME PFSEPARATOR PTGRPNAME REFNO REFNOCAP RMBNAME SALHEADING "
+    "SALSTRUCTCAP SEX "
     "SINAME STRUCTDESC SYSTEMNAME TABLE_NAME TDSREF UNAME USERNAME WINUSER ";
 constexpr std::string_view kPlainTexts =
     "ACTIONTEXT ADDRESS DETAILTEXT EXTRATEXT FQUERY HADDR NODREMARKS REMARKS ";
 constexpr std::string_view kReals =
     "ACTAMT ACTINTAMT ACTPRNAMT ADJHRS ADVANCE ALLOTAMT AMTLIMIT BASIC BENAMT BENAMT2 CLAIMAMT COLIMIT "
-    "COLOWERLIMIT EDITEDINT EMIAMT ESIPER ETOTAL FULLDAYCUTOFF GRATUITYPROV GRPINSURANCE GRSANNVAL HALFDAYCUTOFF "
-    "INSURANCE INTAMT INTEREST INTRAMT INTRRATE LAPSELIMIT LEVMONTHLY LEVVALUE LOAN MAXIMUMFULLDAY MAXIMUMHALFDAY "
-    "MDFINTAMT MDFPRNAMT MDFYAMT MDFYINTAMT MDFYPRNAMT MINIMUMFULLDAY MINIMUMHALFDAY MTAXPAID NDP NETAMOUNT NOD "
-    "OPBAL ORIGINALINT OT1 OT2 OTMINHOUR PFPER PRCPAMT RCPTAMT RCPTINTAMT RCPTPRNAMT SALCALDAYS SBIINT SIEARNING "
+    "COLOWERLIMIT EDITEDINT EMIAMT ESIPER ETOTAL FULLDAYCUTOFF GRATUITYPROV GRPINSURANCE GRSANNVAL "
+    "HALFDAYCUTOFF "
+    "INSURANCE INTAMT INTEREST INTRAMT INTRRATE LAPSELIMIT LEVMONTHLY LEVVALUE LOAN MAXIMUMFULLDAY "
+    "MAXIMUMHALFDAY "
+    "MDFINTAMT MDFPRNAMT MDFYAMT MDFYINTAMT MDFYPRNAMT MINIMUMFULLDAY MINIMUMHALFDAY MTAXPAID NDP NETAMOUNT "
+    "NOD "
+    "OPBAL ORIGINALINT OT1 OT2 OTMINHOUR PFPER PRCPAMT RCPTAMT RCPTINTAMT RCPTPRNAMT SALCALDAYS SBIINT "
+    "SIEARNING "
     "SSS TAKEN TOTALENTERED UNIT UPPERLIMIT ";
 constexpr std::string_view kIntegers =
-    "ALLOTASPER ALLOTFOR ALLOTON ALLOTRNDTYPE ALLOTTYPE ALLOWLIMIT ARRCALCTYPE ARREARID ARREARTRANID ASSTRANID "
-    "ASSYEAR ATTHEADID ATTNCALCTYPE ATTNTYPE ATTSLNO AUDITID AUTOPFTYPE AUTOSLNO BRANCHID BUTID CLIENTID COLID "
-    "COLUMN_ID COTYPE COUNTER DATAPORTED DEFMONTHYEAR DEFREPORTTYPE DEFSTRUCTID DEFVAL EFFFROM EMIRECCNT EMPDETID "
+    "ALLOTASPER ALLOTFOR ALLOTON ALLOTRNDTYPE ALLOTTYPE ALLOWLIMIT ARRCALCTYPE ARREARID ARREARTRANID "
+    "ASSTRANID "
+    "ASSYEAR ATTHEADID ATTNCALCTYPE ATTNTYPE ATTSLNO AUDITID AUTOPFTYPE AUTOSLNO BRANCHID BUTID CLIENTID "
+    "COLID "
+    "COLUMN_ID COTYPE COUNTER DATAPORTED DEFMONTHYEAR DEFREPORTTYPE DEFSTRUCTID DEFVAL EFFFROM EMIRECCNT "
+    "EMPDETID "
     "EMPEXTID EMPID ENCASHMINBAL ENDMONTHYEAR ENDMY ESIEFFFROM ESIONMNYR FILTER FINYEAR FIRSTHALF FORMID "
-    "FORMULAID FULLDAYOT2 FULLSAL GROUPID HALFSAL HOLIDAYID HOLPRIORITY HTYPE INDICATOR INSTID INTFRLNRULE INTID "
+    "FORMULAID FULLDAYOT2 FULLSAL GROUPID HALFSAL HOLIDAYID HOLPRIORITY HTYPE INDICATOR INSTID INTFRLNRULE "
+    "INTID "
     "KTLUSERID LAPSEMONTH LAPSENEGATIVE LEVID LEVMINDAYS LVSTARTMNYEAR MASTERID MENUNO MINAVAILDATETYPE "
-    "MINAVAILDAYS MINAVAILMONTH MINDATETYPE MINDAYS MINLEVDAYS MINMONTH MODULEID MONTHYEAR MULTILOGIN NODFORCALC "
-    "NOSAL OBJECT_ID ORDINAL_POSITION PAIDFOR PDID PFRESTRICTEFFFROM PRIORITY PTGROUPID PTGRPID REFID RETIREAGEON "
+    "MINAVAILDAYS MINAVAILMONTH MINDATETYPE MINDAYS MINLEVDAYS MINMONTH MODULEID MONTHYEAR MULTILOGIN "
+    "NODFORCALC "
+    "NOSAL OBJECT_ID ORDINAL_POSITION PAIDFOR PDID PFRESTRICTEFFFROM PRIORITY PTGROUPID PTGRPID REFID "
+    "RETIREAGEON "
     "RMBALLOTID RMBID RNDTYPE ROUNDTYPE SALARYMONTH SALHEADROWID SALID SALRATEID SECONDHALF SERIALNO SIPREF "
     "SITYPE STARTMONTHYEAR STARTMY STRUCTID TDSMAR2FEB TDSREFNO TRANSFERED TYPEID USERID WEEKID WHID ";
 
@@ -136,17 +150,19 @@ bool ComparesItself(const Expr& expr) {
 
 const Function* FindFunction(std::string_view name) {
   std::string upper(name);
-  std::ranges::transform(upper, upper.begin(), [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
+  std::ranges::transform(upper, upper.begin(),
+                         [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
   const auto found = std::ranges::lower_bound(kFunctions, std::string_view(upper), {}, &Function::name);
   return found != kFunctions.end() && found->name == upper ? &*found : nullptr;
 }
 
 std::optional<Type> TypeOfTypeName(std::string_view name) {
   static const std::unordered_map<std::string_view, Type, WordHash, WordEqual> types{
-      {"VARCHAR", Type::Text},  {"NVARCHAR", Type::Text},  {"INT", Type::Integer},   {"BIGINT", Type::Integer},
-      {"BIT", Type::Integer},   {"SMALLINT", Type::Integer}, {"TINYINT", Type::Integer}, {"FLOAT", Type::Real},
-      {"REAL", Type::Real},     {"NUMERIC", Type::Real},   {"DECIMAL", Type::Real},  {"MONEY", Type::Real},
-      {"DATETIME", Type::Date}, {"SMALLDATETIME", Type::Date}, {"DATE", Type::Date}};
+      {"VARCHAR", Type::Text},    {"NVARCHAR", Type::Text},      {"INT", Type::Integer},
+      {"BIGINT", Type::Integer},  {"BIT", Type::Integer},        {"SMALLINT", Type::Integer},
+      {"TINYINT", Type::Integer}, {"FLOAT", Type::Real},         {"REAL", Type::Real},
+      {"NUMERIC", Type::Real},    {"DECIMAL", Type::Real},       {"MONEY", Type::Real},
+      {"DATETIME", Type::Date},   {"SMALLDATETIME", Type::Date}, {"DATE", Type::Date}};
   const auto found = types.find(name);
   return found == types.end() ? std::nullopt : std::optional(found->second);
 }
@@ -164,25 +180,35 @@ Type Typing::FirstKnown(const Expr& expr) const {
 
 Type Typing::Find(const Expr& expr) const {
   switch (expr.kind) {
-    case ExprKind::Number: return expr.text.find_first_of(".eE") == expr.text.npos ? Type::Integer : Type::Real;
-    case ExprKind::Text: return Type::Text;
-    case ExprKind::Name: return TypeOfColumn(expr.text);
+    case ExprKind::Number:
+      return expr.text.find_first_of(".eE") == expr.text.npos ? Type::Integer : Type::Real;
+    case ExprKind::Text:
+      return Type::Text;
+    case ExprKind::Name:
+      return TypeOfColumn(expr.text);
     case ExprKind::Variable: {
       const auto found = variables_.find(expr.text);
       return found == variables_.end() ? Type::Unknown : found->second;
     }
-    case ExprKind::Negate: return Of(*expr.args[0]);
-    case ExprKind::Collate: return Type::Text;
-    case ExprKind::Arithmetic: return OfArithmetic(expr);
-    case ExprKind::Case: return OfCase(expr);
-    case ExprKind::Cast: return TypeOfTypeName(expr.text).value_or(Type::Unknown);
-    case ExprKind::Subquery: return Of(*expr.query->cores.front().items.front().expr);
+    case ExprKind::Negate:
+      return Of(*expr.args[0]);
+    case ExprKind::Collate:
+      return Type::Text;
+    case ExprKind::Arithmetic:
+      return OfArithmetic(expr);
+    case ExprKind::Case:
+      return OfCase(expr);
+    case ExprKind::Cast:
+      return TypeOfTypeName(expr.text).value_or(Type::Unknown);
+    case ExprKind::Subquery:
+      return Of(*expr.query->cores.front().items.front().expr);
     case ExprKind::Function: {
       const Function* function = FindFunction(expr.text);
       if (function == nullptr) return Type::Unknown;
       return function->result == Type::NotAsked ? FirstKnown(expr) : function->result;
     }
-    default: return Type::Unknown;
+    default:
+      return Type::Unknown;
   }
 }
 

@@ -13,8 +13,8 @@ namespace ktl::tsql {
 // What a column of this name holds, in whatever table it stands; Unknown for names outside the schema.
 Type TypeOfColumn(std::string_view name);
 
-// A bare column whose own declaration makes it compare without regard to letter case and trailing blanks, or an
-// expression with a COLLATE clause.
+// A bare column whose own declaration makes it compare without regard to letter case and trailing blanks, or
+// an expression with a COLLATE clause.
 bool ComparesItself(const Expr& expr);
 
 enum class Role { Plain, Aggregate, Window, Dates };

@@ -151,8 +151,8 @@ Step EmbeddedWriter::Write(const Update& update) {
   return Finish(StepKind::Change);
 }
 
-// The embedded dialect joins the table to be updated with FROM by itself: it must not be named there again. The
-// conditions of joins go to WHERE.
+// The embedded dialect joins the table to be updated with FROM by itself: it must not be named there again.
+// The conditions of joins go to WHERE.
 void EmbeddedWriter::WriteUpdateSource(const Update& update, const TableRef* target) {
   const char* separator = " FROM ";
   for (const auto& table : update.from) {
@@ -320,12 +320,24 @@ void EmbeddedWriter::WriteFrom(const std::vector<TableRef>& tables) {
   for (const auto& table : tables) {
     if (&table != &tables.front()) {
       switch (table.join) {
-        case JoinKind::Comma: out_ += ", "; break;
-        case JoinKind::Inner: out_ += " JOIN "; break;
-        case JoinKind::Left: out_ += " LEFT JOIN "; break;
-        case JoinKind::Right: out_ += " RIGHT JOIN "; break;
-        case JoinKind::Full: out_ += " FULL JOIN "; break;
-        case JoinKind::Cross: out_ += " CROSS JOIN "; break;
+        case JoinKind::Comma:
+          out_ += ", ";
+          break;
+        case JoinKind::Inner:
+          out_ += " JOIN ";
+          break;
+        case JoinKind::Left:
+          out_ += " LEFT JOIN ";
+          break;
+        case JoinKind::Right:
+          out_ += " RIGHT JOIN ";
+          break;
+        case JoinKind::Full:
+          out_ += " FULL JOIN ";
+          break;
+        case JoinKind::Cross:
+          out_ += " CROSS JOIN ";
+          break;
       }
     }
     WriteTable(table);

@@ -13,8 +13,8 @@ namespace ktl::tsql {
 // The comparer that every text comparison goes by, as the texts themselves name it.
 inline constexpr std::string_view kTextComparer = "SQL_Latin1_General_CP1_CI_AS";
 
-// Writes a tree in the embedded dialect. Names go out in brackets, never in double quotes: a wrong name in double
-// quotes would become a text.
+// Writes a tree in the embedded dialect. Names go out in brackets, never in double quotes: a wrong name in
+// double quotes would become a text.
 class EmbeddedWriter {
  public:
   explicit EmbeddedWriter(std::string_view text) : text_(text) {}
@@ -69,7 +69,8 @@ class EmbeddedWriter {
   void WriteDateLiteral(const Expr& literal);
   void WriteNumeric(const Expr& expr);
   void WriteComparer() { out_ += " COLLATE ", out_ += kTextComparer; }
-  // What is grouped, sorted or made distinct: a text that would else be compared byte by byte gets the comparer.
+  // What is grouped, sorted or made distinct: a text that would else be compared byte by byte gets the
+  // comparer.
   void WriteKey(const Expr& expr, const Expr& judged);
   bool NeedsComparer(const Expr& expr) const;
 

@@ -19,8 +19,10 @@ bool IsPrimary(const Expr& expr) {
     case ExprKind::Name:
     case ExprKind::Variable:
     case ExprKind::Subquery:
-    case ExprKind::Function: return true;
-    default: return false;
+    case ExprKind::Function:
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -31,14 +33,18 @@ bool IsCondition(const Expr& expr) {
     case ExprKind::In:
     case ExprKind::Like:
     case ExprKind::IsNull:
-    case ExprKind::Exists: return true;
-    default: return false;
+    case ExprKind::Exists:
+      return true;
+    default:
+      return false;
   }
 }
 
 }  // namespace
 
-void EmbeddedWriter::RefuseAt(const Expr& expr, const std::string& why) const { Refuse(text_, expr.offset, why); }
+void EmbeddedWriter::RefuseAt(const Expr& expr, const std::string& why) const {
+  Refuse(text_, expr.offset, why);
+}
 
 bool EmbeddedWriter::NeedsComparer(const Expr& expr) const {
   return typing_.Of(expr) == Type::Text && !ComparesItself(expr);
@@ -46,10 +52,17 @@ bool EmbeddedWriter::NeedsComparer(const Expr& expr) const {
 
 void EmbeddedWriter::WriteExpr(const Expr& expr) {
   switch (expr.kind) {
-    case ExprKind::Number: out_ += expr.text; break;
-    case ExprKind::Text: out_ += expr.text.substr(expr.text.find('\'')); break;
-    case ExprKind::Null: out_ += "NULL"; break;
-    case ExprKind::Default: RefuseAt(expr, "DEFAULT where a value is expected");
+    case ExprKind::Number:
+      out_ += expr.text;
+      break;
+    case ExprKind::Text:
+      out_ += expr.text.substr(expr.text.find('\''));
+      break;
+    case ExprKind::Null:
+      out_ += "NULL";
+      break;
+    case ExprKind::Default:
+      RefuseAt(expr, "DEFAULT where a value is expected");
     case ExprKind::Name:
     case ExprKind::Star:
       if (!expr.qualifier.empty()) Name(expr.qualifier), out_ += '.';
@@ -58,19 +71,35 @@ void EmbeddedWriter::WriteExpr(const Expr& expr) {
       else
         Name(expr.text);
       break;
-    case ExprKind::Variable: out_ += "KL_GET('", out_ += expr.text, out_ += "')"; break;
-    case ExprKind::Negate: out_ += '-', WriteOperand(*expr.args[0]); break;
-    case ExprKind::Not: out_ += "NOT ", WriteOperand(*expr.args[0]); break;
-    case ExprKind::Arithmetic: WriteArithmetic(expr); break;
-    case ExprKind::Compare: WriteCompare(expr); break;
+    case ExprKind::Variable:
+      out_ += "KL_GET('", out_ += expr.text, out_ += "')";
+      break;
+    case ExprKind::Negate:
+      out_ += '-', WriteOperand(*expr.args[0]);
+      break;
+    case ExprKind::Not:
+      out_ += "NOT ", WriteOperand(*expr.args[0]);
+      break;
+    case ExprKind::Arithmetic:
+      WriteArithmetic(expr);
+      break;
+    case ExprKind::Compare:
+      WriteCompare(expr);
+      break;
     case ExprKind::Logical:
       WriteCondition(*expr.args[0], expr.text);
       out_ += ' ', out_ += expr.text, out_ += ' ';
       WriteCondition(*expr.args[1], {});
       break;
-    case ExprKind::Between: WriteBetween(expr); break;
-    case ExprKind::In: WriteIn(expr); break;
-    case ExprKind::Like: WriteLike(expr); break;
+    case ExprKind::Between:
+      WriteBetween(expr);
+      break;
+    case ExprKind::In:
+      WriteIn(expr);
+      break;
+    case ExprKind::Like:
+      WriteLike(expr);
+      break;
     case ExprKind::IsNull:
       WriteOperand(*expr.args[0]);
       out_ += expr.negated ? " IS NOT NULL" : " IS NULL";
@@ -81,9 +110,15 @@ void EmbeddedWriter::WriteExpr(const Expr& expr) {
       WriteQuery(*expr.query);
       out_ += ')';
       break;
-    case ExprKind::Case: WriteCase(expr); break;
-    case ExprKind::Function: WriteFunction(expr); break;
-    case ExprKind::Cast: WriteCast(expr); break;
+    case ExprKind::Case:
+      WriteCase(expr);
+      break;
+    case ExprKind::Function:
+      WriteFunction(expr);
+      break;
+    case ExprKind::Cast:
+      WriteCast(expr);
+      break;
     case ExprKind::Collate:
       WriteOperand(*expr.args[0]);
       out_ += " COLLATE ", out_ += expr.text;
@@ -148,7 +183,8 @@ void EmbeddedWriter::WriteAs(const Expr& expr, Type type) {
 void EmbeddedWriter::WriteCompared(const Expr& expr, Type other, bool equality) {
   const Type type = typing_.Of(expr);
   if (other == Type::Date && expr.kind == ExprKind::Text) return WriteDateLiteral(expr);
-  if (type == Type::Text && IsNumber(other) && !(equality && expr.kind == ExprKind::Name)) return WriteNumeric(expr);
+  if (type == Type::Text && IsNumber(other) && !(equality && expr.kind == ExprKind::Name))
+    return WriteNumeric(expr);
   WriteOperand(expr);
 }
 
@@ -232,15 +268,15 @@ void EmbeddedWriter::WriteCase(const Expr& expr) {
 void EmbeddedWriter::WriteFunction(const Expr& expr) {
   const Function* function = FindFunction(expr.text);
   const bool ours = expr.qualifier.empty() || SameWord(expr.qualifier, "dbo");
-  if (function == nullptr || !ours) RefuseAt(expr, "the function \"" + std::string(expr.text) + "\" is unknown");
+  if (function == nullptr || !ours)
+    RefuseAt(expr, "the function \"" + std::string(expr.text) + "\" is unknown");
   if (expr.args.size() < function->minArguments || expr.args.size() > function->maxArguments)
     RefuseAt(expr, "the number of arguments of \"" + std::string(expr.text) + "\" is wrong");
   if ((function->role == Role::Window) != expr.hasOver) RefuseAt(expr, "OVER is for ROW_NUMBER alone");
   if (expr.distinct && function->role != Role::Aggregate) RefuseAt(expr, "DISTINCT where none is possible");
   out_ += function->written;
   out_ += expr.distinct ? "(DISTINCT " : "(";
-  if (function->name == "DATEDIFF")
-    WriteDatePart(*expr.args[0]);
+  if (function->name == "DATEDIFF") WriteDatePart(*expr.args[0]);
   WriteArguments(expr, *function);
   out_ += ')';
   if (!expr.hasOver) return;
@@ -255,7 +291,8 @@ void EmbeddedWriter::WriteArguments(const Expr& expr, const Function& function) 
   for (std::size_t i = function.name == "DATEDIFF" ? 1 : 0; i < expr.args.size(); ++i) {
     const Expr& argument = *expr.args[i];
     if (i > 0) out_ += ", ";
-    if (argument.kind == ExprKind::Star && function.name != "COUNT") RefuseAt(argument, "\"*\" is for COUNT alone");
+    if (argument.kind == ExprKind::Star && function.name != "COUNT")
+      RefuseAt(argument, "\"*\" is for COUNT alone");
     if (argument.kind == ExprKind::Default && function.name == "UDF_GETEMPLOCK")
       out_ += "NULL";
     else if (function.role == Role::Aggregate)
@@ -282,7 +319,8 @@ void EmbeddedWriter::WriteCast(const Expr& expr) {
   if (!type) RefuseAt(expr, "the type \"" + std::string(expr.text) + "\" is unknown");
   const Expr& value = *expr.args[0];
   switch (*type) {
-    case Type::Text: return WriteTextCast(expr);
+    case Type::Text:
+      return WriteTextCast(expr);
     case Type::Date:
       if (value.kind == ExprKind::Text) return WriteDateLiteral(value);
       if (typing_.Of(value) != Type::Date) RefuseAt(expr, "only a text in quotes or a date becomes a date");
@@ -292,7 +330,8 @@ void EmbeddedWriter::WriteCast(const Expr& expr) {
       WriteExpr(value);
       out_ += " AS INTEGER)";
       return;
-    default: break;
+    default:
+      break;
   }
   // A decimal stays a decimal, so that what divides it keeps the fraction.
   const bool binary = SameWord(expr.text, "FLOAT") || SameWord(expr.text, "REAL");

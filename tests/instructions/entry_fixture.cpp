@@ -1,0 +1,73 @@
+#include "entry_fixture.h"
+
+namespace ktl {
+
+EntryScreen::EntryScreen() {
+  machine.settings.Set("Settings", "DBType", "SQL");
+  machine.settings.Set("Settings", "User", "RAVI");
+  company.Months(24292, 24327);
+  company.Employee(17).Named("Asha Rao").Ref("K17").Joined("01/Apr/2010").Taxed();
+  company.Employee(18).Named("Binod Sen").Ref("K18").Joined("01/Apr/2010").Left("31/Aug/2026");
+  company.Name(1, "Salary Advance");
+  company.Name(1, "Medical Advance").Reducing(1);
+  company.Name(1, "Festival Advance").With("INTRRATE", 5.0).With("EMIRECCNT", 6).With("ALLOWLIMIT", 1);
+  company.Name(1, "Welfare Advance").SeparateInterest();
+  company.Name(2, "Car Loan").With("TDSYN", 1);
+  company.Institution(5, "Deccan Bank", 2);
+  company.Institution(6, "Kaveri Finance", 2);
+  OpenConnection(session, company.ConnectionString());
+  LoadOptionSet(session);
+  session.options.STARTMONTHYEAR = 24292;
+}
+
+EntryScreen::~EntryScreen() { screen.reset(); }
+
+std::string EntryScreen::Schedule(long serial) {
+  return Rows(
+      "SELECT MONTHYEAR, COUNTER, EMIAMT, MDFYAMT FROM INS_EMIDETAIL WHERE EMPID = 17 AND SERIALNO = " +
+      std::to_string(serial) + " ORDER BY MONTHYEAR");
+}
+
+std::string EntryScreen::LastAudit() {
+  return Rows("SELECT TOP 1 MENUNO, EMPID, ACTIONTEXT, DETAILTEXT FROM SEC_AUDITTRAIL ORDER BY AUDITID DESC");
+}
+
+modAdvLoan& EntryScreen::Open(int siType) {
+  session.SIType = siType;
+  session.FormCode = 1500 + siType;
+  screen = std::make_unique<modAdvLoan>(session);
+  RunAndGrantFocus(*screen, [this] { screen->Load(); });
+  return *screen;
+}
+
+modAdvLoan& EntryScreen::OpenOn(int siType, const char* employee) {
+  Open(siType);
+  Pick(screen->cmbEmpName, employee);
+  return *screen;
+}
+
+modAdvLoan& EntryScreen::EnterAdvance() {
+  OpenOn(1);
+  Click(screen->cmdNew);
+  Pick(screen->cmbALName, "Salary Advance");
+  Type(screen->txtAdvDate, "15/09/2026");
+  Type(screen->txtAdvAmount, "10000");
+  Type(screen->txtInstlAmt, "1000");
+  Type(screen->txtRecvrFrom, "Oct/2026");
+  return *screen;
+}
+
+modAdvLoan& EntryScreen::EnterLoan() {
+  OpenOn(2);
+  Click(screen->cmdNew);
+  Pick(screen->cmbALName, "Car Loan");
+  Pick(screen->cmbInstitution, "Deccan Bank");
+  Type(screen->txtLoanAccNo, "ACC/1");
+  Type(screen->txtAdvDate, "15/09/2026");
+  Type(screen->txtAdvAmount, "3000");
+  Type(screen->txtInstlAmt, "1000");
+  Type(screen->txtRecvrFrom, "Oct/2026");
+  return *screen;
+}
+
+}  // namespace ktl
