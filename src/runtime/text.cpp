@@ -59,10 +59,14 @@ bool EqualsNoCase(std::string_view a, std::string_view b) {
 }
 
 std::string ReplaceAll(std::string text, std::string_view from, std::string_view to) {
-  if (from.empty()) return text;
-  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
-    text.replace(at, from.size(), to);
-  return text;
+  if (from.empty() || text.find(from) == std::string::npos) return text;
+  std::string replaced;
+  std::size_t done = 0;
+  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, done)) {
+    replaced.append(text, done, at - done).append(to);
+    done = at + from.size();
+  }
+  return replaced.append(text, done);
 }
 
 std::vector<std::string> Split(std::string_view text, std::string_view separator) {
