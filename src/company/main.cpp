@@ -44,6 +44,19 @@ void AddSql(CLI::App& app, SqlOptions& options) {
   sql->add_flag("--explain", options.explain, "Show what the database gets instead of running it");
 }
 
+void AddUse(CLI::App& app, ktl::CompanyOptions& options) {
+  auto* use = app.add_subcommand("use", "Let a settings store name an existing company");
+  use->add_option("FILE", options.file, "The company's file")->required();
+  use->add_option("--settings", options.settingsFile, "The settings store")->required();
+}
+
+int Use(const ktl::CompanyOptions& options) {
+  ktl::Connection connection;
+  ktl::OpenCompany(connection, options.file.string());  // a file that is no company is not named
+  ktl::WriteSettings(*options.settingsFile, options.file);
+  return 0;
+}
+
 int Create(ktl::CompanyOptions& options, const std::string& asOf) {
   if (!asOf.empty()) {
     const auto month = ktl::FnStrCorrectMonth(asOf);
@@ -89,6 +102,7 @@ int main(int argc, char** argv) {
   std::string asOf;
   SqlOptions sqlOptions;
   AddCreate(app, companyOptions, asOf);
+  AddUse(app, companyOptions);
   AddSql(app, sqlOptions);
   try {
     app.parse(argc, argv);
@@ -96,7 +110,9 @@ int main(int argc, char** argv) {
     return app.exit(error) == 0 ? 0 : kUsage;
   }
   try {
-    return app.got_subcommand("create") ? Create(companyOptions, asOf) : Sql(sqlOptions);
+    if (app.got_subcommand("create")) return Create(companyOptions, asOf);
+    if (app.got_subcommand("use")) return Use(companyOptions);
+    return Sql(sqlOptions);
   } catch (const ktl::RuntimeError& error) {
     fmt::print(stderr, "{}\n", error.description());
   } catch (const std::exception& error) {

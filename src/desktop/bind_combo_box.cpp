@@ -2,8 +2,8 @@
 #include <QAbstractListModel>
 #include <QAbstractProxyModel>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QCompleter>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QTimer>

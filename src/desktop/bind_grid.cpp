@@ -140,29 +140,45 @@ bool GridBinding::KeyPress(const QKeyEvent& key) {
   return true;
 }
 
-// Columns get their widths, never less than the heading needs; what is left of the view is shared among them.
+// What is left of the view is shared among the columns; where they want more than the view has, each gives up
+// to a fifth before the view scrolls. Ticks keep their widths, and a heading is never cut.
 void GridBinding::ShareWidth() {
+  struct Share {
+    int column;
+    int wanted;
+    int least;
+  };
   const QHeaderView& header = *view_.horizontalHeader();
-  std::vector<std::pair<int, int>> widths;  // column, width
-  int fixed = 0;
-  int total = 0;
+  std::vector<Share> shares;
+  Share total{};
+  int free = view_.viewport()->width();
   for (int i = 0; i < model_.columnCount(); ++i) {
     const GridColumn& column = model_.Column(i);
     if (column.hidden) continue;
     const int heading = column.caption.empty() ? 0 : header.sectionSizeHint(i) + 6;
-    widths.emplace_back(i, std::max(column.width, heading));
-    (column.type == CellType::Tick ? fixed : total) += widths.back().second;
-  }
-  const int free = view_.viewport()->width() - fixed;
-  int taken = 0;
-  int sharing = 0;
-  for (auto& [column, width] : widths) {
-    if (model_.Column(column).type != CellType::Tick && free > total) {
-      sharing += width;  // cumulative, so that the shares add up to the pixel
-      width = int(qint64(free) * sharing / total) - taken;
-      taken += width;
+    const int wanted = std::max(column.width, heading);
+    if (column.type == CellType::Tick) {
+      free -= wanted;
+      view_.setColumnWidth(i, wanted);
+      continue;
     }
-    if (view_.columnWidth(column) != width) view_.setColumnWidth(column, width);
+    shares.push_back({i, wanted, std::max(column.width * 4 / 5, heading)});
+    total.wanted += wanted;
+    total.least += shares.back().least;
+  }
+  Share done{};  // sums, so that the shares add up to the pixel
+  int taken = 0;
+  for (const Share& share : shares) {
+    done.wanted += share.wanted;
+    done.least += share.least;
+    int edge = done.least;
+    if (free >= total.wanted) {
+      edge = int(qint64(free) * done.wanted / total.wanted);
+    } else if (free > total.least) {
+      edge += int(qint64(free - total.least) * (done.wanted - done.least) / (total.wanted - total.least));
+    }
+    view_.setColumnWidth(share.column, edge - taken);
+    taken = edge;
   }
 }
 

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "runtime/errors.h"
+
 namespace ktl {
 
 Dispatcher::Dispatcher(Handler bringUpToDate) : bringUpToDate_(std::move(bringUpToDate)) {
@@ -21,11 +23,18 @@ void Dispatcher::Run(const Handler& handler) {
     if (keep) keep();
     RunWaiting();
     bringUpToDate_();
+  } catch (const RuntimeError& error) {
+    const std::string number = std::to_string(error.number());
+    Fail(std::make_exception_ptr(ProgramFailure(error.description() + " (" + number + ")")));
   } catch (...) {
-    // Nothing may be thrown through Qt's event loop: Exec throws it again.
-    failure_ = std::current_exception();
-    if (!dialogs_.empty()) dialogs_.back()->done(QDialog::Rejected);
+    Fail(std::current_exception());
   }
+}
+
+// Nothing may be thrown through Qt's event loop: Exec throws it again.
+void Dispatcher::Fail(std::exception_ptr failure) {
+  failure_ = std::move(failure);
+  if (!dialogs_.empty()) dialogs_.back()->done(QDialog::Rejected);
 }
 
 void Dispatcher::Later(const Screen& screen, Handler handler) {

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <exception>
+#include <string>
 #include <vector>
 
 #include "screen/controls.h"
@@ -9,6 +10,17 @@
 class QDialog;
 
 namespace ktl {
+
+// What a handler of an open screen let pass ends the program, whatever handler stands around that screen: it
+// is no RuntimeError, so that no error box swallows it. what() is the description and the number.
+class ProgramFailure final : public std::exception {
+ public:
+  explicit ProgramFailure(std::string text) : text_(std::move(text)) {}
+  const char* what() const noexcept override { return text_.c_str(); }
+
+ private:
+  std::string text_;
+};
 
 // Every handler runs through here: first what waits, then the handler, then the windows are brought up to
 // date.
@@ -25,7 +37,8 @@ class Dispatcher final : public QObject {
   // Drops what still waits for a screen that goes away.
   void Forget(const Screen& screen);
 
-  // Runs the dialog until it is closed. What a handler threw meanwhile comes out here.
+  // Runs the dialog until it is closed. What a handler threw meanwhile comes out here, a RuntimeError as a
+  // ProgramFailure.
   int Exec(QDialog& dialog);
   void RethrowFailure();
 
@@ -53,6 +66,7 @@ class Dispatcher final : public QObject {
 
   Handler TakeWaiting();
   void RunWaiting();
+  void Fail(std::exception_ptr failure);
 
   Handler bringUpToDate_;
   std::vector<Waiting> waiting_;

@@ -6,19 +6,22 @@
 #include <QStyleFactory>
 #include <utility>
 
+// Outside of any namespace, as the macro wants it. A static library does not do it by itself.
+static void LoadPictures() { Q_INIT_RESOURCE(look); }
+
 namespace ktl {
 namespace {
 
 constexpr const char* kStyleSheet = R"(
 QMessageBox { background: #ffffff; }
-QMessageBox QLabel#qt_msgbox_label { min-width: 240px; padding: 6px 10px 6px 2px; }
+QMessageBox QLabel#qt_msgbox_label { padding: 6px 10px 6px 2px; }
 QToolTip { background: #fffbe6; color: #1f2933; border: 1px solid #d9cf9c; padding: 3px; }
 
 #titleBand { background: #24456b; }
 #titleText { color: #ffffff; font-size: 13pt; font-weight: 600; }
 
 QGroupBox { font-weight: 600; color: #24456b; border: 1px solid #d6dde6; border-radius: 6px; margin-top: 10px;
-            padding: 6px 4px 2px 4px; background: #ffffff; }
+            padding: 6px 2px 2px 2px; background: #ffffff; }
 QGroupBox::title { subcontrol-origin: margin; left: 10px; padding: 0 4px; }
 
 QFrame[panel="true"] { border: 1px solid #d6dde6; border-radius: 6px; background: #ffffff; }
@@ -28,9 +31,18 @@ QLineEdit, QPlainTextEdit { border: 1px solid #c3ccd8; border-radius: 4px; paddi
 QLineEdit:focus, QPlainTextEdit:focus { border: 1px solid #2f6fb3; }
 QLineEdit:read-only { background: #f4f6f9; }
 QLineEdit:disabled { border-color: #dde2e9; background: #f1f3f6; }
-QTableView QLineEdit, QComboBox QLineEdit { border: 0; border-radius: 0; padding: 0 2px; background: palette(base); }
+QTableView QLineEdit { border: 0; border-radius: 0; padding: 0 2px; background: palette(base); }
 
-QPushButton { min-width: 58px; padding: 5px 10px; border: 1px solid #c3ccd8; border-radius: 5px; background: #ffffff; }
+QComboBox { border: 1px solid #c3ccd8; border-radius: 4px; padding: 3px 5px; background: palette(base); }
+QComboBox:focus, QComboBox:on { border: 1px solid #2f6fb3; }
+QComboBox:disabled { border-color: #dde2e9; background: #f1f3f6; }
+QComboBox QLineEdit { border: 0; border-radius: 0; padding: 0; background: transparent; }
+QComboBox::drop-down { border: 0; width: 20px; }
+QComboBox::down-arrow { image: url(:/look/arrow.xpm); width: 9px; height: 5px; }
+QComboBox::down-arrow:disabled { image: none; }
+QComboBox QAbstractItemView { border: 1px solid #c3ccd8; background: #ffffff; selection-background-color: #2f6fb3; }
+
+QPushButton { padding: 5px 12px; border: 1px solid #c3ccd8; border-radius: 5px; background: #ffffff; }
 QPushButton:hover { background: #eaf2fb; border-color: #2f6fb3; }
 QPushButton:pressed { background: #d5e5f6; }
 QPushButton:focus { border: 1px solid #2f6fb3; outline: none; }
@@ -39,14 +51,14 @@ QPushButton[primary="true"] { background: #2f6fb3; border-color: #2f6fb3; color:
 QPushButton[primary="true"]:hover { background: #275f9b; }
 QPushButton[primary="true"]:focus { border: 1px solid #163a61; }
 QPushButton[primary="true"]:disabled { background: #b9cbe0; border-color: #b9cbe0; color: #f1f3f6; }
-QPushButton[compact="true"] { min-width: 18px; padding: 3px 6px; }
+QPushButton[compact="true"] { padding: 4px 7px; }
 QPushButton::menu-indicator { subcontrol-position: right center; right: 6px; }
 
 QLabel[chip="true"] { padding: 2px 10px; border: 1px solid #c3ccd8; border-radius: 9px; background: palette(window); }
 QLabel[link="true"] { color: #2f6fb3; text-decoration: underline; }
 
 QHeaderView { background: #e4eaf2; border: 0; }
-QHeaderView::section { background: #e4eaf2; color: #24456b; font-weight: 600; padding: 5px 6px; border: 0;
+QHeaderView::section { background: #e4eaf2; color: #24456b; font-weight: 600; padding: 5px 4px; border: 0;
                        border-right: 1px solid #d0d8e2; border-bottom: 1px solid #c3ccd8; }
 QTableView, QListView { border: 1px solid #d6dde6; border-radius: 4px; }
 QTableView { gridline-color: #e3e8ee; }
@@ -101,6 +113,7 @@ void SetFont(QApplication& application) {
 }  // namespace
 
 void ApplyLook(QApplication& application) {
+  LoadPictures();
   application.setStyle(QStyleFactory::create("Fusion"));
   SetFont(application);
   application.setPalette(Palette());

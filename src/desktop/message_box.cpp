@@ -1,8 +1,11 @@
 #include "desktop/message_box.h"
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStyle>
 #include <QTimer>
+#include <algorithm>
 
 #include "desktop/binding.h"
 #include "desktop/dispatcher.h"
@@ -11,6 +14,9 @@
 
 namespace ktl {
 namespace {
+
+constexpr int kNarrowestText = 220;
+constexpr int kWidestText = 560;
 
 QMessageBox::StandardButton ButtonOf(Answer answer) {
   switch (answer) {
@@ -26,6 +32,17 @@ QMessageBox::StandardButton ButtonOf(Answer answer) {
   return QMessageBox::Ok;
 }
 
+void MarkPrimary(QAbstractButton& button) {
+  button.setProperty("primary", true);
+  button.style()->polish(&button);
+}
+
+// A short text in a narrow box is easily overlooked; a long line is not broken before it must be.
+void Widen(QMessageBox& window) {
+  auto* label = window.findChild<QLabel*>("qt_msgbox_label");
+  if (label) label->setMinimumWidth(std::clamp(label->sizeHint().width(), kNarrowestText, kWidestText));
+}
+
 }  // namespace
 
 Answer ShowMessageBox(const MessageBox& box, QWidget* parent, Dispatcher& dispatcher) {
@@ -39,7 +56,8 @@ Answer ShowMessageBox(const MessageBox& box, QWidget* parent, Dispatcher& dispat
   const QMessageBox::StandardButton preset = ButtonOf(DefaultAnswerOf(box));
   window.setDefaultButton(preset);
   window.setEscapeButton(ButtonOf(answers.back()));
-  window.button(preset)->setProperty("primary", true);
+  MarkPrimary(*window.button(preset));
+  Widen(window);
   if (box.closesItselfMs > 0) QTimer::singleShot(box.closesItselfMs, &window, [&] { window.done(preset); });
   const int pressed = dispatcher.Exec(window);
   for (const Answer answer : answers) {

@@ -34,7 +34,13 @@ QtDesk::QtDesk(const Forms& forms) : forms_(forms), dispatcher_([this] { BringUp
 
 QtDesk::~QtDesk() { SetBusy(false); }
 
+void QtDesk::TakePicture(std::string file, Act act) {
+  pictureFile_ = std::move(file);
+  act_ = std::move(act);
+}
+
 Answer QtDesk::MsgBox(const MessageBox& box) {
+  if (!pictureFile_.empty()) return DefaultAnswerOf(box);
   Mirror();
   GrantFocus();
   QWidget* parent = Top();
@@ -104,15 +110,25 @@ void QtDesk::FocusMoved(QWidget* from, QWidget* to) {
   }
 }
 
+// A child that an act opens goes on with the acts that are left, and takes the picture when they end on it.
 void QtDesk::PlanPicture(ScreenWindow& window) {
   QTimer::singleShot(kPictureDelayMs, &window, [this, &window] {
-    dispatcher_.Run([this, &window] {
-      if (!window.grab().save(QString::fromStdString(pictureFile_))) {
-        throw std::runtime_error("Cannot write the picture " + pictureFile_);
-      }
-      throw PictureTaken();
-    });
+    Screen& screen = window.screen();
+    bool more = true;
+    while (more && !screen.IsUnloaded() && window.isVisible()) {
+      dispatcher_.Run([&] { more = act_(screen); });
+    }
+    if (more) return;
+    QApplication::processEvents();
+    dispatcher_.Run([&] { SavePicture(window); });
   });
+}
+
+void QtDesk::SavePicture(ScreenWindow& window) {
+  if (!window.grab().save(QString::fromStdString(pictureFile_))) {
+    throw std::runtime_error("cannot write the picture " + pictureFile_);
+  }
+  throw PictureTaken();
 }
 
 QWidget* QtDesk::Top() const { return open_.empty() ? nullptr : open_.back(); }

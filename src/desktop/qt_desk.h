@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,12 @@ class QtDesk final : public Desk {
   explicit QtDesk(const Forms& forms = ProgramForms());
   ~QtDesk() override;
 
-  // The first screen that opens is saved as a picture, and the program ends then.
-  void TakePicture(std::string file) { pictureFile_ = std::move(file); }
+  // Does one thing on the screen; false when nothing is left to do.
+  using Act = std::function<bool(Screen& screen)>;
+  // The screen that is open when the acts are done is saved as a picture, and the program ends then. Boxes
+  // take their default answers meanwhile: nobody sits before a picture.
+  void TakePicture(
+      std::string file, Act act = [](Screen&) { return false; });
 
   Answer MsgBox(const MessageBox& box) override;
   void ShowModal(Screen& screen) override;
@@ -36,12 +41,14 @@ class QtDesk final : public Desk {
   void GrantFocus();
   void FocusMoved(QWidget* from, QWidget* to);
   void PlanPicture(ScreenWindow& window);
+  void SavePicture(ScreenWindow& window);
   QWidget* Top() const;
 
   const Forms& forms_;
   Dispatcher dispatcher_;
   std::vector<ScreenWindow*> open_;  // innermost last
   std::string pictureFile_;
+  Act act_;
   bool busy_ = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QScreen>
@@ -45,6 +46,7 @@ void ScreenWindow::SetUpBand() {
 }
 
 void ScreenWindow::FitOnDesk() {
+  if (QGuiApplication::platformName() == "offscreen") return;  // its desk has no size that means anything
   if (const QScreen* desk = QWidget::screen()) resize(size().boundedTo(desk->availableSize()));
 }
 

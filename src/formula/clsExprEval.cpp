@@ -47,7 +47,6 @@ std::size_t FindUpperCased(std::string_view text, std::string_view token, std::s
 }
 
 void ReplaceToken(std::string& text, std::string_view token, std::string_view with) {
-  if (token.empty()) return;
   std::size_t at = FindUpperCased(text, token, 0);
   if (at == text.npos) return;
   std::string replaced;

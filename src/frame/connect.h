@@ -18,7 +18,7 @@ void OpenConnection(Session& session, const std::string& connectionString);
 
 // The connection string of the company that is open in the host; nothing when none is.
 std::optional<std::string> ConnectionOfHost(Session& session);
-// The one that the first line of a data file tells: ":server:database[:user:password]", the last two
+// The one that the first line of a data file tells: "x:server:database[:user:password]", the last two
 // scrambled. Nothing when the line is empty; errors 53 and 62 without a file or a line, 9 when elements are
 // missing.
 std::optional<std::string> ConnectionOfFile(const std::string& path);

@@ -65,10 +65,10 @@ TEST_F(OptionsTest, AdministratorSeesEveryClass) {
 }
 
 TEST_F(OptionsTest, AMissingColumnIsAFailureButForOne) {
-  RawSql("ALTER TABLE MAS_OPTSET DROP COLUMN DERIVABLETOTCAP");
+  DropColumn("MAS_OPTSET", "DERIVABLETOTCAP");
   EXPECT_NO_THROW(LoadOptionSet(session));
   EXPECT_EQ(session.options.DERIVABLETOTCAP, "Derivable Total");
-  RawSql("ALTER TABLE MAS_OPTSETFEATURE DROP COLUMN BAREACTSYN");
+  DropColumn("MAS_OPTSETFEATURE", "BAREACTSYN");
   EXPECT_THROW(LoadOptionSet(session), DatabaseError);
 }
 

@@ -88,12 +88,8 @@ class ProbeScreen final : public Screen {
 class StartupTest : public FrameFixture {
  protected:
   StartupTest() {
-    machine.settings.Set("Settings", "DefLnk", Scrambled(ConnectionString()));
+    machine.settings.Set("Settings", "DefLnk", Scrambled(company.ConnectionString()));
     machine.settings.Set("ExeTalk", "StatusHWNDKestrel Ledger", "99");
-  }
-  void Register(const std::string& name) {
-    session.screens.Add(
-        name, [name](Session& opened, Screen*) { return std::make_unique<ProbeScreen>(opened, name); });
   }
 };
 
@@ -141,7 +137,9 @@ TEST_F(StartupTest, TheScreenFindsTheSessionFilled) {
   machine.settings.Set("Settings", "User", "RAVI");
   machine.settings.Set("ExeTalk", "KTLExtendedYN", "True");
   machine.settings.Set("Settings", "WinUserID", "ravi");
-  Register("modAdvLoan");
+  session.screens.Add("modAdvLoan", [](Session& opened, Screen*) {
+    return std::make_unique<ProbeScreen>(opened, "modAdvLoan");
+  });
   ASSERT_EQ(RunProgram(session, "1502#True#4#0$Loans #1"), 0);
   EXPECT_EQ(session.title, "Loans #1");
   EXPECT_TRUE(session.MultiLoginYN);  // of the ADMIN row

@@ -1,6 +1,6 @@
-#include "entry_fixture.h"
-
 #include <functional>
+
+#include "entry_fixture.h"
 
 namespace ktl {
 namespace {
@@ -65,8 +65,12 @@ TEST_F(EntryScreen, ChecksSpeakOneAtATimeInTheirOrder) {
          Tick(s.optInstlCount);
        },
        "Specify number of installments.", &entry.txtNoOfInstlmnts},
-      {"no month", [](modAdvLoan& s) { Tick(s.optInstlLumpSum); }, "Specify 'Recovery from' Month/Year.",
-       &entry.txtRecvrFrom},
+      {"no month",
+       [](modAdvLoan& s) {
+         Tick(s.optInstlLumpSum);
+         s.txtRecvrFrom.SetText("13/2026");
+       },
+       "Specify 'Recovery from' Month/Year.", &entry.txtRecvrFrom},
       {"recovery before the date", [](modAdvLoan& s) { s.txtRecvrFrom.SetText("Aug/2026"); },
        "Recovery month cannot be before the advance date.", &entry.txtRecvrFrom},
       {"more than all of it", [](modAdvLoan& s) { s.txtRecvrFrom.SetText("Sep/2026"); },

@@ -1,0 +1,229 @@
+#include "instructions/modAdvLoan.h"
+
+#include "entry_fixture.h"
+
+namespace ktl {
+namespace {
+
+std::string Line(const Grid& grid, std::size_t row) {
+  std::string line;
+  for (std::size_t column = 0; column < grid.columns.size(); ++column) {
+    if (!grid.columns[column].hidden) line += (line.empty() ? "" : "|") + grid.Text(row, column);
+  }
+  return line;
+}
+
+TEST_F(EntryScreen, CaptionsAndControlsFollowTheType) {
+  Run("UPDATE MAS_PULLDOWNVALUES SET PDLISTDESC = 'Festival Loan' WHERE REFID = 5 AND PDID = 2");
+  modAdvLoan& loans = Open(2);
+  EXPECT_EQ(loans.tabDetails.pages[0].caption, "Festival Loan N&ame");
+  EXPECT_EQ(loans.tabDetails.pages[2].caption, "D&eposits");
+  EXPECT_EQ(loans.lblTotRcpt.caption, "Total Deposits");
+  EXPECT_EQ(loans.lblLoanAccNo.caption, "Festival Loan A/c No.");
+  EXPECT_TRUE(loans.txtLoanAccNo.visible);
+  EXPECT_EQ(loans.cmdEMIDelete.tag, "231");
+  EXPECT_FALSE(loans.fpgAdvLoan.columns[modAdvLoan::kListAccount].hidden);
+  modAdvLoan& advances = Open(1);
+  EXPECT_EQ(advances.tabDetails.pages[2].caption, "R&eceipts Recovered");
+  EXPECT_FALSE(advances.cmbInstitution.visible);
+  EXPECT_EQ(advances.cmdSave.tag, "200");
+  EXPECT_TRUE(advances.fpgEMI.columns[modAdvLoan::kEmiInstitution].hidden);
+  EXPECT_FALSE(advances.optRoundNone.visible);
+  EXPECT_TRUE(advances.optNearOneRupee.Value());
+  machine.folder.markers.insert("SIRoundNone.dat");
+  Open(1);
+  EXPECT_TRUE(screen->optRoundNone.visible && screen->optRoundNone.Value());
+}
+
+TEST_F(EntryScreen, TheListAddsWhatWasRecoveredAndPaysTheColours) {
+  Run("UPDATE MAS_EMPLOYEE SET SALCALCFROM = '01/Sep/2026' WHERE EMPID = 17");
+  company.Advance(17, 1, "Salary Advance", 5000, "01/Jul/2026").With("REMARKS", "first");
+  company.Emi(17, 1, 1, 1, 24319, 1000).With("EMIRECVYN", 1);  // by hand, before salaries
+  company.Emi(17, 1, 1, 2, 24320, 1000);
+  company.Emi(17, 1, 1, 3, 24321, 1000);  // by salary
+  company.Emi(17, 1, 1, 4, 24322, 1000);  // salary not counted: INDICATOR 1
+  company.Emi(17, 1, 1, 5, 24323, 1000);  // the salary took none: -1
+  company.Salary(17, 24321, 40000, 30000, 0, 1000);
+  company.Salary(17, 24322, 40000, 30000, 0, 1000);
+  company.Salary(17, 24323, 40000, 30000, 0, -1);
+  Run("UPDATE SLC_SALARYCALC_E SET INDICATOR = 1 WHERE MONTHYEAR = 24322");
+  company.Receipt(17, 1, 1, 1, "10/Sep/2026", 300);
+  company.Advance(17, 2, "Medical Advance", 1000, "01/Sep/2026").With("INTAMT", 10.0);
+  company.Emi(17, 1, 2, 1, 24321, 1010).With("INTAMT", 10.0);
+  modAdvLoan& entry = OpenOn(1);
+  EXPECT_EQ(Line(entry.fpgAdvLoan, 0),
+            "1|Salary Advance|01/07/2026|5000.00|0.00|5000.00|2000.00|300.00|first");
+  EXPECT_EQ(Line(entry.fpgAdvLoan, 1), "2|Medical Advance|01/09/2026|1000.00|10.00|1010.00|1010.00|0.00|");
+  EXPECT_EQ(entry.fpgAdvLoan.At(0, modAdvLoan::kListAmount).backColour, 0xC0FFC0u);
+  EXPECT_EQ(entry.fpgAdvLoan.At(0, modAdvLoan::kListRecovered).backColour, 0xB0B0FFu);
+  EXPECT_EQ(entry.fpgAdvLoan.At(1, modAdvLoan::kListRecovered).backColour, 0xFFC0C0u);
+
+  ClickRow(entry.fpgAdvLoan, 0);
+  std::string recovered;
+  for (std::size_t row = 0; row < entry.fpgEMI.rows.size(); ++row) {
+    recovered += entry.fpgEMI.At(row, modAdvLoan::kEmiMonth).backColour == 0xC0FFC0u ? "R" : "-";
+  }
+  EXPECT_EQ(recovered, "R-R--");
+  EXPECT_EQ(Line(entry.fpgReceipts, 0), "10/09/2026|||300.00|");
+  // Advances 6000 and 10 of interest; receipts 300 and 1000 by hand; the overview counts salaries by
+  // INDICATOR 0 alone, so Nov counts too: 1000 + 1010 + 1000.
+  EXPECT_EQ(entry.txtTotalAdv.Text() + " " + entry.txtTotalInterest.Text() + " " +
+                entry.txtTotalReceipt.Text() + " " + entry.txtTotalDedSalary.Text() + " " +
+                entry.txtTotalDue.Text(),
+            "6000.00 10.00 1300.00 3010.00 1700.00");
+}
+
+TEST_F(EntryScreen, MarkingAMonthAsRecoveredIsWrittenAndCounted) {
+  company.Advance(17, 1, "Salary Advance", 2000, "01/Oct/2026");
+  company.Emi(17, 1, 1, 1, 24322, 1000);
+  company.Emi(17, 1, 1, 2, 24323, 1000);
+  modAdvLoan& entry = OpenOn(1);
+  ClickRow(entry.fpgAdvLoan, 0);
+  TickCell(entry.fpgEMI, 1, modAdvLoan::kEmiTick, true);
+  TickCell(entry.fpgEMI, 1, modAdvLoan::kEmiRecovered, true);
+  EXPECT_EQ(Rows("SELECT COUNTER, EMIRECVYN FROM INS_EMIDETAIL ORDER BY COUNTER"), "1|0\n2|1");
+  EXPECT_EQ(entry.fpgEMI.At(1, modAdvLoan::kEmiMonth).backColour, 0xC0FFC0u);
+  EXPECT_FALSE(entry.fpgEMI.IsTicked(1, modAdvLoan::kEmiTick));
+  EXPECT_EQ(entry.txtTotalReceipt.Text(), "1000.00");
+  TickCell(entry.fpgEMI, 1, modAdvLoan::kEmiRecovered, false);
+  EXPECT_EQ(Rows("SELECT SUM(EMIRECVYN) FROM INS_EMIDETAIL"), "0");
+  EXPECT_EQ(entry.txtTotalDue.Text(), "2000.00");
+}
+
+TEST_F(EntryScreen, ASerialNumberShowsItsInstructionOrBeginsANewOne) {
+  company.Loan(17, 4, "Car Loan", 1500.5, "31/Mar/2026").With("LOANACNO", "A'1").With("INTAMT", 20.0);
+  company.Emi(17, 2, 4, 1, 24320, 750).With("INSTID", 5);
+  modAdvLoan& entry = OpenOn(2);
+  Type(entry.txtSerialNo, "4");
+  EXPECT_EQ(entry.cmbALName.Text(), "Car Loan");
+  EXPECT_EQ(entry.txtLoanAccNo.Text(), "A'1");
+  EXPECT_EQ(entry.txtAdvDate.Text(), "31/03/2026");
+  EXPECT_EQ(entry.txtAdvAmount.Text(), "1500.50");
+  EXPECT_EQ(entry.txtInterestAmt.Text(), "20.00");
+  EXPECT_EQ(entry.cmbInstitution.Text(), "Deccan Bank");
+  EXPECT_FALSE(entry.fmeInstallment.visible);
+  company.Emi(17, 2, 4, 2, 24321, 750).With("INSTID", 6);
+  Type(entry.txtSerialNo, "9");
+  EXPECT_EQ(entry.cmbALName.Text(), "");
+  EXPECT_TRUE(entry.fmeInstallment.visible);
+  Type(entry.txtSerialNo, "4");
+  EXPECT_EQ(entry.cmbInstitution.Text(), "");  // two lenders: none is shown
+  EXPECT_EQ(entry.fpgEMI.rows.size(), 2u);
+}
+
+TEST_F(EntryScreen, NewAndCloseAskAboutWhatIsTyped) {
+  modAdvLoan& entry = Open(1);
+  Click(entry.cmdNew);
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Select employee."});
+  Pick(entry.cmbEmpName, "Asha Rao");
+  Click(entry.cmdNew);
+  Type(entry.txtRemarks, "typed");
+  desk.WillAnswer({Answer::Cancel});
+  Click(entry.cmdNew);
+  EXPECT_EQ(entry.txtRemarks.Text(), "typed");
+  desk.WillAnswer({Answer::No});
+  Click(entry.cmdNew);
+  EXPECT_EQ(entry.txtRemarks.Text(), "");
+  desk.TakeBoxes();
+  desk.WillAnswer({Answer::Cancel});
+  Click(entry.cmdClose);
+  EXPECT_FALSE(entry.IsUnloaded());
+  desk.WillAnswer({Answer::Yes});
+  Click(entry.cmdClose);  // what is typed cannot be saved, so the screen stays
+  EXPECT_FALSE(entry.IsUnloaded());
+  EXPECT_EQ(desk.TakeTexts(),
+            (std::vector<std::string>{"Do you want to Save entered details?",
+                                      "Do you want to Save entered details?", "Specify the advance name."}));
+  desk.WillAnswer({Answer::No});
+  Click(entry.cmdClose);
+  EXPECT_TRUE(entry.IsUnloaded());
+  EXPECT_EQ(machine.settings.Get("ExeTalk", "HWNDKTLStIns"), "0");
+}
+
+TEST_F(EntryScreen, LockedEmployeesAndReadOnlyUsersCannotWrite) {
+  Run("UPDATE MAS_EMPLOYEE SET lockyn = 1 WHERE EMPID = 17");
+  modAdvLoan& entry = OpenOn(1);
+  for (Button* button : {&entry.cmdSave, &entry.cmdDelete, &entry.cmdEMIDelete, &entry.cmdMonthly,
+                         &entry.cmdNew, &entry.cmdEmi, &entry.cmdInstitution, &entry.cmdMaster}) {
+    EXPECT_FALSE(button->enabled) << button->name();
+  }
+  EXPECT_TRUE(entry.cmdReceipts.enabled);
+  Pick(entry.cmbEmpName, "Binod Sen");
+  EXPECT_TRUE(entry.cmdSave.enabled && entry.cmdEmi.enabled);
+  EXPECT_EQ(entry.lblEmpName.caption, " Employee Left ");
+  EXPECT_EQ(entry.lblEmpName.toolTip, "31/Aug/2026");
+  session.ReadOnlyUser = true;
+  Open(1);
+  EXPECT_FALSE(screen->cmdSave.enabled || screen->cmdMultiAllot.enabled);
+  EXPECT_TRUE(screen->cmdEmi.enabled);
+  Pick(screen->cmbEmpName, "Binod Sen");
+  EXPECT_FALSE(screen->cmdSave.enabled || screen->cmdEmi.enabled || screen->cmdMultiAllot.enabled);
+  Click(screen->cmdClose);
+  EXPECT_TRUE(screen->IsUnloaded());
+}
+
+TEST_F(EntryScreen, EmployeesAreListedByNameAndReferenceWithinClassSecurity) {
+  company.Employee(19).Named("Asha Rao").Ref("K19").Joined("01/Apr/2010");
+  company.Emi(19, 1, 1, 1, 24327, 100);
+  modAdvLoan& entry = Open(1);
+  Pick(entry.cmbEmpIDRef, "K19");
+  EXPECT_EQ(entry.cmbEmpName.Text(), "Asha Rao");
+  EXPECT_EQ(entry.Key().employee, 19);  // not the other Asha Rao
+  Tick(entry.chkCurrEMIEmp, true);
+  EXPECT_EQ(entry.cmbEmpName.Rows(), (std::vector<ListRow>{{"Asha Rao", "19"}}));
+  Run("UPDATE MAS_OPTSET SET CLASSSECURITYN = 1");
+  company.Row("SEC_CLASSEMP").With("USERNAME", "RAVI").With("EMPID", 17);
+  session.hostName = "PC1";
+  Tick(entry.chkCurrEMIEmp, false);
+  EXPECT_EQ(entry.cmbEmpIDRef.Rows(), (std::vector<ListRow>{{"K17", "17"}}));
+  Tick(entry.chkCurrEMIEmp, true);
+  EXPECT_TRUE(entry.cmbEmpName.Rows().empty());
+}
+
+TEST_F(EntryScreen, TheFormulaFrameAsksForWhatItNeeds) {
+  company.Row("MAS_FORMULA").With("FORMULAID", 1).With("FORMULANAME", "Flat").With("FORMULA", "250 * 2");
+  company.Row("MAS_EMPLOYEEDET").With("EMPDETID", 1).With("EMPID", 17).With("EFFFROMDATE", "01/Sep/2026");
+  modAdvLoan& entry = OpenOn(1);
+  Click(entry.cmdNew);
+  Click(entry.cmdFmeFormula);
+  EXPECT_FALSE(entry.txtAdvDate.IsUsable());
+  Click(entry.cmdAccept);
+  entry.txtAdvDate.SetText("15/09/2026");
+  Type(entry.cmbFormula, "Steep");
+  Click(entry.cmdAccept);
+  Type(entry.txtMonths, "3");
+  Click(entry.cmdAccept);
+  EXPECT_EQ(desk.TakeTexts(), (std::vector<std::string>{"Enter Advance Date.", "Enter 'Number of Months'.",
+                                                        "Select proper 'Formula'."}));
+  entry.cmbFormula.SetText("");
+  desk.WillAnswer({Answer::Yes});
+  Click(entry.cmdAccept);
+  EXPECT_FALSE(entry.fmeFormula.visible);
+  EXPECT_TRUE(entry.txtAdvDate.IsUsable());
+  EXPECT_EQ(entry.Focus(), &entry.txtInterestAmt);
+}
+
+TEST_F(EntryScreen, DoorsNameWhatIsMissing) {
+  company.Advance(17, 1, "Salary Advance", 2000, "01/Oct/2026");
+  machine.siblings.missing = {"KTLSIRep", "KTLIntrCalc"};
+  modAdvLoan& entry = OpenOn(1);
+  Click(entry.cmdEmi);
+  Click(entry.cmdReport);
+  Click(entry.mnuExport);
+  Click(entry.cmdIntrCalc);
+  EXPECT_EQ(desk.TakeTexts(),
+            (std::vector<std::string>{"Select a Advance record.", "Required External Application not found",
+                                      "No Records Found", "Required External Application not found"}));
+  machine.siblings.missing = {};
+  machine.settings.Set("Settings", "ICIntrAmt", "77");
+  Click(entry.cmdNew);
+  Click(entry.cmdIntrCalc);
+  EXPECT_EQ(entry.txtInterestAmt.Text(), "77");
+  session.ReportFlag = true;
+  session.ReportNumber = 4;
+  Click(entry.cmdReport);
+  EXPECT_EQ(machine.siblings.started.back().arguments, "1521#True#4#0");
+}
+
+}  // namespace
+}  // namespace ktl
