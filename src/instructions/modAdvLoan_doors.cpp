@@ -116,6 +116,7 @@ void modAdvLoan::cmdMonthly_Click() {
 void modAdvLoan::cmdMultiAllot_Click() {
   if (FnBlnPermitted(session_, cmdMultiAllot)) return;
   session_.screens.Show(session_, "modMultiAllot", this);
+  RegisterWindow(session_);
 }
 
 void modAdvLoan::OpenOnInstruction(const char* screenName) {
