@@ -8,6 +8,7 @@
 #include "frame/modExternal.h"
 #include "frame/rights.h"
 #include "frame/session.h"
+#include "frame/top_level.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/modAdvLoan.h"
 #include "runtime/numbers.h"
