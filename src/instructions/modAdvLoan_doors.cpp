@@ -8,6 +8,7 @@
 #include "frame/modExternal.h"
 #include "frame/rights.h"
 #include "frame/session.h"
+#include "frame/top_level.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/modAdvLoan.h"
 #include "runtime/numbers.h"
@@ -60,8 +61,8 @@ void modAdvLoan::cmdAccept_Click() {
     return;
   }
   if (txtMonths.Text().empty()) return refuse("Enter 'Number of Months'.", txtMonths);
+  formulaMonths_ = clsGenCmn::FnDblTrimVal(txtMonths.Text());  // kept even when the formula is refused
   if (!cmbFormula.MatchesList()) return refuse("Select proper 'Formula'.", cmbFormula);
-  formulaMonths_ = clsGenCmn::FnDblTrimVal(txtMonths.Text());
   const long month = FnLngMonthYear(txtAdvDate.Text());
   if (const std::optional<long> detailRow = DetailRowOf(month)) {
     const Date first = *ParseDate("01/" + FnStrFormatMonthYear(month));
@@ -116,6 +117,7 @@ void modAdvLoan::cmdMonthly_Click() {
 void modAdvLoan::cmdMultiAllot_Click() {
   if (FnBlnPermitted(session_, cmdMultiAllot)) return;
   session_.screens.Show(session_, "modMultiAllot", this);
+  RegisterWindow(session_);
 }
 
 void modAdvLoan::OpenOnInstruction(const char* screenName) {
@@ -144,8 +146,8 @@ void modAdvLoan::cmdReceipts_Click() {
 
 void modAdvLoan::cmdReport_Click() {
   StartExternal(session_, {"KTLSIRep", "KestrelLedger - Reports",
-                          fmt::format("{}#{}#{}#0", siType_ == 1 ? "1521" : "1522",
-                                      session_.ReportFlag ? "True" : "False", session_.ReportNumber)});
+                           fmt::format("{}#{}#{}#0", siType_ == 1 ? "1521" : "1522",
+                                       session_.ReportFlag ? "True" : "False", session_.ReportNumber)});
 }
 
 void modAdvLoan::lblSummary_Click() {
