@@ -102,8 +102,9 @@ TEST_F(OptionsTest, EmployeeDetailForFormulas) {
   Sql("INSERT INTO MAS_BRANCH (BRANCHID, BRANCHNAME) VALUES (3, 'Pune')");
   Sql("INSERT INTO MAS_ATTHEAD (ATTHEADID, ATTHEADNAME) VALUES (4, 'Works')");
   Sql("INSERT INTO MAS_SALSTRUCT (STRUCTID, STRUCTDESC) VALUES (5, 'Staff')");
-  Sql("INSERT INTO MAS_EMPLOYEEDET (EMPDETID, EMPID, BRANCHID, ATTHEADID, STRUCTID, GRADE) VALUES "
-      "(1, 1, 3, 4, 5, 'G2')");
+  Sql("INSERT INTO MAS_EMPLOYEEDET (EMPDETID, EMPID, BRANCHID, ATTHEADID, STRUCTID, GRADE, EFFFROMDATE) "
+      "VALUES "
+      "(1, 1, 3, 4, 5, 'G2', '01/Apr/2010')");
   LoadEmployeeDetail(session, 1, 1);
   EXPECT_EQ(session.employeeDetail.BRANCHNAME + session.employeeDetail.ATTHEADNAME, "PuneWorks");
   EXPECT_EQ(session.employeeDetail.STRUCTDESC + session.employeeDetail.GRADE, "StaffG2");
