@@ -158,6 +158,13 @@ bool GridBinding::KeyPress(const QKeyEvent& key) {
     return true;
   }
   const QModelIndex current = view_.currentIndex();
+  if (key.matches(QKeySequence::Paste) && control_.onPaste && current.isValid()) {
+    const auto row = static_cast<std::size_t>(current.row());
+    const auto column = static_cast<std::size_t>(current.column());
+    const std::string block = QGuiApplication::clipboard()->text().toStdString();
+    dispatcher_.Run([this, row, column, block] { control_.onPaste({row, column, row, column}, block); });
+    return true;
+  }
   if ((key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) || !current.isValid()) return false;
   if (current.flags() & Qt::ItemIsEditable) {
     view_.edit(current);
