@@ -145,6 +145,7 @@ void modAdvLoan::cmdReceipts_Click() {
 }
 
 void modAdvLoan::cmdReport_Click() {
+  if (FnBlnPermitted(session_, cmdReport)) return;
   StartExternal(session_, {"KTLSIRep", "KestrelLedger - Reports",
                            fmt::format("{}#{}#{}#0", siType_ == 1 ? "1521" : "1522",
                                        Value(session_.ReportFlag).ToText(), session_.ReportNumber)});
@@ -170,7 +171,17 @@ void modAdvLoan::mnuExport_Click() {
   if (!file.empty()) session_.Inform("The schedule has been written to " + file);
 }
 
+void modAdvLoan::cmdTDSDet_Click() {
+  if (FnBlnPermitted(session_, cmdTDSDet)) return;
+  session_.screens.Show(session_, "modHLoan", this);
+}
+
 void modAdvLoan::cmdIntrCalc_Click() {
+  if (FnBlnPermitted(session_, cmdIntrCalc)) return;
+  CalculateInterest();
+}
+
+void modAdvLoan::CalculateInterest() {
   SettingsStore& settings = session_.machine.settings;
   settings.Set("Settings", "ICPrcpl", NumberText(clsGenCmn::FnDblTrimVal(txtAdvAmount.Text())));
   if (session_.SepPiYN) {
