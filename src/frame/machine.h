@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,17 +50,31 @@ class Environment {
 };
 
 struct Sibling {
-  std::string program;    // "KTLSIRep"
-  std::string title;      // of its window
-  std::string arguments;  // its command line
-  bool wait = true;       // until it has ended
+  std::string program;       // "KTLSIRep"
+  std::string title;         // of its window
+  std::string arguments;     // its command line, one argument
+  std::string searchFolder = {};  // a further folder where it may lie, "" for none
 };
 
-// The other programs of the product. False when the program is not there.
+// A program that has been started. It is ended with its object if it still runs then.
+class SiblingProcess {
+ public:
+  virtual ~SiblingProcess() = default;
+  virtual bool IsRunning() = 0;
+  // The last line that it has written as its status since the last call, "" for none.
+  virtual std::string TakeStatus() = 0;
+};
+
+// The other programs of the product.
 class SiblingPrograms {
  public:
   virtual ~SiblingPrograms() = default;
-  virtual bool Start(const Sibling& sibling) = 0;
+  // Where the program lies, "" when it is not there.
+  virtual std::string Find(const Sibling& sibling) = 0;
+  // Null when it cannot be executed.
+  virtual std::unique_ptr<SiblingProcess> Launch(const std::string& path, const Sibling& sibling) = 0;
+  // Whether a program with that window handle runs: one that was not launched from here.
+  virtual bool IsAlive(long windowHandle) = 0;
 };
 
 // All of the above, as one session uses them.

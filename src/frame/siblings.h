@@ -4,12 +4,14 @@
 
 namespace ktl {
 
-// Starts the product's other programs: looked for in the program's folder, then in PATH. The argument text is
-// one argument of theirs.
+// The product's other programs as processes. One is looked for in the program's folder, in the current folder, then in
+// the sibling's own search folder. What it writes to its standard output is its status.
 class LocalSiblings final : public SiblingPrograms {
  public:
   explicit LocalSiblings(const ProgramFolder& folder) : folder_(folder) {}
-  bool Start(const Sibling& sibling) override;
+  std::string Find(const Sibling& sibling) override;
+  std::unique_ptr<SiblingProcess> Launch(const std::string& path, const Sibling& sibling) override;
+  bool IsAlive(long windowHandle) override;
 
  private:
   const ProgramFolder& folder_;

@@ -51,12 +51,12 @@ long NextCounter(Session& session, const InstructionKey& key) {
          1;
 }
 
-void AddMonthAtEnd(Session& session, const InstructionKey& key, double amount) {
+long AddMonthAtEnd(Session& session, const InstructionKey& key, const NewMonth& month) {
   const long lastMonth =
       session.data
           .FnVarGetDbValue("Select Max(MONTHYEAR) from INS_EMIDETAIL Where " + WhereInstruction(key), 0)
           .ToLong();
-  if (lastMonth == 0) return;
+  if (lastMonth == 0) return 0;
   std::string institution = "Null";
   if (key.siType == 2) {
     institution =
@@ -65,10 +65,15 @@ void AddMonthAtEnd(Session& session, const InstructionKey& key, double amount) {
             .ToText();
   }
   session.Cn.Execute(fmt::format(
-      "Insert Into INS_EMIDETAIL (EMPID, SERIALNO, SITYPE, MONTHYEAR, [COUNTER], MDFYAMT, INSTID, EMIAMT) "
-      "VALUES ({}, {}, {}, {}, {}, {}, {}, {})",
-      key.employee, key.serial, key.siType, lastMonth + 1, NextCounter(session, key), SqlAmount(amount),
-      institution, SqlAmount(amount)));
+      "Insert Into INS_EMIDETAIL (EMPID, SERIALNO, SITYPE, MONTHYEAR, [COUNTER], MDFYAMT, INSTID, EMIAMT{}) "
+      "VALUES ({}, {}, {}, {}, {}, {}, {}, {}{})",
+      month.furtherColumns, key.employee, key.serial, key.siType, lastMonth + 1, month.counter,
+      SqlAmount(month.amount), institution, SqlAmount(month.amount), month.furtherValues));
+  return lastMonth + 1;
+}
+
+void AddMonthAtEnd(Session& session, const InstructionKey& key, double amount) {
+  AddMonthAtEnd(session, key, NewMonth{amount, NextCounter(session, key)});
 }
 
 }  // namespace ktl

@@ -30,8 +30,17 @@ bool IsMonthLocked(Session& session, long monthYear);
 // The highest counter of the instruction plus 1; 1 when it has no month.
 long NextCounter(Session& session, const InstructionKey& key);
 
-// Adds a month behind the instruction's last one with the amount as actual and modified instalment; nothing
-// when the instruction has no month. Raises no flags.
+// A month behind the instruction's last one, with the amount as actual and modified instalment.
+struct NewMonth {
+  double amount = 0;
+  long counter = 0;
+  // Of instructions that keep principal and interest apart: ",ACTPRNAMT,..." and ",300,...".
+  std::string furtherColumns = {};
+  std::string furtherValues = {};
+};
+// The month added; 0 and nothing written when the instruction has no month. Raises no flags.
+long AddMonthAtEnd(Session& session, const InstructionKey& key, const NewMonth& month);
+// The same with the next counter.
 void AddMonthAtEnd(Session& session, const InstructionKey& key, double amount);
 
 }  // namespace ktl

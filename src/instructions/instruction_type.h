@@ -17,6 +17,9 @@ inline constexpr int kIncentiveType = 7;
 // Advances and loans stand in INS_ADVLOAN, all others in INS_OTHER.
 constexpr bool IsAdvanceOrLoan(int siType) { return siType == kAdvanceType || siType == kLoanType; }
 
+// Loans, insurance, SSS and group insurance name an institution month by month.
+constexpr bool HasInstitution(int siType) { return siType >= kLoanType && siType <= kGroupInsuranceType; }
+
 // The word that the company shows the type under, "" when it has none.
 std::string InstructionCaption(Session& session, int siType);
 

@@ -5,9 +5,9 @@
 #include "common/month_year.h"
 #include "database/recordset.h"
 #include "formula/clsEvalFormula.h"
+#include "frame/modExternal.h"
 #include "frame/rights.h"
 #include "frame/session.h"
-#include "frame/top_level.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/modAdvLoan.h"
 #include "runtime/numbers.h"
@@ -26,11 +26,6 @@ bool IsSummaryDenied(Session& session) {
       SqlText(session, session.CurrentUser())));
 }
 
-// A sibling that is not installed says so.
-void StartSibling(Session& session, const Sibling& sibling) {
-  if (!session.machine.siblings.Start(sibling)) session.Inform("Required External Application not found");
-}
-
 }  // namespace
 
 void modAdvLoan::ForgetFormula() {
@@ -41,7 +36,7 @@ void modAdvLoan::ForgetFormula() {
 
 void modAdvLoan::ShowFormulaFrame(bool shown) {
   fmeFormula.visible = shown;
-  fmeTransaction.enabled = employee_ != 0 && !shown;
+  fmeTransaction.enabled = !shown;
   if (shown) SetFocus(cmbFormula);
 }
 
@@ -93,8 +88,9 @@ std::optional<long> modAdvLoan::DetailRowOf(long monthYear) {
 
 void modAdvLoan::cmdAdvFormulate_Click() {
   if (FnBlnPermitted(session_, cmdAdvFormulate)) return;
-  StartSibling(session_, {"KTLFilter", "Kestrel Ledger - Expression Editor",
-                          "1505,$Kestrel Ledger - Expression Editor", true});
+  StartExternal(session_, {"KTLFilter", "Kestrel Ledger - Expression Editor",
+                           fmt::format("1505,{}$Kestrel Ledger - Expression Editor",
+                                       session_.MultiLoginYN ? "True" : "False")});
   cmbFormula.SetRows(ReadFormulas(session_));
 }
 
@@ -107,8 +103,7 @@ void modAdvLoan::cmdMaster_Click() {
 
 void modAdvLoan::cmdInstitution_Click() {
   if (FnBlnPermitted(session_, cmdInstitution)) return;
-  session_.Inform(
-      "The list of institutions is kept by the host's filter program, which this build does not start yet.");
+  OpenInstitutionMaster(session_);
   cmbInstitution.SetRows(ReadInstitutions(session_));
 }
 
@@ -131,6 +126,10 @@ void modAdvLoan::OpenOnInstruction(const char* screenName) {
     return;
   }
   session_.screens.Show(session_, screenName, this);
+  RefreshDetail();
+  RefreshEMI();
+  RefreshReceipts();
+  UpdateOverview();
 }
 
 void modAdvLoan::cmdEmi_Click() {
@@ -144,10 +143,9 @@ void modAdvLoan::cmdReceipts_Click() {
 }
 
 void modAdvLoan::cmdReport_Click() {
-  StartSibling(session_, {"KTLSIRep", "KestrelLedger - Reports",
+  StartExternal(session_, {"KTLSIRep", "KestrelLedger - Reports",
                           fmt::format("{}#{}#{}#0", siType_ == 1 ? "1521" : "1522",
-                                      session_.ReportFlag ? "True" : "False", session_.ReportNumber),
-                          true});
+                                      session_.ReportFlag ? "True" : "False", session_.ReportNumber)});
 }
 
 void modAdvLoan::lblSummary_Click() {
@@ -155,7 +153,10 @@ void modAdvLoan::lblSummary_Click() {
     session_.desk.Warn("Permission denied.", session_.title);
     return;
   }
-  StartSibling(session_, {"KTLFFS", "", "", true});
+  if (employee_ == 0) return;
+  session_.machine.settings.Set("Settings", "EMPSUMMRY", std::to_string(employee_));
+  StartExternal(session_, {"KTLFFS", "KestrelLedger - Full & Final settlement",
+                           fmt::format("1502,{}", session_.MultiLoginYN ? "True" : "False")});
 }
 
 void modAdvLoan::mnuExport_Click() {
@@ -175,8 +176,7 @@ void modAdvLoan::cmdIntrCalc_Click() {
     RefreshEMI();
     UpdateOverview();
   } else {
-    StartSibling(session_, {"KTLIntrCalc", "Interest Calculation", "", true});
-    RegisterWindow(session_);
+    StartExternal(session_, {"KTLIntrCalc", "Interest Calculation", ""});
   }
   settings.Set("Settings", "ICPrcpl", "");
   // A figure already typed is kept; the calculator's answer is dropped then.

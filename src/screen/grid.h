@@ -33,6 +33,17 @@ struct GridRow {
   bool operator==(const GridRow&) const = default;
 };
 
+// A block of selected cells, both ends counted in.
+struct GridRange {
+  std::size_t firstRow = 0;
+  std::size_t firstColumn = 0;
+  std::size_t lastRow = 0;
+  std::size_t lastColumn = 0;
+
+  std::size_t Rows() const { return lastRow - firstRow + 1; }
+  std::size_t Columns() const { return lastColumn - firstColumn + 1; }
+};
+
 inline constexpr std::size_t kNoRow = static_cast<std::size_t>(-1);
 
 // Rows and columns count from 0; a screen names its columns in an enum.
@@ -59,6 +70,8 @@ class Grid final : public Control {
   CellHandler onRowClick;    // the row is the active one by then
   CellHandler onCellChange;  // after a typed or ticked cell holds its new text
   CellHandler onDblClick;
+  // Ctrl+V on the selection: the clipboard's text, rows by line breaks and cells by tabs.
+  std::function<void(const GridRange& selection, const std::string& block)> onPaste;
   std::vector<Menu*> popup;  // the menu of the right button
 };
 

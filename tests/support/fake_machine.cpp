@@ -34,12 +34,17 @@ std::string FakeEnvironment::Variable(std::string_view name) const {
   return found == variables.end() ? std::string() : found->second;
 }
 
-bool RecordingSiblings::Start(const Sibling& sibling) {
-  if (missing.contains(sibling.program)) {
-    return false;
-  }
+std::string RecordingSiblings::Find(const Sibling& sibling) {
+  return missing.contains(sibling.program) ? "" : "/" + sibling.program;
+}
+
+std::unique_ptr<SiblingProcess> RecordingSiblings::Launch(const std::string&, const Sibling& sibling) {
+  class EndedProcess final : public SiblingProcess {
+    bool IsRunning() override { return false; }
+    std::string TakeStatus() override { return ""; }
+  };
   started.push_back(sibling);
-  return true;
+  return std::make_unique<EndedProcess>();
 }
 
 }  // namespace ktl

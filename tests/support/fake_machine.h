@@ -63,9 +63,12 @@ class FakeEnvironment final : public Environment {
   std::map<std::string, std::string, std::less<>> variables;
 };
 
+// Programs that end as soon as they are started.
 class RecordingSiblings final : public SiblingPrograms {
  public:
-  bool Start(const Sibling& sibling) override;
+  std::string Find(const Sibling& sibling) override;
+  std::unique_ptr<SiblingProcess> Launch(const std::string& path, const Sibling& sibling) override;
+  bool IsAlive(long) override { return false; }
 
   std::vector<Sibling> started;
   std::set<std::string> missing;  // programs that are not there

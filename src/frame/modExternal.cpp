@@ -1,0 +1,121 @@
+#include "frame/modExternal.h"
+
+#include <fmt/format.h>
+
+#include <chrono>
+#include <thread>
+
+#include "common/titles.h"
+#include "frame/session.h"
+#include "frame/top_level.h"
+#include "runtime/numbers.h"
+
+namespace ktl {
+
+namespace {
+
+constexpr std::chrono::milliseconds kTick{50};
+constexpr const char* kTalk = "ExeTalk";
+
+std::string StatusKey() { return std::string("StatusHWND") + kVendorTitle; }
+
+const char* YesText(bool flag) { return flag ? "True" : "False"; }
+
+}  // namespace
+
+modExternal::modExternal(Session& session) : Screen("modExternal"), session_(session) {
+  txtStatus.onChange = [this] { txtStatus_Change(); };
+}
+
+void modExternal::Form_Load() {
+  caption = kVendorTitle;
+  if (AppName.empty() && (MODE < 1 || MODE > 4)) {
+    session_.Inform("Properties of external application is not set properly");
+    Unload();
+  }
+}
+
+void modExternal::Form_Activate() {
+  if (MODE == 2) {
+    WaitForRunning();
+  } else {
+    StartAndWait();
+  }
+  Unload();
+}
+
+// The status box of the caller is the one in use again when the other program has gone.
+void modExternal::StartAndWait() {
+  SettingsStore& settings = session_.machine.settings;
+  const std::string handleKey = "HWND" + AppName;
+  callersStatus_ = static_cast<long>(Val(settings.Get(kTalk, StatusKey(), "0")));
+  settings.Set(kTalk, StatusKey(), std::to_string(session_.machine.environment.ProcessId()));
+  const Sibling sibling{AppName, AppTitle, AppParameter, AppSearchDir};
+  const std::string path = session_.machine.siblings.Find(sibling);
+  settings.Set(kTalk, handleKey, "0");
+  const auto process = path.empty() ? nullptr : session_.machine.siblings.Launch(path, sibling);
+  if (process) {
+    if (MODE != 4) WaitForHandle(*process);
+    WaitForEnd(*process);
+    settings.Set(kTalk, handleKey, "0");
+  } else {
+    session_.desk.ShowError("Required External Application not found", session_.title);
+  }
+  settings.Set(kTalk, StatusKey(), std::to_string(callersStatus_));
+}
+
+long modExternal::Handle() {
+  return static_cast<long>(Val(session_.machine.settings.Get(kTalk, "HWND" + AppName, "0")));
+}
+
+// Without a time-out: only the handle ends it, or that the program has ended.
+void modExternal::WaitForHandle(SiblingProcess& process) {
+  while (process.IsRunning() && Handle() <= 0) PassTime(&process);
+}
+
+void modExternal::WaitForEnd(SiblingProcess& process) {
+  while (process.IsRunning()) PassTime(&process);
+  txtStatus.SetText(process.TakeStatus());
+}
+
+void modExternal::WaitForRunning() {
+  while (session_.machine.siblings.IsAlive(Handle())) PassTime(nullptr);
+}
+
+void modExternal::PassTime(SiblingProcess* process) {
+  if (process != nullptr) {
+    if (const std::string status = process->TakeStatus(); !status.empty()) txtStatus.SetText(status);
+  }
+  session_.desk.Refresh();
+  std::this_thread::sleep_for(kTick);
+}
+
+void modExternal::txtStatus_Change() {
+  session_.machine.statusBox.ReplaceText(callersStatus_, txtStatus.Text());
+}
+
+void StartExternal(Session& session, const Sibling& sibling) {
+  modExternal launcher(session);
+  launcher.AppName = sibling.program;
+  launcher.AppTitle = sibling.title;
+  launcher.AppParameter = sibling.arguments;
+  launcher.AppSearchDir = sibling.searchFolder;
+  launcher.MODE = 3;
+  launcher.Load();
+  RegisterWindow(session);
+}
+
+void OpenFilter(Session& session, Screen& caller) {
+  session.ActiveForm = &caller;
+  StartExternal(session,
+                {"KTLFilter", "KestrelLedger - Filter", fmt::format("1500,{}", YesText(session.MultiLoginYN))});
+  session.FilterYN = Val(session.machine.settings.Get("Settings", "Filter", "0")) != 0;
+}
+
+void OpenInstitutionMaster(Session& session) {
+  const char* title = "KestrelLedger - Institution";
+  StartExternal(session, {"KTLFilter", title,
+                          fmt::format("{},{}${}", session.FormCode, YesText(session.MultiLoginYN), title)});
+}
+
+}  // namespace ktl

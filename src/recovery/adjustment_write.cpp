@@ -1,0 +1,207 @@
+#include "recovery/adjustment_write.h"
+
+#include <fmt/format.h>
+
+#include "frame/session.h"
+#include "instructions/instruction_statements.h"
+#include "runtime/errors.h"
+
+namespace ktl {
+
+namespace {
+
+using RunStatement = std::function<void(const std::string&)>;
+
+std::string ConditionOf(const InstructionKey& key, long monthYear) {
+  return fmt::format("Where EMPID={} AND SITYPE={} AND MONTHYEAR={} AND SERIALNO = {}", key.employee, key.siType,
+                     monthYear, key.serial);
+}
+
+std::string SumStatement(double amount, std::string_view otherColumn, const std::string& condition) {
+  return fmt::format("Update INS_EMIDETAIL SET MDFYAMT = {} + (SELECT ISNULL({}, 0) FROM INS_EMIDETAIL {} ) {}",
+                     SqlAmount(amount), otherColumn, condition, condition);
+}
+
+// The component and, of a reducing instruction, the sum of both.
+void WriteComponent(Component component, double amount, const std::string& condition, const RunStatement& run) {
+  const auto set = [&](const char* column) {
+    run(fmt::format("Update INS_EMIDETAIL SET {} = {} {}", column, SqlAmount(amount), condition));
+  };
+  switch (component) {
+    case Component::Amount:
+      return set("MDFYAMT");
+    case Component::Principal:
+      set("MDFPRNAMT");
+      return run(SumStatement(amount, "MDFINTAMT", condition));
+    case Component::Interest:
+      set("MDFINTAMT");
+      return run(SumStatement(amount, "MDFPRNAMT", condition));
+  }
+}
+
+bool Ask(Session& session, AdjustmentQuestion question) {
+  if (question == AdjustmentQuestion::MakeItZero) {
+    return session.desk.Confirm("EMI will be adjusted in negative amount. Do you want to make it zero?",
+                                session.title, Answer::Yes);
+  }
+  return session.desk.Confirm("Adjustment Amount is negative \r\n\r\nDo you want to Continue", session.title,
+                              Answer::Yes, Icon::Exclamation);
+}
+
+void RaiseFlags(Session& session, const InstructionKey& key, long monthYear) {
+  RaiseEditMode(session, key.employee, fmt::format("= {}", monthYear), AttendanceWording::EmployeeFirst);
+}
+
+void SpreadInEditor(Session& session, InstructionParent& parent, Component component,
+                    const EditorDifference& difference) {
+  using Mode = EditorDifference::Mode;
+  const InstructionKey key = parent.Key();
+  const auto months = AdjustableMonths(ReadEmiMonths(session, parent), component);
+  const bool saving = difference.mode == Mode::Save;
+  if (difference.activeRow >= months.size()) return;
+  const auto run = [&session](const std::string& sql) { session.data.ExecuteSql(sql); };
+  const auto write = [&](const MonthChange& change) {
+    const std::string condition = ConditionOf(key, change.monthYear);
+    WriteComponent(component, change.amount, condition, run);
+    if (saving && component == Component::Amount && change.amount == 0)
+      run(fmt::format("Update INS_EMIDETAIL SET INTAMT = {} {}", SqlAmount(change.amount), condition));
+  };
+  const AdjustmentHooks hooks{[&session](AdjustmentQuestion question) { return Ask(session, question); }, write};
+  if (!saving) {
+    SpreadDifference(months, difference.activeRow, difference.amount, kEditorDeleteRules, hooks);
+    return;
+  }
+  const SpreadOutcome outcome =
+      SpreadDifference(months, difference.activeRow + 1, difference.amount - months[difference.activeRow].amount,
+                       component == Component::Interest ? kEditorSaveInterestRules : kEditorSaveRules, hooks);
+  if (outcome.madeZero && outcome.left != 0)
+    session.desk.MsgBox({.text = "Adjust value", .icon = Icon::None, .title = session.title});
+}
+
+// Runs a walk of the receipts family on one component; its failure is told in the family's words.
+void WalkReceipt(Session& session, InstructionParent& parent, Component component, const char* errorText,
+                 const std::function<void(const std::vector<AdjustableMonth>&, const AdjustmentHooks&)>& walk) {
+  const InstructionKey key = parent.Key();
+  const auto run = [&session](const std::string& sql) { session.Cn.Execute(sql); };
+  const auto write = [&](const MonthChange& change) {
+    const std::string condition = ConditionOf(key, change.monthYear);
+    if (change.deleted) {
+      run("DELETE FROM INS_EMIDETAIL " + condition);
+    } else {
+      WriteComponent(component, change.amount, condition, run);
+    }
+    if (change.flagged) RaiseFlags(session, key, change.monthYear);
+  };
+  try {
+    walk(AdjustableMonths(ReadEmiMonths(session, parent), component),
+         {[&session](AdjustmentQuestion question) { return Ask(session, question); }, write});
+  } catch (const RuntimeError&) {
+    session.desk.ShowError(errorText, session.title);
+  }
+}
+
+void SpreadReceipt(Session& session, InstructionParent& parent, Component component,
+                   const ReceiptDifference& difference) {
+  WalkReceipt(session, parent, component, "Error in EMIModify", [&](const auto& months, const auto& hooks) {
+    SpreadDifference(months, FirstMonthFrom(months, difference.lngFromMonth), difference.amount,
+                     difference.blnDeleted ? kReceiptDeleteRules : kReceiptSaveRules, hooks);
+  });
+}
+
+void TakeReceiptFromEnd(Session& session, InstructionParent& parent, Component component, EmptiedMonth emptied,
+                        const ReceiptDifference& difference) {
+  WalkReceipt(session, parent, component, "Error in EMIModifyLastMonth",
+              [&](const auto& months, const auto& hooks) {
+                TakeFromEnd(months, difference.amount, difference.lngFromMonth, difference.lngToMonth, emptied,
+                            hooks);
+              });
+}
+
+// The month added, 0 when none was.
+long AddMonth(Session& session, InstructionParent& parent, NewMonth month) {
+  if (month.amount <= 0) {
+    session.Inform("EMI Adjusted Amount is Negative");
+    return 0;
+  }
+  month.counter = parent.FnLngGetCounter();
+  return AddMonthAtEnd(session, parent.Key(), month);
+}
+
+}  // namespace
+
+void AdjustFutureMonths(Session& session, InstructionParent& parent, const EditorDifference& difference) {
+  SpreadInEditor(session, parent, Component::Amount, difference);
+}
+
+void AdjustFuturePrincipal(Session& session, InstructionParent& parent, const EditorDifference& difference) {
+  SpreadInEditor(session, parent, Component::Principal, difference);
+}
+
+void AdjustFutureInterest(Session& session, InstructionParent& parent, const EditorDifference& difference) {
+  SpreadInEditor(session, parent, Component::Interest, difference);
+}
+
+void CreateRecoveryMonth(Session& session, InstructionParent& parent, double dblAmount) {
+  AddMonth(session, parent, {.amount = dblAmount});
+}
+
+void CreateRecoveryMonthRed(Session& session, InstructionParent& parent, double dblPrincipal,
+                            double dblInterest) {
+  const std::string principal = SqlAmount(dblPrincipal);
+  const std::string interest = SqlAmount(dblInterest < 0 ? 0 : dblInterest);
+  const long added = AddMonth(session, parent,
+                              {.amount = dblPrincipal,
+                               .furtherColumns = ",ACTPRNAMT,MDFPRNAMT,ACTINTAMT,MDFINTAMT",
+                               .furtherValues = fmt::format(",{0},{0},{1},{1}", principal, interest)});
+  if (added != 0)
+    session.Cn.Execute(SumStatement(dblPrincipal, "MDFINTAMT", ConditionOf(parent.Key(), added)));
+}
+
+void EMIModify(Session& session, InstructionParent& parent, const ReceiptDifference& difference) {
+  SpreadReceipt(session, parent, Component::Amount, difference);
+}
+
+void RedPrinciModify(Session& session, InstructionParent& parent, const ReceiptDifference& difference) {
+  SpreadReceipt(session, parent, Component::Principal, difference);
+}
+
+void RedIntModify(Session& session, InstructionParent& parent, const ReceiptDifference& difference) {
+  SpreadReceipt(session, parent, Component::Interest, difference);
+}
+
+void EMIModifyLastMonth(Session& session, InstructionParent& parent, const ReceiptDifference& difference) {
+  TakeReceiptFromEnd(session, parent, Component::Amount, EmptiedMonth::Deleted, difference);
+}
+
+void RedPrinciModifyLastMonth(Session& session, InstructionParent& parent,
+                              const ReceiptDifference& difference) {
+  TakeReceiptFromEnd(session, parent, Component::Principal, EmptiedMonth::Deleted, difference);
+}
+
+void RedIntModifyLastMonth(Session& session, InstructionParent& parent, const ReceiptDifference& difference) {
+  TakeReceiptFromEnd(session, parent, Component::Interest, EmptiedMonth::Kept, difference);
+}
+
+void AddRecoveryMonth(Session& session, InstructionParent& parent, double dblAmount) {
+  const long added = AddMonth(session, parent, {.amount = dblAmount});
+  if (added != 0) RaiseFlags(session, parent.Key(), added);
+}
+
+void AddRecoveryMonthRed(Session& session, InstructionParent& parent, double dblPrincipal, double dblInterest) {
+  const long added = AddMonth(
+      session, parent,
+      {.amount = dblPrincipal + dblInterest,
+       .furtherColumns = ",ACTPRNAMT,ACTINTAMT,MDFPRNAMT,MDFINTAMT",
+       .furtherValues = fmt::format(",{0},{1},{0},{1}", SqlAmount(dblPrincipal), SqlAmount(dblInterest))});
+  if (added != 0) RaiseFlags(session, parent.Key(), added);
+}
+
+void WriteMonthInterest(Session& session, const InstructionKey& key, long monthYear, double interest) {
+  const std::string condition = fmt::format("WHERE SITYPE={} AND EMPID = {} AND SERIALNO = {} AND MONTHYEAR={}",
+                                            key.siType, key.employee, key.serial, monthYear);
+  session.Cn.Execute(
+      fmt::format("UPDATE INS_EMIDETAIL SET MDFINTAMT={} {}", SqlAmount(interest), condition));
+  session.Cn.Execute(SumStatement(interest, "MDFPRNAMT", condition));
+}
+
+}  // namespace ktl

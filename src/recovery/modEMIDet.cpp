@@ -1,0 +1,250 @@
+#include "recovery/modEMIDet.h"
+
+#include "common/amounts.h"
+#include "common/month_year.h"
+#include "database/recordset.h"
+#include "frame/modExternal.h"
+#include "frame/rights.h"
+#include "frame/session.h"
+#include "instructions/instruction_statements.h"
+#include "instructions/instruction_type.h"
+#include "recovery/failure_box.h"
+#include "runtime/numbers.h"
+
+namespace ktl {
+
+namespace {
+
+constexpr const char* kMonthFormat = "Jan/2005(mmm/yyyy)";
+
+struct Rights {
+  int siType;
+  const char* save;
+  const char* remove;
+  const char* institution;
+  long group;
+};
+constexpr Rights kRights[] = {
+    {1, "218", "219", "", 52},    {2, "244", "245", "246", 58}, {3, "259", "260", "261", 63},
+    {4, "290", "291", "292", 72}, {5, "273", "274", "275", 67}, {7, "303", "304", "", 76},
+};
+
+const Rights& RightsOf(int siType) {
+  for (const Rights& rights : kRights) {
+    if (rights.siType == siType) return rights;
+  }
+  return kRights[0];
+}
+
+std::string Shown(const Value& amount) {
+  return amount.IsNull() ? "" : FormatNumber(amount.ToDouble(), "0.00");
+}
+
+}  // namespace
+
+modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
+    : Screen("modEMIDet"),
+      session_(session),
+      parent_(parent),
+      key_(parent.Key()),
+      reducing_(parent.ReducingBalance()) {
+  caption = "EMI Details";
+  for (Control* control :
+       std::initializer_list<Control*>{&lblInt, &txtInt, &lblIntFrom, &txtIntFrom, &lblIntTo, &txtIntTo,
+                                       &chkCalculationOn, &chkEffDate, &cmdIntCalculate, &cmdIntNew,
+                                       &cmdIntClose}) {
+    control->container = &fmeIntRedBal;
+  }
+  fmeIntRedBal.visible = false;
+  for (TextBox* box : {&txtAmount, &txtInterest, &txtInt}) {
+    box->rightAligned = true;
+    box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
+  }
+  for (TextBox* box : {&txtFromMonth, &txtToMonth, &txtIntFrom, &txtIntTo}) {
+    box->toolTip = kMonthFormat;
+    box->onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnlyWithAlpha(key); };
+  }
+  SetButtonTags();
+  ConnectHandlers();
+}
+
+void modEMIDet::ConnectHandlers() {
+  const auto on = [this](void (modEMIDet::*handler)()) {
+    return WithNumberedErrorBox(session_, session_.title, [this, handler] { (this->*handler)(); });
+  };
+  fpgEMIDetail.onRowClick = [this](std::size_t row, std::size_t) { fpgEMIDetail_Click(row); };
+  txtFromMonth.onLeave = on(&modEMIDet::txtFromMonth_LostFocus);
+  txtToMonth.onLeave = on(&modEMIDet::txtToMonth_LostFocus);
+  for (TextBox* box : {&txtAmount, &txtInterest}) {
+    box->onLeave = [box] {
+      if (clsGenCmn::FnDblTrimVal(box->Text()) != 0)
+        box->SetText(clsGenCmn::FnStrConvertToCommaNumber(box->Text(), 2));
+    };
+  }
+  cmdNew.onClick = on(&modEMIDet::cmdNew_Click);
+  cmdSave.onClick = on(&modEMIDet::cmdSave_Click);
+  cmdDelete.onClick = on(&modEMIDet::cmdDelete_Click);
+  cmdInstitution.onClick = on(&modEMIDet::cmdInstitution_Click);
+  cmdClose.onClick = [this] { Unload(); };
+  chkIntRateRedBal.onClick = [this] { chkIntRateRedBal_Click(); };
+  txtIntFrom.onLeave = on(&modEMIDet::txtIntFrom_LostFocus);
+  txtIntTo.onLeave = on(&modEMIDet::txtIntTo_LostFocus);
+  cmdIntCalculate.onClick = on(&modEMIDet::cmdIntCalculate_Click);
+  cmdIntNew.onClick = on(&modEMIDet::cmdIntNew_Click);
+  cmdIntClose.onClick = [this] { cmdIntClose_Click(); };
+}
+
+void modEMIDet::SetButtonTags() {
+  const Rights& rights = RightsOf(key_.siType);
+  cmdSave.tag = rights.save;
+  cmdDelete.tag = rights.remove;
+  cmdInstitution.tag = rights.institution;
+}
+
+bool modEMIDet::IsAdvanceOrLoan() const { return ktl::IsAdvanceOrLoan(key_.siType); }
+
+void modEMIDet::Form_Load() {
+  strTypeWord = TypeWordOf(key_.siType);
+  strTypeDesc = InstructionCaption(session_, key_.siType);
+  if (!IsAdvanceOrLoan()) caption = "Payment Detail";
+  SetColumns();
+  FillInstitutions();
+  FillEmiGrid();
+  lngCounter = 0;
+  ApplyButtonRights(session_, *this, RightsOf(key_.siType).group);
+}
+
+void modEMIDet::SetColumns() {
+  const bool apart = reducing_ || session_.SepPiYN;
+  fpgEMIDetail.columns = {
+      {"Counter", CellType::Number, 60, true},
+      {"Month/Year", CellType::Text, 90},
+      {"Actual Principle Amount", CellType::Number, 150, !apart},
+      {"Actual Interest Amount", CellType::Number, 150, !apart},
+      {"Actual Amount", CellType::Number, 120},
+      {"Modified Principle Amount", CellType::Number, 160, !apart},
+      {"Modified Interest Amount", CellType::Number, 150, !apart},
+      {"Modified Amount", CellType::Number, 125},
+      {"Institution", CellType::Text, 180, !HasInstitution(key_.siType)},
+      {"Remarks", CellType::Text, 200},
+      {"EMI Rec", CellType::Number, 60, true},
+  };
+}
+
+void modEMIDet::Form_Activate() {
+  ShowForType();
+  if (IsAdvanceOrLoan()) cmdSave.enabled = !blnIntCalcDone;
+  EnableByRights();
+}
+
+void modEMIDet::ShowForType() {
+  for (Control* control : std::initializer_list<Control*>{&lblInstitution, &cmbInstitution, &cmdInstitution})
+    control->visible = HasInstitution(key_.siType);
+  lblInterest.visible = txtInterest.visible = IsAdvanceOrLoan();
+  txtInterest.enabled = reducing_;
+  if (IsAdvanceOrLoan() && reducing_) lblAmount.caption = "Modified Principle";
+  chkIntRateRedBal.visible = IsAdvanceOrLoan() && reducing_;
+}
+
+// Whoever may not save here may not compute interest into the months either.
+void modEMIDet::EnableByRights() {
+  const bool writable = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
+  cmdSave.enabled = cmdDelete.enabled = cmdIntCalculate.enabled = writable;
+}
+
+void modEMIDet::FillEmiGrid() {
+  months_ = ReadEmiMonths(session_, parent_);
+  const std::size_t active = fpgEMIDetail.activeRow;
+  fpgEMIDetail.Clear();
+  for (const EmiMonth& month : months_) {
+    const std::size_t row = fpgEMIDetail.AddRow();
+    fpgEMIDetail.At(row, kCounter).text = std::to_string(month.counter);
+    fpgEMIDetail.At(row, kMonth).text = FnStrFormatMonthYear(month.monthYear);
+    fpgEMIDetail.At(row, kActualPrincipal).text = Shown(month.ACTPRNAMT);
+    fpgEMIDetail.At(row, kActualInterest).text = Shown(month.ACTINTAMT);
+    fpgEMIDetail.At(row, kActualAmount).text = Shown(month.EMIAMT);
+    fpgEMIDetail.At(row, kModifiedPrincipal).text = Shown(month.MDFPRNAMT);
+    fpgEMIDetail.At(row, kModifiedInterest).text = Shown(month.MDFINTAMT);
+    fpgEMIDetail.At(row, kModifiedAmount).text = Shown(month.MDFYAMT);
+    fpgEMIDetail.At(row, kInstitution).text = month.institution;
+    fpgEMIDetail.At(row, kRemarks).text = month.remarks;
+    if (IsAdvanceOrLoan()) fpgEMIDetail.At(row, kEmiRec).text = month.recovered ? "1" : "0";
+  }
+  fpgEMIDetail.activeRow = active < months_.size() ? active : kNoRow;
+}
+
+void modEMIDet::FillInstitutions() {
+  std::vector<ListRow> rows;
+  if (HasInstitution(key_.siType)) {
+    Recordset rs(session_.Cn, "Select INSTID, INSTNAME From MAS_INSTITUTION Where TYPEID = " +
+                                  std::to_string(key_.siType) + " Order By INSTNAME");
+    for (; !rs.Eof(); rs.MoveNext())
+      rows.push_back({rs["INSTNAME"].TextOrEmpty(), rs["INSTID"].TextOrEmpty()});
+  }
+  cmbInstitution.SetRows(std::move(rows));
+}
+
+void modEMIDet::fpgEMIDetail_Click(std::size_t row) { ShowEmiRow(row); }
+
+void modEMIDet::ShowEmiRow(std::size_t lngRow) {
+  if (lngRow >= months_.size()) return;
+  picked_ = months_[lngRow];
+  lngCounter = picked_.counter;
+  txtFromMonth.SetText(fpgEMIDetail.Text(lngRow, kMonth));
+  txtToMonth.SetText(fpgEMIDetail.Text(lngRow, kMonth));
+  txtAmount.tag = fpgEMIDetail.Text(lngRow, reducing_ ? kModifiedPrincipal : kModifiedAmount);
+  txtAmount.SetText(txtAmount.tag);
+  txtInterest.tag = reducing_ ? fpgEMIDetail.Text(lngRow, kModifiedInterest) : "";
+  txtInterest.SetText(txtInterest.tag);
+  cmbInstitution.SetText(picked_.institution);
+  txtRemarks.SetText(picked_.remarks);
+  blnNewRow = false;
+}
+
+void modEMIDet::ClearEmiFields() {
+  for (TextBox* box : {&txtFromMonth, &txtToMonth, &txtAmount, &txtInterest, &txtRemarks}) {
+    box->SetText("");
+    box->tag.clear();
+  }
+  cmbInstitution.SetText("");
+  lngCounter = 0;
+}
+
+void modEMIDet::cmdNew_Click() { NewEmiRow(); }
+
+void modEMIDet::NewEmiRow() {
+  ClearEmiFields();
+  const Recordset last(session_.Cn, "Select Max(COUNTER), Max(MONTHYEAR) From INS_EMIDETAIL Where " +
+                                        WhereInstruction(key_) + " And EMIAMT <> 0");
+  const bool hasMonth = !last.Eof() && !last[1].IsNull();
+  if (hasMonth) {
+    lngCounter = last[0].ToLong() + 1;
+    txtFromMonth.SetText(FnStrFormatMonthYear(last[1].ToLong() + 1));
+  } else {
+    lngCounter = 1;
+    if (months_.empty()) txtFromMonth.SetText(FormatDate(session_.machine.clock.Now(), "MMM/YYYY"));
+  }
+  txtToMonth.SetText(txtFromMonth.Text());
+  SetFocus(txtToMonth);
+  blnNewRow = true;
+}
+
+void modEMIDet::txtFromMonth_LostFocus() { txtFromMonth.SetText(FnStrCorrectMonth(txtFromMonth.Text())); }
+
+void modEMIDet::txtToMonth_LostFocus() { txtToMonth.SetText(FnStrCorrectMonth(txtToMonth.Text())); }
+
+void modEMIDet::cmdInstitution_Click() {
+  if (FnBlnPermitted(session_, cmdInstitution)) return;
+  OpenInstitutionMaster(session_);
+  FillInstitutions();
+}
+
+// Yes saves and leaves the screen open.
+bool modEMIDet::Form_QueryUnload() {
+  if (!blnNewRow || !cmdSave.enabled) return true;
+  if (!session_.desk.Confirm("Do you want to Save entered details?", session_.title, Answer::Yes)) return true;
+  cmdSave_Click();
+  return false;
+}
+
+}  // namespace ktl

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "recovery/adjustment_write.h"
+#include "recovery/receipt_data.h"
+#include "screen/controls.h"
+#include "screen/grid.h"
+#include "screen/screen.h"
+
+namespace ktl {
+
+// What an employee pays back outside the salary: receipts of an advance, deposits of a loan.
+class modReceipts final : public Screen {
+ public:
+  enum Column : std::size_t { kCounter, kDate, kPrincipal, kInterest, kTotal, kRemarks };
+
+  modReceipts(Session& session, InstructionParent& parent);
+
+  Grid fpgReceipts{*this, "fpgReceipts"};
+  Label lblRcptDate{*this, "lblRcptDate"};
+  TextBox txtRcptDate{*this, "txtRcptDate"};
+  Label lblAmount{*this, "lblAmount", "Principle Amt"};
+  TextBox txtAmount{*this, "txtAmount"};
+  Label lblInterest{*this, "lblInterest", "Int. Amt"};
+  TextBox txtInterest{*this, "txtInterest"};
+  Label lblRemarks{*this, "lblRemarks", "Remarks"};
+  TextBox txtRemarks{*this, "txtRemarks"};
+  Frame fmeHidden{*this, "fmeHidden"};
+  TextBox txtCounter{*this, "txtCounter"};
+  Button cmdNew{*this, "cmdNew", "&New"};
+  Button cmdSave{*this, "cmdSave", "&Save"};
+  Button cmdDelete{*this, "cmdDelete", "&Delete"};
+  Button cmdClose{*this, "cmdClose", "&Close"};
+
+  void Form_Load() override;
+  bool Form_QueryUnload() override;
+
+  void fpgReceipts_Click(std::size_t row);
+  void txtRcptDate_LostFocus();
+  void cmdNew_Click();
+  void cmdSave_Click();
+  void cmdDelete_Click();
+
+  void FillReceiptGrid();
+  void ShowReceiptRow(std::size_t lngRow);
+  void NewReceipt();
+  bool SaveReceipt();  // false when nothing was written
+
+ private:
+  void ConnectHandlers();
+  void SetColumns();
+  void ClearFields();
+  // With the close button off meanwhile.
+  void Working(void (modReceipts::*work)());
+  void Save() { SaveReceipt(); }
+  void Delete();
+
+  ReceiptEntry Entry() const;
+  void Refuse(const ReceiptRefusal& refusal);
+  bool MayExceedRecoverable(const ReceiptEntry& entry);
+  ReceiptDifference MonthsOf(const ReceiptEntry& entry);
+  // Nothing when no question was due: months are tested for locks all the same.
+  std::optional<Answer> AskAdjustment(const ReceiptEntry& entry, const ReceiptDifference& months);
+  bool AreMonthsFree(std::optional<Answer> answer, const ReceiptDifference& months);
+  void AdjustSaved(Answer answer, const ReceiptEntry& entry, ReceiptDifference months);
+  void AdjustDeleted(Answer answer, const ReceiptEntry& entry, ReceiptDifference months);
+  void AfterChange();
+  void WriteAudit(const char* deed, const ReceiptEntry& entry, std::string_view adjustment);
+
+  Session& session_;
+  InstructionParent& parent_;
+  InstructionKey key_;
+  bool reducing_;
+  std::string strRcptWord;
+  std::vector<Receipt> receipts_;  // the rows of the grid
+  bool blnNewRow = false;
+};
+
+}  // namespace ktl

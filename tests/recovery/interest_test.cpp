@@ -1,0 +1,119 @@
+#include "recovery/modInterestMaster.h"
+#include "recovery/reducing_interest.h"
+#include "recovery_fixture.h"
+
+namespace ktl {
+namespace {
+
+Date Day(int year, int month, int day) { return *Date::FromYmd(year, month, day); }
+
+TEST(ReducingInterestTest, EveryCaseOfBothBases) {
+  // Apr 2024 has 30 days, May 31, June 30; a principal of 10000 each month.
+  const std::vector<BalanceMonth> months = {{kApr2024, 10000}, {kApr2024 + 1, 10000}, {kApr2024 + 2, 10000}};
+  const Date never = Day(2099, 12, 31);
+  const struct {
+    const char* what;
+    InterestTerms terms;
+    std::vector<double> interests;
+  } cases[] = {
+      {"a twelfth of the year", {.rate = 0.12, .balance = 120000, .leaving = never}, {1200, 1100, 1000}},
+      {"an offset of two", {.rate = 0.12, .balance = 120000, .firstMonths = 3, .leaving = never}, {3600, 1100, 1000}},
+      {"days of the month: 1183.56, 1121.10, 986.30",
+       {.rate = 0.12, .balance = 120000, .daysBasis = true, .leaving = never},
+       {1184, 1121, 986}},
+      {"days are rounded before the offset",
+       {.rate = 0.12, .balance = 120000, .firstMonths = 2, .daysBasis = true, .leaving = never},
+       {2368, 1121, 986}},
+      {"from the start, both days counted: 1200 * 16 / 30",
+       {.rate = 0.12, .balance = 120000, .firstMonths = 3, .exactDates = true, .start = Day(2024, 4, 15), .leaving = never},
+       {640, 1100, 1000}},
+      {"from the start by days: 120000 * 0.12 * 16 / 365",
+       {.rate = 0.12, .balance = 120000, .daysBasis = true, .exactDates = true, .start = Day(2024, 4, 15), .leaving = never},
+       {631, 1121, 986}},
+      {"to the leaving day, nothing behind it: 1100 * 10 / 31",
+       {.rate = 0.12, .balance = 120000, .exactDates = true, .start = Day(2024, 4, 1), .leaving = Day(2024, 5, 10)},
+       {1200, 355, 0}},
+      {"by days: 110000 * 0.12 * 10 / 365",
+       {.rate = 0.12, .balance = 120000, .daysBasis = true, .exactDates = true, .start = Day(2024, 4, 1), .leaving = Day(2024, 5, 10)},
+       {1184, 362, 0}},
+      {"leaving in the first month counts from its first day: 1200 * 20 / 30",
+       {.rate = 0.12, .balance = 120000, .exactDates = true, .start = Day(2024, 4, 15), .leaving = Day(2024, 4, 20)},
+       {800, 0, 0}},
+      {"leaving counts only with exact dates",
+       {.rate = 0.12, .balance = 120000, .leaving = Day(2024, 4, 20)},
+       {1200, 1100, 1000}},
+  };
+  for (const auto& c : cases) EXPECT_EQ(ReducingInterest(months, c.terms), c.interests) << c.what;
+}
+
+class InterestEditor : public RecoveryTest {};
+
+TEST_F(InterestEditor, ComputesAndWritesBack) {
+  Reducing({10000, 10000, 10000}, 0);
+  company.Execute("UPDATE INS_ADVLOAN SET ACTAMT = 120000");
+  modInterestMaster& editor = Open<modInterestMaster>();
+  Click(editor.cmdRedBalance);
+  for (const char* rate : {"", "0", "abc", "-0"}) {
+    editor.txtInterestRate.SetText(rate);
+    Click(editor.cmdUpdateRedBal);
+  }
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>(4, "Enter Interest Rate"));
+  Type(editor.txtInterestRate, "12");
+  Click(editor.cmdUpdateRedBal);
+  EXPECT_EQ(Amounts("MDFINTAMT"), "0 0 0");  // in the grid only
+  TypeCell(editor.fpgSIMaster, 1, modInterestMaster::kActualInterest, "1000.50");
+  Click(editor.lblCopyPaste);
+  Click(editor.cmdSave);
+  EXPECT_EQ(Amounts("MDFINTAMT"), "1200 1000.5 1000");
+  EXPECT_EQ(Amounts("MDFYAMT"), "11200 11000.5 11000");
+  EXPECT_EQ(Amounts("EMIAMT"), "11200 11000.5 11000");
+  EXPECT_EQ(company.One("SELECT INTAMT FROM INS_ADVLOAN").ToDouble(), 3200.5);
+  EXPECT_EQ(Flagged(), "0 1 2");
+  EXPECT_NE(LastAudit().find("Loan Interest Updated:::SI Type = Loan:SI Name = Car Loan:Serial No. = 1::Interest "
+                             "Amount Details:Principle + Interest = EMI Amount:"),
+            std::string::npos);
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Updated"});
+}
+
+TEST_F(InterestEditor, RefusesLocksAndKeepsWhatItShows) {
+  Reducing({100.005, 200}, 1.2345);
+  modInterestMaster& editor = Open<modInterestMaster>();
+  EXPECT_EQ(editor.fpgSIMaster.Text(0, modInterestMaster::kModifiedInterest), "1.23");
+  Click(editor.cmdSave);
+  EXPECT_EQ(Amounts("MDFINTAMT"), "1.2345 1.2345");  // shown with two decimals, written as it is
+  company.Lock(kApr2024 + 1);
+  Click(editor.cmdSave);
+  company.Execute("UPDATE MAS_MONTHYEAR SET LOCKEDYN = 0");
+  company.Row("SEC_EMPLOCK").With("EMPID", 17).With("MONTHYEAR", kApr2024 + 1).With("LOCKYN", 1);
+  TypeCell(editor.fpgSIMaster, 0, modInterestMaster::kModifiedInterest, "9");
+  desk.WillAnswer({Answer::Yes});
+  editor.Unload();
+  EXPECT_EQ(desk.TakeTexts(),
+            (std::vector<std::string>{"Updated", "1 month(s) locked.  Cannot save.", "Do you want to save the changes?",
+                                      "Employee has been locked. Cannot Save."}));
+  EXPECT_EQ(Amounts("MDFINTAMT"), "1.2345 1.2345");
+  company.Execute("DELETE FROM INS_EMIDETAIL");
+  EXPECT_TRUE(Open<modInterestMaster>().IsUnloaded());
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Save the record first, and then enter interest details."});
+}
+
+TEST_F(InterestEditor, PastesOnlyWhatFits) {
+  Reducing({100, 200}, 1);
+  modInterestMaster& editor = Open<modInterestMaster>();
+  const GridRange modified{0, modInterestMaster::kModifiedPrincipal, 1, modInterestMaster::kModifiedInterest};
+  std::string huge;
+  for (int row = 0; row < 2500; ++row) huge += "1\t2\t3\t4\n";
+  for (const std::string block : {"1\t2\t3", "1\n2\n3", "1\t2\n3", "one\ttwo", "", "-1", "9999999999999", huge.c_str()})
+    editor.fpgSIMaster_Paste(modified, block);
+  editor.fpgSIMaster_Paste({0, modInterestMaster::kMonth, 0, modInterestMaster::kMonth}, "1");
+  editor.fpgSIMaster_Paste({1, modInterestMaster::kModifiedInterest, 1, modInterestMaster::kModifiedInterest}, "1\t2");
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>(10, "Selected range is invalid to paste."));
+  editor.fpgSIMaster_Paste(modified, "1,150.50\t7\r\n250\t8\r\n");
+  editor.fpgSIMaster_Paste({0, modInterestMaster::kActualPrincipal, 0, modInterestMaster::kActualPrincipal}, "5\t6\n7\t8");
+  Click(editor.cmdSave);
+  EXPECT_EQ(Amounts(), "1157.5 258");
+  EXPECT_EQ(Amounts("EMIAMT"), "11 15");
+}
+
+}  // namespace
+}  // namespace ktl

@@ -1,0 +1,323 @@
+#include "recovery/modEMIDet.h"
+
+#include <fmt/format.h>
+
+#include "recovery_fixture.h"
+
+namespace ktl {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class Editor : public RecoveryTest {
+ protected:
+  modEMIDet& OpenOn(std::size_t row) {
+    modEMIDet& editor = Open<modEMIDet>();
+    ClickRow(editor.fpgEMIDetail, row);
+    return editor;
+  }
+};
+
+constexpr const char* kAskSave =
+    "Do you want to Adjust the EMI Amount?\r\nClick on 'Yes' to Adjust the EMI Amount for Future Months\r\n"
+    "Click on 'No' to Create New Month for Recovery\r\nClick 'Cancel' to Save/Update with No Adjustments";
+constexpr const char* kTooMuch =
+    "Entered EMI results in more recovery than required.\r\nDo you want to continue?";
+
+TEST_F(Editor, RefusesWhatCannotBeSavedAndWritesNothing) {
+  Instruction(2, {1000, 1000, 1000});
+  session.options.STARTMONTHYEAR = kApr2024 - 12;
+  company.Lock(kApr2024 + 5);
+  company.Row("SEC_EMPLOCK").With("EMPID", 17).With("MONTHYEAR", kApr2024 + 20).With("LOCKYN", 1);
+  modEMIDet& editor = Open<modEMIDet>();
+  Click(editor.cmdSave);
+  EXPECT_EQ(desk.TakeTexts(), Texts{"Select record or click 'New'."});
+  EXPECT_EQ(editor.Focus(), &editor.cmdNew);
+  const struct {
+    const char* from;
+    const char* to;
+    const char* amount;
+    const char* institution;
+    const char* text;
+    Control* focus;
+  } cases[] = {
+      {" ", "May/2025", "1", "Deccan Bank", "Please Specify 'From Month'. Format mmm/yyyy.", &editor.txtFromMonth},
+      {"May/2025", "", "1", "Deccan Bank", "Please Specify 'To Month'. Format mmm/yyyy.", &editor.txtToMonth},
+      {"13/2026", "May/2025", "1", "Deccan Bank", "Invalid 'From Month'. Format mmm/yyyy.", &editor.txtFromMonth},
+      {"Mar/2023", "May/2025", "1", "Deccan Bank", "'From Month' cannot be before the 'Start Month' set.", &editor.txtFromMonth},
+      {"May/2025", "soon", "1", "Deccan Bank", "Invalid 'To Month'. Format mmm/yyyy.", &editor.txtToMonth},
+      {"May/2025", "Mar/2023", "1", "Deccan Bank", "'To Month' cannot be before the 'Start Month' set.", &editor.txtToMonth},
+      {"Jun/2025", "May/2025", "1", "Deccan Bank", "'From Month' cannot be set later than 'To Month'.", &editor.txtFromMonth},
+      {"May/2025", "May/2025", "-1", "Deccan Bank", "Specify proper amount.", &editor.txtAmount},
+      {"May/2025", "May/2025", "10000000000.00", "Deccan Bank", "Amount should be less than 9,99,99,99,999.99", &editor.txtAmount},
+      {"Mar/2024", "May/2025", "1", "Deccan Bank", "'From Month' cannot be before the LOAN given date", &editor.txtFromMonth},
+      {"May/2025", "May/2025", "1", "Other Bank", "Select Institution.", &editor.cmbInstitution},
+      {"Aug/2024", "Oct/2024", "1", "Deccan Bank", "1 Month(s) locked. Cannot save.\r\nUnlock months to save data.", &editor.cmbInstitution},
+      {"Nov/2025", "Jan/2026", "1", "Deccan Bank", "Employee has been locked. Cannot Save/Update.", &editor.cmbInstitution},
+  };
+  ClickRow(editor.fpgEMIDetail, 0);
+  for (const auto& c : cases) {
+    editor.txtFromMonth.SetText(c.from);
+    editor.txtToMonth.SetText(c.to);
+    editor.txtAmount.SetText(c.amount);
+    editor.cmbInstitution.SetText(c.institution);
+    editor.cmdSave_Click();
+    EXPECT_EQ(desk.TakeTexts(), Texts{c.text});
+    EXPECT_EQ(editor.Focus(), c.focus) << c.text;
+  }
+  Type(editor.txtFromMonth, "13/2026");
+  EXPECT_EQ(editor.txtFromMonth.Text(), "");  // corrected on leaving
+  EXPECT_EQ(Amounts(), "1000 1000 1000");
+  EXPECT_EQ(Flagged(), "");
+}
+
+TEST_F(Editor, AsksWhatShallBecomeOfTheDifference) {
+  const struct {
+    const char* what;
+    std::vector<Answer> answers;
+    const char* amount;
+    Texts boxes;
+    const char* amounts;
+    const char* flagged;
+  } cases[] = {
+      {"spread", {Answer::Yes}, "700", {kAskSave, "Updated"}, "1000 700 1075 1075 1075 1075", "1"},
+      {"spread below 0 and made zero", {Answer::Yes, Answer::Yes}, "6000",
+       {kAskSave, "EMI will be adjusted in negative amount. Do you want to make it zero?", "Adjust value", "Updated"},
+       "1000 6000 0 0 0 0", "1"},
+      {"a new month", {Answer::No}, "700", {kAskSave, "Updated"}, "1000 700 1000 1000 1000 1000 300", "1"},
+      {"a new month for more", {Answer::No, Answer::Yes}, "1300", {kAskSave, kTooMuch, "EMI Adjusted Amount is Negative", "Updated"},
+       "1000 1300 1000 1000 1000 1000", "1"},
+      {"no adjustment", {Answer::Cancel}, "700", {kAskSave, "Updated"}, "1000 700 1000 1000 1000 1000", "1"},
+      {"too much, refused", {Answer::Cancel, Answer::No}, "1000.01", {kAskSave, kTooMuch}, "1000 1000 1000 1000 1000 1000", ""},
+      {"the same amount", {}, "1,000.00", {"Updated"}, "1000 1000 1000 1000 1000 1000", "1"},
+  };
+  for (const auto& c : cases) {
+    company.Execute("DELETE FROM INS_EMIDETAIL");
+    company.Execute("DELETE FROM INS_ADVLOAN");
+    company.Execute("UPDATE SLC_SALARYCALC_E SET EDITMODEYN = 0");
+    Instruction(1, {1000, 1000, 1000, 1000, 1000, 1000});
+    modEMIDet& editor = OpenOn(1);
+    desk.WillAnswer(c.answers);
+    Type(editor.txtAmount, c.amount);
+    Click(editor.cmdSave);
+    EXPECT_EQ(desk.TakeTexts(), c.boxes) << c.what;
+    EXPECT_EQ(desk.AnswersLeft(), 0u) << c.what;
+    EXPECT_EQ(Amounts(), c.amounts) << c.what;
+    EXPECT_EQ(Amounts("EMIAMT").substr(0, 29), "1000 1000 1000 1000 1000 1000") << c.what;
+    EXPECT_EQ(Flagged(), c.flagged) << c.what;
+    EXPECT_TRUE(editor.cmdClose.enabled);
+  }
+  EXPECT_EQ(LastAudit(),
+            "19|17|Standing Instructions - Advance EMI's Created/Updated|Advance EMI's Created/Updated:::SI Type = "
+            "Advance:SI Name = Car Loan::From Month = May/2024:To Month = May/2024::EMI Amount = 1,000.00 (1000.00)");
+}
+
+TEST_F(Editor, ARangeUpdatesMonthsAddsOthersAndAdjustsNothing) {
+  SmallParent& entry = Instruction(2, {1000, 1000, 1000});
+  company.Execute("DELETE FROM INS_EMIDETAIL WHERE COUNTER = 2");
+  modEMIDet& editor = OpenOn(0);
+  desk.WillAnswer({Answer::Yes});
+  editor.txtToMonth.SetText("Jul/2024");
+  Type(editor.txtAmount, "900");
+  Type(editor.txtRemarks, std::string(120, 'x'));
+  Click(editor.cmdSave);
+  EXPECT_EQ(company.Rows("SELECT MONTHYEAR - 24292, COUNTER, EMIAMT, MDFYAMT, INSTID, LEN(REMARKS) FROM INS_EMIDETAIL "
+                         "ORDER BY MONTHYEAR"),
+            "0|1|1000|900|5|100\n1|4|900|900|5|100\n2|3|1000|900|5|100\n3|5|900|900|5|100");
+  EXPECT_EQ(entry.countersAsked, 2);
+  EXPECT_EQ(Flagged(), "0 1 2 3");
+  EXPECT_EQ(desk.TakeTexts(), (Texts{kAskSave, "Updated"}));
+  EXPECT_EQ(LastAudit().substr(LastAudit().rfind("::")), "::EMI Amount = 900.00");  // no old value once a month was added
+}
+
+TEST_F(Editor, ANewMonthFollowsTheLastOne) {
+  Instruction(1, {500});
+  company.Execute("UPDATE INS_ADVLOAN SET ACTAMT = 9999");
+  modEMIDet& editor = Open<modEMIDet>();
+  Click(editor.cmdNew);
+  EXPECT_EQ(editor.txtFromMonth.Text() + " " + editor.txtToMonth.Text(), "May/2024 May/2024");
+  EXPECT_EQ(editor.Focus(), &editor.txtToMonth);
+  Type(editor.txtAmount, "250");
+  desk.WillAnswer({Answer::Yes});
+  editor.Unload();  // saves and stays
+  EXPECT_FALSE(editor.IsUnloaded());
+  EXPECT_EQ(Amounts(), "500 250");
+  editor.Unload();
+  EXPECT_TRUE(editor.IsUnloaded());
+  company.Execute("DELETE FROM INS_EMIDETAIL");
+  modEMIDet& empty = Open<modEMIDet>();
+  Click(empty.cmdNew);
+  EXPECT_EQ(empty.txtFromMonth.Text(), "Sep/2026");  // today's
+}
+
+TEST_F(Editor, KeepsPrincipalAndInterestApart) {
+  Reducing({1000, 1000, 1000, 1000}, 50);
+  modEMIDet& editor = OpenOn(0);
+  EXPECT_EQ(editor.txtAmount.Text() + " " + editor.txtInterest.Text(), "1000.00 50.00");
+  desk.WillAnswer({Answer::Yes});
+  Type(editor.txtAmount, "700");
+  Type(editor.txtInterest, "20");
+  Click(editor.cmdSave);
+  EXPECT_EQ(Amounts("MDFPRNAMT"), "700 1100 1100 1100");
+  EXPECT_EQ(Amounts("MDFINTAMT"), "20 60 60 60");
+  EXPECT_EQ(Amounts(), "720 1160 1160 1160");
+  desk.WillAnswer({Answer::No});
+  ClickRow(editor.fpgEMIDetail, 1);
+  Type(editor.txtAmount, "1000");
+  Type(editor.txtInterest, "75");
+  Click(editor.cmdSave);
+  EXPECT_EQ(Amounts("MDFPRNAMT"), "700 1000 1100 1100 100");
+  EXPECT_EQ(Amounts("MDFINTAMT"), "20 75 60 60 0");  // interest that grew adds nothing
+  EXPECT_NE(LastAudit().find("::Principle Amount = 1,000.00 (1100.00):Interest Amount = 75.00 (60.00):EMI Amount = "
+                             "1,075.00 (1,160.00)"),
+            std::string::npos);
+  Click(editor.cmdNew);
+  Type(editor.txtAmount, "40");
+  Type(editor.txtInterest, "3");
+  desk.WillAnswer({Answer::Yes});
+  Click(editor.cmdSave);
+  EXPECT_EQ(company.Rows("SELECT ACTPRNAMT, ACTINTAMT, EMIAMT, MDFPRNAMT, MDFINTAMT, MDFYAMT FROM INS_EMIDETAIL WHERE "
+                         "COUNTER = 6"),
+            "40|40|80|40|3|43");
+}
+
+TEST_F(Editor, OtherTypesAskNothing) {
+  const struct {
+    int siType;
+    const char* saveTag;
+    bool institution;
+  } cases[] = {{3, "259", true}, {4, "290", true}, {5, "273", true}, {7, "303", false}};
+  for (const auto& c : cases) {
+    company.Execute("DELETE FROM INS_EMIDETAIL");
+    if (c.institution) company.Institution(10 + c.siType, "Insurer", c.siType);
+    Instruction(c.siType, {100, 100});
+    company.Execute(fmt::format("UPDATE INS_EMIDETAIL SET INSTID = {}", c.institution ? 10 + c.siType : 0));
+    modEMIDet& editor = OpenOn(1);
+    EXPECT_EQ(editor.caption, "Payment Detail");
+    EXPECT_EQ(editor.cmdSave.tag, c.saveTag);
+    EXPECT_EQ(editor.cmbInstitution.visible, c.institution);
+    EXPECT_FALSE(editor.txtInterest.visible || editor.chkIntRateRedBal.visible);
+    Type(editor.txtAmount, "900");
+    Click(editor.cmdSave);
+    EXPECT_EQ(Amounts(), "100 900");
+    EXPECT_EQ(desk.TakeTexts(), Texts{"Updated"});
+    EXPECT_NE(LastAudit().find(":SI Name = Policy::"), std::string::npos);
+    ClickRow(editor.fpgEMIDetail, 0);
+    desk.WillAnswer({Answer::Yes});
+    Click(editor.cmdDelete);
+    EXPECT_EQ(Amounts(), "900");
+    const std::string question = desk.TakeTexts().at(0);
+    EXPECT_EQ(question.substr(question.rfind(' ')), " payment?");
+  }
+}
+
+TEST_F(Editor, DeletesAMonth) {
+  Instruction(1, {1000, 1000, 1000, 1000});
+  modEMIDet& editor = Open<modEMIDet>();
+  Click(editor.cmdDelete);
+  ClickRow(editor.fpgEMIDetail, 1);
+  company.Lock(kApr2024 + 1);
+  Click(editor.cmdDelete);
+  company.Execute("UPDATE MAS_MONTHYEAR SET LOCKEDYN = 0");
+  Click(editor.cmdDelete);  // No is the default
+  EXPECT_EQ(desk.TakeTexts(), (Texts{"Select record to delete.", "Month/Year locked. Cannot delete.",
+                                     "Do you want to delete selected Advance EMI?"}));
+  EXPECT_EQ(Amounts(), "1000 1000 1000 1000");
+  desk.WillAnswer({Answer::Yes, Answer::Yes});
+  Click(editor.cmdDelete);
+  EXPECT_EQ(Amounts(), "1000 1500 1500");
+  EXPECT_EQ(Flagged(), "1");
+  EXPECT_NE(LastAudit().find("::Month/Year = May/2024::EMI Amount = 1000.00:EMI Adjustment = Adjusted the EMI Amount "
+                             "for Future Months"),
+            std::string::npos);
+  ClickRow(editor.fpgEMIDetail, 2);
+  desk.WillAnswer({Answer::Yes, Answer::Yes});
+  Click(editor.cmdDelete);
+  EXPECT_EQ(Amounts(), "1000 1500");  // behind the last month there is nothing to put it on
+  ClickRow(editor.fpgEMIDetail, 0);
+  desk.WillAnswer({Answer::Yes, Answer::No});
+  Click(editor.cmdDelete);
+  EXPECT_EQ(Amounts(), "1500 1000");
+  EXPECT_EQ(Amounts("MONTHYEAR - 24292"), "2 3");
+  company.Execute("DELETE FROM INS_EMIDETAIL");
+  editor.FillEmiGrid();
+  desk.TakeTexts();
+  Click(editor.cmdDelete);
+  EXPECT_EQ(desk.TakeTexts(), Texts{"No records to delete."});
+}
+
+TEST_F(Editor, DeletesAReducingMonth) {
+  Reducing({1000, 1000, 1000}, 50);
+  modEMIDet& editor = OpenOn(0);
+  desk.WillAnswer({Answer::Yes, Answer::Yes});
+  Click(editor.cmdDelete);
+  EXPECT_EQ(Amounts("MDFPRNAMT"), "1500 1500");
+  EXPECT_EQ(Amounts("MDFINTAMT"), "75 75");
+  ClickRow(editor.fpgEMIDetail, 0);
+  desk.WillAnswer({Answer::Yes, Answer::No});
+  Click(editor.cmdDelete);
+  EXPECT_EQ(Amounts(), "1575 1575");
+  EXPECT_EQ(Amounts("MDFINTAMT"), "75 75");
+}
+
+TEST_F(Editor, ThePanelComputesARange) {
+  Reducing({10000, 10000, 10000, 10000}, 0);
+  company.Execute("UPDATE INS_ADVLOAN SET ACTAMT = 120000");
+  company.Lock(kApr2024 + 3);
+  modEMIDet& editor = Open<modEMIDet>();
+  Tick(editor.chkIntRateRedBal, true);
+  const struct {
+    const char* from;
+    const char* to;
+    const char* rate;
+    Texts boxes;
+    const char* fields;  // what is left in them
+  } cases[] = {
+      {"", "May/2024", "12", {"Please Specify 'From Month'. Format mmm/yyyy."}, "|May/2024|12"},
+      {"May/2024", "Apr/2024", "12", {"'From Month' cannot be set later than 'To Month'."}, "May/2024|Apr/2024|12"},
+      {"May/2024", "Jun/2024", "", {"Enter Interest Rate."}, "May/2024|Jun/2024|"},
+      {"May/2024", "Jun/2024", "0", {"Enter Interest Rate."}, "May/2024|Jun/2024|0"},
+      {"May/2024", "Jun/2024", "abc", {"Enter Interest Rate."}, "May/2024|Jun/2024|abc"},
+      {"May/2024", "Jun/2024", "-1", {"Specify proper Interest."}, "May/2024|Jun/2024|-1"},
+      {"May/2024", "Jul/2024", "100", {"1 Month(s) locked. Cannot save.\r\nUnlock months to save data."}, "May/2024|Jul/2024|100"},
+      {"May/2024", "Jun/2024", "100", {"Specify proper Interest."}, "May/2024|Jun/2024|"},
+      {"May/2024", "Aug/2025", "12", {"1 Month(s) locked. Cannot save.\r\nUnlock months to save data."}, "May/2024|Aug/2025|12"},
+      {"Aug/2024", "Aug/2025", "12", {}, "Aug/2024||12"},
+      {"May/2024", "Jun/2024", "12", {"Updated"}, "||"},
+  };
+  for (const auto& c : cases) {
+    editor.txtIntFrom.SetText(c.from);
+    editor.txtIntTo.SetText(c.to);
+    editor.txtInt.SetText(c.rate);
+    editor.cmdIntCalculate_Click();
+    EXPECT_EQ(desk.TakeTexts(), c.boxes) << c.fields;
+    EXPECT_EQ(editor.txtIntFrom.Text() + "|" + editor.txtIntTo.Text() + "|" + editor.txtInt.Text(), c.fields);
+  }
+  EXPECT_EQ(Amounts("MDFINTAMT"), "0 1100 1000 0");  // the balance has fallen by April, which is not in the range
+  EXPECT_EQ(Amounts(), "10000 11100 11000 10000");
+  EXPECT_EQ(Flagged(), "1 2");
+  Type(editor.txtIntFrom, "may.2024");
+  EXPECT_EQ(editor.txtIntFrom.Text() + " " + editor.txtIntTo.Text(), "May/2024 Jul/2024");
+}
+
+TEST_F(Editor, RightsAndFailures) {
+  Instruction(1, {100, 100});
+  session.ReadOnlyUser = true;
+  EXPECT_FALSE(Open<modEMIDet>().cmdSave.enabled);
+  session.ReadOnlyUser = false;
+  session.EmpLockStatus = 1;
+  EXPECT_FALSE(Open<modEMIDet>().cmdDelete.enabled);
+  session.EmpLockStatus = 0;
+  machine.siblings.missing = {"KTLFilter"};
+  modEMIDet& editor = OpenOn(0);
+  company.Execute("DROP TABLE INS_EMIDETAIL");
+  Click(editor.cmdSave);
+  EXPECT_EQ(desk.Boxes().size(), 1u);
+  EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
+  EXPECT_NE(desk.LastBox().text.find(" : "), std::string::npos);
+  EXPECT_FALSE(editor.IsUnloaded());
+  EXPECT_TRUE(editor.cmdClose.enabled);
+}
+
+}  // namespace
+}  // namespace ktl

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "frame/session.h"
+#include "instructions/instruction_parent.h"
+#include "screen/person.h"
+#include "screen/screen.h"
+#include "support/company_fixture.h"
+#include "support/fake_machine.h"
+#include "support/scripted_desk.h"
+
+namespace ktl {
+
+// An entry screen with no more than its children need: the lists of one instruction of employee 17.
+class SmallParent final : public Screen, public InstructionParent {
+ public:
+  SmallParent(Session& session, InstructionKey key, bool reducing);
+
+  InstructionKey Key() const override { return key; }
+  std::string InstructionName() const override { return "Car Loan"; }
+  bool ReducingBalance() const override { return reducing; }
+  Grid& OverviewGrid() override { return overview; }
+  Grid& EmiGrid() override { return emi; }
+  void RefreshDetail() override;
+  void RefreshEMI() override;
+  void RefreshReceipts() override {}
+  void UpdateOverview() override {}
+  long FnLngGetCounter() override;
+
+  InstructionKey key;
+  bool reducing;
+  int countersAsked = 0;
+  Grid overview{*this, "overview"};
+  Grid emi{*this, "emi"};
+
+ private:
+  Session& session_;
+};
+
+inline constexpr int kApr2024 = 24292;
+
+// A company with employee 17, the months Apr/2024 to Mar/2027, and instructions with serial number 1.
+class RecoveryTest : public testing::Test {
+ protected:
+  RecoveryTest();
+
+  // An advance (1) or a loan (2, of Deccan Bank) of 01/Apr/2024, a month an amount from Apr/2024 on. Of a reducing one
+  // the amounts are principals, each with that interest.
+  SmallParent& Instruction(int siType, const std::vector<double>& amounts);
+  SmallParent& Reducing(const std::vector<double>& principals, double interest);
+  void Recovered(int month);  // marked by hand
+  // "1000 700 1075": the modified amounts in the order of the months; another column when named.
+  std::string Amounts(const std::string& column = "MDFYAMT");
+  // The months that the salary side is to calculate again, as numbers behind Apr/2024: "0 2 3".
+  std::string Flagged();
+  std::string LastAudit();
+  // Opens a screen on the parent.
+  template <typename ScreenType>
+  ScreenType& Open() {
+    auto opened = std::make_unique<ScreenType>(session, *parent);
+    ScreenType& result = *opened;
+    screen = std::move(opened);
+    RunAndGrantFocus(*screen, [this] { screen->Load(); });
+    return result;
+  }
+
+  test::TestCompany company;
+  FakeMachine machine;
+  ScriptedDesk desk;
+  Session session{machine.machine(), desk};
+  std::unique_ptr<SmallParent> parent;
+  std::unique_ptr<Screen> screen;
+
+ private:
+  void AddInstruction(int siType, double total);
+};
+
+}  // namespace ktl
