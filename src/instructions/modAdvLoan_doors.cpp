@@ -8,6 +8,7 @@
 #include "frame/modExternal.h"
 #include "frame/rights.h"
 #include "frame/session.h"
+#include "frame/top_level.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/modAdvLoan.h"
 #include "runtime/numbers.h"
@@ -116,6 +117,7 @@ void modAdvLoan::cmdMonthly_Click() {
 void modAdvLoan::cmdMultiAllot_Click() {
   if (FnBlnPermitted(session_, cmdMultiAllot)) return;
   session_.screens.Show(session_, "modMultiAllot", this);
+  RegisterWindow(session_);
 }
 
 void modAdvLoan::OpenOnInstruction(const char* screenName) {

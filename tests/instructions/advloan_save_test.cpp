@@ -97,7 +97,9 @@ TEST_F(EntryScreen, ChecksSpeakOneAtATimeInTheirOrder) {
     desk.TakeBoxes();
     Click(entry.cmdSave);
     ASSERT_EQ(desk.TakeTexts(), std::vector<std::string>{step.text}) << step.what;
-    if (step.focus != nullptr) EXPECT_EQ(entry.Focus(), step.focus) << step.what;
+    if (step.focus != nullptr) {
+      EXPECT_EQ(entry.Focus(), step.focus) << step.what;
+    }
   }
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN"), "1");
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL"), "0");
