@@ -220,7 +220,6 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void ShowInterestLock();
   void ForgetFormula();
   void ShowFormulaFrame(bool shown);
-  std::optional<long> DetailRowOf(long monthYear);
 
   AdvLoanEntry Entry() const;
   bool ValidateAndSave();
