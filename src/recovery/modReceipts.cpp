@@ -62,7 +62,7 @@ modReceipts::modReceipts(Session& session, InstructionParent& parent)
     box->rightAligned = true;
     box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
   }
-  txtRcptDate.onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnlyWithAlpha(key); };
+  txtRcptDate.onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnly(key); };
   ConnectHandlers();
 }
 

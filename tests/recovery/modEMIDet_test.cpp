@@ -108,7 +108,7 @@ TEST_F(Editor, AsksWhatShallBecomeOfTheDifference) {
     EXPECT_TRUE(editor.cmdClose.enabled);
   }
   EXPECT_EQ(LastAudit(),
-            "19|17|Standing Instructions - Advance EMI's Created/Updated|Advance EMI's Created/Updated:::SI Type = "
+            "19|17|Standing Instructions - Advance EMIs Created/Updated|Advance EMIs Created/Updated:::SI Type = "
             "Advance:SI Name = Car Loan::From Month = May/2024:To Month = May/2024::EMI Amount = 1,000.00 (1000.00)");
 }
 
@@ -133,6 +133,7 @@ TEST_F(Editor, ARangeUpdatesMonthsAddsOthersAndAdjustsNothing) {
 TEST_F(Editor, ANewMonthFollowsTheLastOne) {
   Instruction(1, {500});
   company.Execute("UPDATE INS_ADVLOAN SET ACTAMT = 9999");
+  parent->RefreshDetail();
   modEMIDet& editor = Open<modEMIDet>();
   Click(editor.cmdNew);
   EXPECT_EQ(editor.txtFromMonth.Text() + " " + editor.txtToMonth.Text(), "May/2024 May/2024");
@@ -174,6 +175,7 @@ TEST_F(Editor, KeepsPrincipalAndInterestApart) {
   Click(editor.cmdNew);
   Type(editor.txtAmount, "40");
   Type(editor.txtInterest, "3");
+  Pick(editor.cmbInstitution, "Deccan Bank");
   desk.WillAnswer({Answer::Yes});
   Click(editor.cmdSave);
   EXPECT_EQ(company.Rows("SELECT ACTPRNAMT, ACTINTAMT, EMIAMT, MDFPRNAMT, MDFINTAMT, MDFYAMT FROM INS_EMIDETAIL WHERE "
