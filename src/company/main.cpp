@@ -7,6 +7,7 @@
 #include "common/month_year.h"
 #include "company/company.h"
 #include "company/company_error.h"
+#include "company/formula_commands.h"
 #include "company/sql_command.h"
 #include "database/connection.h"
 
@@ -104,6 +105,7 @@ int main(int argc, char** argv) {
   AddCreate(app, companyOptions, asOf);
   AddUse(app, companyOptions);
   AddSql(app, sqlOptions);
+  const ktl::FormulaCommands formulaCommands(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -112,6 +114,7 @@ int main(int argc, char** argv) {
   try {
     if (app.got_subcommand("create")) return Create(companyOptions, asOf);
     if (app.got_subcommand("use")) return Use(companyOptions);
+    if (const auto status = formulaCommands.Run(argv[0])) return *status;
     return Sql(sqlOptions);
   } catch (const ktl::RuntimeError& error) {
     fmt::print(stderr, "{}\n", error.description());

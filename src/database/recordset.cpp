@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "database/tsql/words.h"
 #include "runtime/text.h"
 
 namespace ktl {
@@ -20,13 +21,13 @@ void Recordset::Close() { *this = Recordset(); }
 
 std::size_t Recordset::IndexOf(std::string_view field) const {
   for (std::size_t i = 0; i < result_.columns.size(); ++i)
-    if (EqualsNoCase(result_.columns[i], field)) return i;
+    if (tsql::SameWord(result_.columns[i], field)) return i;
   throw DatabaseError(fmt::format("Item cannot be found in the collection: {}.", field), kNoSuchFieldError);
 }
 
 bool Recordset::HasField(std::string_view field) const {
   for (const auto& column : result_.columns)
-    if (EqualsNoCase(column, field)) return true;
+    if (tsql::SameWord(column, field)) return true;
   return false;
 }
 

@@ -16,6 +16,33 @@
 namespace ktl {
 namespace {
 
+struct Share {
+  int wanted;
+  int least;  // never less than the heading needs
+};
+
+// What is left of the space is shared in proportion; where the columns want more, they give way down to their
+// least.
+std::vector<int> SharedWidths(const std::vector<Share>& shares, int space) {
+  Share total{};
+  for (const Share& share : shares) total = {total.wanted + share.wanted, total.least + share.least};
+  std::vector<int> widths;
+  Share done{};  // sums, so that the widths add up to the pixel
+  int taken = 0;
+  for (const Share& share : shares) {
+    done = {done.wanted + share.wanted, done.least + share.least};
+    int edge = done.least;
+    if (space >= total.wanted) {
+      edge = int(qint64(space) * done.wanted / total.wanted);
+    } else if (space > total.least) {
+      edge += int(qint64(space - total.least) * (done.wanted - done.least) / (total.wanted - total.least));
+    }
+    widths.push_back(edge - taken);
+    taken = edge;
+  }
+  return widths;
+}
+
 class GridBinding final : public Binding {
  public:
   GridBinding(Grid& control, QTableView& view, Dispatcher& dispatcher)
@@ -147,46 +174,26 @@ bool GridBinding::KeyPress(const QKeyEvent& key) {
   return true;
 }
 
-// What is left of the view is shared among the columns; where they want more than the view has, each gives up
-// to a fifth before the view scrolls. Ticks keep their widths, and a heading is never cut.
 void GridBinding::ShareWidth() {
-  struct Share {
-    int column;
-    int wanted;
-    int least;
-  };
   const QHeaderView& header = *view_.horizontalHeader();
   std::vector<Share> shares;
-  Share total{};
-  int free = view_.viewport()->width();
+  std::vector<int> columns;
+  int space = view_.viewport()->width();
   for (int i = 0; i < model_.columnCount(); ++i) {
     const GridColumn& column = model_.Column(i);
     if (column.hidden) continue;
     const int heading = column.caption.empty() ? 0 : header.sectionSizeHint(i) + 6;
     const int wanted = std::max(column.width, heading);
     if (column.type == CellType::Tick) {
-      free -= wanted;
       view_.setColumnWidth(i, wanted);
-      continue;
+      space -= wanted;
+    } else {
+      columns.push_back(i);
+      shares.push_back({wanted, std::max(column.width * 4 / 5, heading)});
     }
-    shares.push_back({i, wanted, std::max(column.width * 4 / 5, heading)});
-    total.wanted += wanted;
-    total.least += shares.back().least;
   }
-  Share done{};  // sums, so that the shares add up to the pixel
-  int taken = 0;
-  for (const Share& share : shares) {
-    done.wanted += share.wanted;
-    done.least += share.least;
-    int edge = done.least;
-    if (free >= total.wanted) {
-      edge = int(qint64(free) * done.wanted / total.wanted);
-    } else if (free > total.least) {
-      edge += int(qint64(free - total.least) * (done.wanted - done.least) / (total.wanted - total.least));
-    }
-    view_.setColumnWidth(share.column, edge - taken);
-    taken = edge;
-  }
+  const std::vector<int> widths = SharedWidths(shares, space);
+  for (std::size_t i = 0; i < widths.size(); ++i) view_.setColumnWidth(columns[i], widths[i]);
 }
 
 void GridBinding::MirrorHiddenRows() {

@@ -91,12 +91,6 @@ bool GridModel::setData(const QModelIndex& index, const QVariant& value, int rol
   return true;
 }
 
-void GridModel::Restore(std::size_t row) {
-  if (row >= rows_.size() || row >= grid_.rows.size()) return;
-  rows_[row] = grid_.rows[row];
-  emit dataChanged(index(int(row), 0), index(int(row), columnCount() - 1));
-}
-
 bool GridModel::Take() {
   if (!std::equal(columns_.begin(), columns_.end(), grid_.columns.begin(), grid_.columns.end(), SameColumn)) {
     beginResetModel();

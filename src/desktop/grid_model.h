@@ -19,8 +19,6 @@ class GridModel final : public QAbstractTableModel {
 
   // Takes over what differs in the control. True when the columns are new: the view's widths are gone then.
   bool Take();
-  // Throws away what was typed into a cell, when the control did not take it.
-  void Restore(std::size_t row);
 
   const GridColumn& Column(int column) const { return columns_[std::size_t(column)]; }
   const GridRow& Row(int row) const { return rows_[std::size_t(row)]; }

@@ -74,16 +74,6 @@ void ReplaceTokens(std::string& text, const TokenTable& table) {
   }
 }
 
-// Upper-casing comes first though the users' tokens are looked for in any case: the outcome is the same.
-std::string FinalText(std::string_view strExpression, const TokenTable& arrFirst,
-                      const TokenTable& arrSecond) {
-  std::string text = UpperCase(strExpression);
-  ReplaceTokens(text, arrFirst);
-  ReplaceTokens(text, arrSecond);
-  for (const Rewriting& name : kFunctionNames) ReplaceToken(text, name.from, name.to);
-  return text;
-}
-
 // What stands between the first and the last single quote.
 std::string ExtractQuotedName(const std::string& strMessage) {
   const std::size_t first = strMessage.find('\'');
@@ -111,6 +101,16 @@ std::string ErrorText(const RuntimeError& error) {
 }
 
 }  // namespace
+
+// Upper-casing comes first though the users' tokens are looked for in any case: the outcome is the same.
+std::string clsExprEval::FinalText(std::string_view strExpression, const TokenTable& arrFirst,
+                                   const TokenTable& arrSecond) {
+  std::string text = UpperCase(strExpression);
+  ReplaceTokens(text, arrFirst);
+  ReplaceTokens(text, arrSecond);
+  for (const Rewriting& name : kFunctionNames) ReplaceToken(text, name.from, name.to);
+  return text;
+}
 
 Value clsExprEval::EvaluateExpression(std::string_view strExpression, const TokenTable& arrFirst,
                                       const TokenTable& arrSecond) const {

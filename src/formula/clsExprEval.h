@@ -16,6 +16,7 @@ namespace ktl {
 struct TokenRow {
   std::string token;
   std::string text;
+  const char* source = "";  // where the text came from, for those who ask
 };
 using TokenTable = std::vector<TokenRow>;
 
@@ -36,6 +37,11 @@ class clsExprEval {
   //   ERROR: Invalid argument
   Value EvaluateExpression(std::string_view strExpression, const TokenTable& arrFirst = {},
                            const TokenTable& arrSecond = {}) const;
+
+  // The text that is evaluated: tokens replaced, functions under their own names, upper case. May throw for a
+  // text that grows out of all bounds.
+  static std::string FinalText(std::string_view strExpression, const TokenTable& arrFirst = {},
+                               const TokenTable& arrSecond = {});
 
  private:
   std::function<Date()> now_;

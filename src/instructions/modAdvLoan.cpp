@@ -212,9 +212,19 @@ void modAdvLoan::EnableCommands() {
     button->enabled = writable;
   }
   cmdMultiAllot.enabled = !session_.ReadOnlyUser;
-  cmdEmi.enabled = writable || employee_ == 0;
+  cmdEmi.enabled = writable || employee_ == 0;  // a read-only user loses it with the first employee
   fpgEMI.columns[kEmiTick].locked = fpgEMI.columns[kEmiRecovered].locked = !writable;
-  fmeTransaction.enabled = employee_ != 0 && !fmeFormula.visible;
+  EnableInputs();
+}
+
+// Without an employee nothing can be typed; the names can be kept all the same.
+void modAdvLoan::EnableInputs() {
+  for (Control* input :
+       std::initializer_list<Control*>{&cmbALName, &cmbInstitution, &txtLoanAccNo, &txtSerialNo, &txtAdvDate,
+                                       &txtAdvAmount, &txtInterestAmt, &cmdIntrCalc, &txtRemarks}) {
+    input->enabled = employee_ != 0;
+  }
+  cmdFmeFormula.enabled = employee_ != 0 && fmeInstallment.visible;
   fmeInstallment.enabled = fmeInstallmentRoundOff.enabled = employee_ != 0;
 }
 
@@ -326,7 +336,7 @@ void modAdvLoan::ClearInstruction() {
 void modAdvLoan::ShowScheduleInputs(bool shown) {
   fmeInstallment.visible = shown;
   txtAdvAmount.locked = !shown;
-  cmdFmeFormula.enabled = shown;
+  EnableInputs();
   optInstallment_Click();
 }
 

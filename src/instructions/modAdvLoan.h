@@ -210,6 +210,7 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void FillNames();
   // Buttons by the rights of the user and the lock of the employee.
   void EnableCommands();
+  void EnableInputs();
 
   void ShowInstruction(const AdvLoanDetail& detail);
   void ClearInstruction();

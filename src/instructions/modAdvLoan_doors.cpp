@@ -36,7 +36,7 @@ void modAdvLoan::ForgetFormula() {
 
 void modAdvLoan::ShowFormulaFrame(bool shown) {
   fmeFormula.visible = shown;
-  fmeTransaction.enabled = employee_ != 0 && !shown;
+  fmeTransaction.enabled = !shown;
   if (shown) SetFocus(cmbFormula);
 }
 

@@ -1,13 +1,9 @@
 #include <gtest/gtest.h>
-#include <stdlib.h>
-#include <sys/wait.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <vector>
+
+#include "shell.h"
 
 // Plays every scripts/NAME.script through KTLStInsConsole, on a sample company of its own, and compares what
 // came of it with scripts/NAME.expected: the transcript, a line "stderr | TEXT" for each line on standard
@@ -17,24 +13,6 @@ namespace ktl {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string ReadAll(const fs::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-std::string ShellQuoted(const std::string& text) {
-  std::string quoted = "'";
-  for (const char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return quoted + "'";
-}
-
-int RunShell(const std::string& shellCommand) {
-  const int status = std::system(shellCommand.c_str());
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
 
 std::vector<fs::path> Scripts() {
   std::vector<fs::path> scripts;
@@ -59,9 +37,7 @@ class WholeProgram : public testing::Test {
  protected:
   void SetUp() override {
     if (Scripts().empty()) GTEST_SKIP() << "no scripts";
-    std::string name = (fs::temp_directory_path() / "ktl-scripts-XXXXXX").string();
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    folder = name;
+    ASSERT_FALSE(folder.empty());
     work = folder / "work";
     fs::create_directory(work);
     const int status = RunShell(
@@ -70,10 +46,6 @@ class WholeProgram : public testing::Test {
     ASSERT_EQ(status, 0) << ReadAll(folder / "log");
     fs::copy(work, folder / "pristine", fs::copy_options::recursive);
   }
-  void TearDown() override {
-    if (!folder.empty()) fs::remove_all(folder);
-  }
-
   std::string Play(const fs::path& script) {
     fs::remove_all(work);
     fs::copy(folder / "pristine", work, fs::copy_options::recursive);
@@ -88,7 +60,8 @@ class WholeProgram : public testing::Test {
     return outcome + "exit | " + std::to_string(status) + '\n';
   }
 
-  fs::path folder;
+  TemporaryFolder temporary;
+  fs::path folder = temporary.path();
   fs::path work;  // the company, its settings and its local store, as the program finds them
 };
 

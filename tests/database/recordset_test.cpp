@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+
 #include "support/company_fixture.h"
 
 namespace ktl::test {
@@ -27,6 +30,112 @@ TEST(Recordset, AddsChangesAndDeletesRows) {
   rows.Update();
   EXPECT_EQ(company.Rows("SELECT SERIALNO FROM INS_ADVLOAN"), "4");
   EXPECT_EQ(company.Execute("DELETE FROM INS_ADVLOAN WHERE EMPID = 17"), 1);
+}
+
+TEST(Recordset, WalksItsRowsWhileTheTableIsWritten) {
+  TestCompany company;
+  for (int month = 24121; month <= 24124; ++month) company.Emi(17, 2, 3, month - 24120, month, 1000);
+  Recordset rows(company.Cn(), "Select * From INS_EMIDETAIL Where MONTHYEAR > 24121 Order By MONTHYEAR",
+                 OpenMode::Update);
+  EXPECT_EQ(rows.RecordCount(), 3u);
+  for (; !rows.Eof(); rows.MoveNext()) {
+    company.Execute("DELETE FROM INS_EMIDETAIL WHERE MONTHYEAR = 24121");
+    rows.Set("MDFYAMT", rows["EmiAmt"].ToDouble() + rows["COUNTER"].ToDouble());
+    rows.Update();
+  }
+  EXPECT_EQ(company.Rows("SELECT MONTHYEAR, EMIAMT, MDFYAMT FROM INS_EMIDETAIL ORDER BY MONTHYEAR"),
+            "24122|1000|1002\n24123|1000|1003\n24124|1000|1004");
+  rows.MoveFirst();
+  EXPECT_EQ(rows["MDFYAMT"], Value(1002.0));
+  company.Execute("DELETE FROM INS_EMIDETAIL");
+  rows.Set("MDFYAMT", 1);
+  EXPECT_THROW(rows.Update(), DatabaseError);
+}
+
+TEST(Recordset, OpenedForAddingReadsNothing) {
+  TestCompany company;
+  company.Emi(17, 2, 3, 1, 24121, 1000);
+  Recordset rows(company.Cn(), "Select * From INS_EMIDETAIL", OpenMode::AddOnly);
+  EXPECT_EQ(rows.RecordCount(), 0u);
+  for (int counter = 2; counter <= 3; ++counter) {
+    rows.AddNew();
+    for (const char* key : {"EMPID", "SITYPE", "SERIALNO"}) rows.Set(key, 17);
+    rows.Set("MONTHYEAR", 24120 + counter);
+    rows.Set("COUNTER", counter);
+    rows.Update();
+  }
+  EXPECT_EQ(company.Rows("SELECT COUNT(*), SUM(EMIAMT) FROM INS_EMIDETAIL"), "3|1000");
+}
+
+TEST(Recordset, FindsFieldsAndRowsWithoutRegardToCase) {
+  TestCompany company;
+  company.Employee(17).Named("Asha Rao");
+  company.Employee(18).Named("Bilal Khan");
+  Recordset rows(
+      company.Cn(),
+      "SELECT E.*, F.EMPNAME FROM MAS_EMPLOYEE E, MAS_EMPLOYEE F WHERE F.EMPID = 18 ORDER BY E.EMPID");
+  EXPECT_EQ(rows["empname"], Value("Asha Rao"));
+  EXPECT_TRUE(rows.HasField("Doj") && rows["doj"].IsDate());
+  EXPECT_TRUE(rows.Find("EMPNAME", "bilal khan"));
+  EXPECT_EQ(rows["EMPID"], Value(18));
+  EXPECT_FALSE(rows.Find("EMPID", "17"));
+  EXPECT_TRUE(rows.Eof());
+  const auto numberOf = [&](auto&& deed) {
+    try {
+      deed();
+    } catch (const DatabaseError& error) {
+      return error.number();
+    }
+    return 0L;
+  };
+  EXPECT_EQ(numberOf([&] { rows["EMPID"].IsNull(); }), kNoCurrentRowError);
+  EXPECT_EQ(numberOf([&] { rows["NOTHING"].IsNull(); }), kNoSuchFieldError);
+  EXPECT_NE(numberOf([&] { rows.Set("EMPID", 1); }), 0L);
+}
+
+struct Fit {
+  const char* field;
+  Value value;
+  const char* stored;  // nothing when the value is refused
+};
+
+TEST(Recordset, ValuesMustFitTheirFields) {
+  TestCompany company;
+  company.Loan(17, 3, "Car Loan", 12000);
+  const Fit table[] = {
+      {"SIDATE", "5/6/2024", "05/06/2024"},
+      {"SIDATE", "2024-06-05", "05/06/2024"},
+      {"SIDATE", *Date::FromYmd(2024, 6, 5), "05/06/2024"},
+      {"SIDATE", Null{}, "NULL"},
+      {"SIDATE", "31/Feb/2024", nullptr},
+      {"SIDATE", "", nullptr},
+      {"SIDATE", 5, nullptr},
+      {"ACTAMT", "1,250.75", "1250.75"},
+      {"ACTAMT", 3, "3"},
+      {"ACTAMT", "12ab", nullptr},
+      {"ACTAMT", "", nullptr},
+      {"ACTAMT", std::nan(""), nullptr},
+      {"ACTAMT", std::numeric_limits<double>::infinity(), nullptr},
+      {"ACTAMT", 1e308, "1E+308"},
+      {"SERIALNO", 2.5, "2"},
+      {"SERIALNO", true, "1"},
+      {"SERIALNO", 1e300, nullptr},
+      {"REMARKS", 17.5, "17.5"},
+      {"REMARKS", "O'Neill; --", "O'Neill; --"},
+      {"SINAME", Null{}, nullptr},
+  };
+  for (const auto& fit : table) {
+    Recordset rows(company.Cn(), "SELECT * FROM INS_ADVLOAN", OpenMode::Update);
+    rows.Set(fit.field, fit.value);
+    try {
+      rows.Update();
+      ASSERT_NE(fit.stored, nullptr) << fit.field;
+      EXPECT_EQ(company.Rows(std::string("SELECT ") + fit.field + " FROM INS_ADVLOAN"), fit.stored);
+    } catch (const DatabaseError& error) {
+      EXPECT_EQ(fit.stored, nullptr) << fit.field << ": " << error.description();
+    }
+  }
+  EXPECT_THROW(Recordset(company.Cn(), "SELECT EMPID FROM INS_ADVLOAN", OpenMode::Update), DatabaseError);
 }
 
 }  // namespace

@@ -67,7 +67,12 @@ inline void Enter(QWidget& widget, const QString& text) {
   QTest::keyClicks(&widget, text);
 }
 
-// Lets what is queued run.
-inline void Settle() { QTest::qWait(5); }
+// Lets what is queued run, and what that queues in turn.
+inline void Settle() {
+  for (int round = 0; round < 5; ++round) {
+    QCoreApplication::processEvents();
+    QTest::qWait(2);
+  }
+}
 
 }  // namespace ktl

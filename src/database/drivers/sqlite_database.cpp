@@ -12,6 +12,7 @@ namespace ktl {
 namespace {
 
 constexpr std::size_t kMostIdleStatements = 128;
+constexpr std::size_t kLongestKeptText = 8192;
 
 std::string_view ColumnText(sqlite3_stmt* statement, int column) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
@@ -142,7 +143,7 @@ SqliteDatabase::Lease::Lease(SqliteDatabase& database, std::string_view sql)
 }
 
 SqliteDatabase::Lease::~Lease() {
-  if (!statement_) return;
+  if (!statement_ || sql_.size() > kLongestKeptText) return;
   statement_->Reset();
   if (database_.idle_.size() >= kMostIdleStatements) database_.idle_.clear();
   database_.idle_.insert_or_assign(std::move(sql_), std::move(statement_));

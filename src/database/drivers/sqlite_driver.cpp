@@ -12,6 +12,7 @@ namespace ktl {
 namespace {
 
 constexpr std::size_t kMostPrograms = 256;
+constexpr std::size_t kLongestKeptText = 8192;
 
 // The history of month locks is the database's own: who turned which lock, on which machine, and when.
 constexpr const char* kMonthLockTrigger =
@@ -76,6 +77,7 @@ std::shared_ptr<const tsql::Program> SqliteDriver::ProgramOf(std::string_view sq
   if (updatable) key += '\n';
   if (const auto found = programs_.find(key); found != programs_.end()) return found->second;
   auto program = std::make_shared<const tsql::Program>(tsql::Translate(sql, updatable));
+  if (key.size() > kLongestKeptText) return program;
   if (programs_.size() >= kMostPrograms) programs_.clear();
   programs_.emplace(std::move(key), program);
   return program;

@@ -61,27 +61,25 @@ ExprPtr Parser::ParseNot() {
 
 ExprPtr Parser::ParsePredicate() {
   auto left = ParseSum();
-  for (;;) {
-    const Token token = Peek();
-    if (token.kind == TokenKind::Symbol &&
-        std::string_view("=<>!").find(token.text[0]) != std::string_view::npos) {
-      Take();
-      left = Join(ExprKind::Compare, token, std::move(left), ParseSum());
-      if (left->text == "!=") left->text = "<>";
-    } else if (Accept(Keyword::Is)) {
-      auto expr = Make(ExprKind::IsNull, token);
-      expr->negated = Accept(Keyword::Not);
-      Expect(Keyword::Null, "NULL");
-      Adopt(*expr, std::move(left));
-      left = std::move(expr);
-    } else if (Accept(Keyword::Not)) {
-      left = ParsePredicateTail(std::move(left), true);
-    } else if (At(Keyword::In) || At(Keyword::Like) || At(Keyword::Between)) {
-      left = ParsePredicateTail(std::move(left), false);
-    } else {
-      return left;
-    }
+  const Token token = Peek();
+  if (token.kind == TokenKind::Symbol &&
+      std::string_view("=<>!").find(token.text[0]) != std::string_view::npos) {
+    Take();
+    auto expr = Join(ExprKind::Compare, token, std::move(left), ParseSum());
+    if (expr->text == "!=") expr->text = "<>";
+    return expr;
   }
+  if (Accept(Keyword::Is)) {
+    auto expr = Make(ExprKind::IsNull, token);
+    expr->negated = Accept(Keyword::Not);
+    Expect(Keyword::Null, "NULL");
+    Adopt(*expr, std::move(left));
+    return expr;
+  }
+  if (Accept(Keyword::Not)) return ParsePredicateTail(std::move(left), true);
+  if (At(Keyword::In) || At(Keyword::Like) || At(Keyword::Between))
+    return ParsePredicateTail(std::move(left), false);
+  return left;
 }
 
 ExprPtr Parser::ParsePredicateTail(ExprPtr left, bool negated) {

@@ -50,6 +50,8 @@ class EmbeddedWriter {
   void TellDates(const SelectCore& core, Step& step) const;
 
   void WriteExpr(const Expr& expr);
+  void WriteLeaf(const Expr& expr);
+  void WriteOperator(const Expr& expr);
   void WriteOperand(const Expr& expr);
   void WriteCondition(const Expr& expr, std::string_view logical);
   void WriteArithmetic(const Expr& expr);

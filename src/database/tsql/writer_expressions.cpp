@@ -52,9 +52,36 @@ bool EmbeddedWriter::NeedsComparer(const Expr& expr) const {
 
 void EmbeddedWriter::WriteExpr(const Expr& expr) {
   switch (expr.kind) {
-    case ExprKind::Number:
-      out_ += expr.text;
-      break;
+    case ExprKind::Arithmetic:
+      return WriteArithmetic(expr);
+    case ExprKind::Compare:
+      return WriteCompare(expr);
+    case ExprKind::Between:
+      return WriteBetween(expr);
+    case ExprKind::In:
+      return WriteIn(expr);
+    case ExprKind::Like:
+      return WriteLike(expr);
+    case ExprKind::Case:
+      return WriteCase(expr);
+    case ExprKind::Function:
+      return WriteFunction(expr);
+    case ExprKind::Cast:
+      return WriteCast(expr);
+    case ExprKind::Exists:
+    case ExprKind::Subquery:
+      out_ += expr.kind == ExprKind::Exists ? "EXISTS (" : "(";
+      WriteQuery(*expr.query);
+      out_ += ')';
+      return;
+    default:
+      return expr.args.empty() ? WriteLeaf(expr) : WriteOperator(expr);
+  }
+}
+
+void EmbeddedWriter::WriteLeaf(const Expr& expr) {
+  if (!expr.qualifier.empty()) Name(expr.qualifier), out_ += '.';
+  switch (expr.kind) {
     case ExprKind::Text:
       out_ += expr.text.substr(expr.text.find('\''));
       break;
@@ -64,66 +91,31 @@ void EmbeddedWriter::WriteExpr(const Expr& expr) {
     case ExprKind::Default:
       RefuseAt(expr, "DEFAULT where a value is expected");
     case ExprKind::Name:
+      Name(expr.text);
+      break;
     case ExprKind::Star:
-      if (!expr.qualifier.empty()) Name(expr.qualifier), out_ += '.';
-      if (expr.kind == ExprKind::Star)
-        out_ += '*';
-      else
-        Name(expr.text);
+      out_ += '*';
       break;
     case ExprKind::Variable:
       out_ += "KL_GET('", out_ += expr.text, out_ += "')";
       break;
-    case ExprKind::Negate:
-      out_ += '-', WriteOperand(*expr.args[0]);
-      break;
-    case ExprKind::Not:
-      out_ += "NOT ", WriteOperand(*expr.args[0]);
-      break;
-    case ExprKind::Arithmetic:
-      WriteArithmetic(expr);
-      break;
-    case ExprKind::Compare:
-      WriteCompare(expr);
-      break;
-    case ExprKind::Logical:
-      WriteCondition(*expr.args[0], expr.text);
-      out_ += ' ', out_ += expr.text, out_ += ' ';
-      WriteCondition(*expr.args[1], {});
-      break;
-    case ExprKind::Between:
-      WriteBetween(expr);
-      break;
-    case ExprKind::In:
-      WriteIn(expr);
-      break;
-    case ExprKind::Like:
-      WriteLike(expr);
-      break;
-    case ExprKind::IsNull:
-      WriteOperand(*expr.args[0]);
-      out_ += expr.negated ? " IS NOT NULL" : " IS NULL";
-      break;
-    case ExprKind::Exists:
-    case ExprKind::Subquery:
-      out_ += expr.kind == ExprKind::Exists ? "EXISTS (" : "(";
-      WriteQuery(*expr.query);
-      out_ += ')';
-      break;
-    case ExprKind::Case:
-      WriteCase(expr);
-      break;
-    case ExprKind::Function:
-      WriteFunction(expr);
-      break;
-    case ExprKind::Cast:
-      WriteCast(expr);
-      break;
-    case ExprKind::Collate:
-      WriteOperand(*expr.args[0]);
-      out_ += " COLLATE ", out_ += expr.text;
-      break;
+    default:
+      out_ += expr.text;
   }
+}
+
+void EmbeddedWriter::WriteOperator(const Expr& expr) {
+  const Expr& operand = *expr.args[0];
+  if (expr.kind == ExprKind::Logical) {
+    WriteCondition(operand, expr.text);
+    out_ += ' ', out_ += expr.text, out_ += ' ';
+    return WriteCondition(*expr.args[1], {});
+  }
+  if (expr.kind == ExprKind::Negate) out_ += '-';
+  if (expr.kind == ExprKind::Not) out_ += "NOT ";
+  WriteOperand(operand);
+  if (expr.kind == ExprKind::IsNull) out_ += expr.negated ? " IS NOT NULL" : " IS NULL";
+  if (expr.kind == ExprKind::Collate) out_ += " COLLATE ", out_ += expr.text;
 }
 
 void EmbeddedWriter::WriteOperand(const Expr& expr) {

@@ -1,0 +1,106 @@
+#include "formula/clsNODNDP.h"
+
+#include <fmt/format.h>
+
+#include "common/month_year.h"
+#include "database/recordset.h"
+#include "formula/attendance_holidays.h"
+#include "frame/session.h"
+
+namespace ktl {
+DayCounts clsNODNDP::SetNODNDP(const DayRequest& request) {
+  const DayRange month = SetMonthCalcDates(request.monthYear);
+  return CountDays(RulesOf(request.attHeadId, request.monthYear), month, request, SourcesOf(request));
+}
+
+double clsNODNDP::FnDblGetNWD(long lngAttHeadID, long lngMonthYear, long lngEmpID) {
+  const DayRequest request{.empId = lngEmpID, .monthYear = lngMonthYear, .attHeadId = lngAttHeadID};
+  return MonthFigure(RulesOf(lngAttHeadID, lngMonthYear), SetMonthCalcDates(lngMonthYear),
+                     SourcesOf(request));
+}
+
+double clsNODNDP::FnDblGetHoliday(long lngAttHeadID, const DayRange& range, DayKind kind, long lngEmpID) {
+  return AttendanceHolidays(session_.Cn, lngAttHeadID, lngEmpID, range).Count(kind);
+}
+
+double clsNODNDP::FnDblGetLeave(long lngEmpID, const DayRange& range, LeaveSelection selection) {
+  double days = 0;
+  for (Recordset kinds(session_.Cn, LeaveSelectionSql(selection)); !kinds.Eof(); kinds.MoveNext()) {
+    days +=
+        ReadValue(session_.Cn,
+                  fmt::format("Select Sum(FIRSTHALFYN)/2.0 + Sum(SECONDHALFYN)/2.0 AS NOOFLEAVE From "
+                              "ATT_DETAIL Where EMPID = {} And LEVDATE Between '{}' And '{}' And LEVID = {}",
+                              lngEmpID, FormatDate(range.first, "DD/MMM/YYYY"),
+                              FormatDate(range.last, "DD/MMM/YYYY"), kinds[0].ToLong()),
+                  0)
+            .ToDouble();
+  }
+  return days;
+}
+
+double clsNODNDP::FnDblGetLeaveMnthly(long lngEmpID, long lngEmpDetID, long lngMonthYear,
+                                      LeaveSelection selection) {
+  const std::string months =
+      lngEmpDetID == 0
+          ? fmt::format("And ATTSLNO IN (Select ATTSLNO From ATT_MONTH Where EMPID={} And MONTHYEAR={})",
+                        lngEmpID, lngMonthYear)
+          : fmt::format(
+                "And ATTSLNO =(Select ATTSLNO From ATT_MONTH Where EMPID={} And EMPDETID={} And "
+                "MONTHYEAR={})",
+                lngEmpID, lngEmpDetID, lngMonthYear);
+  double days = 0;
+  for (Recordset kinds(session_.Cn, LeaveSelectionSql(selection)); !kinds.Eof(); kinds.MoveNext()) {
+    Recordset rows(session_.Cn, fmt::format("Select LEVVALUE From ATT_MONTHLEV Where LEVID={} {}",
+                                            kinds[0].ToLong(), months));
+    for (; !rows.Eof(); rows.MoveNext()) days += rows[0].NumberOr0();
+  }
+  return days;
+}
+
+DayRange clsNODNDP::SetMonthCalcDates(long lngMonthYear) {
+  DayRange month;
+  GetMonthDates({session_.data, session_.features.On("CALCINMIDYN")}, lngMonthYear, month.first, month.last);
+  return month;
+}
+
+std::string clsNODNDP::FnStrGetMonthStartDate(long lngMonthYear) {
+  return FormatDate(SetMonthCalcDates(lngMonthYear).first, "DD/MMM/YYYY");
+}
+
+std::string clsNODNDP::FnStrGetMonthEndDate(long lngMonthYear) {
+  return FormatDate(SetMonthCalcDates(lngMonthYear).last, "DD/MMM/YYYY");
+}
+
+DayRules clsNODNDP::RulesOf(long attHeadId, long monthYear) {
+  const Recordset row(
+      session_.Cn,
+      fmt::format(
+          "SELECT ISNULL(NODFORCALC, 2), ISNULL(ATTNTYPE, 1), ISNULL(ATTNTIGHTYN, 1) FROM MAS_ATTHEAD "
+          "WHERE ATTHEADID = {}",
+          attHeadId));
+  DayRules rules;
+  if (!row.Eof()) {
+    rules.nodForCalc = row[0].ToInt();
+    rules.monthly = row[1].ToInt() == kMonthlyHead;
+    rules.tight = row[2].ToInt() == 1;
+  }
+  if (rules.nodForCalc == kHeadDays) rules.headDays = ReadHeadDays(session_.Cn, attHeadId, monthYear);
+  return rules;
+}
+
+DaySources clsNODNDP::SourcesOf(const DayRequest& request) {
+  return {.holidays =
+              [this, request](DayKind kind, const DayRange& range) {
+                return FnDblGetHoliday(request.attHeadId, range, kind, request.empId);
+              },
+          .monthlyLeave =
+              [this, request](LeaveSelection selection) {
+                return FnDblGetLeaveMnthly(request.empId, request.empDetId, request.monthYear, selection);
+              },
+          .dailyLeave =
+              [this, request](LeaveSelection selection) {
+                return FnDblGetLeave(request.empId, request.period, selection);
+              }};
+}
+
+}  // namespace ktl

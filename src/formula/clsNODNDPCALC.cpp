@@ -1,0 +1,272 @@
+#include "formula/clsNODNDPCALC.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "common/month_year.h"
+#include "database/recordset.h"
+#include "frame/session.h"
+
+namespace ktl {
+namespace {
+
+constexpr int kGeneralAlone = 4;  // values of NODFORCALC with a holiday test of their own for leave
+constexpr int kGeneralFirst = 6;
+
+std::string DayText(const Date& date) { return FormatDate(date, "yyyy-MM-dd"); }
+
+bool IsSet(const Value& flag) { return flag.NumberOr0() != 0; }
+
+// Kinds 2 and 3 are passed over.
+bool TakesPart(const Recordset& row, LeaveSelection selection) {
+  const long kind = row["LEVID"].ToLong();
+  if (selection == LeaveSelection::LossOfPay) return kind == 1;
+  if (kind != 1 && kind <= 3) return false;
+  return selection == LeaveSelection::NotPresent || IsSet(row["AFFECTSALARYYN"]);
+}
+
+}  // namespace
+
+struct clsNODNDPCALC::LeaveDay {
+  Date date;
+  HolidayHalves halves;
+};
+
+DayCounts clsNODNDPCALC::SetNODNDP(const DayRequest& request) {
+  Update_MonthYear();
+  const DayRules rules = LoadRules(request.attHeadId, request.monthYear);
+  const DayRange month = MonthRange(request.monthYear);
+  DayRequest served = request;
+  served.period = InService(request.empId, month, request.period);
+  const DayRange whole{std::min(month.first, served.period.first), std::max(month.last, served.period.last)};
+  const PeriodHolidays holidays = HolidaysOf(request.attHeadId, request.empId, whole);
+  const bool generalFirst = settings_.options.HOLPRIORITY != 0;
+  return CountDays(
+      rules, month, served,
+      {.holidays = [&](DayKind kind,
+                       const DayRange& range) { return holidays.Count(kind, range, generalFirst); },
+       .monthlyLeave =
+           [&](LeaveSelection selection) {
+             return attendance_.FnDblGetLeaveMnthly(served.empId, served.empDetId, served.monthYear,
+                                                    selection);
+           },
+       .dailyLeave = [&](LeaveSelection selection) { return DailyLeave(served, selection, holidays); }});
+}
+
+double clsNODNDPCALC::FnDblGetNWD(long lngAttHeadID, long lngMonthYear, long lngEmpID) {
+  const DayRules rules = LoadRules(lngAttHeadID, lngMonthYear);
+  return MonthFigure(rules, MonthRange(lngMonthYear), {.holidays = [&](DayKind kind, const DayRange& range) {
+                       return FnDblGetHolAndLeave(lngAttHeadID, range, lngEmpID, kind);
+                     }});
+}
+
+double clsNODNDPCALC::FnDblGetHolAndLeave(long lngAttHeadID, const DayRange& range, long lngEmpID,
+                                          DayKind kind, LeaveSelection selection) {
+  if (kind != DayKind::Leave) {
+    settings_.LoadHeadOptions(lngAttHeadID);
+    return HolidaysOf(lngAttHeadID, lngEmpID, range).Count(kind, range, settings_.options.HOLPRIORITY != 0);
+  }
+  return ReadValue(
+             session_.Cn,
+             fmt::format("SELECT SUM(FIRSTHALFYN)/2.0 + SUM(SECONDHALFYN)/2.0 FROM LEV_DETAILS WHERE "
+                         "EMPID = {} AND LEAVEDATE BETWEEN '{}' AND '{}' AND LEVID IN ({})",
+                         lngEmpID, DayText(range.first), DayText(range.last), LeaveSelectionSql(selection)),
+             0)
+      .ToDouble();
+}
+
+HolidayLists clsNODNDPCALC::ListHoliday(long lngAttHeadID, const DayRange& range, long lngEmpID) {
+  const PeriodHolidays holidays = HolidaysOf(lngAttHeadID, lngEmpID, range);
+  HolidayLists lists;
+  const auto add = [](std::string& list, const Date& day) {
+    list += fmt::format("{}{}", list.empty() ? "" : ",", day.day());
+  };
+  for (Date day = range.first; day <= range.last; day = day.AddDays(1)) {
+    if (holidays.IsGeneral(day)) add(lists.general, day);
+    if (holidays.Weekly(day).Days() > 0) add(lists.weekly, day);
+  }
+  return lists;
+}
+
+double clsNODNDPCALC::FnDblWeeklyHoliday(const Date& date, long lngAttHeadID, long lngEmpID) {
+  return HolidaysOf(lngAttHeadID, lngEmpID, {date, date}).Weekly(date).Days();
+}
+
+bool clsNODNDPCALC::FnBlnGenHoliday(const Date& date, long lngAttHeadID, long lngEmpID) {
+  return HolidaysOf(lngAttHeadID, lngEmpID, {date, date}).IsGeneral(date);
+}
+
+bool clsNODNDPCALC::FnBlnEmpExist(long lngEmpID, const Date& date) {
+  return ReadValue(session_.Cn,
+                   fmt::format("SELECT COUNT(EMPID) FROM MAS_EMPLOYEE WHERE EMPID={0} AND DOJ<='{1}' AND "
+                               "(DOL IS NULL OR DOL>='{1}')",
+                               lngEmpID, DayText(date)),
+                   0)
+             .ToLong() > 0;
+}
+
+DayRange clsNODNDPCALC::SetValidPeriod(long lngEmpID, const DayRange& range) {
+  const std::string first = DayText(range.first);
+  const std::string last = DayText(range.last);
+  DayRange valid;
+  valid.first =
+      ReadValue(session_.Cn,
+                fmt::format("SELECT DOJ FROM MAS_EMPLOYEE WHERE EMPID={} AND DOJ>='{}' AND DOJ<='{}'",
+                            lngEmpID, first, last),
+                range.first)
+          .ToDate();
+  valid.last =
+      ReadValue(session_.Cn,
+                fmt::format("SELECT DOL FROM MAS_EMPLOYEE WHERE EMPID={} AND DOL>='{}' AND (DOL<='{}' AND "
+                            "DOL IS NOT NULL)",
+                            lngEmpID, first, last),
+                range.last)
+          .ToDate();
+  return valid;
+}
+
+double clsNODNDPCALC::FnDblLeaveAvailed(long lngEmpID, long lngLevID, const DayRange& range,
+                                        long lngAttHeadID, long lngEmpDetID) {
+  const Date detailEnd =
+      ReadValue(session_.Cn,
+                fmt::format("SELECT EFFTODATE FROM MAS_EMPLOYEEDET WHERE EMPID={} AND EMPDETID={}", lngEmpID,
+                            lngEmpDetID),
+                range.last)
+          .ToDate();
+  const std::string between =
+      fmt::format("BETWEEN '{}' AND '{}'", DayText(range.first), DayText(std::min(range.last, detailEnd)));
+  const std::string ofHead = lngAttHeadID == 0 ? "" : fmt::format(" AND ATTHEADID = {}", lngAttHeadID);
+  const double adjusted =
+      ReadValue(
+          session_.Cn,
+          fmt::format("SELECT TAKEN FROM LEV_ADJUSTMENT WHERE EMPID = {} AND LEVID = {}{} AND ASONDATE {}",
+                      lngEmpID, lngLevID, ofHead, between),
+          0)
+          .ToDouble();
+  const std::string taken =
+      lngAttHeadID == 0
+          ? fmt::format("SELECT SUM(TAKEN) FROM LEV_DETAILS WHERE LEVID = {} AND EMPID = {} AND LEAVEDATE {}",
+                        lngLevID, lngEmpID, between)
+          : fmt::format(
+                "SELECT SUM(CASE WHEN LEVMONTHLY = 0 OR LEVMONTHLY IS NULL THEN CONVERT(NUMERIC, (CASE WHEN "
+                "FIRSTHALFYN = 0 THEN 0 ELSE 1 END + CASE WHEN SECONDHALFYN = 0 THEN 0 ELSE 1 END))/ 2 ELSE "
+                "LEVMONTHLY END) FROM LEV_DETAILS LD, MAS_EMPLOYEEDET ME WHERE LD.LEVID = {} AND LD.EMPID = "
+                "{} "
+                "AND LD.EMPID = ME.EMPID AND LD.EMPDETID = ME.EMPDETID AND ME.ATTHEADID = {} AND LEAVEDATE "
+                "{}",
+                lngLevID, lngEmpID, lngAttHeadID, between);
+  return adjusted + ReadValue(session_.Cn, taken, 0).ToDouble();
+}
+
+// Once for all employees of this object: nothing takes a month or a head away meanwhile.
+void clsNODNDPCALC::Update_MonthYear() {
+  if (monthsComplete_) return;
+  Recordset months(session_.Cn,
+                   "SELECT * FROM MAS_MONTHYEAR WHERE CALCSTARTDATE IS NULL OR CALCENDDATE IS NULL",
+                   OpenMode::Update);
+  for (; !months.Eof(); months.MoveNext()) {
+    const DayRange range = MonthRange(months["MONTHYEAR"].ToLong());
+    if (months["CALCSTARTDATE"].IsNull()) months.Set("CALCSTARTDATE", range.first);
+    if (months["CALCENDDATE"].IsNull()) months.Set("CALCENDDATE", range.last);
+    months.Update();
+  }
+  session_.Cn.Execute(
+      "INSERT INTO SLC_ATTHEADNOD SELECT ATTHEADID, MONTHYEAR, DATEDIFF(DAY, CALCSTARTDATE, CALCENDDATE) + "
+      "1, NULL "
+      "FROM MAS_MONTHYEAR MM, MAS_ATTHEAD MA WHERE NOT EXISTS (SELECT 1 FROM SLC_ATTHEADNOD N WHERE "
+      "N.ATTHEADID = "
+      "MA.ATTHEADID AND N.MONTHYEAR = MM.MONTHYEAR) AND ISNULL(TDSPORTYN, 0) <> 1");
+  monthsComplete_ = true;
+}
+
+long clsNODNDPCALC::FnIntAttHeadID(long lngEmpID, const Date& date) {
+  return ReadValue(
+             session_.Cn,
+             fmt::format(
+                 "SELECT ATTHEADID FROM MAS_EMPLOYEE ME, MAS_EMPLOYEEDET MD WHERE ME.EMPID = MD.EMPID AND "
+                 "ME.EMPID = {0} AND EFFFROMDATE <= '{1}' AND (EFFTODATE IS NULL OR EFFTODATE >= '{1}') "
+                 "AND SALCALCFROM <= '{1}'",
+                 lngEmpID, DayText(date)),
+             0)
+      .ToLong();
+}
+
+long clsNODNDPCALC::FnIntBranchID(long lngEmpID, const Date& date) {
+  const Value branch = ReadValue(
+      session_.Cn,
+      fmt::format("SELECT BRANCHID FROM MAS_EMPLOYEE ME, MAS_EMPLOYEEDET MD WHERE ME.EMPID = MD.EMPID AND "
+                  "ME.EMPID = {0} AND EFFFROMDATE <= '{1}' AND (EFFTODATE IS NULL OR EFFTODATE >= '{1}') AND "
+                  "SALCALCFROM <= '{1}'",
+                  lngEmpID, DayText(date)),
+      {});
+  if (!branch.IsEmpty()) return branch.ToLong();
+  // Without such a row it is the branch of the very first detail row, whoever's that is.
+  return ReadValue(session_.Cn, "SELECT top 1 BRANCHID FROM MAS_EMPLOYEEDET  order by empdetid", 0).ToLong();
+}
+
+PeriodHolidays clsNODNDPCALC::HolidaysOf(long attHeadId, long empId, const DayRange& range) {
+  return {session_.Cn, {empId, attHeadId, FnIntBranchID(empId, range.last)}, range};
+}
+
+DayRange clsNODNDPCALC::MonthRange(long monthYear) {
+  return {settings_.FnDteMonthCalcStart(monthYear), settings_.FnDteMonthCalcEnd(monthYear)};
+}
+
+DayRules clsNODNDPCALC::LoadRules(long attHeadId, long monthYear) {
+  settings_.LoadHeadSettings(attHeadId);
+  DayRules rules{.nodForCalc = settings_.head.NODFORCALC,
+                 .monthly = settings_.head.ATTNTYPE == kMonthlyHead,
+                 .tight = settings_.head.TIGHTYN};
+  if (rules.nodForCalc == kHeadDays) rules.headDays = ReadHeadDays(session_.Cn, attHeadId, monthYear);
+  return rules;
+}
+
+// Salary may begin, and service end, inside the month.
+DayRange clsNODNDPCALC::InService(long empId, const DayRange& month, const DayRange& period) {
+  const auto inMonth = [&](const char* column, const Date& otherwise) {
+    return ReadValue(
+               session_.Cn,
+               fmt::format("SELECT {0} FROM MAS_EMPLOYEE WHERE {0} >= '{1}' AND {0} <= '{2}' AND EMPID={3}",
+                           column, DayText(month.first), DayText(month.last), empId),
+               otherwise)
+        .ToDate();
+  };
+  return {std::max(period.first, inMonth("SALCALCFROM", period.first)),
+          std::min(period.last, inMonth("DOL", period.last))};
+}
+
+double clsNODNDPCALC::DailyLeave(const DayRequest& request, LeaveSelection selection,
+                                 const PeriodHolidays& holidays) {
+  Recordset rows(
+      session_.Cn,
+      fmt::format("SELECT * FROM  LEV_DETAILS DET,ATT_DEFINITION DEF WHERE DET.LEVID = DEF.LEVID AND "
+                  "LEAVEYN = 1 AND EMPID = {} AND EMPDETID = {} AND LEAVEDATE BETWEEN  '{}' AND '{}'",
+                  request.empId, request.empDetId, DayText(request.period.first),
+                  DayText(request.period.last)));
+  double days = 0;
+  for (; !rows.Eof(); rows.MoveNext()) {
+    if (!TakesPart(rows, selection)) continue;
+    days += LeaveOnDay(
+        {rows["LEAVEDATE"].ToDate().DayOnly(), {IsSet(rows["FIRSTHALFYN"]), IsSet(rows["SECONDHALFYN"])}},
+        holidays);
+  }
+  return days;
+}
+
+// A half of a day is one thing only: a half of leave on a half of a weekly holiday is holiday and no leave,
+// and so is all leave on a general holiday. The first of the two tests that finds a holiday decides: the
+// weekly one, but the general one for NODFORCALC 6. For 4 the general test stands alone, so leave on a weekly
+// holiday comes off although that day has come off already. A head with COCWYN counts leave that runs on over
+// a weekly holiday; there the weekly test is left out.
+double clsNODNDPCALC::LeaveOnDay(const LeaveDay& leave, const PeriodHolidays& holidays) const {
+  const int nodForCalc = settings_.head.NODFORCALC;
+  const bool general = holidays.IsGeneral(leave.date);
+  const bool askWeekly = nodForCalc != kGeneralAlone && !settings_.options.COCWYN;
+  const HolidayHalves weekly = askWeekly ? holidays.Weekly(leave.date) : HolidayHalves();
+  const bool weeklyDecides = weekly.Days() > 0 && !(general && nodForCalc == kGeneralFirst);
+  if (general && !weeklyDecides) return 0;
+  return HolidayHalves{leave.halves.first && !weekly.first, leave.halves.second && !weekly.second}.Days();
+}
+
+}  // namespace ktl

@@ -1,0 +1,145 @@
+#include "formula/day_count.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "database/recordset.h"
+
+namespace ktl {
+namespace {
+
+constexpr double kFixedDays = 30;
+
+enum NodForCalc { Thirty = 1, CalendarDays, HeadDays = kHeadDays, LessHolidays, LessGeneral, LessWeekly };
+
+DayKind HolidaysOff(int nodForCalc) {
+  switch (nodForCalc) {
+    case LessHolidays:
+      return DayKind::Both;
+    case LessGeneral:
+      return DayKind::General;
+    case LessWeekly:
+      return DayKind::Weekly;
+    default:
+      return DayKind::None;
+  }
+}
+
+// The holidays that come off the present days a second time: 5 and 6 have changed places against the first
+// time.
+DayKind HolidaysOffPresent(int nodForCalc) {
+  switch (nodForCalc) {
+    case LessHolidays:
+      return DayKind::Both;
+    case LessGeneral:
+      return DayKind::Weekly;
+    case LessWeekly:
+      return DayKind::General;
+    default:
+      return DayKind::None;
+  }
+}
+
+double DaysLessHolidays(const DayRules& rules, const DayRange& range, const DaySources& sources) {
+  const DayKind kind = HolidaysOff(rules.nodForCalc);
+  return static_cast<double>(range.Days()) - (kind == DayKind::None ? 0 : sources.holidays(kind, range));
+}
+
+double PayDays(const DayRules& rules, double monthFigure, const DayRequest& request,
+               const DaySources& sources) {
+  switch (rules.nodForCalc) {
+    case Thirty:
+    case HeadDays:
+      return request.capToPeriod ? std::min(monthFigure, static_cast<double>(request.period.Days()))
+                                 : monthFigure;
+    case CalendarDays:
+    case LessHolidays:
+    case LessGeneral:
+    case LessWeekly:
+      return DaysLessHolidays(rules, request.period, sources);
+    default:
+      return 0;
+  }
+}
+
+void TakeOffLeave(const DayRules& rules, const DaySources& sources, DayCounts& counts) {
+  if (rules.monthly || rules.tight) {
+    const auto& leave = rules.monthly ? sources.monthlyLeave : sources.dailyLeave;
+    counts.present = counts.pay - leave(LeaveSelection::NotPresent);
+    counts.pay -= leave(LeaveSelection::AffectsSalary);
+  } else {
+    counts.pay -= sources.dailyLeave(LeaveSelection::LossOfPay);
+    counts.present = counts.pay;
+  }
+}
+
+}  // namespace
+
+std::string LeaveSelectionSql(LeaveSelection selection) {
+  switch (selection) {
+    case LeaveSelection::NotPresent:
+      return "Select LEVID From ATT_DEFINITION Where LEVID Not In (2,3) And LEAVEYN = 1";
+    case LeaveSelection::AffectsSalary:
+      return "Select LEVID From ATT_DEFINITION Where AFFECTSALARYYN = 1";
+    case LeaveSelection::LossOfPay:
+      return "Select LEVID From ATT_DEFINITION Where LEVID = 1";
+    case LeaveSelection::Leave:
+      return "SELECT LEVID FROM ATT_DEFINITION WHERE LEAVEYN=1";
+    case LeaveSelection::NotLeave:
+      return "SELECT LEVID FROM ATT_DEFINITION WHERE LEAVEYN<>1";
+    case LeaveSelection::Second:
+      return "SELECT LEVID FROM ATT_DEFINITION WHERE LEVID = 2";
+    case LeaveSelection::Third:
+      return "SELECT LEVID FROM ATT_DEFINITION WHERE LEVID = 3";
+    case LeaveSelection::All:
+      break;
+  }
+  return "SELECT LEVID FROM ATT_DEFINITION";
+}
+
+double MonthFigure(const DayRules& rules, const DayRange& month, const DaySources& sources) {
+  switch (rules.nodForCalc) {
+    case Thirty:
+      return kFixedDays;
+    case HeadDays:
+      return rules.headDays;
+    case CalendarDays:
+    case LessHolidays:
+    case LessGeneral:
+    case LessWeekly:
+      return DaysLessHolidays(rules, month, sources);
+    default:
+      return 0;
+  }
+}
+
+DayCounts CountDays(const DayRules& rules, const DayRange& month, const DayRequest& request,
+                    const DaySources& sources) {
+  DayCounts counts;
+  counts.calendar = MonthFigure(rules, month, sources);
+  counts.pay = PayDays(rules, counts.calendar, request, sources);
+  if (request.keepPayDays) {
+    counts.present = counts.pay;
+    return counts;
+  }
+  TakeOffLeave(rules, sources, counts);
+  const DayKind again = HolidaysOffPresent(rules.nodForCalc);
+  if (again != DayKind::None) counts.present -= sources.holidays(again, request.period);
+  return counts;
+}
+
+Value ReadValue(Connection& cn, const std::string& sql, Value defaultValue) {
+  const Recordset rows(cn, sql);
+  return rows.Eof() || rows[0].IsNull() ? defaultValue : rows[0];
+}
+
+double ReadHeadDays(Connection& cn, long attHeadId, long monthYear) {
+  return ReadValue(cn,
+                   fmt::format("SELECT NOD FROM SLC_ATTHEADNOD WHERE ATTHEADID = {} AND MONTHYEAR = {}",
+                               attHeadId, monthYear),
+                   0)
+      .ToDouble();
+}
+
+}  // namespace ktl

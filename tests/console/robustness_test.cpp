@@ -1,0 +1,230 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <thread>
+
+#include "company/company.h"
+#include "database/connection.h"
+#include "database/recordset.h"
+#include "shell.h"
+
+extern char** environ;
+
+// The whole program against what it may find on a bad day.
+
+namespace ktl {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A second program at the same file.
+class Neighbour {
+ public:
+  explicit Neighbour(const fs::path& file) { sqlite3_open(file.c_str(), &db_); }
+  ~Neighbour() { sqlite3_close(db_); }
+  Neighbour(const Neighbour&) = delete;
+  Neighbour& operator=(const Neighbour&) = delete;
+
+  // The last text of the last row.
+  std::string Say(const char* sql) {
+    std::string answer;
+    const auto keep = [](void* to, int count, char** texts, char**) {
+      if (count > 0 && texts[0] != nullptr) *static_cast<std::string*>(to) = texts[0];
+      return 0;
+    };
+    EXPECT_EQ(sqlite3_exec(db_, sql, keep, &answer, nullptr), SQLITE_OK) << sqlite3_errmsg(db_);
+    return answer;
+  }
+
+ private:
+  sqlite3* db_ = nullptr;
+};
+
+struct Outcome {
+  int status = 0;
+  std::string out;
+  std::string err;
+};
+
+class BadDay : public testing::Test {
+ protected:
+  void SetUp() override {
+    CompanyOptions options;
+    options.file = Path("company.kldb");
+    options.settingsFile = Path("settings.ini");
+    CreateCompany(options);
+  }
+
+  fs::path Path(const std::string& name) const { return folder.path() / name; }
+
+  Outcome Play(const std::string& commandLine, const std::string& script = "print cmbEmpName\n",
+               const std::string& settings = "settings.ini") const {
+    std::ofstream(Path("script")) << script;
+    Outcome outcome;
+    outcome.status =
+        RunShell("cd " + ShellQuoted(folder.path().string()) + " && KTL_SETTINGS=\"$PWD/" + settings +
+                 "\" KTL_FOLDER=\"$PWD\" KTL_TODAY=2026-10-15 " KTL_BUILD_DIR "/KTLStInsConsole " +
+                 ShellQuoted(commandLine) + " script >out 2>err");
+    outcome.out = ReadAll(Path("out"));
+    outcome.err = ReadAll(Path("err"));
+    return outcome;
+  }
+
+  // A settings store that names another file; time-outs of one second.
+  void Name(const std::string& company) {
+    fs::remove(Path("other.ini"));
+    WriteSettings(Path("other.ini"), company);
+    std::ofstream(Path("other.ini"), std::ios::app) << "[Settings]\nCONNTIME=1\nCOMDTIME=1\n";
+  }
+
+  std::string Rows(const std::string& sql) const {
+    Connection cn;
+    cn.Open("Provider=SQLite;Data Source=" + Path("company.kldb").string() + ";");
+    std::string rows;
+    for (Recordset rs(cn, sql); !rs.Eof(); rs.MoveNext()) rows += rs[0].TextOrEmpty() + "\n";
+    return rows;
+  }
+
+  TemporaryFolder folder;
+};
+
+TEST_F(BadDay, CommandLinesThatNameNoScreenEndWithOneLineOrOneBox) {
+  const struct {
+    const char* line;
+    const char* out;
+    const char* err;
+  } cases[] = {
+      {"", "", "Subscript out of range"},
+      {"1502#False", "", "Subscript out of range"},
+      {"1502#perhaps#0#0", "", "Type mismatch"},
+      {"1502#False#zero#0", "", "Type mismatch"},
+      {"99999999999#False#0#0", "", "Overflow"},
+      {"1502#False#32768#0", "", "Overflow"},
+      {"1506#False#0#0",
+       "box | Critical | KestrelLedger - Standing Instruction | Invalid form reference | OK\n", ""},
+      {"letters#False#0#0$Pay", "box | Critical | Pay | Invalid form reference | OK\n", ""},
+  };
+  for (const auto& c : cases) {
+    const Outcome outcome = Play(c.line);
+    EXPECT_EQ(outcome.status, 1) << c.line;
+    EXPECT_EQ(outcome.out, c.out) << c.line;
+    EXPECT_NE(outcome.err.find(c.err), std::string::npos) << c.line << ": " << outcome.err;
+    EXPECT_LE(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+  }
+}
+
+TEST_F(BadDay, FilesThatAreNoCompanyAreNamed) {
+  std::ofstream(Path("letter.txt")) << std::string(5000, 'x');
+  fs::copy_file(Path("company.kldb"), Path("newer.kldb"));
+  Neighbour(Path("newer.kldb")).Say("PRAGMA user_version = 2");
+  const std::pair<const char*, const char*> cases[] = {{"missing.kldb", "missing.kldb does not exist"},
+                                                       {".", "is a folder"},
+                                                       {"letter.txt", "letter.txt is not a company file"},
+                                                       {"newer.kldb", "has schema version 2"}};
+  for (const auto& [file, words] : cases) {
+    Name(Path(file).string());
+    const Outcome outcome = Play("1502#False#0#0", "", "other.ini");
+    EXPECT_EQ(outcome.status, 1) << file;
+    EXPECT_NE(outcome.err.find(words), std::string::npos) << outcome.err;
+  }
+  EXPECT_FALSE(fs::exists(Path("missing.kldb")));
+}
+
+TEST_F(BadDay, SettingsThatCannotBeReadAreNamed) {
+  std::ofstream(Path("garbage.ini")) << "no section here\n\x01\xff\n";
+  fs::create_directory(Path("folder.ini"));
+  for (const char* settings : {"garbage.ini", "folder.ini"}) {
+    const Outcome outcome = Play("1502#False#0#0", "", settings);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.err.find(settings), std::string::npos) << outcome.err;
+  }
+  const Outcome none = Play("1502#False#0#0", "", "absent.ini");
+  EXPECT_EQ(none.status, 1);
+  EXPECT_EQ(none.out, "box | Exclamation | Kestrel Ledger | Please open the Kestrel Ledger file. | OK\n");
+}
+
+TEST_F(BadDay, ACompanyLockedPastTheTimeOutIsSaid) {
+  Name(Path("company.kldb").string());
+  Neighbour other(Path("company.kldb"));
+  other.Say("BEGIN IMMEDIATE");
+  const auto begin = std::chrono::steady_clock::now();
+  const Outcome outcome = Play("1502#False#0#0", "", "other.ini");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+  other.Say("ROLLBACK");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_NE(outcome.err.find("lock"), std::string::npos) << outcome.err;
+}
+
+const char* const kEnterLoan =
+    "pick cmbEmpName Ajay Patel\nclick cmdNew\npick cmbALName Consumer Loan\npick cmbInstitution Deccan "
+    "Co-operative "
+    "Bank\ntext txtLoanAccNo A'1\ntext txtAdvDate 15/10/2026\ntext txtAdvAmount 360000\ntext txtInstlAmt "
+    "1000\n";
+
+TEST_F(BadDay, LongAndForeignTextsAreKeptWhole) {
+  std::string remark;
+  while (remark.size() < 5000) remark += "Ajay's \"50%\" [x]_ शुल्क; -- ";
+  const Outcome outcome =
+      Play("1502#False#0#0", kEnterLoan + ("text txtRemarks " + remark) +
+                                 "\ntext txtRecvrFrom Oct/2026\nclick cmdSave\nanswer No\nclose\n");
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_EQ(Rows("SELECT REMARKS FROM INS_ADVLOAN WHERE EMPID = 49"),
+            remark.substr(0, remark.find_last_not_of(' ') + 1) + "\n");
+  EXPECT_EQ(Rows("SELECT LOANACNO FROM INS_ADVLOAN WHERE EMPID = 49"), "A'1\n");
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL WHERE EMPID = 49"), "360\n");
+}
+
+pid_t Start(const std::vector<std::string>& arguments, const std::vector<std::string>& environment) {
+  std::vector<char*> argv, env;
+  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+  for (const std::string& variable : environment) env.push_back(const_cast<char*>(variable.c_str()));
+  for (char** variable = environ; *variable != nullptr; ++variable) env.push_back(*variable);
+  argv.push_back(nullptr);
+  env.push_back(nullptr);
+  posix_spawn_file_actions_t quiet;
+  posix_spawn_file_actions_init(&quiet);
+  posix_spawn_file_actions_addopen(&quiet, 1, "/dev/null", O_WRONLY, 0);
+  pid_t child = 0;
+  if (posix_spawn(&child, argv[0], &quiet, nullptr, argv.data(), env.data()) != 0) child = 0;
+  posix_spawn_file_actions_destroy(&quiet);
+  return child;
+}
+
+// Cut off anywhere, a save leaves a sound company with nothing, the instruction, or the instruction with its
+// first months.
+TEST_F(BadDay, AKillDuringASaveLeavesASoundCompany) {
+  std::string script =
+      kEnterLoan + std::string("text txtRecvrFrom Oct/2026\nclick cmdSave\nanswer No\nclose\n");
+  std::ofstream(Path("script")) << script;
+  fs::copy_file(Path("company.kldb"), Path("whole.kldb"));
+  int partly = 0;
+  for (int run = 0; run < 24; ++run) {
+    for (const char* ending : {"", "-wal", "-shm"}) fs::remove(Path(std::string("company.kldb") + ending));
+    fs::copy_file(Path("whole.kldb"), Path("company.kldb"));
+    const pid_t child = Start({KTL_BUILD_DIR "/KTLStInsConsole", "1502#False#0#0", Path("script").string()},
+                              {"KTL_SETTINGS=" + Path("settings.ini").string(),
+                               "KTL_FOLDER=" + folder.path().string(), "KTL_TODAY=2026-10-15"});
+    ASSERT_GT(child, 0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20 + run * 12));
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    ASSERT_EQ(Neighbour(Path("company.kldb")).Say("PRAGMA integrity_check"), "ok");
+    const std::string loans = Rows("SELECT COUNT(*) FROM INS_ADVLOAN WHERE EMPID = 49");
+    const std::string months = Rows("SELECT COUNT(*) FROM INS_EMIDETAIL WHERE EMPID = 49");
+    if (loans == "0\n") {
+      EXPECT_EQ(months, "0\n");
+    } else {
+      EXPECT_EQ(months, Rows("SELECT ISNULL(MAX(COUNTER), 0) FROM INS_EMIDETAIL WHERE EMPID = 49"));
+      if (months != "360\n") ++partly;
+    }
+  }
+  RecordProperty("killed_half_way", partly);
+}
+
+}  // namespace
+}  // namespace ktl
