@@ -50,9 +50,9 @@ class Environment {
 };
 
 struct Sibling {
-  std::string program;       // "KTLSIRep"
-  std::string title;         // of its window
-  std::string arguments;     // its command line, one argument
+  std::string program;            // "KTLSIRep"
+  std::string title;              // of its window
+  std::string arguments;          // its command line, one argument
   std::string searchFolder = {};  // a further folder where it may lie, "" for none
 };
 

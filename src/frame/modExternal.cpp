@@ -107,8 +107,8 @@ void StartExternal(Session& session, const Sibling& sibling) {
 
 void OpenFilter(Session& session, Screen& caller) {
   session.ActiveForm = &caller;
-  StartExternal(session,
-                {"KTLFilter", "KestrelLedger - Filter", fmt::format("1500,{}", YesText(session.MultiLoginYN))});
+  StartExternal(session, {"KTLFilter", "KestrelLedger - Filter",
+                          fmt::format("1500,{}", YesText(session.MultiLoginYN))});
   session.FilterYN = Val(session.machine.settings.Get("Settings", "Filter", "0")) != 0;
 }
 

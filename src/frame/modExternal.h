@@ -10,9 +10,9 @@ namespace ktl {
 
 struct Session;
 
-// Starts one of the product's other programs and waits for it. It has no window: it is loaded, stays while the other
-// program runs, lets events run meanwhile, and is unloaded by itself. Programs talk through the settings store's
-// section "ExeTalk"; a window's handle is the process's number here.
+// Starts one of the product's other programs and waits for it. It has no window: it is loaded, stays while
+// the other program runs, lets events run meanwhile, and is unloaded by itself. Programs talk through the
+// settings store's section "ExeTalk"; a window's handle is the process's number here.
 class modExternal final : public Screen {
  public:
   explicit modExternal(Session& session);
@@ -21,8 +21,8 @@ class modExternal final : public Screen {
   std::string AppSearchDir;  // a further folder to search
   std::string AppTitle;
   std::string AppParameter;
-  // 1: start and wait until its window has gone. 2: wait for one that runs already. 3: as 1, with the calling screen
-  // behind it. 4: as 3 without waiting for its window first.
+  // 1: start and wait until its window has gone. 2: wait for one that runs already. 3: as 1, with the calling
+  // screen behind it. 4: as 3 without waiting for its window first.
   int MODE = 0;
 
   TextBox txtStatus{*this, "txtStatus"};  // the other program's status text
@@ -44,8 +44,8 @@ class modExternal final : public Screen {
   long callersStatus_ = 0;  // the handle of the status box in use before
 };
 
-// Runs the program as its callers do: in mode 3, modal to the screen that asks. The caller's own handle is put back
-// afterwards.
+// Runs the program as its callers do: in mode 3, modal to the screen that asks. The caller's own handle is
+// put back afterwards.
 void StartExternal(Session& session, const Sibling& sibling);
 // The employee filter; FilterYN says afterwards whether one is set.
 void OpenFilter(Session& session, Screen& caller);

@@ -59,7 +59,8 @@ class LocalProcess final : public SiblingProcess {
     if (!IsRunning()) return;
     ::kill(process_, SIGTERM);
     const auto deadline = std::chrono::steady_clock::now() + kTimeToEnd;
-    while (IsRunning() && std::chrono::steady_clock::now() < deadline) std::this_thread::sleep_for(kEndingStep);
+    while (IsRunning() && std::chrono::steady_clock::now() < deadline)
+      std::this_thread::sleep_for(kEndingStep);
     if (!IsRunning()) return;
     ::kill(process_, SIGKILL);
     int status = 0;
@@ -78,10 +79,11 @@ class LocalProcess final : public SiblingProcess {
 std::string LocalSiblings::Find(const Sibling& sibling) {
   if (sibling.program.empty()) return "";
   std::error_code ignored;
-  for (const std::filesystem::path& folder : {std::filesystem::path(folder_.Path()),
-                                              std::filesystem::current_path(ignored),
-                                              std::filesystem::path(sibling.searchFolder)}) {
-    if (!folder.empty() && FnBlnFileExists(folder / sibling.program)) return (folder / sibling.program).string();
+  for (const std::filesystem::path& folder :
+       {std::filesystem::path(folder_.Path()), std::filesystem::current_path(ignored),
+        std::filesystem::path(sibling.searchFolder)}) {
+    if (!folder.empty() && FnBlnFileExists(folder / sibling.program))
+      return (folder / sibling.program).string();
   }
   return "";
 }

@@ -4,8 +4,8 @@
 
 namespace ktl {
 
-// The product's other programs as processes. One is looked for in the program's folder, in the current folder, then in
-// the sibling's own search folder. What it writes to its standard output is its status.
+// The product's other programs as processes. One is looked for in the program's folder, in the current
+// folder, then in the sibling's own search folder. What it writes to its standard output is its status.
 class LocalSiblings final : public SiblingPrograms {
  public:
   explicit LocalSiblings(const ProgramFolder& folder) : folder_(folder) {}

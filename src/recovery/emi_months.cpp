@@ -21,11 +21,13 @@ std::string ListStatement(const InstructionKey& key) {
   const std::string where = fmt::format("Where EMI.EMPID = {} And EMI.SERIALNO = {} And EMI.SITYPE = {}",
                                         key.employee, key.serial, key.siType);
   if (!HasInstitution(key.siType)) {
-    return fmt::format("Select {}, '' As INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI {} Order By EMI.MONTHYEAR",
-                       kColumns, where);
+    return fmt::format(
+        "Select {}, '' As INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI {} Order By EMI.MONTHYEAR", kColumns,
+        where);
   }
   return fmt::format(
-      "Select {}, INST.INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI, MAS_INSTITUTION INST {} And EMI.INSTID = "
+      "Select {}, INST.INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI, MAS_INSTITUTION INST {} And EMI.INSTID "
+      "= "
       "INST.INSTID And INST.TYPEID = {} Order By EMI.MONTHYEAR",
       kColumns, where, key.siType);
 }

@@ -27,7 +27,8 @@ struct EmiMonth {
   double Of(Component component) const;  // 0 for a null
 };
 
-// In the order of the months. Of the types with institutions a month without one is not listed, as in the parent.
+// In the order of the months. Of the types with institutions a month without one is not listed, as in the
+// parent.
 std::vector<EmiMonth> ReadEmiMonths(Session& session, InstructionParent& parent);
 
 std::vector<AdjustableMonth> AdjustableMonths(const std::vector<EmiMonth>& months, Component component);

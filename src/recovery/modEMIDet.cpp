@@ -49,10 +49,9 @@ modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
       key_(parent.Key()),
       reducing_(parent.ReducingBalance()) {
   caption = "EMI Details";
-  for (Control* control :
-       std::initializer_list<Control*>{&lblInt, &txtInt, &lblIntFrom, &txtIntFrom, &lblIntTo, &txtIntTo,
-                                       &chkCalculationOn, &chkEffDate, &cmdIntCalculate, &cmdIntNew,
-                                       &cmdIntClose}) {
+  for (Control* control : std::initializer_list<Control*>{
+           &lblInt, &txtInt, &lblIntFrom, &txtIntFrom, &lblIntTo, &txtIntTo, &chkCalculationOn, &chkEffDate,
+           &cmdIntCalculate, &cmdIntNew, &cmdIntClose}) {
     control->container = &fmeIntRedBal;
   }
   fmeIntRedBal.visible = false;
@@ -242,7 +241,8 @@ void modEMIDet::cmdInstitution_Click() {
 // Yes saves and leaves the screen open.
 bool modEMIDet::Form_QueryUnload() {
   if (!blnNewRow || !cmdSave.enabled) return true;
-  if (!session_.desk.Confirm("Do you want to Save entered details?", session_.title, Answer::Yes)) return true;
+  if (!session_.desk.Confirm("Do you want to Save entered details?", session_.title, Answer::Yes))
+    return true;
   cmdSave_Click();
   return false;
 }

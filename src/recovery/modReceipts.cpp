@@ -24,7 +24,8 @@ constexpr const char* kAskBegin =
     "Do you want to Adjust the EMI Amount?\r\n"
     "Click on 'Yes' to Adjust the EMI Amount for Current and Future Months\r\n";
 constexpr const char* kAskEnd = "Click 'Cancel' to Save/Update with No Adjustments";
-constexpr const char* kTakeFromLast = "Click on 'No' to Delete the Current and Future Months EMI Amount from Last \r\n";
+constexpr const char* kTakeFromLast =
+    "Click on 'No' to Delete the Current and Future Months EMI Amount from Last \r\n";
 constexpr const char* kNewMonth = "Click on 'No' to Create New Month for Recovery\r\n";
 
 std::string Shown(const Value& amount) {
@@ -215,9 +216,10 @@ bool modReceipts::MayExceedRecoverable(const ReceiptEntry& entry) {
   const OverviewAmounts overview = ReadOverview(parent_);
   const double recoverable = overview.amount + overview.interest - overview.recovered;
   if (recoverable >= entry.Total()) return true;
-  return session_.desk.Confirm(fmt::format("Entered amount is more than {} recoverable.\r\nDo you want to continue?",
-                                           InstructionCaption(session_, key_.siType)),
-                               session_.title);
+  return session_.desk.Confirm(
+      fmt::format("Entered amount is more than {} recoverable.\r\nDo you want to continue?",
+                  InstructionCaption(session_, key_.siType)),
+      session_.title);
 }
 
 ReceiptDifference modReceipts::MonthsOf(const ReceiptEntry& entry) {
@@ -287,8 +289,8 @@ void modReceipts::Delete() {
   cmdClose.enabled = false;
   const ReceiptDifference months = MonthsOf(entry);
   const Answer answer =
-      session_.desk.MsgBox({std::string(kAskBegin) + kNewMonth + kAskEnd, Buttons::YesNoCancel, Icon::Question,
-                            Answer::Cancel, session_.title});
+      session_.desk.MsgBox({std::string(kAskBegin) + kNewMonth + kAskEnd, Buttons::YesNoCancel,
+                            Icon::Question, Answer::Cancel, session_.title});
   if (!AreMonthsFree(answer, months)) return;
   DeleteReceipt(session_, key_, entry.counter);
   AdjustDeleted(answer, entry, months);
@@ -339,7 +341,8 @@ void modReceipts::WriteAudit(const char* deed, const ReceiptEntry& entry, std::s
 // Yes saves and leaves the screen open.
 bool modReceipts::Form_QueryUnload() {
   if (!blnNewRow || !cmdSave.enabled) return true;
-  if (!session_.desk.Confirm("Do you want to Save entered details?", session_.title, Answer::Yes)) return true;
+  if (!session_.desk.Confirm("Do you want to Save entered details?", session_.title, Answer::Yes))
+    return true;
   cmdSave_Click();
   return false;
 }

@@ -74,7 +74,9 @@ class LauncherTest : public testing::Test {
   FakeMachine machine;
   WaitingDesk desk;
   LocalSiblings siblings{machine.folder};
-  Session session{{machine.settings, machine.folder, machine.clock, machine.statusBox, machine.environment, siblings}, desk};
+  Session session{
+      {machine.settings, machine.folder, machine.clock, machine.statusBox, machine.environment, siblings},
+      desk};
 };
 
 TEST_F(LauncherTest, StartsWithOneArgumentAndWaitsForTheEnd) {
@@ -121,7 +123,8 @@ TEST_F(LauncherTest, SaysOnceThatAProgramIsNotThere) {
   }
   desk.boxes.clear();
   for (const int mode : {0, 5}) Launch("", mode);
-  EXPECT_EQ(desk.boxes, std::vector<std::string>(2, "Properties of external application is not set properly"));
+  EXPECT_EQ(desk.boxes,
+            std::vector<std::string>(2, "Properties of external application is not set properly"));
 }
 
 TEST_F(LauncherTest, ASiblingThatEndsAtOnceOrNeverWritesItsHandleComesBack) {

@@ -17,7 +17,9 @@ TEST(ReducingInterestTest, EveryCaseOfBothBases) {
     std::vector<double> interests;
   } cases[] = {
       {"a twelfth of the year", {.rate = 0.12, .balance = 120000, .leaving = never}, {1200, 1100, 1000}},
-      {"an offset of two", {.rate = 0.12, .balance = 120000, .firstMonths = 3, .leaving = never}, {3600, 1100, 1000}},
+      {"an offset of two",
+       {.rate = 0.12, .balance = 120000, .firstMonths = 3, .leaving = never},
+       {3600, 1100, 1000}},
       {"days of the month: 1183.56, 1121.10, 986.30",
        {.rate = 0.12, .balance = 120000, .daysBasis = true, .leaving = never},
        {1184, 1121, 986}},
@@ -25,19 +27,42 @@ TEST(ReducingInterestTest, EveryCaseOfBothBases) {
        {.rate = 0.12, .balance = 120000, .firstMonths = 2, .daysBasis = true, .leaving = never},
        {2368, 1121, 986}},
       {"from the start, both days counted: 1200 * 16 / 30",
-       {.rate = 0.12, .balance = 120000, .firstMonths = 3, .exactDates = true, .start = Day(2024, 4, 15), .leaving = never},
+       {.rate = 0.12,
+        .balance = 120000,
+        .firstMonths = 3,
+        .exactDates = true,
+        .start = Day(2024, 4, 15),
+        .leaving = never},
        {640, 1100, 1000}},
       {"from the start by days: 120000 * 0.12 * 16 / 365",
-       {.rate = 0.12, .balance = 120000, .daysBasis = true, .exactDates = true, .start = Day(2024, 4, 15), .leaving = never},
+       {.rate = 0.12,
+        .balance = 120000,
+        .daysBasis = true,
+        .exactDates = true,
+        .start = Day(2024, 4, 15),
+        .leaving = never},
        {631, 1121, 986}},
       {"to the leaving day, nothing behind it: 1100 * 10 / 31",
-       {.rate = 0.12, .balance = 120000, .exactDates = true, .start = Day(2024, 4, 1), .leaving = Day(2024, 5, 10)},
+       {.rate = 0.12,
+        .balance = 120000,
+        .exactDates = true,
+        .start = Day(2024, 4, 1),
+        .leaving = Day(2024, 5, 10)},
        {1200, 355, 0}},
       {"by days: 110000 * 0.12 * 10 / 365",
-       {.rate = 0.12, .balance = 120000, .daysBasis = true, .exactDates = true, .start = Day(2024, 4, 1), .leaving = Day(2024, 5, 10)},
+       {.rate = 0.12,
+        .balance = 120000,
+        .daysBasis = true,
+        .exactDates = true,
+        .start = Day(2024, 4, 1),
+        .leaving = Day(2024, 5, 10)},
        {1184, 362, 0}},
       {"leaving in the first month counts from its first day: 1200 * 20 / 30",
-       {.rate = 0.12, .balance = 120000, .exactDates = true, .start = Day(2024, 4, 15), .leaving = Day(2024, 4, 20)},
+       {.rate = 0.12,
+        .balance = 120000,
+        .exactDates = true,
+        .start = Day(2024, 4, 15),
+        .leaving = Day(2024, 4, 20)},
        {800, 0, 0}},
       {"leaving counts only with exact dates",
        {.rate = 0.12, .balance = 120000, .leaving = Day(2024, 4, 20)},
@@ -69,9 +94,10 @@ TEST_F(InterestEditor, ComputesAndWritesBack) {
   EXPECT_EQ(Amounts("EMIAMT"), "11200 11000.5 11000");
   EXPECT_EQ(company.One("SELECT INTAMT FROM INS_ADVLOAN").ToDouble(), 3200.5);
   EXPECT_EQ(Flagged(), "0 1 2");
-  EXPECT_NE(LastAudit().find("Loan Interest Updated:::SI Type = Loan:SI Name = Car Loan:Serial No. = 1::Interest "
-                             "Amount Details:Principle + Interest = EMI Amount:"),
-            std::string::npos);
+  EXPECT_NE(
+      LastAudit().find("Loan Interest Updated:::SI Type = Loan:SI Name = Car Loan:Serial No. = 1::Interest "
+                       "Amount Details:Principle + Interest = EMI Amount:"),
+      std::string::npos);
   EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Updated"});
 }
 
@@ -88,13 +114,14 @@ TEST_F(InterestEditor, RefusesLocksAndKeepsWhatItShows) {
   TypeCell(editor.fpgSIMaster, 0, modInterestMaster::kModifiedInterest, "9");
   desk.WillAnswer({Answer::Yes});
   editor.Unload();
-  EXPECT_EQ(desk.TakeTexts(),
-            (std::vector<std::string>{"Updated", "1 month(s) locked.  Cannot save.", "Do you want to save the changes?",
-                                      "Employee has been locked. Cannot Save."}));
+  EXPECT_EQ(desk.TakeTexts(), (std::vector<std::string>{"Updated", "1 month(s) locked.  Cannot save.",
+                                                        "Do you want to save the changes?",
+                                                        "Employee has been locked. Cannot Save."}));
   EXPECT_EQ(Amounts("MDFINTAMT"), "1.2345 1.2345");
   company.Execute("DELETE FROM INS_EMIDETAIL");
   EXPECT_TRUE(Open<modInterestMaster>().IsUnloaded());
-  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Save the record first, and then enter interest details."});
+  EXPECT_EQ(desk.TakeTexts(),
+            std::vector<std::string>{"Save the record first, and then enter interest details."});
 }
 
 TEST_F(InterestEditor, PastesOnlyWhatFits) {
@@ -103,13 +130,16 @@ TEST_F(InterestEditor, PastesOnlyWhatFits) {
   const GridRange modified{0, modInterestMaster::kModifiedPrincipal, 1, modInterestMaster::kModifiedInterest};
   std::string huge;
   for (int row = 0; row < 2500; ++row) huge += "1\t2\t3\t4\n";
-  for (const std::string block : {"1\t2\t3", "1\n2\n3", "1\t2\n3", "one\ttwo", "", "-1", "9999999999999", huge.c_str()})
+  for (const std::string block :
+       {"1\t2\t3", "1\n2\n3", "1\t2\n3", "one\ttwo", "", "-1", "9999999999999", huge.c_str()})
     editor.fpgSIMaster_Paste(modified, block);
   editor.fpgSIMaster_Paste({0, modInterestMaster::kMonth, 0, modInterestMaster::kMonth}, "1");
-  editor.fpgSIMaster_Paste({1, modInterestMaster::kModifiedInterest, 1, modInterestMaster::kModifiedInterest}, "1\t2");
+  editor.fpgSIMaster_Paste({1, modInterestMaster::kModifiedInterest, 1, modInterestMaster::kModifiedInterest},
+                           "1\t2");
   EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>(10, "Selected range is invalid to paste."));
   editor.fpgSIMaster_Paste(modified, "1,150.50\t7\r\n250\t8\r\n");
-  editor.fpgSIMaster_Paste({0, modInterestMaster::kActualPrincipal, 0, modInterestMaster::kActualPrincipal}, "5\t6\n7\t8");
+  editor.fpgSIMaster_Paste({0, modInterestMaster::kActualPrincipal, 0, modInterestMaster::kActualPrincipal},
+                           "5\t6\n7\t8");
   Click(editor.cmdSave);
   EXPECT_EQ(Amounts(), "1157.5 258");
   EXPECT_EQ(Amounts("EMIAMT"), "11 15");

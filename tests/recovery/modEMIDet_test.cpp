@@ -41,19 +41,28 @@ TEST_F(Editor, RefusesWhatCannotBeSavedAndWritesNothing) {
     const char* text;
     Control* focus;
   } cases[] = {
-      {" ", "May/2025", "1", "Deccan Bank", "Please Specify 'From Month'. Format mmm/yyyy.", &editor.txtFromMonth},
+      {" ", "May/2025", "1", "Deccan Bank", "Please Specify 'From Month'. Format mmm/yyyy.",
+       &editor.txtFromMonth},
       {"May/2025", "", "1", "Deccan Bank", "Please Specify 'To Month'. Format mmm/yyyy.", &editor.txtToMonth},
-      {"13/2026", "May/2025", "1", "Deccan Bank", "Invalid 'From Month'. Format mmm/yyyy.", &editor.txtFromMonth},
-      {"Mar/2023", "May/2025", "1", "Deccan Bank", "'From Month' cannot be before the 'Start Month' set.", &editor.txtFromMonth},
+      {"13/2026", "May/2025", "1", "Deccan Bank", "Invalid 'From Month'. Format mmm/yyyy.",
+       &editor.txtFromMonth},
+      {"Mar/2023", "May/2025", "1", "Deccan Bank", "'From Month' cannot be before the 'Start Month' set.",
+       &editor.txtFromMonth},
       {"May/2025", "soon", "1", "Deccan Bank", "Invalid 'To Month'. Format mmm/yyyy.", &editor.txtToMonth},
-      {"May/2025", "Mar/2023", "1", "Deccan Bank", "'To Month' cannot be before the 'Start Month' set.", &editor.txtToMonth},
-      {"Jun/2025", "May/2025", "1", "Deccan Bank", "'From Month' cannot be set later than 'To Month'.", &editor.txtFromMonth},
+      {"May/2025", "Mar/2023", "1", "Deccan Bank", "'To Month' cannot be before the 'Start Month' set.",
+       &editor.txtToMonth},
+      {"Jun/2025", "May/2025", "1", "Deccan Bank", "'From Month' cannot be set later than 'To Month'.",
+       &editor.txtFromMonth},
       {"May/2025", "May/2025", "-1", "Deccan Bank", "Specify proper amount.", &editor.txtAmount},
-      {"May/2025", "May/2025", "10000000000.00", "Deccan Bank", "Amount should be less than 9,99,99,99,999.99", &editor.txtAmount},
-      {"Mar/2024", "May/2025", "1", "Deccan Bank", "'From Month' cannot be before the LOAN given date", &editor.txtFromMonth},
+      {"May/2025", "May/2025", "10000000000.00", "Deccan Bank",
+       "Amount should be less than 9,99,99,99,999.99", &editor.txtAmount},
+      {"Mar/2024", "May/2025", "1", "Deccan Bank", "'From Month' cannot be before the LOAN given date",
+       &editor.txtFromMonth},
       {"May/2025", "May/2025", "1", "Other Bank", "Select Institution.", &editor.cmbInstitution},
-      {"Aug/2024", "Oct/2024", "1", "Deccan Bank", "1 Month(s) locked. Cannot save.\r\nUnlock months to save data.", &editor.cmbInstitution},
-      {"Nov/2025", "Jan/2026", "1", "Deccan Bank", "Employee has been locked. Cannot Save/Update.", &editor.cmbInstitution},
+      {"Aug/2024", "Oct/2024", "1", "Deccan Bank",
+       "1 Month(s) locked. Cannot save.\r\nUnlock months to save data.", &editor.cmbInstitution},
+      {"Nov/2025", "Jan/2026", "1", "Deccan Bank", "Employee has been locked. Cannot Save/Update.",
+       &editor.cmbInstitution},
   };
   ClickRow(editor.fpgEMIDetail, 0);
   for (const auto& c : cases) {
@@ -81,14 +90,27 @@ TEST_F(Editor, AsksWhatShallBecomeOfTheDifference) {
     const char* flagged;
   } cases[] = {
       {"spread", {Answer::Yes}, "700", {kAskSave, "Updated"}, "1000 700 1075 1075 1075 1075", "1"},
-      {"spread below 0 and made zero", {Answer::Yes, Answer::Yes}, "6000",
-       {kAskSave, "EMI will be adjusted in negative amount. Do you want to make it zero?", "Adjust value", "Updated"},
-       "1000 6000 0 0 0 0", "1"},
+      {"spread below 0 and made zero",
+       {Answer::Yes, Answer::Yes},
+       "6000",
+       {kAskSave, "EMI will be adjusted in negative amount. Do you want to make it zero?", "Adjust value",
+        "Updated"},
+       "1000 6000 0 0 0 0",
+       "1"},
       {"a new month", {Answer::No}, "700", {kAskSave, "Updated"}, "1000 700 1000 1000 1000 1000 300", "1"},
-      {"a new month for more", {Answer::No, Answer::Yes}, "1300", {kAskSave, kTooMuch, "EMI Adjusted Amount is Negative", "Updated"},
-       "1000 1300 1000 1000 1000 1000", "1"},
+      {"a new month for more",
+       {Answer::No, Answer::Yes},
+       "1300",
+       {kAskSave, kTooMuch, "EMI Adjusted Amount is Negative", "Updated"},
+       "1000 1300 1000 1000 1000 1000",
+       "1"},
       {"no adjustment", {Answer::Cancel}, "700", {kAskSave, "Updated"}, "1000 700 1000 1000 1000 1000", "1"},
-      {"too much, refused", {Answer::Cancel, Answer::No}, "1000.01", {kAskSave, kTooMuch}, "1000 1000 1000 1000 1000 1000", ""},
+      {"too much, refused",
+       {Answer::Cancel, Answer::No},
+       "1000.01",
+       {kAskSave, kTooMuch},
+       "1000 1000 1000 1000 1000 1000",
+       ""},
       {"the same amount", {}, "1,000.00", {"Updated"}, "1000 1000 1000 1000 1000 1000", "1"},
   };
   for (const auto& c : cases) {
@@ -107,9 +129,11 @@ TEST_F(Editor, AsksWhatShallBecomeOfTheDifference) {
     EXPECT_EQ(Flagged(), c.flagged) << c.what;
     EXPECT_TRUE(editor.cmdClose.enabled);
   }
-  EXPECT_EQ(LastAudit(),
-            "19|17|Standing Instructions - Advance EMIs Created/Updated|Advance EMIs Created/Updated:::SI Type = "
-            "Advance:SI Name = Car Loan::From Month = May/2024:To Month = May/2024::EMI Amount = 1,000.00 (1000.00)");
+  EXPECT_EQ(
+      LastAudit(),
+      "19|17|Standing Instructions - Advance EMIs Created/Updated|Advance EMIs Created/Updated:::SI Type = "
+      "Advance:SI Name = Car Loan::From Month = May/2024:To Month = May/2024::EMI Amount = 1,000.00 "
+      "(1000.00)");
 }
 
 TEST_F(Editor, ARangeUpdatesMonthsAddsOthersAndAdjustsNothing) {
@@ -121,13 +145,15 @@ TEST_F(Editor, ARangeUpdatesMonthsAddsOthersAndAdjustsNothing) {
   Type(editor.txtAmount, "900");
   Type(editor.txtRemarks, std::string(120, 'x'));
   Click(editor.cmdSave);
-  EXPECT_EQ(company.Rows("SELECT MONTHYEAR - 24292, COUNTER, EMIAMT, MDFYAMT, INSTID, LEN(REMARKS) FROM INS_EMIDETAIL "
-                         "ORDER BY MONTHYEAR"),
+  EXPECT_EQ(company.Rows(
+                "SELECT MONTHYEAR - 24292, COUNTER, EMIAMT, MDFYAMT, INSTID, LEN(REMARKS) FROM INS_EMIDETAIL "
+                "ORDER BY MONTHYEAR"),
             "0|1|1000|900|5|100\n1|4|900|900|5|100\n2|3|1000|900|5|100\n3|5|900|900|5|100");
   EXPECT_EQ(entry.countersAsked, 2);
   EXPECT_EQ(Flagged(), "0 1 2 3");
   EXPECT_EQ(desk.TakeTexts(), (Texts{kAskSave, "Updated"}));
-  EXPECT_EQ(LastAudit().substr(LastAudit().rfind("::")), "::EMI Amount = 900.00");  // no old value once a month was added
+  EXPECT_EQ(LastAudit().substr(LastAudit().rfind("::")),
+            "::EMI Amount = 900.00");  // no old value once a month was added
 }
 
 TEST_F(Editor, ANewMonthFollowsTheLastOne) {
@@ -169,17 +195,19 @@ TEST_F(Editor, KeepsPrincipalAndInterestApart) {
   Click(editor.cmdSave);
   EXPECT_EQ(Amounts("MDFPRNAMT"), "700 1000 1100 1100 100");
   EXPECT_EQ(Amounts("MDFINTAMT"), "20 75 60 60 0");  // interest that grew adds nothing
-  EXPECT_NE(LastAudit().find("::Principle Amount = 1,000.00 (1100.00):Interest Amount = 75.00 (60.00):EMI Amount = "
-                             "1,075.00 (1,160.00)"),
-            std::string::npos);
+  EXPECT_NE(
+      LastAudit().find("::Principle Amount = 1,000.00 (1100.00):Interest Amount = 75.00 (60.00):EMI Amount = "
+                       "1,075.00 (1,160.00)"),
+      std::string::npos);
   Click(editor.cmdNew);
   Type(editor.txtAmount, "40");
   Type(editor.txtInterest, "3");
   Pick(editor.cmbInstitution, "Deccan Bank");
   desk.WillAnswer({Answer::Yes});
   Click(editor.cmdSave);
-  EXPECT_EQ(company.Rows("SELECT ACTPRNAMT, ACTINTAMT, EMIAMT, MDFPRNAMT, MDFINTAMT, MDFYAMT FROM INS_EMIDETAIL WHERE "
-                         "COUNTER = 6"),
+  EXPECT_EQ(company.Rows(
+                "SELECT ACTPRNAMT, ACTINTAMT, EMIAMT, MDFPRNAMT, MDFINTAMT, MDFYAMT FROM INS_EMIDETAIL WHERE "
+                "COUNTER = 6"),
             "40|40|80|40|3|43");
 }
 
@@ -229,8 +257,9 @@ TEST_F(Editor, DeletesAMonth) {
   Click(editor.cmdDelete);
   EXPECT_EQ(Amounts(), "1000 1500 1500");
   EXPECT_EQ(Flagged(), "1");
-  EXPECT_NE(LastAudit().find("::Month/Year = May/2024::EMI Amount = 1000.00:EMI Adjustment = Adjusted the EMI Amount "
-                             "for Future Months"),
+  EXPECT_NE(LastAudit().find(
+                "::Month/Year = May/2024::EMI Amount = 1000.00:EMI Adjustment = Adjusted the EMI Amount "
+                "for Future Months"),
             std::string::npos);
   ClickRow(editor.fpgEMIDetail, 2);
   desk.WillAnswer({Answer::Yes, Answer::Yes});
@@ -276,14 +305,26 @@ TEST_F(Editor, ThePanelComputesARange) {
     const char* fields;  // what is left in them
   } cases[] = {
       {"", "May/2024", "12", {"Please Specify 'From Month'. Format mmm/yyyy."}, "|May/2024|12"},
-      {"May/2024", "Apr/2024", "12", {"'From Month' cannot be set later than 'To Month'."}, "May/2024|Apr/2024|12"},
+      {"May/2024",
+       "Apr/2024",
+       "12",
+       {"'From Month' cannot be set later than 'To Month'."},
+       "May/2024|Apr/2024|12"},
       {"May/2024", "Jun/2024", "", {"Enter Interest Rate."}, "May/2024|Jun/2024|"},
       {"May/2024", "Jun/2024", "0", {"Enter Interest Rate."}, "May/2024|Jun/2024|0"},
       {"May/2024", "Jun/2024", "abc", {"Enter Interest Rate."}, "May/2024|Jun/2024|abc"},
       {"May/2024", "Jun/2024", "-1", {"Specify proper Interest."}, "May/2024|Jun/2024|-1"},
-      {"May/2024", "Jul/2024", "100", {"1 Month(s) locked. Cannot save.\r\nUnlock months to save data."}, "May/2024|Jul/2024|100"},
+      {"May/2024",
+       "Jul/2024",
+       "100",
+       {"1 Month(s) locked. Cannot save.\r\nUnlock months to save data."},
+       "May/2024|Jul/2024|100"},
       {"May/2024", "Jun/2024", "100", {"Specify proper Interest."}, "May/2024|Jun/2024|"},
-      {"May/2024", "Aug/2025", "12", {"1 Month(s) locked. Cannot save.\r\nUnlock months to save data."}, "May/2024|Aug/2025|12"},
+      {"May/2024",
+       "Aug/2025",
+       "12",
+       {"1 Month(s) locked. Cannot save.\r\nUnlock months to save data."},
+       "May/2024|Aug/2025|12"},
       {"Aug/2024", "Aug/2025", "12", {}, "Aug/2024||12"},
       {"May/2024", "Jun/2024", "12", {"Updated"}, "||"},
   };
@@ -295,7 +336,8 @@ TEST_F(Editor, ThePanelComputesARange) {
     EXPECT_EQ(desk.TakeTexts(), c.boxes) << c.fields;
     EXPECT_EQ(editor.txtIntFrom.Text() + "|" + editor.txtIntTo.Text() + "|" + editor.txtInt.Text(), c.fields);
   }
-  EXPECT_EQ(Amounts("MDFINTAMT"), "0 1100 1000 0");  // the balance has fallen by April, which is not in the range
+  EXPECT_EQ(Amounts("MDFINTAMT"),
+            "0 1100 1000 0");  // the balance has fallen by April, which is not in the range
   EXPECT_EQ(Amounts(), "10000 11100 11000 10000");
   EXPECT_EQ(Flagged(), "1 2");
   Type(editor.txtIntFrom, "may.2024");

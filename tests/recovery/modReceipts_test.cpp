@@ -8,14 +8,17 @@ namespace {
 using Texts = std::vector<std::string>;
 
 constexpr const char* kAskSave =
-    "Do you want to Adjust the EMI Amount?\r\nClick on 'Yes' to Adjust the EMI Amount for Current and Future Months\r\n"
+    "Do you want to Adjust the EMI Amount?\r\nClick on 'Yes' to Adjust the EMI Amount for Current and Future "
+    "Months\r\n"
     "Click on 'No' to Delete the Current and Future Months EMI Amount from Last \r\n"
     "Click 'Cancel' to Save/Update with No Adjustments";
 
 class Receipts : public RecoveryTest {
  protected:
   std::string Stored() {
-    return company.Rows("SELECT COUNTER, RCPTDATE, RCPTPRNAMT, RCPTINTAMT, RCPTAMT, REMARKS FROM INS_RECEIPTS ORDER BY COUNTER");
+    return company.Rows(
+        "SELECT COUNTER, RCPTDATE, RCPTPRNAMT, RCPTINTAMT, RCPTAMT, REMARKS FROM INS_RECEIPTS ORDER BY "
+        "COUNTER");
   }
   void Enter(modReceipts& receipts, const char* date, const char* amount, const char* interest = "") {
     Click(receipts.cmdNew);
@@ -44,7 +47,8 @@ TEST_F(Receipts, RefusesWhatCannotBeSavedAndWritesNothing) {
       {"15/05/2024", "0", "Specify Receipt amount.", &receipts.txtAmount},
       {"15/05/2024", "10000000000", "Amount should be less than 9,99,99,99,999.99", &receipts.txtAmount},
       {"31/03/2024", "10", "Receipt date cannot be before the Advance given date.", &receipts.txtRcptDate},
-      {"15/05/2024", "3000.01", "Entered amount is more than Advance recoverable.\r\nDo you want to continue?", &receipts.txtAmount},
+      {"15/05/2024", "3000.01",
+       "Entered amount is more than Advance recoverable.\r\nDo you want to continue?", &receipts.txtAmount},
   };
   for (const auto& c : cases) {
     Enter(receipts, c.date, c.amount);
@@ -56,7 +60,8 @@ TEST_F(Receipts, RefusesWhatCannotBeSavedAndWritesNothing) {
   Enter(receipts, "15/05/2024", "100");
   desk.WillAnswer({Answer::Yes});
   Click(receipts.cmdSave);
-  EXPECT_EQ(desk.TakeTexts(), (Texts{kAskSave, "1 Month(s) locked. Cannot save.\r\nUnlock months to save data."}));
+  EXPECT_EQ(desk.TakeTexts(),
+            (Texts{kAskSave, "1 Month(s) locked. Cannot save.\r\nUnlock months to save data."}));
   EXPECT_TRUE(receipts.cmdClose.enabled);
   EXPECT_EQ(Stored(), "");
   EXPECT_EQ(Amounts(), "1000 1000 1000");
@@ -72,16 +77,35 @@ TEST_F(Receipts, AReceiptFallsOnTheScheduleAsAnswered) {
     const char* amounts;
     const char* flagged;
   } cases[] = {
-      {"from its month on, recovered months too", "15/05/2024", "100", {Answer::Yes}, {kAskSave, "Updated"}, "1000 966 966 968", "1 2 3"},
+      {"from its month on, recovered months too",
+       "15/05/2024",
+       "100",
+       {Answer::Yes},
+       {kAskSave, "Updated"},
+       "1000 966 966 968",
+       "1 2 3"},
       {"off the end", "15/05/2024", "1200", {Answer::No}, {kAskSave, "Updated"}, "1000 1000 800", "2 3"},
       {"nothing", "15/05/2024", "1200", {Answer::Cancel}, {kAskSave, "Updated"}, "1000 1000 1000 1000", ""},
-      {"behind the last month: nothing is asked", "01/08/2024", "100", {}, {"Updated"}, "1000 1000 1000 1000", ""},
-      {"a salary month from the 26th", "26/06/2024", "100", {Answer::Yes}, {kAskSave, "Updated"}, "1000 1000 1000 900", "3"},
+      {"behind the last month: nothing is asked",
+       "01/08/2024",
+       "100",
+       {},
+       {"Updated"},
+       "1000 1000 1000 1000",
+       ""},
+      {"a salary month from the 26th",
+       "26/06/2024",
+       "100",
+       {Answer::Yes},
+       {kAskSave, "Updated"},
+       "1000 1000 1000 900",
+       "3"},
   };
   company.Execute("UPDATE MAS_MONTHYEAR SET CALCENDDATE = '2024-06-25' WHERE MONTHYEAR = 24294");
   company.Execute("UPDATE MAS_MONTHYEAR SET CALCSTARTDATE = '2024-06-26' WHERE MONTHYEAR = 24295");
   for (const auto& c : cases) {
-    for (const char* table : {"INS_EMIDETAIL", "INS_ADVLOAN", "INS_RECEIPTS"}) company.Execute(std::string("DELETE FROM ") + table);
+    for (const char* table : {"INS_EMIDETAIL", "INS_ADVLOAN", "INS_RECEIPTS"})
+      company.Execute(std::string("DELETE FROM ") + table);
     company.Execute("UPDATE SLC_SALARYCALC_E SET EDITMODEYN = 0");
     Instruction(1, {1000, 1000, 1000, 1000});
     Recovered(kApr2024 + 1);
@@ -97,8 +121,10 @@ TEST_F(Receipts, AReceiptFallsOnTheScheduleAsAnswered) {
   }
   EXPECT_EQ(Stored(), "1|26/06/2024|100|0|100|");
   EXPECT_EQ(LastAudit(),
-            "19|17|Standing Instructions - Advance Receipts Updated|Advance Receipts Updated:::SI Type = Advance:SI "
-            "Name = Car Loan::Receipt Date = 26/Jun/2024::EMI Amount = 100:EMI Adjustment = Adjust the EMI Amount for "
+            "19|17|Standing Instructions - Advance Receipts Updated|Advance Receipts Updated:::SI Type = "
+            "Advance:SI "
+            "Name = Car Loan::Receipt Date = 26/Jun/2024::EMI Amount = 100:EMI Adjustment = Adjust the EMI "
+            "Amount for "
             "Current and Future Months:Remarks = ");
 }
 
@@ -150,9 +176,10 @@ TEST_F(Receipts, ADepositOfAReducingLoan) {
   desk.WillAnswer({Answer::Yes, Answer::No});
   Click(receipts.cmdDelete);
   EXPECT_EQ(Amounts(), "960 900 330");
-  EXPECT_NE(LastAudit().find("Loan Receipts Deleted:::SI Type = Loan:SI Name = Car Loan::Receipt Date = "
-                             "15/Apr/2024::Principle Amount = 300.00:Interest Amount = 30.00:EMI Amount = 330.00:"),
-            std::string::npos);
+  EXPECT_NE(
+      LastAudit().find("Loan Receipts Deleted:::SI Type = Loan:SI Name = Car Loan::Receipt Date = "
+                       "15/Apr/2024::Principle Amount = 300.00:Interest Amount = 30.00:EMI Amount = 330.00:"),
+      std::string::npos);
 }
 
 TEST_F(Receipts, DeletingPutsTheAmountBack) {
@@ -164,7 +191,8 @@ TEST_F(Receipts, DeletingPutsTheAmountBack) {
                {Answer::No, "1000 1000 1000 1000 100", "4"},
                {Answer::Cancel, "1000 1000 1000 1000", ""}};
   for (const auto& c : cases) {
-    for (const char* table : {"INS_EMIDETAIL", "INS_ADVLOAN"}) company.Execute(std::string("DELETE FROM ") + table);
+    for (const char* table : {"INS_EMIDETAIL", "INS_ADVLOAN"})
+      company.Execute(std::string("DELETE FROM ") + table);
     company.Execute("UPDATE SLC_SALARYCALC_E SET EDITMODEYN = 0");
     Instruction(1, {1000, 1000, 1000, 1000});
     company.Receipt(17, 1, 1, 1, "10/May/2024", 100);
