@@ -43,9 +43,7 @@ class ConservationTest : public RecoveryTest {
  protected:
   // A schedule of up to 12 months from 100 to 900 rupees, some of them recovered.
   void Start(bool reducing) {
-    company.Execute("DELETE FROM INS_EMIDETAIL");
-    company.Execute("DELETE FROM INS_ADVLOAN");
-    company.Execute("UPDATE SLC_SALARYCALC_E SET EDITMODEYN = 0");
+    Clear();
     std::vector<double> amounts(2 + random() % 11);
     for (double& amount : amounts) amount = static_cast<double>(10000 + random() % 80000) / 100;
     reducing ? Reducing(amounts, 60) : Instruction(1, amounts);

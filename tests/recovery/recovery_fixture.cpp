@@ -98,6 +98,12 @@ SmallParent& RecoveryTest::Reducing(const std::vector<double>& principals, doubl
   return *parent;
 }
 
+void RecoveryTest::Clear() {
+  for (const char* table : {"INS_EMIDETAIL", "INS_ADVLOAN", "INS_RECEIPTS"})
+    company.Execute(std::string("DELETE FROM ") + table);
+  company.Execute("UPDATE SLC_SALARYCALC_E SET EDITMODEYN = 0");
+}
+
 void RecoveryTest::Recovered(int month) {
   company.Execute(fmt::format("UPDATE INS_EMIDETAIL SET EMIRECVYN = 1 WHERE MONTHYEAR = {}", month));
   parent->RefreshEMI();

@@ -52,6 +52,7 @@ class RecoveryTest : public testing::Test {
   // reducing one the amounts are principals, each with that interest.
   SmallParent& Instruction(int siType, const std::vector<double>& amounts);
   SmallParent& Reducing(const std::vector<double>& principals, double interest);
+  void Clear();               // takes every instruction and flag away
   void Recovered(int month);  // marked by hand
   // "1000 700 1075": the modified amounts in the order of the months; another column when named.
   std::string Amounts(const std::string& column = "MDFYAMT");
