@@ -19,7 +19,6 @@ namespace ktl {
 namespace {
 
 constexpr std::size_t kRemarksLength = 100;
-constexpr const char* kNoLastMonth = "36000";
 
 std::optional<EmiRefusal> CheckAmount(const EmiEntry& entry) {
   if (entry.amount.Now() < 0) return EmiRefusal{"Specify proper amount.", EmiField::Amount};

@@ -8,6 +8,7 @@
 #include "instructions/instruction_statements.h"
 #include "instructions/instruction_type.h"
 #include "instructions/modAdvLoan.h"
+#include "runtime/numbers.h"
 
 namespace ktl {
 
@@ -70,6 +71,10 @@ std::vector<EmiMonth> ReadEmiMonths(Session& session, InstructionParent& parent)
   }
   if (IsAdvanceOrLoan(key.siType)) MarkRecovered(months, parent.EmiGrid());
   return months;
+}
+
+std::string ShownAmount(const Value& amount) {
+  return amount.IsNull() ? "" : FormatNumber(amount.ToDouble(), "0.00");
 }
 
 std::vector<AdjustableMonth> AdjustableMonths(const std::vector<EmiMonth>& months, Component component) {

@@ -17,7 +17,6 @@ namespace ktl {
 namespace {
 
 constexpr Colour kDeleteColour = 0xFFE0E0;
-constexpr const char* kNoLastMonth = "36000";
 
 std::string AdjustmentWords(Answer answer) {
   switch (answer) {

@@ -69,7 +69,6 @@ void modEMIDet::cmdIntCalculate_Click() {
   const MonthRangeText range{txtIntFrom.Text(), txtIntTo.Text()};
   if (!CheckInterestPanel(range)) return;
   WriteInterests(range);
-  blnIntCalcDone = true;
   RefreshParent();
   FillEmiGrid();
   ShowSaved(session_);

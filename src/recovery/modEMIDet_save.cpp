@@ -6,6 +6,7 @@
 #include "frame/session.h"
 #include "recovery/adjustment_write.h"
 #include "recovery/modEMIDet.h"
+#include "recovery/working.h"
 #include "runtime/numbers.h"
 
 namespace ktl {
@@ -25,19 +26,9 @@ std::string Sum(double amount) { return FormatNumber(amount, "#,##,###.00"); }
 
 void modEMIDet::cmdSave_Click() {
   if (FnBlnPermitted(session_, cmdSave)) return;
-  session_.desk.SetBusy(true);
+  const Working working(session_, cmdClose);
   lngActiveRow = fpgEMIDetail.activeRow;
-  const auto restore = [this] {
-    session_.desk.SetBusy(false);
-    cmdClose.enabled = true;
-  };
-  try {
-    SaveEmiRow();
-  } catch (...) {
-    restore();
-    throw;
-  }
-  restore();
+  SaveEmiRow();
 }
 
 EmiEntry modEMIDet::Entry() const {

@@ -24,7 +24,6 @@ namespace ktl {
 namespace {
 
 constexpr long kMenuNumber = 19;
-constexpr const char* kNoLastMonth = "36000";
 constexpr const char* kAmountFormat = "0.00";
 
 using Block = std::vector<std::vector<double>>;

@@ -12,6 +12,7 @@
 #include "instructions/instruction_type.h"
 #include "recovery/emi_months.h"
 #include "recovery/failure_box.h"
+#include "recovery/working.h"
 #include "runtime/numbers.h"
 
 namespace ktl {
@@ -27,10 +28,6 @@ constexpr const char* kAskEnd = "Click 'Cancel' to Save/Update with No Adjustmen
 constexpr const char* kTakeFromLast =
     "Click on 'No' to Delete the Current and Future Months EMI Amount from Last \r\n";
 constexpr const char* kNewMonth = "Click on 'No' to Create New Month for Recovery\r\n";
-
-std::string Shown(const Value& amount) {
-  return amount.IsNull() ? "" : FormatNumber(amount.ToDouble(), "0.00");
-}
 
 std::string AuditedAdjustment(std::optional<Answer> answer, const char* no) {
   if (!answer) return "";
@@ -102,9 +99,9 @@ void modReceipts::FillReceiptGrid() {
     fpgReceipts.At(row, kCounter).text = std::to_string(receipt.counter);
     fpgReceipts.At(row, kDate).text =
         receipt.RCPTDATE.IsDate() ? FormatDate(receipt.RCPTDATE.date(), "dd/mm/yyyy") : "";
-    fpgReceipts.At(row, kPrincipal).text = Shown(receipt.RCPTPRNAMT);
-    fpgReceipts.At(row, kInterest).text = Shown(receipt.RCPTINTAMT);
-    fpgReceipts.At(row, kTotal).text = Shown(receipt.RCPTAMT);
+    fpgReceipts.At(row, kPrincipal).text = ShownAmount(receipt.RCPTPRNAMT);
+    fpgReceipts.At(row, kInterest).text = ShownAmount(receipt.RCPTINTAMT);
+    fpgReceipts.At(row, kTotal).text = ShownAmount(receipt.RCPTAMT);
     fpgReceipts.At(row, kRemarks).text = receipt.remarks;
   }
 }
@@ -169,24 +166,10 @@ void modReceipts::Refuse(const ReceiptRefusal& refusal) {
   }
 }
 
-void modReceipts::Working(void (modReceipts::*work)()) {
-  session_.desk.SetBusy(true);
-  const auto restore = [this] {
-    session_.desk.SetBusy(false);
-    cmdClose.enabled = true;
-  };
-  try {
-    (this->*work)();
-  } catch (...) {
-    restore();
-    throw;
-  }
-  restore();
-}
-
 void modReceipts::cmdSave_Click() {
   if (FnBlnPermitted(session_, cmdSave)) return;
-  Working(&modReceipts::Save);
+  const Working working(session_, cmdClose);
+  SaveReceipt();
 }
 
 bool modReceipts::SaveReceipt() {
@@ -272,7 +255,8 @@ void modReceipts::AfterChange() {
 
 void modReceipts::cmdDelete_Click() {
   if (FnBlnPermitted(session_, cmdDelete)) return;
-  Working(&modReceipts::Delete);
+  const Working working(session_, cmdClose);
+  Delete();
 }
 
 void modReceipts::Delete() {
