@@ -13,7 +13,7 @@
 
 // Plays a script of KTLStInsConsole on the windows of KTLStIns and saves the one that is open at its end: the
 // pictures of the user's guide.
-//   ktl_pictures COMMANDLINE SCRIPT PICTURE.png
+//   ktl_pictures COMMANDLINE SCRIPT PICTURE.png [WIDTH HEIGHT]
 namespace {
 
 int Complain(const std::string& why) {
@@ -30,17 +30,27 @@ bool PlayLine(ktl::Script& script, ktl::Screen& screen) {
   return true;
 }
 
+void ResizeWindows(QSize size) {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible()) window->resize(size);
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  if (argc != 4) return Complain("COMMANDLINE SCRIPT PICTURE.png are expected");
+  if (argc != 4 && argc != 6) return Complain("COMMANDLINE SCRIPT PICTURE.png [WIDTH HEIGHT] are expected");
+  const QSize size = argc == 6 ? QSize(QString(argv[4]).toInt(), QString(argv[5]).toInt()) : QSize();
   std::ifstream file(argv[2]);
   if (!file) return Complain(std::string("cannot read ") + argv[2]);
   ktl::ApplyLook(application);
   ktl::Script script(file);
   ktl::QtDesk desk;
-  desk.TakePicture(argv[3], [&script](ktl::Screen& screen) { return PlayLine(script, screen); });
+  desk.TakePicture(argv[3], [&script, size](ktl::Screen& screen) {
+    if (size.isValid()) ResizeWindows(size);
+    return PlayLine(script, screen);
+  });
   try {
     ktl::RealMachine real(argv[0]);
     ktl::Session session(real.machine(), desk);

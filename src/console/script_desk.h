@@ -22,17 +22,6 @@ class ScriptError final : public std::exception {
   std::string text_;
 };
 
-// What a handler of an open screen let pass ends the program, whatever handler stands around that screen.
-// what() is the description and the number.
-class ProgramFailure final : public std::exception {
- public:
-  explicit ProgramFailure(std::string text) : text_(std::move(text)) {}
-  const char* what() const noexcept override { return text_.c_str(); }
-
- private:
-  std::string text_;
-};
-
 // The person of the console program: reads commands from the script, acts on the screen on top, writes the
 // transcript. At the end of the script the open screens are closed, the second time without asking.
 class ScriptDesk final : public Desk {

@@ -85,7 +85,9 @@ class ComboBoxBinding final : public Binding {
     rows_.Take(control_.Rows());
     MirrorText();
     QLineEdit* edit = combo_.lineEdit();
-    if (edit && edit->isReadOnly() != control_.locked) edit->setReadOnly(control_.locked);
+    if (!edit) return;
+    if (edit->isReadOnly() != control_.locked) edit->setReadOnly(control_.locked);
+    if (!combo_.hasFocus()) edit->setCursorPosition(0);  // a long text shows its beginning
   }
 
   bool Filter(QEvent& event) override {
@@ -147,7 +149,7 @@ class ComboBoxBinding final : public Binding {
     QLineEdit* edit = combo_.lineEdit();
     const int cursor = edit->cursorPosition();
     combo_.setEditText(shown);
-    edit->setCursorPosition(combo_.hasFocus() ? std::min(cursor, int(shown.size())) : 0);
+    edit->setCursorPosition(std::min(cursor, int(shown.size())));
   }
 
   // Of several rows with the same text the one that is bound.

@@ -1,7 +1,10 @@
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
+#include "desktop/amount_text.h"
 #include "desktop/binding.h"
 #include "desktop/dispatcher.h"
 
@@ -78,16 +81,27 @@ class LineBinding final : public TextBoxBinding {
     const auto alignment = (control_.rightAligned ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
     if (edit_.alignment() != alignment) edit_.setAlignment(alignment);
   }
+  bool Filter(QEvent& event) override {
+    if (IsGrouped() && event.type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent&>(event).matches(QKeySequence::Copy)) {
+      if (edit_.hasSelectedText()) QGuiApplication::clipboard()->setText(edit_.selectedText().remove(','));
+      return true;
+    }
+    return TextBoxBinding::Filter(event);
+  }
   bool IsAtStart() const override { return edit_.cursorPosition() == 0 && !edit_.hasSelectedText(); }
   void SelectText() override { edit_.selectAll(); }
 
  private:
   void Insert(QChar character) override { edit_.insert(character); }
 
+  // Amounts that are only to be read; what can be typed into stays as it was typed.
+  bool IsGrouped() const { return control_.locked && control_.rightAligned; }
+
   // A handler that writes a long text shows its beginning; one that tidies while a person types leaves the
   // cursor.
   void MirrorText() {
-    const QString text = ToQt(control_.Text());
+    const QString text = IsGrouped() ? ReadableAmount(control_.Text()) : ToQt(control_.Text());
     if (edit_.text() == text) return;
     const int cursor = edit_.cursorPosition();
     edit_.setText(text);

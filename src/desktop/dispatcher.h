@@ -6,21 +6,11 @@
 #include <vector>
 
 #include "screen/controls.h"
+#include "screen/desk.h"
 
 class QDialog;
 
 namespace ktl {
-
-// What a handler of an open screen let pass ends the program, whatever handler stands around that screen: it
-// is no RuntimeError, so that no error box swallows it. what() is the description and the number.
-class ProgramFailure final : public std::exception {
- public:
-  explicit ProgramFailure(std::string text) : text_(std::move(text)) {}
-  const char* what() const noexcept override { return text_.c_str(); }
-
- private:
-  std::string text_;
-};
 
 // Every handler runs through here: first what waits, then the handler, then the windows are brought up to
 // date.

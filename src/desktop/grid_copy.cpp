@@ -14,7 +14,7 @@ QString CellText(const GridModel& model, const QModelIndex& index) {
     return index.data(Qt::CheckStateRole).toInt() == Qt::Checked ? QStringLiteral("Yes")
                                                                  : QStringLiteral("No");
   }
-  return index.data().toString().simplified();
+  return index.data(Qt::EditRole).toString().simplified();
 }
 
 }  // namespace

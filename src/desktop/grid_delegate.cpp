@@ -28,7 +28,11 @@ void PaintTick(QPainter* painter, const QStyleOptionViewItem& option, const QMod
   tick.rect = TickRect(option.rect, style);
   tick.palette = option.palette;
   tick.state = index.data(Qt::CheckStateRole).toInt() == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
-  if (index.flags() & Qt::ItemIsUserCheckable) tick.state |= QStyle::State_Enabled;
+  if (index.flags() & Qt::ItemIsUserCheckable) {
+    tick.state |= QStyle::State_Enabled;
+  } else {
+    tick.palette.setCurrentColorGroup(QPalette::Disabled);
+  }
   style.drawPrimitive(QStyle::PE_IndicatorCheckBox, &tick, painter, nullptr);
 }
 

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <algorithm>
 
+#include "desktop/amount_text.h"
 #include "desktop/binding.h"
 #include "desktop/look.h"
 
@@ -48,6 +49,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
   const CellType type = TypeOf(index);
   switch (role) {
     case Qt::DisplayRole:
+      if (type == CellType::Number) return ReadableAmount(cell->text);
+      [[fallthrough]];
     case Qt::EditRole:
       return type == CellType::Tick ? QVariant() : QVariant(ToQt(cell->text));
     case Qt::CheckStateRole:

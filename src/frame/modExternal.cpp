@@ -19,8 +19,6 @@ constexpr const char* kTalk = "ExeTalk";
 
 std::string StatusKey() { return std::string("StatusHWND") + kVendorTitle; }
 
-const char* YesText(bool flag) { return flag ? "True" : "False"; }
-
 }  // namespace
 
 modExternal::modExternal(Session& session) : Screen("modExternal"), session_(session) {
@@ -108,14 +106,15 @@ void StartExternal(Session& session, const Sibling& sibling) {
 void OpenFilter(Session& session, Screen& caller) {
   session.ActiveForm = &caller;
   StartExternal(session, {"KTLFilter", "KestrelLedger - Filter",
-                          fmt::format("1500,{}", YesText(session.MultiLoginYN))});
+                          fmt::format("1500,{}", Value(session.MultiLoginYN).ToText())});
   session.FilterYN = Val(session.machine.settings.Get("Settings", "Filter", "0")) != 0;
 }
 
 void OpenInstitutionMaster(Session& session) {
   const char* title = "KestrelLedger - Institution";
-  StartExternal(session, {"KTLFilter", title,
-                          fmt::format("{},{}${}", session.FormCode, YesText(session.MultiLoginYN), title)});
+  StartExternal(session,
+                {"KTLFilter", title,
+                 fmt::format("{},{}${}", session.FormCode, Value(session.MultiLoginYN).ToText(), title)});
 }
 
 }  // namespace ktl

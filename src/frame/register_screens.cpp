@@ -24,8 +24,9 @@ void AddOfInstruction(ScreenRegistry& screens, const char* name) {
 
 void RegisterScreens(ScreenRegistry& screens) {
   screens.Add("modAdvLoan", [](Session& session, Screen*) { return std::make_unique<modAdvLoan>(session); });
-  screens.Add("modSIMaster",
-              [](Session& session, Screen* parent) { return std::make_unique<modSIMaster>(session, parent); });
+  screens.Add("modSIMaster", [](Session& session, Screen* parent) {
+    return std::make_unique<modSIMaster>(session, parent);
+  });
   AddOfInstruction<modEMIDet>(screens, "modEMIDet");
   AddOfInstruction<modReceipts>(screens, "modReceipts");
   AddOfInstruction<modInterestMaster>(screens, "modInterestMaster");

@@ -9,24 +9,26 @@ class Button;
 class Screen;
 struct Session;
 
-// Marks the tags of the screen's command buttons with the rights of the user's group: "NA" behind the number means
-// refused. Nothing for ADMIN, or when rights are not enforced.
+// Marks the tags of the screen's command buttons with the rights of the user's group: "NA" behind the number
+// means refused. Nothing for ADMIN, or when rights are not enforced.
 void ApplyButtonRights(Session& session, Screen& screen, long formId);
 // True when the press is refused; the message has been shown by then.
 bool FnBlnPermitted(Session& session, const Button& button);
 
 bool FnBlnAuditOn(Session& session);  // asked once a session
-// The caller asks FnBlnAuditOn first. Menu number 19 is this program, 5 are month locks; employee 0 is nobody's.
+// The caller asks FnBlnAuditOn first. Menu number 19 is this program, 5 are month locks; employee 0 is
+// nobody's.
 void WriteAuditTrail(Session& session, long menuNumber, long employee, std::string_view action,
                      std::string_view detail, std::string_view extra = "");
 
 // lockyn of the employee, kept in the session.
 long ReadEmpLockStatus(Session& session, long employee);
-// True when the employee is locked in one of the months; lastMonth is the text as the statement takes it ("DEFAULT").
+// True when the employee is locked in one of the months; lastMonth is the text as the statement takes it
+// ("DEFAULT").
 bool IsEmployeeLocked(Session& session, long employee, long firstMonth, const std::string& lastMonth);
 
-// The condition that leaves the employees that the user may see, " WHERE EMPID  IN (SELECT ...)", or "" when class
-// security is off. Fills the workstation's table first.
+// The condition that leaves the employees that the user may see, " WHERE EMPID  IN (SELECT ...)", or "" when
+// class security is off. Fills the workstation's table first.
 std::string ClassSecurityCondition(Session& session, bool forNewestMonth = true);
 
 }  // namespace ktl

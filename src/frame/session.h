@@ -16,7 +16,8 @@ namespace ktl {
 
 class Screen;
 
-// What one run of the program knows, from the command line to the end. Passed by reference; there are no globals.
+// What one run of the program knows, from the command line to the end. Passed by reference; there are no
+// globals.
 struct Session {
   Session(Machine machine, Desk& desk) : machine(machine), desk(desk), data(Cn, desk) {}
   Session(const Session&) = delete;
@@ -54,9 +55,9 @@ struct Session {
   FeatureSet features;
   CaptionSet captions;
   EmployeeDetail employeeDetail;  // of the employee whose formula is evaluated
-  bool AdvanceMgmtYN = false;  // ADVMGALYN as the entry screen copied it
-  bool SepPiYN = false;        // SEPPIYN of the name last chosen on the entry screen; other screens read it
-  long EmpLockStatus = 0;      // lockyn of the employee last chosen
+  bool AdvanceMgmtYN = false;     // ADVMGALYN as the entry screen copied it
+  bool SepPiYN = false;         // SEPPIYN of the name last chosen on the entry screen; other screens read it
+  long EmpLockStatus = 0;       // lockyn of the employee last chosen
   std::optional<bool> auditOn;  // asked once
 
   ScreenRegistry screens;

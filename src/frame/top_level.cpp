@@ -26,9 +26,7 @@ void EnterTopLevel(Session& session, Screen& screen) {
   RegisterWindow(session);
 }
 
-void RegisterWindow(Session& session) {
-  StoreWindowHandle(session, session.machine.environment.ProcessId());
-}
+void RegisterWindow(Session& session) { StoreWindowHandle(session, session.machine.environment.ProcessId()); }
 
 void LeaveTopLevel(Session& session) {
   StoreWindowHandle(session, 0);

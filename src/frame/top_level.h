@@ -5,7 +5,8 @@ namespace ktl {
 class Screen;
 struct Session;
 
-// What every top-level screen does first on load: it becomes the active form and its window handle goes to the store.
+// What every top-level screen does first on load: it becomes the active form and its window handle goes to
+// the store.
 void EnterTopLevel(Session& session, Screen& screen);
 // ... and last on unload: the handle is cleared and the host's status line too.
 void LeaveTopLevel(Session& session);

@@ -193,8 +193,7 @@ Checked CheckLocks(Session& session, const AdvLoanEntry& entry) {
           .ToLong();
   if (IsEmployeeLocked(session, entry.key.employee, month,
                        lastMonth == 0 ? "DEFAULT" : std::to_string(lastMonth))) {
-    return Refusal{"Employee has been locked. Cannot Save/Update.", EntryField::None, kDeniedTitle,
-                   Icon::Exclamation};
+    return Refusal{"Employee has been locked. Cannot Save/Update.", EntryField::None, kDeniedTitle};
   }
   return {};
 }

@@ -60,7 +60,6 @@ struct Refusal {
   std::string text;
   EntryField focus = EntryField::None;
   std::string title;  // "" for the application's own
-  Icon icon = Icon::Information;
 };
 
 // A question between the checks; true goes on.

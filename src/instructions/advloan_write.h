@@ -9,13 +9,15 @@ namespace ktl {
 
 struct Session;
 
-// Writes a validated entry: the instruction's row, the schedule of a new one, the audit line, the salary flags. Each
-// statement stands on its own; a failure half-way leaves what was done. False when nothing was written because the
-// amount is 0 or below.
+// Writes a validated entry: the instruction's row, the schedule of a new one, the audit line, the salary
+// flags. Each statement stands on its own; a failure half-way leaves what was done. False when nothing was
+// written because the amount is 0 or below.
 bool WriteAdvLoan(Session& session, const AdvLoanEntry& entry);
 
-// Deletes the instruction with its receipts, its schedule and, when told, its house-loan details; flags before, audit behind.
-void DeleteAdvLoan(Session& session, const InstructionKey& key, const AdvLoanDetail& detail, bool withHouseLoan);
+// Deletes the instruction with its receipts, its schedule and, when told, its house-loan details; flags
+// before, audit behind.
+void DeleteAdvLoan(Session& session, const InstructionKey& key, const AdvLoanDetail& detail,
+                   bool withHouseLoan);
 
 // The months of the schedule in their order.
 std::vector<long> ReadScheduleMonths(Session& session, const InstructionKey& key);
@@ -30,7 +32,8 @@ enum class DeletedInstalments { SpreadOverOthers, NewMonth, NoAdjustment };
 // Flags the month for recalculation and takes the instalment away.
 void DeleteInstalment(Session& session, const InstructionKey& key, const InstalmentToDelete& instalment);
 // Spreads what was deleted over the months given, which are open and stay.
-void SpreadDeleted(Session& session, const InstructionKey& key, const std::vector<OpenMonth>& open, double deleted);
+void SpreadDeleted(Session& session, const InstructionKey& key, const std::vector<OpenMonth>& open,
+                   double deleted);
 void AuditDeletedInstalments(Session& session, const InstructionKey& key, std::string_view name,
                              const std::vector<InstalmentToDelete>& deleted, std::string_view adjustment);
 // ":Adjustment Option Selected = ..."

@@ -381,8 +381,11 @@ bool modAdvLoan::Form_QueryUnload() {
   if (!newRecord_) return true;
   switch (session_.desk.MsgBox({"Do you want to Save entered details?", Buttons::YesNoCancel, Icon::Question,
                                 Answer::Yes, session_.title})) {
-    case Answer::Yes:
-      return ValidateAndSave();
+    case Answer::Yes: {
+      bool saved = false;  // a failure is shown and keeps the screen
+      WithErrorBox(session_, [&] { saved = ValidateAndSave(); })();
+      return saved;
+    }
     case Answer::No:
       return true;
     default:

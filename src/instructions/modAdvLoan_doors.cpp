@@ -8,6 +8,7 @@
 #include "frame/modExternal.h"
 #include "frame/rights.h"
 #include "frame/session.h"
+#include "frame/top_level.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/modAdvLoan.h"
 #include "runtime/numbers.h"
@@ -60,8 +61,8 @@ void modAdvLoan::cmdAccept_Click() {
     return;
   }
   if (txtMonths.Text().empty()) return refuse("Enter 'Number of Months'.", txtMonths);
+  formulaMonths_ = clsGenCmn::FnDblTrimVal(txtMonths.Text());  // kept even when the formula is refused
   if (!cmbFormula.MatchesList()) return refuse("Select proper 'Formula'.", cmbFormula);
-  formulaMonths_ = clsGenCmn::FnDblTrimVal(txtMonths.Text());
   const long month = FnLngMonthYear(txtAdvDate.Text());
   if (const std::optional<long> detailRow = DetailRowOf(month)) {
     const Date first = *ParseDate("01/" + FnStrFormatMonthYear(month));
@@ -90,7 +91,7 @@ void modAdvLoan::cmdAdvFormulate_Click() {
   if (FnBlnPermitted(session_, cmdAdvFormulate)) return;
   StartExternal(session_, {"KTLFilter", "Kestrel Ledger - Expression Editor",
                            fmt::format("1505,{}$Kestrel Ledger - Expression Editor",
-                                       session_.MultiLoginYN ? "True" : "False")});
+                                       Value(session_.MultiLoginYN).ToText())});
   cmbFormula.SetRows(ReadFormulas(session_));
 }
 
@@ -116,6 +117,7 @@ void modAdvLoan::cmdMonthly_Click() {
 void modAdvLoan::cmdMultiAllot_Click() {
   if (FnBlnPermitted(session_, cmdMultiAllot)) return;
   session_.screens.Show(session_, "modMultiAllot", this);
+  RegisterWindow(session_);
 }
 
 void modAdvLoan::OpenOnInstruction(const char* screenName) {
@@ -144,8 +146,8 @@ void modAdvLoan::cmdReceipts_Click() {
 
 void modAdvLoan::cmdReport_Click() {
   StartExternal(session_, {"KTLSIRep", "KestrelLedger - Reports",
-                          fmt::format("{}#{}#{}#0", siType_ == 1 ? "1521" : "1522",
-                                      session_.ReportFlag ? "True" : "False", session_.ReportNumber)});
+                           fmt::format("{}#{}#{}#0", siType_ == 1 ? "1521" : "1522",
+                                       Value(session_.ReportFlag).ToText(), session_.ReportNumber)});
 }
 
 void modAdvLoan::lblSummary_Click() {
@@ -156,7 +158,7 @@ void modAdvLoan::lblSummary_Click() {
   if (employee_ == 0) return;
   session_.machine.settings.Set("Settings", "EMPSUMMRY", std::to_string(employee_));
   StartExternal(session_, {"KTLFFS", "KestrelLedger - Full & Final settlement",
-                           fmt::format("1502,{}", session_.MultiLoginYN ? "True" : "False")});
+                           fmt::format("1502,{}", Value(session_.MultiLoginYN).ToText())});
 }
 
 void modAdvLoan::mnuExport_Click() {

@@ -78,8 +78,7 @@ Control* modAdvLoan::FieldOf(EntryField field) {
 
 bool modAdvLoan::Refuse(const Refusal& refusal) {
   if (!refusal.text.empty()) {
-    session_.desk.MsgBox({refusal.text, Buttons::OK, refusal.icon, Answer::OK,
-                          refusal.title.empty() ? session_.title : refusal.title});
+    session_.desk.Inform(refusal.text, refusal.title.empty() ? session_.title : refusal.title);
   }
   if (Control* field = FieldOf(refusal.focus)) SetFocus(*field);
   return false;

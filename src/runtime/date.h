@@ -14,7 +14,8 @@ class Date {
   Date() = default;
 
   // Nothing when there is no such day (30 February, month 13).
-  static std::optional<Date> FromYmd(int year, int month, int day, int hour = 0, int minute = 0, int second = 0);
+  static std::optional<Date> FromYmd(int year, int month, int day, int hour = 0, int minute = 0,
+                                     int second = 0);
   // Days since 30/Dec/1899; the fraction is the time of day.
   static Date FromSerial(double serial);
 
@@ -42,8 +43,8 @@ class Date {
 // Whole days from first to last.
 long DaysBetween(const Date& first, const Date& last);
 
-// What counts as a date, the day always first: "12/3/2010", "1/Apr/2010", "01-04-2010", "2010-04-01", "3/2010"
-// (the first of that month), each with an optional time. Two-digit years 00 to 29 are 2000 to 2029.
+// What counts as a date, the day always first: "12/3/2010", "1/Apr/2010", "01-04-2010", "2010-04-01",
+// "3/2010" (the first of that month), each with an optional time. Two-digit years 00 to 29 are 2000 to 2029.
 std::optional<Date> ParseDate(std::string_view text);
 bool IsDate(std::string_view text);
 

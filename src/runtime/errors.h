@@ -9,7 +9,8 @@ namespace ktl {
 // A failure of the run-time: a number and a description, as error boxes show them.
 class RuntimeError : public std::exception {
  public:
-  RuntimeError(long number, std::string description) : number_(number), description_(std::move(description)) {}
+  RuntimeError(long number, std::string description)
+      : number_(number), description_(std::move(description)) {}
 
   long number() const noexcept { return number_; }
   const std::string& description() const noexcept { return description_; }

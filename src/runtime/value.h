@@ -16,8 +16,9 @@ struct Null {
   bool operator==(const Null&) const = default;
 };
 
-// What a database field, a control or an expression holds. Empty is a value never assigned: 0, "" or false when
-// converted. Null is the database's null: it converts to nothing and the conversions below raise error 94 for it.
+// What a database field, a control or an expression holds. Empty is a value never assigned: 0, "" or false
+// when converted. Null is the database's null: it converts to nothing and the conversions below raise error
+// 94 for it.
 class Value {
  public:
   Value() = default;
@@ -51,11 +52,12 @@ class Value {
 
   // Conversions of the run-time. A text must be a number (date, boolean) as a whole, else error 13.
   double ToDouble() const;
-  std::int32_t ToLong() const;   // half to even; error 6 outside 32 bits
-  std::int16_t ToInt() const;    // half to even; error 6 outside 16 bits
-  bool ToBoolean() const;        // "True", "False" in any case, or a number
+  std::int32_t ToLong() const;  // half to even; error 6 outside 32 bits
+  std::int16_t ToInt() const;   // half to even; error 6 outside 16 bits
+  bool ToBoolean() const;       // "True", "False" in any case, or a number
   Date ToDate() const;
-  // "True"/"False"; numbers with at most 15 significant digits; dates "dd/MM/yyyy", with the time when there is one.
+  // "True"/"False"; numbers with at most 15 significant digits; dates "dd/MM/yyyy", with the time when there
+  // is one.
   std::string ToText() const;
 
   // The same with null read as nothing: 0, "", false.

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <exception>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace ktl {
@@ -26,6 +28,17 @@ std::vector<Answer> AnswersOf(Buttons buttons);  // in the order of the buttons
 Answer DefaultAnswerOf(const MessageBox& box);
 std::string_view NameOf(Answer answer);  // "OK", "Cancel", "Yes", "No"
 std::string_view NameOf(Icon icon);
+
+// What a handler of an open screen let pass ends the program, whatever handler stands around that screen: it is no
+// RuntimeError, so that no error box swallows it. what() is the description and the number.
+class ProgramFailure final : public std::exception {
+ public:
+  explicit ProgramFailure(std::string text) : text_(std::move(text)) {}
+  const char* what() const noexcept override { return text_.c_str(); }
+
+ private:
+  std::string text_;
+};
 
 // The person in front of the program.
 class Desk {

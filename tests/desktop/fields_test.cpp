@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <QClipboard>
+
 #include "desktop/at_window.h"
 #include "desktop/toy_screen.h"
 
@@ -61,6 +63,23 @@ TEST_F(FieldsTest, WhatThePropertiesSayIsWhatTheFieldDoes) {
     screen.fmeMode.visible = false;
     desk.Refresh();
     EXPECT_FALSE(Find<QRadioButton>(window, "optOne").isVisible());
+  });
+}
+
+TEST_F(FieldsTest, AnAmountToReadIsGroupedAndOneToTypeIsNot) {
+  screen.txtAmount.rightAligned = true;
+  screen.txtAmount.SetText("1234567.89");
+  WorkOn(desk, screen, [this](ScreenWindow& window) {
+    auto& amount = Find<QLineEdit>(window, "txtAmount");
+    EXPECT_EQ(amount.text(), "1234567.89");
+    screen.txtAmount.locked = true;
+    desk.Refresh();
+    EXPECT_EQ(amount.text(), "12,34,567.89");
+    EXPECT_EQ(screen.txtAmount.Text(), "1234567.89");
+    amount.setFocus();
+    amount.selectAll();
+    QTest::keyClick(&amount, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "1234567.89");
   });
 }
 

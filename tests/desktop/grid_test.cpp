@@ -122,6 +122,36 @@ TEST_F(GridTest, CopiesSelectionOrAll) {
   });
 }
 
+TEST_F(GridTest, GroupsAmountsForReadingOnly) {
+  const std::pair<const char*, const char*> shown[] = {
+      {"1234567.89", "12,34,567.89"},
+      {"-100000.50", "-1,00,000.50"},
+      {"999.00", "999.00"},
+      {"0.00", "0.00"},
+      {"1234567", "1234567"},
+      {"12,34,567.89", "12,34,567.89"},
+      {"about 5000.00", "about 5000.00"},
+      {"", ""},
+  };
+  screen.fpgRows.rows.clear();
+  for (const auto& [text, grouped] : shown) screen.fpgRows.rows.push_back({{{"0"}, {text}, {text}, {text}}});
+  screen.fpgRows.columns[kAmount].locked = false;
+  Work([&](QTableView& view) {
+    for (int row = 0; row < int(std::size(shown)); ++row) {
+      EXPECT_EQ(view.model()->index(row, kAmount).data().toString(), shown[row].second);
+      EXPECT_EQ(view.model()->index(row, kMonth).data().toString(), shown[row].first);  // no number column
+    }
+    view.setFocus();
+    view.setCurrentIndex(view.model()->index(0, kAmount));
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("\t1234567.89\n"));
+    QTest::keyClick(&view, Qt::Key_F2);
+    auto* editor = view.viewport()->findChild<QLineEdit*>();
+    ASSERT_TRUE(editor);
+    EXPECT_EQ(editor->text(), "1234567.89");
+  });
+}
+
 TEST_F(GridTest, TheRightButtonOpensTheScreensMenu) {
   Work([this](QTableView& view) {
     QTimer::singleShot(20, qApp, [] {

@@ -97,8 +97,18 @@ TEST_F(OptionsTest, CompaniesRenameHeadsAndTypes) {
 TEST_F(OptionsTest, EmployeeDetailForFormulas) {
   Sql("DELETE FROM MAS_EMPLOYEE");
   Sql("INSERT INTO MAS_EMPLOYEE (EMPID, EMPNAME, DOJ) VALUES (1, 'Asha Rane', '05/Apr/2010')");
-  session.employeeDetail.GRADE = "of another employee";
+  for (const char* table : {"MAS_BRANCH", "MAS_ATTHEAD", "MAS_SALSTRUCT", "MAS_EMPLOYEEDET"})
+    Sql("DELETE FROM " + std::string(table));
+  Sql("INSERT INTO MAS_BRANCH (BRANCHID, BRANCHNAME) VALUES (3, 'Pune')");
+  Sql("INSERT INTO MAS_ATTHEAD (ATTHEADID, ATTHEADNAME) VALUES (4, 'Works')");
+  Sql("INSERT INTO MAS_SALSTRUCT (STRUCTID, STRUCTDESC) VALUES (5, 'Staff')");
+  Sql("INSERT INTO MAS_EMPLOYEEDET (EMPDETID, EMPID, BRANCHID, ATTHEADID, STRUCTID, GRADE, EFFFROMDATE) "
+      "VALUES "
+      "(1, 1, 3, 4, 5, 'G2', '01/Apr/2010')");
   LoadEmployeeDetail(session, 1, 1);
+  EXPECT_EQ(session.employeeDetail.BRANCHNAME + session.employeeDetail.ATTHEADNAME, "PuneWorks");
+  EXPECT_EQ(session.employeeDetail.STRUCTDESC + session.employeeDetail.GRADE, "StaffG2");
+  LoadEmployeeDetail(session, 1, 2);  // no such detail: the texts go, the dates stay
   EXPECT_EQ(session.employeeDetail.DOJ, "05/Apr/2010");
   EXPECT_EQ(session.employeeDetail.DOL, "");
   EXPECT_EQ(session.employeeDetail.GRADE, "");

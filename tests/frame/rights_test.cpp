@@ -91,7 +91,7 @@ TEST_F(RightsTest, AuditTrailIsReadBack) {
   machine.environment.variables["USERNAME"] = "Ravi  Kumar";
   Sql("DELETE FROM SEC_AUDITTRAIL");
   WriteAuditTrail(session, 19, 17, "Standing Instructions - Loan Created/Updated",
-                  "::SI Type = Loan:SI Name = Car Loan:Remarks = wife's car");
+                  "::SI Type = Loan:SI Name = Car Loan:Remarks = wife's car", "by [phone]");
   const Recordset row(session.Cn, "SELECT * FROM SEC_AUDITTRAIL");
   ASSERT_EQ(row.RecordCount(), 1u);
   EXPECT_EQ(row["USERNAME"].ToText(), "RAVI");
@@ -100,7 +100,7 @@ TEST_F(RightsTest, AuditTrailIsReadBack) {
   EXPECT_EQ(row["ACTIONTEXT"].ToText(), "Standing Instructions - Loan Created/Updated");
   EXPECT_EQ(row["DETAILTEXT"].ToText().find('\''), std::string::npos);
   EXPECT_EQ(row["DETAILTEXT"].ToText().rfind("::SI Type = Loan:SI Name = Car Loan:Remarks = wife", 0), 0u);
-  EXPECT_EQ(row["EXTRATEXT"].TextOrEmpty(), "");
+  EXPECT_EQ(row["EXTRATEXT"].TextOrEmpty(), "by phone");
   EXPECT_EQ(row["WINUSER"].ToText(), "RaviKumar");
 }
 
@@ -145,6 +145,8 @@ TEST_F(RightsTest, ClassSecurityFillsTheWorkstationsTable) {
     EXPECT_EQ(Number("SELECT MIN(EMPID) FROM MAS_EMPLOYEE" + condition), 5);
     EXPECT_EQ(Number("SELECT MAX(EMPID) FROM MAS_EMPLOYEE" + condition), 5);
   }
+  machine.settings.Set("Settings", "User", "ADMIN");
+  EXPECT_NE(ClassSecurityCondition(session), "");  // the administrator is not exempt here
   session.ExtendedYN = true;
   session.WinUserID = "ravi";
   EXPECT_EQ(ClassSecurityCondition(session), " WHERE EMPID  IN (SELECT EMPID FROM [TMPPC1ravi])");

@@ -152,6 +152,31 @@ TEST_F(StartupTest, TheScreenFindsTheSessionFilled) {
   EXPECT_EQ(session.ReportNumber, 4);
 }
 
+// The user's name is put in as it stands: a quote in it fails the statement, which is told, and the start
+// goes on.
+TEST_F(StartupTest, AFailedStatementDoesNotStopTheStart) {
+  machine.settings.Set("Settings", "User", "O'BRIEN");
+  session.ReadOnlyUser = true;
+  session.screens.Add("modAdvLoan", [](Session& opened, Screen*) {
+    return std::make_unique<ProbeScreen>(opened, "modAdvLoan");
+  });
+  EXPECT_EQ(RunProgram(session, "1501#False#0#0"), 0);
+  ASSERT_EQ(desk.Boxes().size(), 1u);
+  EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
+  EXPECT_FALSE(session.ReadOnlyUser);
+}
+
+TEST_F(StartupTest, AHelpFileCountsOnlyWhenItIsThere) {
+  ProbeScreen screen(session, "modAdvLoan");
+  const std::string file = Folder() + "/help.chm";
+  machine.settings.Set("ExeTalk", "HelpFile", file);
+  EnterTopLevel(session, screen);
+  EXPECT_EQ(session.helpFile, "");
+  std::ofstream{file};
+  EnterTopLevel(session, screen);
+  EXPECT_EQ(session.helpFile, file);
+}
+
 TEST_F(StartupTest, NoScreenIsOpened) {
   const struct {
     const char* line;

@@ -112,7 +112,8 @@ TEST_F(EntryDeletes, DeletedInstalmentsAreAdjustedAsAnswered) {
     Run("DELETE FROM INS_ADVLOAN");
     OpenOnFiveMonths();
     TickMonths({1, 2});
-    desk.WillAnswer({Answer::Yes, c.answer});
+    desk.WillAnswer({Answer::Yes});
+    if (c.answer != Answer::Cancel) desk.WillAnswer({c.answer});  // Cancel is the default
     Click(screen->cmdEMIDelete);
     EXPECT_EQ(Schedule(), c.schedule);
     EXPECT_EQ(LastAudit(),

@@ -96,8 +96,14 @@ TEST_F(EntryScreen, ChecksSpeakOneAtATimeInTheirOrder) {
     step.mend(entry);
     desk.TakeBoxes();
     Click(entry.cmdSave);
+    EXPECT_EQ(desk.LastBox().icon, Icon::Information) << step.what;
+    const std::string title = desk.LastBox().title;
+    const bool ofEmployeeLock = &step == &steps[std::size(steps) - 1];
+    EXPECT_EQ(title, ofEmployeeLock ? "Permission Denied" : session.title) << step.what;
     ASSERT_EQ(desk.TakeTexts(), std::vector<std::string>{step.text}) << step.what;
-    if (step.focus != nullptr) EXPECT_EQ(entry.Focus(), step.focus) << step.what;
+    if (step.focus != nullptr) {
+      EXPECT_EQ(entry.Focus(), step.focus) << step.what;
+    }
   }
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN"), "1");
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL"), "0");

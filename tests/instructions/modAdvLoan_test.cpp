@@ -134,6 +134,15 @@ TEST_F(EntryScreen, NewAndCloseAskAboutWhatIsTyped) {
   EXPECT_EQ(desk.TakeTexts(),
             (std::vector<std::string>{"Do you want to Save entered details?",
                                       "Do you want to Save entered details?", "Specify the advance name."}));
+  Pick(entry.cmbALName, "Salary Advance");
+  Type(entry.txtAdvDate, "15/09/2026");
+  Type(entry.txtAdvAmount, "1000");
+  Tick(entry.optInstlCount);
+  Type(entry.txtNoOfInstlmnts, "0");
+  desk.WillAnswer({Answer::Yes});
+  Click(entry.cmdClose);  // a failure of the save is shown and keeps the screen too
+  EXPECT_FALSE(entry.IsUnloaded());
+  EXPECT_EQ(desk.LastBox().text, "11\tDivision by zero");
   desk.WillAnswer({Answer::No});
   Click(entry.cmdClose);
   EXPECT_TRUE(entry.IsUnloaded());
@@ -195,6 +204,17 @@ TEST_F(EntryScreen, TheFormulaFrameAsksForWhatItNeeds) {
   Click(entry.cmdAccept);
   EXPECT_EQ(desk.TakeTexts(), (std::vector<std::string>{"Enter Advance Date.", "Enter 'Number of Months'.",
                                                         "Select proper 'Formula'."}));
+  // The number of months of the refused formula counts: the save asks for no amount.
+  Click(entry.cmdFrmlaClose);
+  Pick(entry.cmbALName, "Salary Advance");
+  Type(entry.txtAdvDate, "15/09/2026");
+  Click(entry.cmdSave);
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Specify installment amount."});
+  Click(entry.cmdFmeFormula);
+  Pick(entry.cmbFormula, "Flat");
+  Click(entry.cmdAccept);
+  EXPECT_EQ(entry.txtAdvAmount.Text(), "1500.00");
+  Click(entry.cmdFmeFormula);
   entry.cmbFormula.SetText("");
   desk.WillAnswer({Answer::Yes});
   Click(entry.cmdAccept);
@@ -219,6 +239,12 @@ TEST_F(EntryScreen, DoorsNameWhatIsMissing) {
   Click(entry.cmdNew);
   Click(entry.cmdIntrCalc);
   EXPECT_EQ(entry.txtInterestAmt.Text(), "77");
+  session.screens.Add("modMultiAllot", [&](Session&, Screen*) {
+    machine.settings.Set("ExeTalk", "HWNDKTLStIns", "1");
+    return std::make_unique<Screen>("modMultiAllot");
+  });
+  Click(entry.cmdMultiAllot);
+  EXPECT_EQ(machine.settings.Get("ExeTalk", "HWNDKTLStIns"), "4711");
   session.ReportFlag = true;
   session.ReportNumber = 4;
   Click(entry.cmdReport);

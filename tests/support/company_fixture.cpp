@@ -81,6 +81,11 @@ TestCompany::~TestCompany() {
   }
 }
 
+Value TestCompany::One(std::string_view sql) {
+  const std::optional<Value> value = cn_.FirstValue(sql);
+  return value ? *value : Value();
+}
+
 std::string TestCompany::Rows(std::string_view sql) {
   std::string text;
   for (const auto& row : cn_.Query(sql).rows) {

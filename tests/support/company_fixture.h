@@ -74,7 +74,7 @@ class TestCompany {
   std::string ConnectionString() const { return "Provider=SQLite;Data Source=" + file_.string() + ";"; }
 
   std::int64_t Execute(std::string_view sql) { return cn_.Execute(sql); }
-  Value One(std::string_view sql) { return cn_.FirstValue(sql).value_or(Value()); }
+  Value One(std::string_view sql);
   // Fields with "|" between them, rows with line breaks; a null is "NULL".
   std::string Rows(std::string_view sql);
 
