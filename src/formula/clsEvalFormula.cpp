@@ -112,32 +112,9 @@ void clsEvalFormula::FillFirstTable(TokenTable& table, const FormulaRequest& req
                                     const FormulaText& formula) {
   const bool wantsGross = formula.Mentions("(GrossSalary)");
   const bool grossFromCalc = !request.grossFromCalc.empty();
-  if (formula.MentionsExactly("Component{") || (wantsGross && !grossFromCalc)) {
-    const Recordset rate(session_.Cn,
-                         fmt::format("Select * From SLC_SALARYRATE_E E LEFT JOIN SLC_SALARYRATE_D D ON "
-                                     "E.SalRateID = D.SalRateID Where "
-                                     "E.EMPID = {0} And E.EMPDETID = {1} And E.MONTHYEAR = (Select "
-                                     "MAX(MONTHYEAR) From SLC_SALARYRATE_E "
-                                     "Where EMPID = {0} And EMPDETID = {1} And MONTHYEAR <= {2})",
-                                     request.empId, request.empDetId, request.monthYear));
-    if (!rate.Eof()) {
-      FillSalaryHeads(table, rate, "Component", false, "");
-      if (!grossFromCalc)
-        AddNumber(table, "(GrossSalary)", rate["TOTALENTERED"], "TOTALENTERED of the salary rate");
-    }
-  }
-  if (formula.MentionsExactly("CV{") || (wantsGross && grossFromCalc)) {
-    const Recordset salary(
-        session_.Cn,
-        fmt::format("Select * From SLC_SALARYCALC_E E INNER JOIN SLC_SALARYCALC_D D ON E.SALID = "
-                    "D.SALID Where E.EMPID = {} And E.EMPDETID = {} And E.MONTHYEAR = {}",
-                    request.empId, request.empDetId, request.monthYear));
-    if (!salary.Eof()) {
-      FillSalaryHeads(table, salary, "CV", request.addArrears, formula.text());
-      if (grossFromCalc)
-        AddNumber(table, "(GrossSalary)", salary["ETOTAL"], "ETOTAL of the calculated salary");
-    }
-  }
+  if (formula.MentionsExactly("Component{") || (wantsGross && !grossFromCalc)) FillSalaryRate(table, request);
+  if (formula.MentionsExactly("CV{") || (wantsGross && grossFromCalc))
+    FillCalculated(table, request, formula);
   if (formula.Mentions("(PTGroup)")) {
     AddText(
         table, "(PTGroup)",
@@ -151,34 +128,84 @@ void clsEvalFormula::FillFirstTable(TokenTable& table, const FormulaRequest& req
   AddNumber(table, "(SalaryMonth)", request.monthYear, "the month asked for");
 }
 
-void clsEvalFormula::FillSalaryHeads(TokenTable& table, const Recordset& salary, const char* family,
-                                     bool addArrears, const std::string& formula) {
-  const char* source =
-      family == std::string_view("CV") ? "calculated salary of the month" : "salary rate in force";
-  Recordset heads(
+// Only the columns of the heads are read: these tables are the widest of the company.
+void clsEvalFormula::FillSalaryRate(TokenTable& table, const FormulaRequest& request) {
+  const auto heads = SalaryHeads("");
+  const Recordset rate(
+      session_.Cn,
+      fmt::format(
+          "Select TOTALENTERED{3} From SLC_SALARYRATE_E E LEFT JOIN SLC_SALARYRATE_D D ON E.SalRateID = "
+          "D.SalRateID Where E.EMPID = {0} And E.EMPDETID = {1} And E.MONTHYEAR = (Select MAX(MONTHYEAR) "
+          "From "
+          "SLC_SALARYRATE_E Where EMPID = {0} And EMPDETID = {1} And MONTHYEAR <= {2})",
+          request.empId, request.empDetId, request.monthYear, ColumnsOf(heads)));
+  if (rate.Eof()) return;
+  FillSalaryHeads(table, rate, heads, "Component", false);
+  if (request.grossFromCalc.empty())
+    AddNumber(table, "(GrossSalary)", rate["TOTALENTERED"], "TOTALENTERED of the salary rate");
+}
+
+void clsEvalFormula::FillCalculated(TokenTable& table, const FormulaRequest& request,
+                                    const FormulaText& formula) {
+  const auto heads = SalaryHeads(formula.text());
+  const Recordset salary(
+      session_.Cn,
+      fmt::format("Select EMPID, EMPDETID, MONTHYEAR, ETOTAL{} From SLC_SALARYCALC_E E INNER JOIN "
+                  "SLC_SALARYCALC_D D ON E.SALID = D.SALID Where E.EMPID = {} And E.EMPDETID = {} "
+                  "And E.MONTHYEAR = {}",
+                  ColumnsOf(heads), request.empId, request.empDetId, request.monthYear));
+  if (salary.Eof()) return;
+  FillSalaryHeads(table, salary, heads, "CV", request.addArrears);
+  if (!request.grossFromCalc.empty())
+    AddNumber(table, "(GrossSalary)", salary["ETOTAL"], "ETOTAL of the calculated salary");
+}
+
+// All heads, or those that a formula names.
+std::vector<clsEvalFormula::SalaryHead> clsEvalFormula::SalaryHeads(const std::string& formula) {
+  Recordset rows(
       session_.Cn,
       formula.empty()
           ? "Select * From MAS_SALARYHEAD ORDER BY SALHEADING"
           : fmt::format("Select * From MAS_SALARYHEAD WHERE CHARINDEX('{{'+SALHEADING+'}}','{}')>0 ORDER BY "
                         "SALHEADING ",
                         ReplaceAll(formula, "'", "''")));
-  for (; !heads.Eof(); heads.MoveNext()) {
-    const bool earning = heads["PAYTYPEYN"].NumberOr0() == 0;
-    const std::string field = SalaryField(earning, heads["SALHEADROWID"].ToLong(), highestHead_);
-    const double arrears = addArrears ? ArrearsOf(salary, field, earning) : 0;
-    AddNumber(table, fmt::format("{}{{{}}}", family, UpperCase(heads["SALHEADING"].TextOrEmpty())),
-              salary[field].NumberOr0() + arrears, source);
+  std::vector<SalaryHead> heads;
+  for (; !rows.Eof(); rows.MoveNext()) {
+    const bool earning = rows["PAYTYPEYN"].NumberOr0() == 0;
+    heads.push_back({UpperCase(rows["SALHEADING"].TextOrEmpty()), earning,
+                     SalaryField(earning, rows["SALHEADROWID"].ToLong(), highestHead_)});
+  }
+  return heads;
+}
+
+std::string clsEvalFormula::ColumnsOf(const std::vector<SalaryHead>& heads) {
+  std::string columns;
+  for (const SalaryHead& head : heads)
+    if (!head.field.empty()) columns += ", " + head.field;
+  return columns;
+}
+
+// A head beyond the highest one has no row in the table: error 9.
+void clsEvalFormula::FillSalaryHeads(TokenTable& table, const Recordset& salary,
+                                     const std::vector<SalaryHead>& heads, const std::string& family,
+                                     bool addArrears) {
+  const char* source = family == "CV" ? "calculated salary of the month" : "salary rate in force";
+  for (const SalaryHead& head : heads) {
+    if (head.field.empty()) throw RuntimeError::SubscriptOutOfRange();
+    const double arrears = addArrears ? ArrearsOf(salary, head) : 0;
+    AddNumber(table, family + "{" + head.heading + "}", salary[head.field].NumberOr0() + arrears, source);
   }
 }
 
-double clsEvalFormula::ArrearsOf(const Recordset& salary, const std::string& field, bool earning) {
-  const std::string tables = earning ? "SLC_ARREARS_E ARR, MAS_ARREARS MAS Where "
-                                     : "SLC_ARREARS_D ARD, SLC_ARREARS_E ARR, MAS_ARREARS MAS Where "
-                                       "ARD.ARREARTRANID=ARR.ARREARTRANID AND ";
-  return NumberOf(fmt::format(
-      "SELECT SUM(ISNULL({},0)) FROM {}MAS.ARREARID=ARR.ARREARID AND  ARRCALCTYPE <> 1 AND "
-      "EMPID = {} AND EMPDETID = {} AND PAIDFOR = {}",
-      field, tables, salary["EMPID"].ToLong(), salary["EMPDETID"].ToLong(), salary["MONTHYEAR"].ToLong()));
+double clsEvalFormula::ArrearsOf(const Recordset& salary, const SalaryHead& head) {
+  const std::string tables = head.earning ? "SLC_ARREARS_E ARR, MAS_ARREARS MAS Where "
+                                          : "SLC_ARREARS_D ARD, SLC_ARREARS_E ARR, MAS_ARREARS MAS Where "
+                                            "ARD.ARREARTRANID=ARR.ARREARTRANID AND ";
+  return NumberOf(
+      fmt::format("SELECT SUM(ISNULL({},0)) FROM {}MAS.ARREARID=ARR.ARREARID AND  ARRCALCTYPE <> 1 AND "
+                  "EMPID = {} AND EMPDETID = {} AND PAIDFOR = {}",
+                  head.field, tables, salary["EMPID"].ToLong(), salary["EMPDETID"].ToLong(),
+                  salary["MONTHYEAR"].ToLong()));
 }
 
 const clsEvalFormula::Counts& clsEvalFormula::CountCache() {

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "formula/clsExprEval.h"
 #include "formula/clsNODNDP.h"
@@ -69,12 +70,22 @@ class clsEvalFormula final {
   };
   const Counts& CountCache();
 
+  struct SalaryHead {
+    std::string heading;
+    bool earning = true;
+    std::string field;  // empty when there is none for its number
+  };
+
   bool PeriodLeave(long monthYear) const;
   DayCounts DaysOf(const DayRequest& request);
   void FillFirstTable(TokenTable& table, const FormulaRequest& request, const FormulaText& formula);
-  void FillSalaryHeads(TokenTable& table, const Recordset& salary, const char* family, bool addArrears,
-                       const std::string& formula);
-  double ArrearsOf(const Recordset& salary, const std::string& field, bool earning);
+  void FillSalaryRate(TokenTable& table, const FormulaRequest& request);
+  void FillCalculated(TokenTable& table, const FormulaRequest& request, const FormulaText& formula);
+  std::vector<SalaryHead> SalaryHeads(const std::string& formula);
+  static std::string ColumnsOf(const std::vector<SalaryHead>& heads);
+  void FillSalaryHeads(TokenTable& table, const Recordset& salary, const std::vector<SalaryHead>& heads,
+                       const std::string& family, bool addArrears);
+  double ArrearsOf(const Recordset& salary, const SalaryHead& head);
   void FillSecondTable(TokenTable& table, const FormulaRequest& request, const FormulaText& formula);
   void FillAttendance(TokenTable& table, const FormulaRequest& request, const FormulaText& formula);
 
@@ -90,7 +101,7 @@ class clsEvalFormula final {
   double LeaveTaken(const DayRequest& request, long levId, bool monthlyHead);
   void FillHolidays(TokenTable& table, const DayRequest& request, const FormulaText* formula);
   void FillReimbursements(TokenTable& table, const DayRequest& request);
-  void FillDays(TokenTable& table, const DayRequest& request, const DayCounts& days);
+  void FillDays(TokenTable& table, const DayRequest& request, const DayCounts& days, bool withTotals);
 
   std::string FnStrMonthEndDate(long monthYear) const;
   std::string TextOf(const std::string& sql, const char* ifNone) const;

@@ -41,7 +41,7 @@ void clsEvalFormula::FillOtherData(TokenTable& arrTokens, const DayRequest& requ
   }
   FillHolidays(arrTokens, request, formula);
   if (counts.reimbursements > 0 && wanted("Reim")) FillReimbursements(arrTokens, request);
-  if (wanted("Days{")) FillDays(arrTokens, request, days);
+  if (wanted("Days{")) FillDays(arrTokens, request, days, wanted("Days{Total"));
 }
 
 void clsEvalFormula::FillLeave(TokenTable& table, const DayRequest& request, bool zeroLeave) {
@@ -127,7 +127,8 @@ void clsEvalFormula::FillReimbursements(TokenTable& table, const DayRequest& req
   }
 }
 
-void clsEvalFormula::FillDays(TokenTable& table, const DayRequest& request, const DayCounts& days) {
+void clsEvalFormula::FillDays(TokenTable& table, const DayRequest& request, const DayCounts& days,
+                              bool withTotals) {
   constexpr const char* kSource = "day counts of the month";
   constexpr const char* kTotals = "calculated salaries of the month, all detail rows";
   const auto total = [&](const char* column) {
@@ -139,6 +140,7 @@ void clsEvalFormula::FillDays(TokenTable& table, const DayRequest& request, cons
   AddNumber(table, "Days{Salary Calendar Days}", days.calendar, kSource);
   AddNumber(table, "Days{Pay Days}", days.pay, kSource);
   AddNumber(table, "Days{Present Days}", days.present, kSource);
+  if (!withTotals) return;
   AddNumber(table, "Days{Total Pay Days}", total("NOD"), kTotals);
   AddNumber(table, "Days{Total Present Days}", total("NDP"), kTotals);
 }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "common/month_year.h"
 #include "database/recordset.h"
@@ -18,19 +19,17 @@ std::string DayText(const Date& date) { return FormatDate(date, "yyyy-MM-dd"); }
 
 bool IsSet(const Value& flag) { return flag.NumberOr0() != 0; }
 
-// Kinds 2 and 3 are passed over.
-bool TakesPart(const Recordset& row, LeaveSelection selection) {
-  const long kind = row["LEVID"].ToLong();
-  if (selection == LeaveSelection::LossOfPay) return kind == 1;
-  if (kind != 1 && kind <= 3) return false;
-  return selection == LeaveSelection::NotPresent || IsSet(row["AFFECTSALARYYN"]);
-}
-
 }  // namespace
 
 struct clsNODNDPCALC::LeaveDay {
-  Date date;
-  HolidayHalves halves;
+  long kind;
+  bool affectsSalary;
+  double days;
+
+  bool IsOf(LeaveSelection selection) const {
+    if (selection == LeaveSelection::LossOfPay) return kind == 1;
+    return selection == LeaveSelection::NotPresent || affectsSalary;
+  }
 };
 
 DayCounts clsNODNDPCALC::SetNODNDP(const DayRequest& request) {
@@ -42,6 +41,7 @@ DayCounts clsNODNDPCALC::SetNODNDP(const DayRequest& request) {
   const DayRange whole{std::min(month.first, served.period.first), std::max(month.last, served.period.last)};
   const PeriodHolidays holidays = HolidaysOf(request.attHeadId, request.empId, whole);
   const bool generalFirst = settings_.options.HOLPRIORITY != 0;
+  std::optional<std::vector<LeaveDay>> leave;
   return CountDays(
       rules, month, served,
       {.holidays = [&](DayKind kind,
@@ -51,7 +51,13 @@ DayCounts clsNODNDPCALC::SetNODNDP(const DayRequest& request) {
              return attendance_.FnDblGetLeaveMnthly(served.empId, served.empDetId, served.monthYear,
                                                     selection);
            },
-       .dailyLeave = [&](LeaveSelection selection) { return DailyLeave(served, selection, holidays); }});
+       .dailyLeave =
+           [&](LeaveSelection selection) {
+             if (!leave) leave = ReadLeave(served, holidays);
+             double days = 0;
+             for (const LeaveDay& day : *leave) days += day.IsOf(selection) ? day.days : 0;
+             return days;
+           }});
 }
 
 double clsNODNDPCALC::FnDblGetNWD(long lngAttHeadID, long lngMonthYear, long lngEmpID) {
@@ -224,32 +230,35 @@ DayRules clsNODNDPCALC::LoadRules(long attHeadId, long monthYear) {
 
 // Salary may begin, and service end, inside the month.
 DayRange clsNODNDPCALC::InService(long empId, const DayRange& month, const DayRange& period) {
-  const auto inMonth = [&](const char* column, const Date& otherwise) {
-    return ReadValue(
-               session_.Cn,
-               fmt::format("SELECT {0} FROM MAS_EMPLOYEE WHERE {0} >= '{1}' AND {0} <= '{2}' AND EMPID={3}",
-                           column, DayText(month.first), DayText(month.last), empId),
-               otherwise)
-        .ToDate();
+  const Recordset service(session_.Cn,
+                          fmt::format("SELECT SALCALCFROM, DOL FROM MAS_EMPLOYEE WHERE EMPID={}", empId));
+  DayRange served = period;
+  if (service.Eof()) return served;
+  const auto inMonth = [&](const Value& date) {
+    return !date.IsNull() && month.Holds(date.ToDate().DayOnly());
   };
-  return {std::max(period.first, inMonth("SALCALCFROM", period.first)),
-          std::min(period.last, inMonth("DOL", period.last))};
+  if (inMonth(service[0])) served.first = std::max(served.first, service[0].ToDate().DayOnly());
+  if (inMonth(service[1])) served.last = std::min(served.last, service[1].ToDate().DayOnly());
+  return served;
 }
 
-double clsNODNDPCALC::DailyLeave(const DayRequest& request, LeaveSelection selection,
-                                 const PeriodHolidays& holidays) {
+// What is left of each leave of the period, read once for all that is asked of it. Kinds 2 and 3 are passed
+// over.
+std::vector<clsNODNDPCALC::LeaveDay> clsNODNDPCALC::ReadLeave(const DayRequest& request,
+                                                              const PeriodHolidays& holidays) {
   Recordset rows(
       session_.Cn,
       fmt::format("SELECT * FROM  LEV_DETAILS DET,ATT_DEFINITION DEF WHERE DET.LEVID = DEF.LEVID AND "
                   "LEAVEYN = 1 AND EMPID = {} AND EMPDETID = {} AND LEAVEDATE BETWEEN  '{}' AND '{}'",
                   request.empId, request.empDetId, DayText(request.period.first),
                   DayText(request.period.last)));
-  double days = 0;
+  std::vector<LeaveDay> days;
   for (; !rows.Eof(); rows.MoveNext()) {
-    if (!TakesPart(rows, selection)) continue;
-    days += LeaveOnDay(
-        {rows["LEAVEDATE"].ToDate().DayOnly(), {IsSet(rows["FIRSTHALFYN"]), IsSet(rows["SECONDHALFYN"])}},
-        holidays);
+    const long kind = rows["LEVID"].ToLong();
+    if (kind != 1 && kind <= 3) continue;
+    const HolidayHalves halves{IsSet(rows["FIRSTHALFYN"]), IsSet(rows["SECONDHALFYN"])};
+    days.push_back({kind, IsSet(rows["AFFECTSALARYYN"]),
+                    LeaveOnDay(rows["LEAVEDATE"].ToDate().DayOnly(), halves, holidays)});
   }
   return days;
 }
@@ -259,14 +268,15 @@ double clsNODNDPCALC::DailyLeave(const DayRequest& request, LeaveSelection selec
 // weekly one, but the general one for NODFORCALC 6. For 4 the general test stands alone, so leave on a weekly
 // holiday comes off although that day has come off already. A head with COCWYN counts leave that runs on over
 // a weekly holiday; there the weekly test is left out.
-double clsNODNDPCALC::LeaveOnDay(const LeaveDay& leave, const PeriodHolidays& holidays) const {
+double clsNODNDPCALC::LeaveOnDay(const Date& date, const HolidayHalves& leave,
+                                 const PeriodHolidays& holidays) const {
   const int nodForCalc = settings_.head.NODFORCALC;
-  const bool general = holidays.IsGeneral(leave.date);
+  const bool general = holidays.IsGeneral(date);
   const bool askWeekly = nodForCalc != kGeneralAlone && !settings_.options.COCWYN;
-  const HolidayHalves weekly = askWeekly ? holidays.Weekly(leave.date) : HolidayHalves();
+  const HolidayHalves weekly = askWeekly ? holidays.Weekly(date) : HolidayHalves();
   const bool weeklyDecides = weekly.Days() > 0 && !(general && nodForCalc == kGeneralFirst);
   if (general && !weeklyDecides) return 0;
-  return HolidayHalves{leave.halves.first && !weekly.first, leave.halves.second && !weekly.second}.Days();
+  return HolidayHalves{leave.first && !weekly.first, leave.second && !weekly.second}.Days();
 }
 
 }  // namespace ktl

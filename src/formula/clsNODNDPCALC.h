@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "formula/clsNODNDP.h"
 #include "formula/day_count.h"
@@ -54,8 +55,8 @@ class clsNODNDPCALC final {
   DayRange MonthRange(long monthYear);
   DayRules LoadRules(long attHeadId, long monthYear);
   DayRange InService(long empId, const DayRange& month, const DayRange& period);
-  double DailyLeave(const DayRequest& request, LeaveSelection selection, const PeriodHolidays& holidays);
-  double LeaveOnDay(const LeaveDay& leave, const PeriodHolidays& holidays) const;
+  std::vector<LeaveDay> ReadLeave(const DayRequest& request, const PeriodHolidays& holidays);
+  double LeaveOnDay(const Date& date, const HolidayHalves& leave, const PeriodHolidays& holidays) const;
 
   Session& session_;
   modAttSetting& settings_;

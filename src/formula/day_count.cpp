@@ -3,8 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-
-#include "database/recordset.h"
+#include <optional>
 
 namespace ktl {
 namespace {
@@ -130,8 +129,8 @@ DayCounts CountDays(const DayRules& rules, const DayRange& month, const DayReque
 }
 
 Value ReadValue(Connection& cn, const std::string& sql, Value defaultValue) {
-  const Recordset rows(cn, sql);
-  return rows.Eof() || rows[0].IsNull() ? defaultValue : rows[0];
+  const std::optional<Value> value = cn.FirstValue(sql);
+  return value && !value->IsNull() ? *value : defaultValue;
 }
 
 double ReadHeadDays(Connection& cn, long attHeadId, long monthYear) {

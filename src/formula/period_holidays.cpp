@@ -25,30 +25,29 @@ int WeekdayKey(const Date& date) {
 }
 
 PeriodHolidays::PeriodHolidays(Connection& cn, const HolidayOwner& owner, const DayRange& range) {
-  rotating_ = ReadRotation(cn, owner, range);
-  if (!rotating_) ReadPattern(cn, owner, MonthYearOf(range.last));
+  ReadRotation(cn, owner, range);
+  if (rotation_.empty()) ReadPattern(cn, owner, MonthYearOf(range.last));
   ReadGeneral(cn, owner, range);
 }
 
 // The first of employee, head and everybody that has a row in the range; it replaces the pattern altogether.
-bool PeriodHolidays::ReadRotation(Connection& cn, const HolidayOwner& owner, const DayRange& range) {
-  std::array<std::map<Date, HolidayHalves>, 3> byOwner;
-  Recordset rows(cn,
-                 fmt::format("SELECT EMPID, ATTHEADID, WEEKDATE, FIRSTHALFYN, SECONDHALFYN FROM ATT_WKLYROT "
-                             "WHERE (EMPID = {} OR (EMPID = 0 AND ATTHEADID IN ({}, 0))) "
-                             "AND WEEKDATE BETWEEN '{}' AND '{}'",
-                             owner.empId, owner.attHeadId, DayText(range.first), DayText(range.last)));
-  for (; !rows.Eof(); rows.MoveNext()) {
-    const bool ofHead = rows["ATTHEADID"].NumberOr0() != 0;
-    const std::size_t rank = rows["EMPID"].NumberOr0() != 0 ? 0 : ofHead ? 1 : 2;
-    HolidayHalves& halves = byOwner[rank][rows["WEEKDATE"].ToDate().DayOnly()];
-    halves.first |= IsSet(rows["FIRSTHALFYN"]);
-    halves.second |= IsSet(rows["SECONDHALFYN"]);
+void PeriodHolidays::ReadRotation(Connection& cn, const HolidayOwner& owner, const DayRange& range) {
+  const std::string owners[] = {fmt::format("EMPID = {}", owner.empId),
+                                fmt::format("ATTHEADID = {} AND EMPID = 0", owner.attHeadId),
+                                "ATTHEADID = 0 AND EMPID = 0"};
+  for (const std::string& ofOwner : owners) {
+    if (owner.empId == 0 && &ofOwner == &owners[0]) continue;
+    Recordset rows(
+        cn, fmt::format("SELECT WEEKDATE, FIRSTHALFYN, SECONDHALFYN FROM ATT_WKLYROT WHERE {} AND WEEKDATE "
+                        "BETWEEN '{}' AND '{}'",
+                        ofOwner, DayText(range.first), DayText(range.last)));
+    for (; !rows.Eof(); rows.MoveNext()) {
+      HolidayHalves& halves = rotation_[rows["WEEKDATE"].ToDate().DayOnly()];
+      halves.first |= IsSet(rows["FIRSTHALFYN"]);
+      halves.second |= IsSet(rows["SECONDHALFYN"]);
+    }
+    if (!rotation_.empty()) return;
   }
-  const auto found = std::ranges::find_if(byOwner, [](const auto& days) { return !days.empty(); });
-  if (found == byOwner.end()) return false;
-  rotation_ = *found;
-  return true;
 }
 
 // Each weekday stands on its own latest row.
@@ -96,7 +95,7 @@ void PeriodHolidays::ReadGeneralOf(Connection& cn, const char* column, long id, 
 }
 
 HolidayHalves PeriodHolidays::Weekly(const Date& date) const {
-  if (rotating_) {
+  if (!rotation_.empty()) {
     const auto day = rotation_.find(date);
     return day == rotation_.end() ? HolidayHalves() : day->second;
   }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <map>
 #include <set>
 #include <string>
@@ -39,12 +38,11 @@ class PeriodHolidays final {
   double Count(DayKind kind, const DayRange& range, bool generalFirst) const;
 
  private:
-  bool ReadRotation(Connection& cn, const HolidayOwner& owner, const DayRange& range);
+  void ReadRotation(Connection& cn, const HolidayOwner& owner, const DayRange& range);
   void ReadPattern(Connection& cn, const HolidayOwner& owner, long monthYear);
   void ReadGeneral(Connection& cn, const HolidayOwner& owner, const DayRange& range);
   void ReadGeneralOf(Connection& cn, const char* column, long id, const DayRange& range);
 
-  bool rotating_ = false;
   std::map<Date, HolidayHalves> rotation_;
   std::map<int, HolidayHalves> pattern_;  // by weekday key
   std::set<Date> general_;

@@ -4,7 +4,6 @@
 
 #include <utility>
 
-#include "runtime/errors.h"
 #include "runtime/numbers.h"
 
 namespace ktl {
@@ -36,7 +35,7 @@ std::string SalaryField(bool earning, long salHeadRowId, long highestHead) {
         break;
     }
   }
-  if (salHeadRowId < 0 || salHeadRowId > highestHead) throw RuntimeError::SubscriptOutOfRange();
+  if (salHeadRowId < 0 || salHeadRowId > highestHead) return "";
   return fmt::format("{}COMP{:02}", earning ? 'E' : 'D', salHeadRowId);
 }
 

@@ -16,7 +16,7 @@ void AddText(TokenTable& table, std::string token, const std::string& text, cons
 // A date as "DD/MMM/YYYY".
 void AddDate(TokenTable& table, std::string token, const std::string& date, const char* source);
 
-// The column of a salary head. Error 9 for a head beyond the highest one.
+// The column of a salary head; empty for a head beyond the highest one.
 std::string SalaryField(bool earning, long salHeadRowId, long highestHead);
 
 }  // namespace ktl

@@ -66,7 +66,7 @@ void modAdvLoan::ConnectHandlers() {
   cmdMonthly.onClick = on(&modAdvLoan::cmdMonthly_Click);
   cmdMultiAllot.onClick = on(&modAdvLoan::cmdMultiAllot_Click);
   cmdReport.onClick = on(&modAdvLoan::cmdReport_Click);
-  cmdTDSDet.onClick = opens("modHLoan");
+  cmdTDSDet.onClick = on(&modAdvLoan::cmdTDSDet_Click);
   lblSummary.onClick = on(&modAdvLoan::lblSummary_Click);
   mnuExport.onClick = on(&modAdvLoan::mnuExport_Click);
   mnuBulkDelete.onClick = opens("frmAdvLoanBulkDelete");
@@ -156,17 +156,21 @@ void modAdvLoan::Form_Load() {
   ShowForType();
   SetGridColumns();
   session_.AdvanceMgmtYN = session_.features.On("ADVMGALYN");
-  FillNames();
-  FillEmployeeLists();
-  cmbInstitution.SetRows(ReadInstitutions(session_));
-  cmbFormula.SetRows(ReadFormulas(session_));
-  if (session_.AdvanceMgmtYN) RefreshTotalInterest(session_);
+  WithErrorBox(session_, [this] { FillLists(); })();
   ApplyButtonRights(session_, *this, FormIdOf(siType_));
   ShowFormulaFrame(false);
   ClearInstruction();
   ShowScheduleInputs(true);
   EnableCommands();
   SetFocus(cmbEmpName);
+}
+
+void modAdvLoan::FillLists() {
+  FillNames();
+  FillEmployeeLists();
+  cmbInstitution.SetRows(ReadInstitutions(session_));
+  cmbFormula.SetRows(ReadFormulas(session_));
+  if (session_.AdvanceMgmtYN) RefreshTotalInterest(session_);
 }
 
 void modAdvLoan::SetCaptions() {
@@ -358,6 +362,7 @@ void modAdvLoan::txtAdvDate_LostFocus() {
 }
 
 void modAdvLoan::txtAdvAmount_LostFocus() {
+  // A stored amount cannot be typed over, so leaving it must not touch the stored interest.
   if (txtAdvAmount.locked || txtAdvAmount.Text().empty()) return;
   const double amount = clsGenCmn::FnDblTrimVal(txtAdvAmount.Text());
   if (session_.AdvanceMgmtYN && !rules_.REDUCINGBALYN && rules_.INTRRATE > 0) {

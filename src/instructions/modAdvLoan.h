@@ -177,6 +177,7 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void cmdMonthly_Click();
   void cmdMultiAllot_Click();
   void cmdIntrCalc_Click();
+  void cmdTDSDet_Click();
   void cmdEmi_Click();
   void cmdReceipts_Click();
   void cmdReport_Click();
@@ -207,6 +208,7 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void SetKeyFilters();
   void ShowForType();
   void FillEmployeeLists();
+  void FillLists();
   void FillNames();
   // Buttons by the rights of the user and the lock of the employee.
   void EnableCommands();
@@ -218,7 +220,6 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void ShowInterestLock();
   void ForgetFormula();
   void ShowFormulaFrame(bool shown);
-  std::optional<long> DetailRowOf(long monthYear);
 
   AdvLoanEntry Entry() const;
   bool ValidateAndSave();
@@ -237,6 +238,7 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void PaintEmiRow(std::size_t row);
   bool IsRecoveredRow(std::size_t row) const;
 
+  void CalculateInterest();
   // Opens a screen on the current instruction, or says what to select.
   void OpenOnInstruction(const char* screenName);
 

@@ -3,7 +3,6 @@
 
 #include "common/amounts.h"
 #include "common/month_year.h"
-#include "database/recordset.h"
 #include "formula/clsEvalFormula.h"
 #include "frame/modExternal.h"
 #include "frame/rights.h"
@@ -17,8 +16,6 @@
 namespace ktl {
 
 namespace {
-
-constexpr const char* kEffectiveMonth = "MONTH(EFFFROMDATE) + (YEAR(EFFFROMDATE) * 12)";
 
 bool IsSummaryDenied(Session& session) {
   return session.data.FnBlnRecExists(fmt::format(
@@ -64,7 +61,7 @@ void modAdvLoan::cmdAccept_Click() {
   formulaMonths_ = clsGenCmn::FnDblTrimVal(txtMonths.Text());  // kept even when the formula is refused
   if (!cmbFormula.MatchesList()) return refuse("Select proper 'Formula'.", cmbFormula);
   const long month = FnLngMonthYear(txtAdvDate.Text());
-  if (const std::optional<long> detailRow = DetailRowOf(month)) {
+  if (const std::optional<long> detailRow = DetailRowOfMonth(session_, employee_, month)) {
     const Date first = *ParseDate("01/" + FnStrFormatMonthYear(month));
     const double amount =
         clsEvalFormula(session_).FnDblEvalFormula(static_cast<long>(Val(cmbFormula.BoundText())), employee_,
@@ -73,18 +70,6 @@ void modAdvLoan::cmdAccept_Click() {
   }
   ShowFormulaFrame(false);
   SetFocus(txtInterestAmt);
-}
-
-// The detail row with the latest effective month that is not after the month.
-std::optional<long> modAdvLoan::DetailRowOf(long monthYear) {
-  const Recordset rs(
-      session_.Cn,
-      fmt::format(
-          "Select * From MAS_EMPLOYEEDET Where EMPID = {0} And {1} = (Select Max({1}) From MAS_EMPLOYEEDET "
-          "Where EMPID = {0} And {1} <= {2})",
-          employee_, kEffectiveMonth, monthYear));
-  if (rs.Eof()) return std::nullopt;
-  return rs["EMPDETID"].ToLong();
 }
 
 void modAdvLoan::cmdAdvFormulate_Click() {
@@ -145,6 +130,7 @@ void modAdvLoan::cmdReceipts_Click() {
 }
 
 void modAdvLoan::cmdReport_Click() {
+  if (FnBlnPermitted(session_, cmdReport)) return;
   StartExternal(session_, {"KTLSIRep", "KestrelLedger - Reports",
                            fmt::format("{}#{}#{}#0", siType_ == 1 ? "1521" : "1522",
                                        Value(session_.ReportFlag).ToText(), session_.ReportNumber)});
@@ -170,7 +156,17 @@ void modAdvLoan::mnuExport_Click() {
   if (!file.empty()) session_.Inform("The schedule has been written to " + file);
 }
 
+void modAdvLoan::cmdTDSDet_Click() {
+  if (FnBlnPermitted(session_, cmdTDSDet)) return;
+  session_.screens.Show(session_, "modHLoan", this);
+}
+
 void modAdvLoan::cmdIntrCalc_Click() {
+  if (FnBlnPermitted(session_, cmdIntrCalc)) return;
+  CalculateInterest();
+}
+
+void modAdvLoan::CalculateInterest() {
   SettingsStore& settings = session_.machine.settings;
   settings.Set("Settings", "ICPrcpl", NumberText(clsGenCmn::FnDblTrimVal(txtAdvAmount.Text())));
   if (session_.SepPiYN) {

@@ -119,7 +119,7 @@ void modAdvLoan::cmdSave_Click() {
     return;
   }
   if (!ValidateAndSave() || deducted) return;
-  if (session_.SepPiYN) cmdIntrCalc_Click();
+  if (session_.SepPiYN) CalculateInterest();
   cmdNew_Click();
 }
 
@@ -169,11 +169,15 @@ void modAdvLoan::cmdDelete_Click() {
   }
   if (serial_ == 0 || newRecord_) {
     session_.Inform("Select " + caption_ + " record to delete.");
+    paint(kWhite);
     return;
   }
   const InstructionKey key = Key();
   const std::optional<AdvLoanDetail> detail = ReadAdvLoan(session_, key);
-  if (!detail || !ConfirmCascades(key) || !AreMonthsFree(key)) return;
+  if (!detail || !ConfirmCascades(key) || !AreMonthsFree(key)) {
+    paint(kWhite);
+    return;
+  }
   DeleteAdvLoan(session_, key, *detail, cmdTDSDet.visible);
   serial_ = 0;
   RefreshDetail();

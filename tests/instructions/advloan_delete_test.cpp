@@ -86,6 +86,10 @@ TEST_F(EntryDeletes, HouseLoanDetailsGoOnlyWithAYes) {
   EXPECT_TRUE(screen->cmdTDSDet.visible);
   desk.WillAnswer({Answer::Yes, Answer::No});
   Click(screen->cmdDelete);
+  EXPECT_EQ(desk.LastBox().text,
+            "Selected Loan has house loan details.  These details will be deleted if Loan is deleted.\r\nDo "
+            "you want to "
+            "proceed?");
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_HLOAN"), "1");
   desk.WillAnswer({Answer::Yes, Answer::Yes});
   Click(screen->cmdDelete);
@@ -146,6 +150,19 @@ TEST_F(EntryDeletes, SpreadingLeavesRecoveredMonthsAloneAndNothingIsAskedWhenNon
   Click(screen->cmdEMIDelete);
   EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Do you want to delete selected Advance EMI Detail?"});
   EXPECT_EQ(LastAudit().find("Adjustment"), std::string::npos);
+}
+
+TEST_F(EntryDeletes, ANewMonthOfALoanKeepsItsLender) {
+  company.Loan(17, 1, "Car Loan", 2000);
+  company.Emi(17, 2, 1, 1, 24322, 1000).With("INSTID", 6);
+  company.Emi(17, 2, 1, 2, 24323, 1000).With("INSTID", 6);
+  OpenOn(2);
+  ClickRow(screen->fpgAdvLoan, 0);
+  TickMonths({0});
+  desk.WillAnswer({Answer::Yes, Answer::No});
+  Click(screen->cmdEMIDelete);
+  EXPECT_EQ(Rows("SELECT MONTHYEAR, COUNTER, MDFYAMT, INSTID FROM INS_EMIDETAIL ORDER BY MONTHYEAR"),
+            "24323|2|1000|6\n24324|3|1000|6");
 }
 
 TEST_F(EntryDeletes, OneLockedMonthAmongTheTickedStopsAll) {

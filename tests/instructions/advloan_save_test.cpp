@@ -232,8 +232,7 @@ TEST_F(EntryScreen, LoanAccountAndInstitutionAreAskedFor) {
                                       "Loan Account number already exist(s). Do you want to continue ?"}));
   EXPECT_EQ(entry.Focus(), &entry.txtLoanAccNo);
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN"), "1");
-  desk.WillAnswer({Answer::Yes});
-  Click(entry.cmdSave);
+  Click(entry.cmdSave);  // Yes is the default
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN"), "2");
 }
 
@@ -253,6 +252,13 @@ TEST_F(EntryScreen, TheTenureIsAskedAboutAboveThirtyYears) {
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN"), "0");
   EXPECT_EQ(saveWith("36050", "100"), std::vector<std::string>{"Updated"});  // 360.5 rounds to 360
   EXPECT_EQ(Rows("SELECT COUNT(*), MIN(EMIAMT) FROM INS_EMIDETAIL"), "361|50");
+
+  modAdvLoan& byCount = EnterAdvance();
+  Tick(byCount.optInstlCount);
+  Type(byCount.txtNoOfInstlmnts, "361");
+  Click(byCount.cmdSave);
+  EXPECT_EQ(desk.LastBox().text, question.front());
+  EXPECT_EQ(desk.LastBox().icon, Icon::Exclamation);
 }
 
 TEST_F(EntryScreen, FailuresOfTheCountLeaveTheInstructionWithoutASchedule) {

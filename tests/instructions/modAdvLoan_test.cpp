@@ -251,5 +251,53 @@ TEST_F(EntryScreen, DoorsNameWhatIsMissing) {
   EXPECT_EQ(machine.siblings.started.back().arguments, "1521#True#4#0");
 }
 
+TEST_F(EntryScreen, TheNamesRulesDecideWhatIsShownAndTyped) {
+  company.Name(1, "Both Advance").Reducing(1).SeparateInterest();
+  modAdvLoan& entry = OpenOn(1);
+  Click(entry.cmdNew);
+  const auto shown = [&] {
+    std::string columns;
+    for (const GridColumn& column : entry.fpgEMI.columns) {
+      if (!column.hidden && column.caption.find("Int") != std::string::npos) columns += column.caption + "|";
+    }
+    return columns + (entry.txtInterestAmt.locked ? "locked" : "open");
+  };
+  const std::string apart = "Actual Interest|Modified Interest|";
+  const std::pair<const char*, std::string> names[] = {{"Salary Advance", "open"},
+                                                       {"Welfare Advance", apart + "locked"},
+                                                       {"Both Advance", apart + "Interest Amount|locked"},
+                                                       {"Medical Advance", apart + "Interest Amount|open"},
+                                                       {"Festival Advance", "open"}};
+  for (const auto& [name, expected] : names) {
+    Pick(entry.cmbALName, name);
+    EXPECT_EQ(shown(), expected) << name;
+    EXPECT_EQ(session.SepPiYN, entry.txtInterestAmt.locked) << name;
+  }
+  EXPECT_EQ(entry.txtInterestAmt.backColour, kWhite);
+}
+
+TEST_F(EntryScreen, ALoanShowsOnlyTheMonthsThatHaveALender) {
+  company.Loan(17, 1, "Car Loan", 2000);
+  company.Emi(17, 2, 1, 1, 24322, 1000).With("INSTID", 5);
+  company.Emi(17, 2, 1, 2, 24323, 1000);
+  modAdvLoan& entry = OpenOn(2);
+  ClickRow(entry.fpgAdvLoan, 0);
+  ASSERT_EQ(entry.fpgEMI.rows.size(), 1u);
+  TickCell(entry.fpgEMI, 0, modAdvLoan::kEmiTick, true);
+  EXPECT_TRUE(entry.cmdTDSDet.visible);  // both the employee and the name are taxed
+  Run("UPDATE MAS_EMPLOYEE SET TDSYN = 0");
+  ClickRow(entry.fpgAdvLoan, 0);
+  EXPECT_FALSE(entry.cmdTDSDet.visible);
+}
+
+TEST_F(EntryScreen, AFailingListIsToldAndTheScreenOpensAllTheSame) {
+  session.ReadOnlyUser = true;
+  Run("DROP TABLE MAS_FORMULA");
+  modAdvLoan& entry = Open(1);
+  ASSERT_EQ(desk.Boxes().size(), 1u);
+  EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
+  EXPECT_FALSE(entry.cmdSave.enabled);
+}
+
 }  // namespace
 }  // namespace ktl

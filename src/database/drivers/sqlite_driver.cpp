@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "database/drivers/shared_text.h"
 #include "database/stored_date.h"
 #include "runtime/numbers.h"
 
@@ -138,7 +139,10 @@ std::int64_t SqliteDriver::CountRows(const std::string& sql) {
 }
 
 ResultSet SqliteDriver::ReadRows(const tsql::Step& step, Fetch fetch) {
-  SqliteDatabase::Lease statement(database_, step.sql);
+  const SharedText shared = ShareNumbers(step.sql);
+  SqliteDatabase::Lease statement(database_, shared.sql);
+  for (std::size_t i = 0; i < shared.numbers.size(); ++i)
+    statement->Bind(static_cast<int>(i), Value(shared.numbers[i]));
   // A changed schema shows in the columns only after the first step.
   bool more = fetch != Fetch::NoRows && statement->Step();
   const int first = step.baseTable.empty() ? 0 : 1;

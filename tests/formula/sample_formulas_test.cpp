@@ -1,0 +1,120 @@
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "company/company.h"
+#include "company/formula_report.h"
+#include "formula_fixture.h"
+
+namespace ktl::test {
+namespace {
+
+// The formulas of the sample company, for its first employee in September 2026.
+class SampleFormulas : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    file_ = std::filesystem::temp_directory_path() / ("ktl-formulas-" + std::to_string(::getpid()) + ".kldb");
+    CompanyOptions options;
+    options.file = file_;
+    options.force = true;
+    CreateCompany(options);
+  }
+  static void TearDownTestSuite() { std::filesystem::remove(file_); }
+
+  Office office{"Provider=SQLite;Data Source=" + file_.string() + ";"};
+
+ private:
+  static inline std::filesystem::path file_;
+};
+
+TEST_F(SampleFormulas, GiveTheAmountsWorkedOutByHand) {
+  constexpr double kAmounts[] = {40000, 4000,  2400, 5000, 100,  2500, 200,   8000,  501,
+                                 1800,  20000, 2,    200,  1000, 900,  20000, 1425,  150,
+                                 2500,  70,    80,   0,    0,    0,    0,     24321, 40000};
+  const DayRange september = MonthOf("Sep/2026");
+  clsEvalFormula engine(office.session);
+  long id = 0;
+  for (const double amount : kAmounts) {
+    ++id;
+    const long detail = *DetailRowOfMonth(office.session, 1, 24321);
+    EXPECT_DOUBLE_EQ(engine.FnDblEvalFormula(id, 1, detail, 24321, september.first, september.last), amount)
+        << id;
+  }
+  EXPECT_TRUE(office.desk.Boxes().empty());
+}
+
+TEST_F(SampleFormulas, OfEmployeesWithSomethingMissing) {
+  const auto amount = [&](long formula, long employee, const char* month) {
+    const auto detail = DetailRowOfMonth(office.session, employee, Month(month));
+    if (!detail) return -1.0;
+    const DayRange days = MonthOf(month);
+    return clsEvalFormula(office.session)
+        .FnDblEvalFormula(formula, employee, *detail, Month(month), days.first, days.last);
+  };
+  const struct {
+    long formula, employee;
+    const char* month;
+    double amount;
+    bool box;
+  } cases[] = {{1, 22, "Sep/2026", 0, false},      // no salary rate
+               {1, 45, "Mar/2026", -1, false},     // no detail row yet
+               {5, 46, "Sep/2026", 0, true},       // no extended details
+               {10, 33, "May/2026", 1800, false},  // in the fund, and later not
+               {10, 33, "Sep/2026", 0, false},
+               {12, 33, "Apr/2026", 1, false},
+               {12, 33, "Mar/2026", 2, false},
+               {16, 19, "May/2026", 20000.0 / 31 * 17, false}};  // joined on the 15th
+  for (const auto& c : cases) {
+    EXPECT_NEAR(amount(c.formula, c.employee, c.month), c.amount, 1e-9) << c.formula << " of " << c.employee;
+    EXPECT_EQ(office.desk.TakeBoxes().size(), c.box ? 1U : 0U) << c.formula << " of " << c.employee;
+  }
+}
+
+TEST_F(SampleFormulas, ReportTellsWhyAnAmountIsWhatItIs) {
+  const FormulaRequest request{.empId = 1, .empDetId = 1, .monthYear = 24321, .period = MonthOf("Sep/2026")};
+  const struct {
+    long formula;
+    const char* lines;
+  } cases[] = {
+      {18,
+       "employee 1, detail row 1, Sep/2026: 01/Sep/2026 to 30/Sep/2026\n"
+       "formula 18: Leave{CL} * 100\n"
+       "token: Leave{CL} = 1.5  (leave taken)\n"
+       "evaluated: 1.5 * 100\nvalue: 150\namount: 150\n"},
+      {22,
+       "employee 1, detail row 1, Sep/2026: 01/Sep/2026 to 30/Sep/2026\n"
+       "formula 22: (AdjHours) * 20\n"
+       "not replaced: (AdjHours)\n"
+       "evaluated: (ADJHOURS) * 20\nvalue: ERROR: Variable not defined 'ADJHOURS'\namount: 0\n"},
+      {24,
+       "employee 1, detail row 1, Sep/2026: 01/Sep/2026 to 30/Sep/2026\n"
+       "formula 24: Component{BONUS}\n"
+       "not replaced: Component{BONUS}\n"
+       "evaluated: COMPONENT{BONUS}\nvalue: ERROR: Invalid expression\namount: 0\n"},
+  };
+  for (const auto& c : cases) {
+    FormulaRequest asked = request;
+    asked.formulaId = c.formula;
+    EXPECT_EQ(FormulaReport(office.session, asked), c.lines);
+  }
+}
+
+TEST_F(SampleFormulas, DaysOfBothCountsStandBesideEachOther) {
+  // Head 1: the 4 Sundays by attendance, and the second and fourth Saturday by advanced leave; one holiday.
+  EXPECT_EQ(DaysReport(office.session, {1, 1, 24321, 1, MonthOf("Sep/2026")}),
+            "employee 1, detail row 1, Sep/2026: 01/Sep/2026 to 30/Sep/2026\n"
+            "attendance head 1 General: Attendance - Daily, NODFORCALC 2\n"
+            "                          attendance  advanced leave\n"
+            "calendar days                     30              30\n"
+            "pay days                          30              30\n"
+            "present days                    28.5            28.5\n"
+            "weekly holidays                    4               6\n"
+            "general holidays                   1               1\n"
+            "leave                            1.5             1.5\n"
+            "leave without pay                  0               0\n"
+            "weekly holidays on: 6,12,13,20,26,27\n"
+            "general holidays on: 14\n");
+}
+
+}  // namespace
+}  // namespace ktl::test
