@@ -59,10 +59,9 @@ TEST_F(InterestEditor, ComputesAndWritesBack) {
   EXPECT_EQ(Amounts("EMIAMT"), "11200 11000.5 11000");
   EXPECT_EQ(company.One("SELECT INTAMT FROM INS_ADVLOAN").ToDouble(), 3200.5);
   EXPECT_EQ(Flagged(), "0 1 2");
-  EXPECT_NE(
-      LastAudit().find("Loan Interest Updated:::SI Type = Loan:SI Name = Car Loan:Serial No. = 1::Interest "
-                       "Amount Details:Principle + Interest = EMI Amount:"),
-      std::string::npos);
+  EXPECT_TRUE(
+      AuditHas("Loan Interest Updated:::SI Type = Loan:SI Name = Car Loan:Serial No. = 1::Interest "
+               "Amount Details:Principle + Interest = EMI Amount:"));
   EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Updated"});
 }
 

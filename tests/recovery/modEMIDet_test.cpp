@@ -17,6 +17,17 @@ class Editor : public RecoveryTest {
     ClickRow(editor.fpgEMIDetail, row);
     return editor;
   }
+  void Save(modEMIDet& editor, const char* amount, const char* interest, std::vector<Answer> answers) {
+    desk.WillAnswer(std::move(answers));
+    Type(editor.txtAmount, amount);
+    if (*interest != 0) Type(editor.txtInterest, interest);
+    Click(editor.cmdSave);
+  }
+  void Delete(modEMIDet& editor, std::size_t row, std::vector<Answer> answers) {
+    ClickRow(editor.fpgEMIDetail, row);
+    desk.WillAnswer(std::move(answers));
+    Click(editor.cmdDelete);
+  }
 };
 
 constexpr const char* kAskSave =
@@ -97,9 +108,7 @@ TEST_F(Editor, AsksWhatShallBecomeOfTheDifference) {
     Clear();
     Instruction(1, {1000, 1000, 1000, 1000, 1000, 1000});
     modEMIDet& editor = OpenOn(1);
-    desk.WillAnswer(c.answers);
-    Type(editor.txtAmount, c.amount);
-    Click(editor.cmdSave);
+    Save(editor, c.amount, "", c.answers);
     EXPECT_EQ(desk.TakeTexts(), c.boxes) << c.amounts;
     EXPECT_EQ(desk.AnswersLeft(), 0u) << c.amounts;
     EXPECT_EQ(Amounts(), c.amounts);
@@ -159,30 +168,20 @@ TEST_F(Editor, KeepsPrincipalAndInterestApart) {
   Reducing({1000, 1000, 1000, 1000}, 50);
   modEMIDet& editor = OpenOn(0);
   EXPECT_EQ(editor.txtAmount.Text() + " " + editor.txtInterest.Text(), "1000.00 50.00");
-  desk.WillAnswer({Answer::Yes});
-  Type(editor.txtAmount, "700");
-  Type(editor.txtInterest, "20");
-  Click(editor.cmdSave);
+  Save(editor, "700", "20", {Answer::Yes});
   EXPECT_EQ(Amounts("MDFPRNAMT"), "700 1100 1100 1100");
   EXPECT_EQ(Amounts("MDFINTAMT"), "20 60 60 60");
   EXPECT_EQ(Amounts(), "720 1160 1160 1160");
-  desk.WillAnswer({Answer::No});
   ClickRow(editor.fpgEMIDetail, 1);
-  Type(editor.txtAmount, "1000");
-  Type(editor.txtInterest, "75");
-  Click(editor.cmdSave);
+  Save(editor, "1000", "75", {Answer::No});
   EXPECT_EQ(Amounts("MDFPRNAMT"), "700 1000 1100 1100 100");
   EXPECT_EQ(Amounts("MDFINTAMT"), "20 75 60 60 0");  // interest that grew adds nothing
-  EXPECT_NE(
-      LastAudit().find("::Principle Amount = 1,000.00 (1100.00):Interest Amount = 75.00 (60.00):EMI Amount = "
-                       "1,075.00 (1,160.00)"),
-      std::string::npos);
+  EXPECT_TRUE(
+      AuditHas("::Principle Amount = 1,000.00 (1100.00):Interest Amount = 75.00 (60.00):EMI Amount = "
+               "1,075.00 (1,160.00)"));
   Click(editor.cmdNew);
-  Type(editor.txtAmount, "40");
-  Type(editor.txtInterest, "3");
   Pick(editor.cmbInstitution, "Deccan Bank");
-  desk.WillAnswer({Answer::Yes});
-  Click(editor.cmdSave);
+  Save(editor, "40", "3", {Answer::Yes});
   EXPECT_EQ(company.Rows(
                 "SELECT ACTPRNAMT, ACTINTAMT, EMIAMT, MDFPRNAMT, MDFINTAMT, MDFYAMT FROM INS_EMIDETAIL WHERE "
                 "COUNTER = 6"),
@@ -205,14 +204,11 @@ TEST_F(Editor, OtherTypesAskNothing) {
     EXPECT_EQ(editor.cmdSave.tag, c.saveTag);
     EXPECT_EQ(editor.cmbInstitution.visible, c.institution);
     EXPECT_FALSE(editor.txtInterest.visible || editor.chkIntRateRedBal.visible);
-    Type(editor.txtAmount, "900");
-    Click(editor.cmdSave);
+    Save(editor, "900", "", {});
     EXPECT_EQ(Amounts(), "100 900");
     EXPECT_EQ(desk.TakeTexts(), Texts{"Updated"});
-    EXPECT_NE(LastAudit().find(":SI Name = Policy::"), std::string::npos);
-    ClickRow(editor.fpgEMIDetail, 0);
-    desk.WillAnswer({Answer::Yes});
-    Click(editor.cmdDelete);
+    EXPECT_TRUE(AuditHas(":SI Name = Policy::"));
+    Delete(editor, 0, {Answer::Yes});
     EXPECT_EQ(Amounts(), "900");
     const std::string question = desk.TakeTexts().at(0);
     EXPECT_EQ(question.substr(question.rfind(' ')), " payment?");
@@ -235,17 +231,12 @@ TEST_F(Editor, DeletesAMonth) {
   Click(editor.cmdDelete);
   EXPECT_EQ(Amounts(), "1000 1500 1500");
   EXPECT_EQ(Flagged(), "1");
-  EXPECT_NE(LastAudit().find(
-                "::Month/Year = May/2024::EMI Amount = 1000.00:EMI Adjustment = Adjusted the EMI Amount "
-                "for Future Months"),
-            std::string::npos);
-  ClickRow(editor.fpgEMIDetail, 2);
-  desk.WillAnswer({Answer::Yes, Answer::Yes});
-  Click(editor.cmdDelete);
+  EXPECT_TRUE(
+      AuditHas("::Month/Year = May/2024::EMI Amount = 1000.00:EMI Adjustment = Adjusted the EMI Amount "
+               "for Future Months"));
+  Delete(editor, 2, {Answer::Yes, Answer::Yes});
   EXPECT_EQ(Amounts(), "1000 1500");  // behind the last month there is nothing to put it on
-  ClickRow(editor.fpgEMIDetail, 0);
-  desk.WillAnswer({Answer::Yes, Answer::No});
-  Click(editor.cmdDelete);
+  Delete(editor, 0, {Answer::Yes, Answer::No});
   EXPECT_EQ(Amounts(), "1500 1000");
   EXPECT_EQ(Amounts("MONTHYEAR - 24292"), "2 3");
   company.Execute("DELETE FROM INS_EMIDETAIL");
@@ -257,14 +248,11 @@ TEST_F(Editor, DeletesAMonth) {
 
 TEST_F(Editor, DeletesAReducingMonth) {
   Reducing({1000, 1000, 1000}, 50);
-  modEMIDet& editor = OpenOn(0);
-  desk.WillAnswer({Answer::Yes, Answer::Yes});
-  Click(editor.cmdDelete);
+  modEMIDet& editor = Open<modEMIDet>();
+  Delete(editor, 0, {Answer::Yes, Answer::Yes});
   EXPECT_EQ(Amounts("MDFPRNAMT"), "1500 1500");
   EXPECT_EQ(Amounts("MDFINTAMT"), "75 75");
-  ClickRow(editor.fpgEMIDetail, 0);
-  desk.WillAnswer({Answer::Yes, Answer::No});
-  Click(editor.cmdDelete);
+  Delete(editor, 0, {Answer::Yes, Answer::No});
   EXPECT_EQ(Amounts(), "1575 1575");
   EXPECT_EQ(Amounts("MDFINTAMT"), "75 75");
 }
@@ -316,7 +304,6 @@ TEST_F(Editor, RightsAndFailures) {
   session.EmpLockStatus = 1;
   EXPECT_FALSE(Open<modEMIDet>().cmdDelete.enabled);
   session.EmpLockStatus = 0;
-  machine.siblings.missing = {"KTLFilter"};
   modEMIDet& editor = OpenOn(0);
   company.Execute("DROP TABLE INS_EMIDETAIL");
   Click(editor.cmdSave);

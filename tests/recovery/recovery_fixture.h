@@ -59,6 +59,7 @@ class RecoveryTest : public testing::Test {
   // The months that the salary side is to calculate again, as numbers behind Apr/2024: "0 2 3".
   std::string Flagged();
   std::string LastAudit();
+  bool AuditHas(const std::string& text) { return LastAudit().find(text) != std::string::npos; }
   // Opens a screen on the parent.
   template <typename ScreenType>
   ScreenType& Open() {
