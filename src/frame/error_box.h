@@ -12,5 +12,7 @@ struct Session;
 // description. Under the application's title, or the given one.
 Handler WithErrorBox(Session& session, Handler handler);
 Handler WithErrorBox(Session& session, Handler handler, std::string title);
+// The same with the description first: the description, " : ", the number.
+Handler WithNumberedErrorBox(Session& session, Handler handler, std::string title);
 
 }  // namespace ktl

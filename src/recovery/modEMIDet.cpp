@@ -3,12 +3,13 @@
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "database/recordset.h"
+#include "frame/error_box.h"
 #include "frame/modExternal.h"
 #include "frame/rights.h"
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/instruction_type.h"
-#include "recovery/failure_box.h"
+#include "recovery/working.h"
 #include "runtime/numbers.h"
 
 namespace ktl {
@@ -65,7 +66,8 @@ modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
 
 void modEMIDet::ConnectHandlers() {
   const auto on = [this](void (modEMIDet::*handler)()) {
-    return WithNumberedErrorBox(session_, session_.title, [this, handler] { (this->*handler)(); });
+    return WithNumberedErrorBox(
+        session_, [this, handler] { (this->*handler)(); }, session_.title);
   };
   fpgEMIDetail.onRowClick = [this](std::size_t row, std::size_t) { fpgEMIDetail_Click(row); };
   txtFromMonth.onLeave = on(&modEMIDet::txtFromMonth_LostFocus);
@@ -99,7 +101,6 @@ void modEMIDet::SetButtonTags() {
 bool modEMIDet::IsAdvanceOrLoan() const { return ktl::IsAdvanceOrLoan(key_.siType); }
 
 void modEMIDet::Form_Load() {
-  strTypeWord = TypeWordOf(key_.siType);
   strTypeDesc = InstructionCaption(session_, key_.siType);
   if (!IsAdvanceOrLoan()) caption = "Payment Detail";
   SetColumns();
@@ -233,13 +234,6 @@ void modEMIDet::cmdInstitution_Click() {
   FillInstitutions();
 }
 
-// Yes saves and leaves the screen open.
-bool modEMIDet::Form_QueryUnload() {
-  if (!blnNewRow || !cmdSave.enabled) return true;
-  if (!session_.desk.Confirm("Do you want to Save entered details?", session_.title, Answer::Yes))
-    return true;
-  cmdSave_Click();
-  return false;
-}
+bool modEMIDet::Form_QueryUnload() { return !blnNewRow || MayLeaveNewRow(session_, cmdSave); }
 
 }  // namespace ktl

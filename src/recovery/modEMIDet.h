@@ -124,7 +124,6 @@ class modEMIDet final : public Screen {
   InstructionParent& parent_;
   InstructionKey key_;
   bool reducing_;
-  std::string strTypeWord;
   std::string strTypeDesc;
   std::vector<EmiMonth> months_;  // the rows of the grid
   bool blnNewRow = false;

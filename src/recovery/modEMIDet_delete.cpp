@@ -120,7 +120,7 @@ void modEMIDet::AdjustDeleted(Answer answer, const EmiMonth& deleted) {
 
 void modEMIDet::AuditDeleted(const EmiMonth& month, std::optional<Answer> answer) {
   const auto shown = [&month](Component component) { return FormatNumber(month.Of(component), "0.00"); };
-  std::string detail = "::Month/Year = " + FnStrFormatMonthYear(month.monthYear);
+  std::string detail = ":Month/Year = " + FnStrFormatMonthYear(month.monthYear);
   if (reducing_) {
     detail += fmt::format(
         "::Principle Amount = {}:Interest Amount = {}:EMI Amount = {}", shown(Component::Principal),

@@ -240,12 +240,13 @@ void modInterestMaster::cmdSave_Click() {
   FillGrid();
 }
 
+// What could not be saved is not thrown away: the screen stays.
 bool modInterestMaster::Form_QueryUnload() {
-  if (changed_ && cmdSave.enabled &&
-      session_.desk.Confirm("Do you want to save the changes?", session_.title, Answer::Yes)) {
-    cmdSave.onClick();
-  }
-  return true;
+  if (!changed_ || !cmdSave.enabled ||
+      !session_.desk.Confirm("Do you want to save the changes?", session_.title, Answer::Yes))
+    return true;
+  cmdSave.onClick();
+  return !changed_;
 }
 
 }  // namespace ktl

@@ -6,12 +6,12 @@
 
 #include "common/amounts.h"
 #include "common/month_year.h"
+#include "frame/error_box.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "instructions/instruction_type.h"
 #include "recovery/emi_months.h"
-#include "recovery/failure_box.h"
 #include "recovery/working.h"
 #include "runtime/numbers.h"
 
@@ -66,7 +66,8 @@ modReceipts::modReceipts(Session& session, InstructionParent& parent)
 
 void modReceipts::ConnectHandlers() {
   const auto on = [this](void (modReceipts::*handler)()) {
-    return WithNumberedErrorBox(session_, "Error", [this, handler] { (this->*handler)(); });
+    return WithNumberedErrorBox(
+        session_, [this, handler] { (this->*handler)(); }, "Error");
   };
   fpgReceipts.onRowClick = [this](std::size_t row, std::size_t) { fpgReceipts_Click(row); };
   txtRcptDate.onLeave = on(&modReceipts::txtRcptDate_LostFocus);
@@ -268,13 +269,13 @@ void modReceipts::Delete() {
   const auto row = static_cast<std::size_t>(picked - receipts_.begin());
   fpgReceipts.PaintRow(row, kDeleteColour);
   const bool confirmed = session_.desk.Confirm("Delete selected " + strRcptWord + "?", session_.title);
-  fpgReceipts.PaintRow(row, kWhite);
-  if (!confirmed) return;
+  if (!confirmed) return fpgReceipts.PaintRow(row, kWhite);
   cmdClose.enabled = false;
   const ReceiptDifference months = MonthsOf(entry);
   const Answer answer =
       session_.desk.MsgBox({std::string(kAskBegin) + kNewMonth + kAskEnd, Buttons::YesNoCancel,
                             Icon::Question, Answer::Cancel, session_.title});
+  fpgReceipts.PaintRow(row, kWhite);
   if (!AreMonthsFree(answer, months)) return;
   DeleteReceipt(session_, key_, entry.counter);
   AdjustDeleted(answer, entry, months);
@@ -322,13 +323,6 @@ void modReceipts::WriteAudit(const char* deed, const ReceiptEntry& entry, std::s
   WriteAuditTrail(session_, kMenuNumber, key_.employee, "Standing Instructions - " + done, detail);
 }
 
-// Yes saves and leaves the screen open.
-bool modReceipts::Form_QueryUnload() {
-  if (!blnNewRow || !cmdSave.enabled) return true;
-  if (!session_.desk.Confirm("Do you want to Save entered details?", session_.title, Answer::Yes))
-    return true;
-  cmdSave_Click();
-  return false;
-}
+bool modReceipts::Form_QueryUnload() { return !blnNewRow || MayLeaveNewRow(session_, cmdSave); }
 
 }  // namespace ktl

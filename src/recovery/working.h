@@ -22,4 +22,14 @@ class Working final {
   Button& close_;
 };
 
+// Asks, when a screen closes while a new row is being entered, whether that shall be saved. Yes saves and
+// leaves the screen open.
+inline bool MayLeaveNewRow(Session& session, const Button& cmdSave) {
+  if (!cmdSave.enabled ||
+      !session.desk.Confirm("Do you want to Save entered details?", session.title, Answer::Yes))
+    return true;
+  cmdSave.onClick();
+  return false;
+}
+
 }  // namespace ktl

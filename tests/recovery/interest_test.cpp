@@ -78,6 +78,7 @@ TEST_F(InterestEditor, RefusesLocksAndKeepsWhatItShows) {
   TypeCell(editor.fpgSIMaster, 0, modInterestMaster::kModifiedInterest, "9");
   desk.WillAnswer({Answer::Yes});
   editor.Unload();
+  EXPECT_FALSE(editor.IsUnloaded());  // what could not be saved is not thrown away
   EXPECT_EQ(desk.TakeTexts(), (std::vector<std::string>{"Updated", "1 month(s) locked.  Cannot save.",
                                                         "Do you want to save the changes?",
                                                         "Employee has been locked. Cannot Save."}));

@@ -209,8 +209,10 @@ TEST_F(Receipts, AFailureIsShownAsAnError) {
   modReceipts& receipts = Open<modReceipts>();
   Enter(receipts, "15/04/2024", "10");
   company.Execute("DROP TABLE INS_RECEIPTS");
-  Click(receipts.cmdSave);
+  desk.WillAnswer({Answer::Yes});
+  receipts.Unload();
   EXPECT_EQ(desk.LastBox().title, "Error");
+  EXPECT_FALSE(receipts.IsUnloaded());
   EXPECT_TRUE(receipts.cmdClose.enabled);
 }
 
