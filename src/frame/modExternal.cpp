@@ -50,8 +50,11 @@ void modExternal::StartAndWait() {
   settings.Set(kTalk, StatusKey(), std::to_string(session_.machine.environment.ProcessId()));
   const Sibling sibling{AppName, AppTitle, AppParameter, AppSearchDir};
   const std::string path = session_.machine.siblings.Find(sibling);
-  settings.Set(kTalk, handleKey, "0");
-  const auto process = path.empty() ? nullptr : session_.machine.siblings.Launch(path, sibling);
+  std::unique_ptr<SiblingProcess> process;
+  if (!path.empty()) {
+    settings.Set(kTalk, handleKey, "0");
+    process = session_.machine.siblings.Launch(path, sibling);
+  }
   if (process) {
     if (MODE != 4) WaitForHandle(*process);
     WaitForEnd(*process);
@@ -73,7 +76,7 @@ void modExternal::WaitForHandle(SiblingProcess& process) {
 
 void modExternal::WaitForEnd(SiblingProcess& process) {
   while (process.IsRunning()) PassTime(&process);
-  txtStatus.SetText(process.TakeStatus());
+  PassStatus(process);
 }
 
 void modExternal::WaitForRunning() {
@@ -81,11 +84,14 @@ void modExternal::WaitForRunning() {
 }
 
 void modExternal::PassTime(SiblingProcess* process) {
-  if (process != nullptr) {
-    if (const std::string status = process->TakeStatus(); !status.empty()) txtStatus.SetText(status);
-  }
+  if (process != nullptr) PassStatus(*process);
   session_.desk.Refresh();
   std::this_thread::sleep_for(kTick);
+}
+
+// Nothing new leaves the last text standing.
+void modExternal::PassStatus(SiblingProcess& process) {
+  if (const std::string status = process.TakeStatus(); !status.empty()) txtStatus.SetText(status);
 }
 
 void modExternal::txtStatus_Change() {

@@ -37,6 +37,7 @@ class modExternal final : public Screen {
   void WaitForHandle(SiblingProcess& process);
   void WaitForEnd(SiblingProcess& process);
   void WaitForRunning();
+  void PassStatus(SiblingProcess& process);
   void PassTime(SiblingProcess* process);
   long Handle();
 
