@@ -59,9 +59,10 @@ TEST_F(InterestEditor, ComputesAndWritesBack) {
   EXPECT_EQ(Amounts("EMIAMT"), "11200 11000.5 11000");
   EXPECT_EQ(company.One("SELECT INTAMT FROM INS_ADVLOAN").ToDouble(), 3200.5);
   EXPECT_EQ(Flagged(), "0 1 2");
-  EXPECT_TRUE(
-      AuditHas("Loan Interest Updated:::SI Type = Loan:SI Name = Car Loan:Serial No. = 1::Interest "
-               "Amount Details:Principle + Interest = EMI Amount:"));
+  EXPECT_TRUE(AuditHas(
+      "Loan Interest Updated:::SI Type = Loan:SI Name = Car Loan:Serial No. = 1::Interest "
+      "Amount Details:Principle + Interest = EMI Amount::Apr/2024:Actual = 10000.00 + 1200.00 = 11200.00 "
+      "(10000.00 + 0.00 = 10000.00):Modified"));
   EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Updated"});
 }
 

@@ -148,7 +148,7 @@ TEST_F(Editor, ARangeUpdatesMonthsAddsOthersAndAdjustsNothing) {
 }
 
 TEST_F(Editor, ANewMonthFollowsTheLastOne) {
-  Instruction(1, {500});
+  Instruction(1, {500, 0});  // a month of 0 is not the last one
   company.Execute("UPDATE INS_ADVLOAN SET ACTAMT = 9999");
   parent->RefreshDetail();
   modEMIDet& editor = Open<modEMIDet>();
@@ -243,6 +243,9 @@ TEST_F(Editor, DeletesAMonth) {
   Delete(editor, 0, {Answer::Yes, Answer::No});
   EXPECT_EQ(Amounts(), "1500 1000");
   EXPECT_EQ(Amounts("MONTHYEAR - 24292"), "2 3");
+  EXPECT_TRUE(AuditHas(":EMI Adjustment = Created New Month for Recovery"));
+  Delete(editor, 0, {Answer::Yes});  // Cancel is the default
+  EXPECT_EQ(Amounts(), "1000");
   company.Execute("DELETE FROM INS_EMIDETAIL");
   editor.FillEmiGrid();
   desk.TakeTexts();

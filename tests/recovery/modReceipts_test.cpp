@@ -39,6 +39,8 @@ class Receipts : public RecoveryTest {
 TEST_F(Receipts, RefusesWhatCannotBeSavedAndWritesNothing) {
   Instruction(1, {1000, 1000, 1000});
   session.options.STARTMONTHYEAR = kApr2024 - 12;
+  company.Execute("UPDATE INS_ADVLOAN SET INTAMT = 50");
+  parent->RefreshDetail();
   modReceipts& receipts = Open<modReceipts>();
   EXPECT_EQ(receipts.caption, "Receipts Recovered");
   Click(receipts.cmdDelete);
@@ -56,7 +58,7 @@ TEST_F(Receipts, RefusesWhatCannotBeSavedAndWritesNothing) {
       {"15/05/2024", "0", "Specify Receipt amount.", amount},
       {"15/05/2024", "10000000000", "Amount should be less than 9,99,99,99,999.99", amount},
       {"31/03/2024", "10", "Receipt date cannot be before the Advance given date.", date},
-      {"15/05/2024", "3000.01", kTooMuch, amount},
+      {"15/05/2024", "3050.01", kTooMuch, amount},
   };
   for (const auto& c : cases) {
     Enter(receipts, c.date, c.amount);
@@ -65,7 +67,7 @@ TEST_F(Receipts, RefusesWhatCannotBeSavedAndWritesNothing) {
     EXPECT_EQ(receipts.Focus(), &c.focus) << c.text;
   }
   company.Lock(kApr2024 + 2);
-  Enter(receipts, "15/05/2024", "100");
+  Enter(receipts, "15/05/2024", "3050");  // as much as there is
   Save(receipts, {Answer::Yes});
   EXPECT_EQ(desk.TakeTexts(), (Texts{kAskSave, kOneLocked}));
   EXPECT_TRUE(receipts.cmdClose.enabled);
@@ -85,9 +87,14 @@ TEST_F(Receipts, AReceiptFallsOnTheScheduleAsAnswered) {
       {"15/05/2024", "1200", {Answer::No}, "1000 1000 800", "2 3"},         // off the end
       {"15/05/2024", "1200", {Answer::Cancel}, "1000 1000 1000 1000", ""},  // nothing
       {"01/08/2024", "100", {}, "1000 1000 1000 1000", ""},                 // behind the last month: unasked
-      {"26/06/2024", "100", {Answer::Yes}, "1000 1000 1000 900", "3"},      // the salary month of July
+      {"25/06/2024",
+       "100",
+       {Answer::Yes},
+       "1000 1000 950 950",
+       "2 3"},                                                          // in no salary month: of the calendar
+      {"26/06/2024", "100", {Answer::Yes}, "1000 1000 1000 900", "3"},  // the salary month of July
   };
-  company.Execute("UPDATE MAS_MONTHYEAR SET CALCENDDATE = '2024-06-25' WHERE MONTHYEAR = 24294");
+  company.Execute("UPDATE MAS_MONTHYEAR SET CALCENDDATE = '2024-06-24' WHERE MONTHYEAR = 24294");
   company.Execute("UPDATE MAS_MONTHYEAR SET CALCSTARTDATE = '2024-06-26' WHERE MONTHYEAR = 24295");
   for (const auto& c : cases) {
     Clear();
@@ -131,6 +138,7 @@ TEST_F(Receipts, AStoredReceiptKeepsItsDate) {
   company.Execute("UPDATE MAS_MONTHYEAR SET LOCKEDYN = 0");
   Type(receipts.txtAmount, "280");
   Save(receipts, {Answer::No, Answer::Yes});
+  EXPECT_EQ(desk.Boxes().at(1).icon, Icon::Exclamation);
   EXPECT_EQ(desk.TakeTexts(),
             (Texts{kAskSave, "Adjustment Amount is negative \r\n\r\nDo you want to Continue", "Updated"}));
   EXPECT_EQ(Amounts(), "1000 1020");
@@ -166,9 +174,11 @@ TEST_F(Receipts, DeletingPutsTheAmountBack) {
     Answer answer;
     const char* amounts;
     const char* flagged;
-  } cases[] = {{Answer::Yes, "1000 1034 1034 1032", "1 2 3"},
-               {Answer::No, "1000 1000 1000 1000 100", "4"},
-               {Answer::Cancel, "1000 1000 1000 1000", ""}};
+    const char* audited;
+  } cases[] = {
+      {Answer::Yes, "1000 1034 1034 1032", "1 2 3", "Adjust the EMI Amount for Current and Future Months"},
+      {Answer::No, "1000 1000 1000 1000 100", "4", "Create New Month for Recovery"},
+      {Answer::Cancel, "1000 1000 1000 1000", "", "Save/Update with No Adjustments"}};
   for (const auto& c : cases) {
     Clear();
     Instruction(1, {1000, 1000, 1000, 1000});
@@ -184,6 +194,7 @@ TEST_F(Receipts, DeletingPutsTheAmountBack) {
     EXPECT_EQ(Stored(), "");
     EXPECT_EQ(Amounts(), c.amounts);
     EXPECT_EQ(Flagged(), c.flagged);
+    EXPECT_TRUE(AuditHas(std::string(":EMI Adjustment = ") + c.audited + ":Remarks"));
     desk.TakeTexts();
   }
 }
