@@ -221,8 +221,8 @@ const clsEvalFormula::Counts& clsEvalFormula::CountCache() {
 }
 
 std::string clsEvalFormula::FnStrMonthEndDate(long monthYear) const {
-  return FormatDate(FnDteMonthEnd({session_.data, session_.features.On("CALCINMIDYN")}, monthYear),
-                    "DD/MMM/YYYY");
+  return clsDateHandle::FnStrInDateDTM(
+      FnDteMonthEnd({session_.data, session_.features.On("CALCINMIDYN")}, monthYear));
 }
 
 std::string clsEvalFormula::TextOf(const std::string& sql, const char* ifNone) const {
