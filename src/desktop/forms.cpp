@@ -1,6 +1,9 @@
 #include "desktop/forms.h"
 
 #include "ui_modAdvLoan.h"
+#include "ui_modEMIDet.h"
+#include "ui_modInterestMaster.h"
+#include "ui_modReceipts.h"
 #include "ui_modSIMaster.h"
 
 namespace ktl {
@@ -18,6 +21,9 @@ std::unique_ptr<QWidget> Make() {
 const Forms& ProgramForms() {
   static const Forms kForms{
       {"modAdvLoan", Make<Ui::modAdvLoan>},
+      {"modEMIDet", Make<Ui::modEMIDet>},
+      {"modInterestMaster", Make<Ui::modInterestMaster>},
+      {"modReceipts", Make<Ui::modReceipts>},
       {"modSIMaster", Make<Ui::modSIMaster>},
   };
   return kForms;

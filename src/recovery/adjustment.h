@@ -65,10 +65,8 @@ inline constexpr SpreadRules kReceiptSaveRules{.takesOff = true,
                                                .stopsWhenPlaced = true,
                                                .asksAboutNegative = true,
                                                .raisesFlags = true};
-inline constexpr SpreadRules kReceiptDeleteRules{.roundsWithoutSign = true,
-                                                 .stopsWhenPlaced = true,
-                                                 .asksAboutNegative = true,
-                                                 .raisesFlags = true};
+inline constexpr SpreadRules kReceiptDeleteRules{
+    .roundsWithoutSign = true, .stopsWhenPlaced = true, .asksAboutNegative = true, .raisesFlags = true};
 
 struct SpreadOutcome {
   double left = 0;        // of the difference; below 0 when the last share was more than what was left
@@ -82,8 +80,9 @@ SpreadOutcome SpreadDifference(const std::vector<AdjustableMonth>& months, std::
 // What happens to a month whose amount is used up.
 enum class EmptiedMonth { Deleted, Kept };
 
-// Takes an overpayment off the end of the schedule, month by month upwards, not before fromMonth. A rest under one
-// rupee is dropped. A negative difference is put on the last month after a question, and raises no flag.
+// Takes an overpayment off the end of the schedule, month by month upwards, not before fromMonth. A rest
+// under one rupee is dropped. A negative difference is put on the last month after a question, and raises no
+// flag.
 void TakeFromEnd(const std::vector<AdjustableMonth>& months, double difference, long fromMonth, long toMonth,
                  EmptiedMonth emptied, const AdjustmentHooks& hooks);
 

@@ -13,17 +13,19 @@ namespace {
 using RunStatement = std::function<void(const std::string&)>;
 
 std::string ConditionOf(const InstructionKey& key, long monthYear) {
-  return fmt::format("Where EMPID={} AND SITYPE={} AND MONTHYEAR={} AND SERIALNO = {}", key.employee, key.siType,
-                     monthYear, key.serial);
+  return fmt::format("Where EMPID={} AND SITYPE={} AND MONTHYEAR={} AND SERIALNO = {}", key.employee,
+                     key.siType, monthYear, key.serial);
 }
 
 std::string SumStatement(double amount, std::string_view otherColumn, const std::string& condition) {
-  return fmt::format("Update INS_EMIDETAIL SET MDFYAMT = {} + (SELECT ISNULL({}, 0) FROM INS_EMIDETAIL {} ) {}",
-                     SqlAmount(amount), otherColumn, condition, condition);
+  return fmt::format(
+      "Update INS_EMIDETAIL SET MDFYAMT = {} + (SELECT ISNULL({}, 0) FROM INS_EMIDETAIL {} ) {}",
+      SqlAmount(amount), otherColumn, condition, condition);
 }
 
 // The component and, of a reducing instruction, the sum of both.
-void WriteComponent(Component component, double amount, const std::string& condition, const RunStatement& run) {
+void WriteComponent(Component component, double amount, const std::string& condition,
+                    const RunStatement& run) {
   const auto set = [&](const char* column) {
     run(fmt::format("Update INS_EMIDETAIL SET {} = {} {}", column, SqlAmount(amount), condition));
   };
@@ -66,21 +68,23 @@ void SpreadInEditor(Session& session, InstructionParent& parent, Component compo
     if (saving && component == Component::Amount && change.amount == 0)
       run(fmt::format("Update INS_EMIDETAIL SET INTAMT = {} {}", SqlAmount(change.amount), condition));
   };
-  const AdjustmentHooks hooks{[&session](AdjustmentQuestion question) { return Ask(session, question); }, write};
+  const AdjustmentHooks hooks{[&session](AdjustmentQuestion question) { return Ask(session, question); },
+                              write};
   if (!saving) {
     SpreadDifference(months, difference.activeRow, difference.amount, kEditorDeleteRules, hooks);
     return;
   }
-  const SpreadOutcome outcome =
-      SpreadDifference(months, difference.activeRow + 1, difference.amount - months[difference.activeRow].amount,
-                       component == Component::Interest ? kEditorSaveInterestRules : kEditorSaveRules, hooks);
+  const SpreadOutcome outcome = SpreadDifference(
+      months, difference.activeRow + 1, difference.amount - months[difference.activeRow].amount,
+      component == Component::Interest ? kEditorSaveInterestRules : kEditorSaveRules, hooks);
   if (outcome.madeZero && outcome.left != 0)
     session.desk.MsgBox({.text = "Adjust value", .icon = Icon::None, .title = session.title});
 }
 
 // Runs a walk of the receipts family on one component; its failure is told in the family's words.
-void WalkReceipt(Session& session, InstructionParent& parent, Component component, const char* errorText,
-                 const std::function<void(const std::vector<AdjustableMonth>&, const AdjustmentHooks&)>& walk) {
+void WalkReceipt(
+    Session& session, InstructionParent& parent, Component component, const char* errorText,
+    const std::function<void(const std::vector<AdjustableMonth>&, const AdjustmentHooks&)>& walk) {
   const InstructionKey key = parent.Key();
   const auto run = [&session](const std::string& sql) { session.Cn.Execute(sql); };
   const auto write = [&](const MonthChange& change) {
@@ -108,12 +112,12 @@ void SpreadReceipt(Session& session, InstructionParent& parent, Component compon
   });
 }
 
-void TakeReceiptFromEnd(Session& session, InstructionParent& parent, Component component, EmptiedMonth emptied,
-                        const ReceiptDifference& difference) {
+void TakeReceiptFromEnd(Session& session, InstructionParent& parent, Component component,
+                        EmptiedMonth emptied, const ReceiptDifference& difference) {
   WalkReceipt(session, parent, component, "Error in EMIModifyLastMonth",
               [&](const auto& months, const auto& hooks) {
-                TakeFromEnd(months, difference.amount, difference.lngFromMonth, difference.lngToMonth, emptied,
-                            hooks);
+                TakeFromEnd(months, difference.amount, difference.lngFromMonth, difference.lngToMonth,
+                            emptied, hooks);
               });
 }
 
@@ -187,7 +191,8 @@ void AddRecoveryMonth(Session& session, InstructionParent& parent, double dblAmo
   if (added != 0) RaiseFlags(session, parent.Key(), added);
 }
 
-void AddRecoveryMonthRed(Session& session, InstructionParent& parent, double dblPrincipal, double dblInterest) {
+void AddRecoveryMonthRed(Session& session, InstructionParent& parent, double dblPrincipal,
+                         double dblInterest) {
   const long added = AddMonth(
       session, parent,
       {.amount = dblPrincipal + dblInterest,
@@ -197,10 +202,10 @@ void AddRecoveryMonthRed(Session& session, InstructionParent& parent, double dbl
 }
 
 void WriteMonthInterest(Session& session, const InstructionKey& key, long monthYear, double interest) {
-  const std::string condition = fmt::format("WHERE SITYPE={} AND EMPID = {} AND SERIALNO = {} AND MONTHYEAR={}",
-                                            key.siType, key.employee, key.serial, monthYear);
-  session.Cn.Execute(
-      fmt::format("UPDATE INS_EMIDETAIL SET MDFINTAMT={} {}", SqlAmount(interest), condition));
+  const std::string condition =
+      fmt::format("WHERE SITYPE={} AND EMPID = {} AND SERIALNO = {} AND MONTHYEAR={}", key.siType,
+                  key.employee, key.serial, monthYear);
+  session.Cn.Execute(fmt::format("UPDATE INS_EMIDETAIL SET MDFINTAMT={} {}", SqlAmount(interest), condition));
   session.Cn.Execute(SumStatement(interest, "MDFPRNAMT", condition));
 }
 

@@ -10,8 +10,8 @@ struct Session;
 
 // The operations that push a difference through a schedule, on the stored rows.
 
-// The EMI editor's family. Works on the months as stored, which are read again for each operation; a statement that
-// fails is passed over. Raises no flags for the months that it changes.
+// The EMI editor's family. Works on the months as stored, which are read again for each operation; a
+// statement that fails is passed over. Raises no flags for the months that it changes.
 struct EditorDifference {
   enum class Mode { Save, Delete };
   Mode mode = Mode::Save;
@@ -38,10 +38,12 @@ void EMIModify(Session& session, InstructionParent& parent, const ReceiptDiffere
 void RedPrinciModify(Session& session, InstructionParent& parent, const ReceiptDifference& difference);
 void RedIntModify(Session& session, InstructionParent& parent, const ReceiptDifference& difference);
 void EMIModifyLastMonth(Session& session, InstructionParent& parent, const ReceiptDifference& difference);
-void RedPrinciModifyLastMonth(Session& session, InstructionParent& parent, const ReceiptDifference& difference);
+void RedPrinciModifyLastMonth(Session& session, InstructionParent& parent,
+                              const ReceiptDifference& difference);
 void RedIntModifyLastMonth(Session& session, InstructionParent& parent, const ReceiptDifference& difference);
 void AddRecoveryMonth(Session& session, InstructionParent& parent, double dblAmount);
-void AddRecoveryMonthRed(Session& session, InstructionParent& parent, double dblPrincipal, double dblInterest);
+void AddRecoveryMonthRed(Session& session, InstructionParent& parent, double dblPrincipal,
+                         double dblInterest);
 
 // Writes the interest of one month and the sum with its principal.
 void WriteMonthInterest(Session& session, const InstructionKey& key, long monthYear, double interest);

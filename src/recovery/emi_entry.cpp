@@ -19,7 +19,6 @@ namespace ktl {
 namespace {
 
 constexpr std::size_t kRemarksLength = 100;
-constexpr const char* kNoLastMonth = "36000";
 
 std::optional<EmiRefusal> CheckAmount(const EmiEntry& entry) {
   if (entry.amount.Now() < 0) return EmiRefusal{"Specify proper amount.", EmiField::Amount};
@@ -37,8 +36,9 @@ std::optional<EmiRefusal> CheckGivenDate(Session& session, const InstructionKey&
   if (!given.IsDate()) return std::nullopt;
   const long givenMonth = MonthYearOf(given.date());
   const auto refuse = [&key](const char* which, EmiField field) {
-    return EmiRefusal{fmt::format("'{} Month' cannot be before the {} given date", which, TypeWordOf(key.siType)),
-                      field, Icon::None};
+    return EmiRefusal{
+        fmt::format("'{} Month' cannot be before the {} given date", which, TypeWordOf(key.siType)), field,
+        Icon::None};
   };
   if (months.FromMonth() < givenMonth) return refuse("From", EmiField::From);
   if (months.ToMonth() < givenMonth) return refuse("To", EmiField::To);
@@ -138,11 +138,12 @@ bool WriteEmiMonths(Session& session, InstructionParent& parent, const EmiEntry&
   const long institution = HasInstitution(key.siType) ? static_cast<long>(Val(entry.institution)) : 0;
   bool added = false;
   for (long month = entry.months.FromMonth(); month <= entry.months.ToMonth(); ++month) {
-    Recordset row(session.Cn,
-                  fmt::format("Select * From INS_EMIDETAIL Where EMPID = {} And SERIALNO = {} And MONTHYEAR = "
-                              "{} And SITYPE = {}",
-                              key.employee, key.serial, month, key.siType),
-                  OpenMode::Update);
+    Recordset row(
+        session.Cn,
+        fmt::format("Select * From INS_EMIDETAIL Where EMPID = {} And SERIALNO = {} And MONTHYEAR = "
+                    "{} And SITYPE = {}",
+                    key.employee, key.serial, month, key.siType),
+        OpenMode::Update);
     if (row.Eof()) {
       StartMonth(row, key, month, parent.FnLngGetCounter());
       SetActualAmounts(row, reducing, entry.amount.Now());

@@ -34,8 +34,8 @@ struct EditedAmount {
 struct EmiEntry {
   long lngCounter = 0;  // 0: nothing picked
   MonthRangeText months;
-  EditedAmount amount;    // the principal of a reducing instruction
-  EditedAmount interest;  // of a reducing instruction only
+  EditedAmount amount;      // the principal of a reducing instruction
+  EditedAmount interest;    // of a reducing instruction only
   std::string institution;  // bound INSTID, "" when the text matches no row of the list
   std::string remarks;
 };

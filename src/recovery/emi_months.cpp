@@ -8,6 +8,7 @@
 #include "instructions/instruction_statements.h"
 #include "instructions/instruction_type.h"
 #include "instructions/modAdvLoan.h"
+#include "runtime/numbers.h"
 
 namespace ktl {
 
@@ -21,11 +22,13 @@ std::string ListStatement(const InstructionKey& key) {
   const std::string where = fmt::format("Where EMI.EMPID = {} And EMI.SERIALNO = {} And EMI.SITYPE = {}",
                                         key.employee, key.serial, key.siType);
   if (!HasInstitution(key.siType)) {
-    return fmt::format("Select {}, '' As INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI {} Order By EMI.MONTHYEAR",
-                       kColumns, where);
+    return fmt::format(
+        "Select {}, '' As INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI {} Order By EMI.MONTHYEAR", kColumns,
+        where);
   }
   return fmt::format(
-      "Select {}, INST.INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI, MAS_INSTITUTION INST {} And EMI.INSTID = "
+      "Select {}, INST.INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI, MAS_INSTITUTION INST {} And EMI.INSTID "
+      "= "
       "INST.INSTID And INST.TYPEID = {} Order By EMI.MONTHYEAR",
       kColumns, where, key.siType);
 }
@@ -68,6 +71,10 @@ std::vector<EmiMonth> ReadEmiMonths(Session& session, InstructionParent& parent)
   }
   if (IsAdvanceOrLoan(key.siType)) MarkRecovered(months, parent.EmiGrid());
   return months;
+}
+
+std::string ShownAmount(const Value& amount) {
+  return amount.IsNull() ? "" : FormatNumber(amount.ToDouble(), "0.00");
 }
 
 std::vector<AdjustableMonth> AdjustableMonths(const std::vector<EmiMonth>& months, Component component) {

@@ -27,7 +27,8 @@ struct EmiMonth {
   double Of(Component component) const;  // 0 for a null
 };
 
-// In the order of the months. Of the types with institutions a month without one is not listed, as in the parent.
+// In the order of the months. Of the types with institutions a month without one is not listed, as in the
+// parent.
 std::vector<EmiMonth> ReadEmiMonths(Session& session, InstructionParent& parent);
 
 std::vector<AdjustableMonth> AdjustableMonths(const std::vector<EmiMonth>& months, Component component);
@@ -42,9 +43,15 @@ struct OverviewAmounts {
 };
 OverviewAmounts ReadOverview(InstructionParent& parent);
 
+// As the grids show an amount: two decimals, nothing for a null.
+std::string ShownAmount(const Value& amount);
+
+// "No end" of a range of months, as the employee lock takes it.
+inline constexpr const char* kNoLastMonth = "36000";
+
 // SINAME of an advance or loan, OTHNAME of the others.
 std::string ReadInstructionName(Session& session, const InstructionKey& key);
-// The instruction's locked months, each asked by itself.
+// Locked months of the range, each asked by itself.
 long CountLockedMonths(Session& session, long firstMonth, long lastMonth);
 // The same in one query.
 long CountLockedMonthsAtOnce(Session& session, long firstMonth, long lastMonth);

@@ -27,9 +27,10 @@ std::string Parts(const Value& principal, const Value& interest, const Value& to
 
 // ":Apr/2010 Actual ... (old), Modified ... (old)", "" for a row that stays as it is.
 std::string AuditOfRow(Session& session, const InterestRow& row, const std::string& join) {
-  const Recordset old(session.Cn, fmt::format("SELECT IED.ACTPRNAMT, IED.ACTINTAMT, IED.EMIAMT, IED.MDFPRNAMT, "
-                                              "IED.MDFINTAMT, IED.MDFYAMT {} AND IED.MONTHYEAR={}",
-                                              join, row.monthYear));
+  const Recordset old(session.Cn,
+                      fmt::format("SELECT IED.ACTPRNAMT, IED.ACTINTAMT, IED.EMIAMT, IED.MDFPRNAMT, "
+                                  "IED.MDFINTAMT, IED.MDFYAMT {} AND IED.MONTHYEAR={}",
+                                  join, row.monthYear));
   if (old.Eof()) return "";
   const InterestRow before{row.monthYear, old["ACTPRNAMT"].NumberOr0(), old["ACTINTAMT"].NumberOr0(),
                            old["MDFPRNAMT"].NumberOr0(), old["MDFINTAMT"].NumberOr0()};
@@ -52,13 +53,15 @@ void WriteRow(Session& session, const InterestRow& row, const std::string& join)
 
 }  // namespace
 
-std::vector<InterestRow> ReadInterestRows(Session& session, const InstructionKey& key, const std::string& name) {
+std::vector<InterestRow> ReadInterestRows(Session& session, const InstructionKey& key,
+                                          const std::string& name) {
   std::vector<InterestRow> rows;
-  Recordset rs(session.Cn,
-               fmt::format("SELECT ILA.*, IED.ACTPRNAMT AS ACTPrinciple, IED.ACTINTAMT AS ACTINTEREST, "
-                           "IED.MONTHYEAR, IED.MDFPRNAMT AS MDFPrinciple, IED.MDFINTAMT AS MDFINTEREST {} ORDER "
-                           "BY IED.MONTHYEAR",
-                           JoinOf(session, key, name)));
+  Recordset rs(
+      session.Cn,
+      fmt::format("SELECT ILA.*, IED.ACTPRNAMT AS ACTPrinciple, IED.ACTINTAMT AS ACTINTEREST, "
+                  "IED.MONTHYEAR, IED.MDFPRNAMT AS MDFPrinciple, IED.MDFINTAMT AS MDFINTEREST {} ORDER "
+                  "BY IED.MONTHYEAR",
+                  JoinOf(session, key, name)));
   for (; !rs.Eof(); rs.MoveNext()) {
     rows.push_back({rs["MONTHYEAR"].ToLong(), rs["ACTPrinciple"].NumberOr0(), rs["ACTINTEREST"].NumberOr0(),
                     rs["MDFPrinciple"].NumberOr0(), rs["MDFINTEREST"].NumberOr0()});
@@ -75,7 +78,8 @@ std::string WriteInterestRows(Session& session, const InstructionKey& key, const
   for (const InterestRow& row : rows) {
     if (audited) audit += AuditOfRow(session, row, join);
     WriteRow(session, row, join);
-    RaiseEditMode(session, key.employee, fmt::format("= {}", row.monthYear), AttendanceWording::EmployeeFirst);
+    RaiseEditMode(session, key.employee, fmt::format("= {}", row.monthYear),
+                  AttendanceWording::EmployeeFirst);
     interest += row.modifiedInterest;
   }
   session.Cn.Execute(

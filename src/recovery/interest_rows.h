@@ -23,7 +23,8 @@ struct InterestRow {
 };
 
 // The months of the instruction under that name, in their order.
-std::vector<InterestRow> ReadInterestRows(Session& session, const InstructionKey& key, const std::string& name);
+std::vector<InterestRow> ReadInterestRows(Session& session, const InstructionKey& key,
+                                          const std::string& name);
 
 // Writes every row and flags its month, then the total interest of the instruction. The audit text of the
 // changed rows, "" when nothing was changed or the audit is off.

@@ -36,10 +36,6 @@ const Rights& RightsOf(int siType) {
   return kRights[0];
 }
 
-std::string Shown(const Value& amount) {
-  return amount.IsNull() ? "" : FormatNumber(amount.ToDouble(), "0.00");
-}
-
 }  // namespace
 
 modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
@@ -49,10 +45,9 @@ modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
       key_(parent.Key()),
       reducing_(parent.ReducingBalance()) {
   caption = "EMI Details";
-  for (Control* control :
-       std::initializer_list<Control*>{&lblInt, &txtInt, &lblIntFrom, &txtIntFrom, &lblIntTo, &txtIntTo,
-                                       &chkCalculationOn, &chkEffDate, &cmdIntCalculate, &cmdIntNew,
-                                       &cmdIntClose}) {
+  for (Control* control : std::initializer_list<Control*>{
+           &lblInt, &txtInt, &lblIntFrom, &txtIntFrom, &lblIntTo, &txtIntTo, &chkCalculationOn, &chkEffDate,
+           &cmdIntCalculate, &cmdIntNew, &cmdIntClose}) {
     control->container = &fmeIntRedBal;
   }
   fmeIntRedBal.visible = false;
@@ -133,7 +128,6 @@ void modEMIDet::SetColumns() {
 
 void modEMIDet::Form_Activate() {
   ShowForType();
-  if (IsAdvanceOrLoan()) cmdSave.enabled = !blnIntCalcDone;
   EnableByRights();
 }
 
@@ -160,12 +154,12 @@ void modEMIDet::FillEmiGrid() {
     const std::size_t row = fpgEMIDetail.AddRow();
     fpgEMIDetail.At(row, kCounter).text = std::to_string(month.counter);
     fpgEMIDetail.At(row, kMonth).text = FnStrFormatMonthYear(month.monthYear);
-    fpgEMIDetail.At(row, kActualPrincipal).text = Shown(month.ACTPRNAMT);
-    fpgEMIDetail.At(row, kActualInterest).text = Shown(month.ACTINTAMT);
-    fpgEMIDetail.At(row, kActualAmount).text = Shown(month.EMIAMT);
-    fpgEMIDetail.At(row, kModifiedPrincipal).text = Shown(month.MDFPRNAMT);
-    fpgEMIDetail.At(row, kModifiedInterest).text = Shown(month.MDFINTAMT);
-    fpgEMIDetail.At(row, kModifiedAmount).text = Shown(month.MDFYAMT);
+    fpgEMIDetail.At(row, kActualPrincipal).text = ShownAmount(month.ACTPRNAMT);
+    fpgEMIDetail.At(row, kActualInterest).text = ShownAmount(month.ACTINTAMT);
+    fpgEMIDetail.At(row, kActualAmount).text = ShownAmount(month.EMIAMT);
+    fpgEMIDetail.At(row, kModifiedPrincipal).text = ShownAmount(month.MDFPRNAMT);
+    fpgEMIDetail.At(row, kModifiedInterest).text = ShownAmount(month.MDFINTAMT);
+    fpgEMIDetail.At(row, kModifiedAmount).text = ShownAmount(month.MDFYAMT);
     fpgEMIDetail.At(row, kInstitution).text = month.institution;
     fpgEMIDetail.At(row, kRemarks).text = month.remarks;
     if (IsAdvanceOrLoan()) fpgEMIDetail.At(row, kEmiRec).text = month.recovered ? "1" : "0";
@@ -242,7 +236,8 @@ void modEMIDet::cmdInstitution_Click() {
 // Yes saves and leaves the screen open.
 bool modEMIDet::Form_QueryUnload() {
   if (!blnNewRow || !cmdSave.enabled) return true;
-  if (!session_.desk.Confirm("Do you want to Save entered details?", session_.title, Answer::Yes)) return true;
+  if (!session_.desk.Confirm("Do you want to Save entered details?", session_.title, Answer::Yes))
+    return true;
   cmdSave_Click();
   return false;
 }

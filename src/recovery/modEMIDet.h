@@ -128,7 +128,6 @@ class modEMIDet final : public Screen {
   std::string strTypeDesc;
   std::vector<EmiMonth> months_;  // the rows of the grid
   bool blnNewRow = false;
-  bool blnIntCalcDone = false;
   long lngCounter = 0;           // of the month picked, the next one after cmdNew, 0 for none
   std::size_t lngActiveRow = 0;  // in the grid, when a save or a delete began
   EmiMonth picked_;              // as it was before editing

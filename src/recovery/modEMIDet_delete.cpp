@@ -17,7 +17,6 @@ namespace ktl {
 namespace {
 
 constexpr Colour kDeleteColour = 0xFFE0E0;
-constexpr const char* kNoLastMonth = "36000";
 
 std::string AdjustmentWords(Answer answer) {
   switch (answer) {
@@ -41,11 +40,12 @@ void modEMIDet::cmdDelete_Click() {
   const bool confirmed = MayDelete(month);
   std::optional<Answer> answer;
   if (confirmed && IsAdvanceOrLoan()) {
-    answer = session_.desk.MsgBox({"Do you want to Adjust the EMI Amount?\r\n"
-                                   "Click on 'Yes' to Adjust the EMI Amount for Future Months\r\n"
-                                   "Click on 'No' to Create New Month for Recovery\r\n"
-                                   "Click 'Cancel' to Delete with No Adjustments",
-                                   Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
+    answer =
+        session_.desk.MsgBox({"Do you want to Adjust the EMI Amount?\r\n"
+                              "Click on 'Yes' to Adjust the EMI Amount for Future Months\r\n"
+                              "Click on 'No' to Create New Month for Recovery\r\n"
+                              "Click 'Cancel' to Delete with No Adjustments",
+                              Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
   }
   fpgEMIDetail.PaintRow(*row, kWhite);
   if (!confirmed) return;
@@ -81,11 +81,12 @@ bool modEMIDet::MayDelete(const EmiMonth& month) {
 }
 
 void modEMIDet::DeleteMonth(const EmiMonth& month, std::optional<Answer> answer) {
-  session_.Cn.Execute(
-      fmt::format("Delete From INS_EMIDETAIL Where EMPID = {} And SERIALNO = {} And MONTHYEAR = {} And SITYPE = "
-                  "{} And COUNTER = {}",
-                  key_.employee, key_.serial, month.monthYear, key_.siType, month.counter));
-  RaiseEditMode(session_, key_.employee, fmt::format("= {}", month.monthYear), AttendanceWording::EmployeeFirst);
+  session_.Cn.Execute(fmt::format(
+      "Delete From INS_EMIDETAIL Where EMPID = {} And SERIALNO = {} And MONTHYEAR = {} And SITYPE = "
+      "{} And COUNTER = {}",
+      key_.employee, key_.serial, month.monthYear, key_.siType, month.counter));
+  RaiseEditMode(session_, key_.employee, fmt::format("= {}", month.monthYear),
+                AttendanceWording::EmployeeFirst);
   AuditDeleted(month, answer);
   if (answer) {
     RefreshParent();
@@ -121,10 +122,10 @@ void modEMIDet::AuditDeleted(const EmiMonth& month, std::optional<Answer> answer
   const auto shown = [&month](Component component) { return FormatNumber(month.Of(component), "0.00"); };
   std::string detail = "::Month/Year = " + FnStrFormatMonthYear(month.monthYear);
   if (reducing_) {
-    detail += fmt::format("::Principle Amount = {}:Interest Amount = {}:EMI Amount = {}",
-                          shown(Component::Principal), shown(Component::Interest),
-                          FormatNumber(month.Of(Component::Principal) + month.Of(Component::Interest),
-                                       "#,##,###.00"));
+    detail += fmt::format(
+        "::Principle Amount = {}:Interest Amount = {}:EMI Amount = {}", shown(Component::Principal),
+        shown(Component::Interest),
+        FormatNumber(month.Of(Component::Principal) + month.Of(Component::Interest), "#,##,###.00"));
   } else {
     detail += "::EMI Amount = " + shown(Component::Amount);
     if (answer) detail += ":EMI Adjustment = " + AdjustmentWords(*answer);

@@ -1,7 +1,7 @@
 // The editor's panel that computes the interest of a reducing instruction into a range of months.
-#include <algorithm>
-
 #include <fmt/format.h>
+
+#include <algorithm>
 
 #include "common/amounts.h"
 #include "common/month_year.h"
@@ -69,7 +69,6 @@ void modEMIDet::cmdIntCalculate_Click() {
   const MonthRangeText range{txtIntFrom.Text(), txtIntTo.Text()};
   if (!CheckInterestPanel(range)) return;
   WriteInterests(range);
-  blnIntCalcDone = true;
   RefreshParent();
   FillEmiGrid();
   ShowSaved(session_);

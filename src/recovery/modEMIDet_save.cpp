@@ -6,6 +6,7 @@
 #include "frame/session.h"
 #include "recovery/adjustment_write.h"
 #include "recovery/modEMIDet.h"
+#include "recovery/working.h"
 #include "runtime/numbers.h"
 
 namespace ktl {
@@ -25,19 +26,9 @@ std::string Sum(double amount) { return FormatNumber(amount, "#,##,###.00"); }
 
 void modEMIDet::cmdSave_Click() {
   if (FnBlnPermitted(session_, cmdSave)) return;
-  session_.desk.SetBusy(true);
+  const Working working(session_, cmdClose);
   lngActiveRow = fpgEMIDetail.activeRow;
-  const auto restore = [this] {
-    session_.desk.SetBusy(false);
-    cmdClose.enabled = true;
-  };
-  try {
-    SaveEmiRow();
-  } catch (...) {
-    restore();
-    throw;
-  }
-  restore();
+  SaveEmiRow();
 }
 
 EmiEntry modEMIDet::Entry() const {
@@ -109,11 +100,12 @@ std::optional<Answer> modEMIDet::AskAdjustment(const EmiEntry& entry) {
   if (blnNewRow) return std::nullopt;
   if (!IsAdvanceOrLoan()) return Answer::No;
   if (!entry.amount.IsChanged() && !entry.interest.IsChanged()) return std::nullopt;
-  return session_.desk.MsgBox({"Do you want to Adjust the EMI Amount?\r\n"
-                               "Click on 'Yes' to Adjust the EMI Amount for Future Months\r\n"
-                               "Click on 'No' to Create New Month for Recovery\r\n"
-                               "Click 'Cancel' to Save/Update with No Adjustments",
-                               Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
+  return session_.desk.MsgBox(
+      {"Do you want to Adjust the EMI Amount?\r\n"
+       "Click on 'Yes' to Adjust the EMI Amount for Future Months\r\n"
+       "Click on 'No' to Create New Month for Recovery\r\n"
+       "Click 'Cancel' to Save/Update with No Adjustments",
+       Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
 }
 
 // The typed amount alone counts, the principal of a reducing instruction.
@@ -155,15 +147,15 @@ void modEMIDet::AdjustSaved(Answer answer, const EmiEntry& entry) {
 }
 
 void modEMIDet::AuditSaved(const EmiEntry& entry, bool added) {
-  std::string detail =
-      fmt::format("::From Month = {}:To Month = {}", entry.months.from, entry.months.to);
+  std::string detail = fmt::format("::From Month = {}:To Month = {}", entry.months.from, entry.months.to);
   const auto audited = [&](const char* label, const EditedAmount& amount) {
     return Audited(label, amount.text, amount.tag, added);
   };
   if (!reducing_) {
     detail += audited("::EMI Amount = ", entry.amount);
   } else {
-    detail += audited("::Principle Amount = ", entry.amount) + audited(":Interest Amount = ", entry.interest) +
+    detail += audited("::Principle Amount = ", entry.amount) +
+              audited(":Interest Amount = ", entry.interest) +
               Audited(":EMI Amount = ", Sum(entry.amount.Now() + entry.interest.Now()),
                       Sum(entry.amount.Before() + entry.interest.Before()), added);
   }

@@ -24,7 +24,6 @@ namespace ktl {
 namespace {
 
 constexpr long kMenuNumber = 19;
-constexpr const char* kNoLastMonth = "36000";
 constexpr const char* kAmountFormat = "0.00";
 
 using Block = std::vector<std::vector<double>>;
@@ -231,11 +230,11 @@ void modInterestMaster::cmdSave_Click() {
   const std::string changes = WriteInterestRows(session_, key_, name_, rows);
   if (FnBlnAuditOn(session_)) {
     const std::string typeDesc = InstructionCaption(session_, key_.siType);
-    WriteAuditTrail(session_, kMenuNumber, key_.employee,
-                    "Standing Instructions - " + typeDesc + " Interest Updated",
-                    fmt::format("{0} Interest Updated:::SI Type = {0}:SI Name = {1}:Serial No. = {2}::Interest "
-                                "Amount Details:Principle + Interest = EMI Amount:{3}",
-                                typeDesc, name_, key_.serial, changes));
+    WriteAuditTrail(
+        session_, kMenuNumber, key_.employee, "Standing Instructions - " + typeDesc + " Interest Updated",
+        fmt::format("{0} Interest Updated:::SI Type = {0}:SI Name = {1}:Serial No. = {2}::Interest "
+                    "Amount Details:Principle + Interest = EMI Amount:{3}",
+                    typeDesc, name_, key_.serial, changes));
   }
   ShowSaved(session_);
   FillGrid();

@@ -10,8 +10,8 @@
 
 namespace ktl {
 
-// The interest editor: principal and interest of every month of one instruction, typed, pasted or computed on the
-// falling balance, and written back together.
+// The interest editor: principal and interest of every month of one instruction, typed, pasted or computed on
+// the falling balance, and written back together.
 class modInterestMaster final : public Screen {
  public:
   enum Column : std::size_t {

@@ -12,6 +12,7 @@
 #include "instructions/instruction_type.h"
 #include "recovery/emi_months.h"
 #include "recovery/failure_box.h"
+#include "recovery/working.h"
 #include "runtime/numbers.h"
 
 namespace ktl {
@@ -24,12 +25,9 @@ constexpr const char* kAskBegin =
     "Do you want to Adjust the EMI Amount?\r\n"
     "Click on 'Yes' to Adjust the EMI Amount for Current and Future Months\r\n";
 constexpr const char* kAskEnd = "Click 'Cancel' to Save/Update with No Adjustments";
-constexpr const char* kTakeFromLast = "Click on 'No' to Delete the Current and Future Months EMI Amount from Last \r\n";
+constexpr const char* kTakeFromLast =
+    "Click on 'No' to Delete the Current and Future Months EMI Amount from Last \r\n";
 constexpr const char* kNewMonth = "Click on 'No' to Create New Month for Recovery\r\n";
-
-std::string Shown(const Value& amount) {
-  return amount.IsNull() ? "" : FormatNumber(amount.ToDouble(), "0.00");
-}
 
 std::string AuditedAdjustment(std::optional<Answer> answer, const char* no) {
   if (!answer) return "";
@@ -62,7 +60,7 @@ modReceipts::modReceipts(Session& session, InstructionParent& parent)
     box->rightAligned = true;
     box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
   }
-  txtRcptDate.onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnlyWithAlpha(key); };
+  txtRcptDate.onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnly(key); };
   ConnectHandlers();
 }
 
@@ -101,9 +99,9 @@ void modReceipts::FillReceiptGrid() {
     fpgReceipts.At(row, kCounter).text = std::to_string(receipt.counter);
     fpgReceipts.At(row, kDate).text =
         receipt.RCPTDATE.IsDate() ? FormatDate(receipt.RCPTDATE.date(), "dd/mm/yyyy") : "";
-    fpgReceipts.At(row, kPrincipal).text = Shown(receipt.RCPTPRNAMT);
-    fpgReceipts.At(row, kInterest).text = Shown(receipt.RCPTINTAMT);
-    fpgReceipts.At(row, kTotal).text = Shown(receipt.RCPTAMT);
+    fpgReceipts.At(row, kPrincipal).text = ShownAmount(receipt.RCPTPRNAMT);
+    fpgReceipts.At(row, kInterest).text = ShownAmount(receipt.RCPTINTAMT);
+    fpgReceipts.At(row, kTotal).text = ShownAmount(receipt.RCPTAMT);
     fpgReceipts.At(row, kRemarks).text = receipt.remarks;
   }
 }
@@ -168,24 +166,10 @@ void modReceipts::Refuse(const ReceiptRefusal& refusal) {
   }
 }
 
-void modReceipts::Working(void (modReceipts::*work)()) {
-  session_.desk.SetBusy(true);
-  const auto restore = [this] {
-    session_.desk.SetBusy(false);
-    cmdClose.enabled = true;
-  };
-  try {
-    (this->*work)();
-  } catch (...) {
-    restore();
-    throw;
-  }
-  restore();
-}
-
 void modReceipts::cmdSave_Click() {
   if (FnBlnPermitted(session_, cmdSave)) return;
-  Working(&modReceipts::Save);
+  const Working working(session_, cmdClose);
+  SaveReceipt();
 }
 
 bool modReceipts::SaveReceipt() {
@@ -215,9 +199,10 @@ bool modReceipts::MayExceedRecoverable(const ReceiptEntry& entry) {
   const OverviewAmounts overview = ReadOverview(parent_);
   const double recoverable = overview.amount + overview.interest - overview.recovered;
   if (recoverable >= entry.Total()) return true;
-  return session_.desk.Confirm(fmt::format("Entered amount is more than {} recoverable.\r\nDo you want to continue?",
-                                           InstructionCaption(session_, key_.siType)),
-                               session_.title);
+  return session_.desk.Confirm(
+      fmt::format("Entered amount is more than {} recoverable.\r\nDo you want to continue?",
+                  InstructionCaption(session_, key_.siType)),
+      session_.title);
 }
 
 ReceiptDifference modReceipts::MonthsOf(const ReceiptEntry& entry) {
@@ -270,7 +255,8 @@ void modReceipts::AfterChange() {
 
 void modReceipts::cmdDelete_Click() {
   if (FnBlnPermitted(session_, cmdDelete)) return;
-  Working(&modReceipts::Delete);
+  const Working working(session_, cmdClose);
+  Delete();
 }
 
 void modReceipts::Delete() {
@@ -287,8 +273,8 @@ void modReceipts::Delete() {
   cmdClose.enabled = false;
   const ReceiptDifference months = MonthsOf(entry);
   const Answer answer =
-      session_.desk.MsgBox({std::string(kAskBegin) + kNewMonth + kAskEnd, Buttons::YesNoCancel, Icon::Question,
-                            Answer::Cancel, session_.title});
+      session_.desk.MsgBox({std::string(kAskBegin) + kNewMonth + kAskEnd, Buttons::YesNoCancel,
+                            Icon::Question, Answer::Cancel, session_.title});
   if (!AreMonthsFree(answer, months)) return;
   DeleteReceipt(session_, key_, entry.counter);
   AdjustDeleted(answer, entry, months);
@@ -339,7 +325,8 @@ void modReceipts::WriteAudit(const char* deed, const ReceiptEntry& entry, std::s
 // Yes saves and leaves the screen open.
 bool modReceipts::Form_QueryUnload() {
   if (!blnNewRow || !cmdSave.enabled) return true;
-  if (!session_.desk.Confirm("Do you want to Save entered details?", session_.title, Answer::Yes)) return true;
+  if (!session_.desk.Confirm("Do you want to Save entered details?", session_.title, Answer::Yes))
+    return true;
   cmdSave_Click();
   return false;
 }

@@ -53,9 +53,6 @@ class modReceipts final : public Screen {
   void ConnectHandlers();
   void SetColumns();
   void ClearFields();
-  // With the close button off meanwhile.
-  void Working(void (modReceipts::*work)());
-  void Save() { SaveReceipt(); }
   void Delete();
 
   ReceiptEntry Entry() const;

@@ -18,8 +18,8 @@ namespace {
 long CounterOf(const std::string& text) { return static_cast<long>(Val(text)); }
 
 std::string WhereReceipt(const InstructionKey& key, const std::string& counter, const char* conjunction) {
-  return fmt::format("EMPID = {1} {0} SERIALNO = {2} {0} COUNTER = {3} {0} SITYPE = {4}", conjunction, key.employee,
-                     key.serial, CounterOf(counter), key.siType);
+  return fmt::format("EMPID = {1} {0} SERIALNO = {2} {0} COUNTER = {3} {0} SITYPE = {4}", conjunction,
+                     key.employee, key.serial, CounterOf(counter), key.siType);
 }
 
 }  // namespace

@@ -48,7 +48,8 @@ struct ReceiptRefusal {
 std::string ReceiptWordOf(int siType);
 
 // The checks before a save that ask nothing, in their fixed order.
-std::optional<ReceiptRefusal> CheckReceipt(Session& session, const InstructionKey& key, const ReceiptEntry& entry);
+std::optional<ReceiptRefusal> CheckReceipt(Session& session, const InstructionKey& key,
+                                           const ReceiptEntry& entry);
 
 // Adds the receipt or changes its amounts and remarks. The date of a stored receipt is never rewritten.
 void WriteReceipt(Session& session, const InstructionKey& key, const ReceiptEntry& entry);

@@ -67,8 +67,9 @@ InterestTerms ReadInterestTerms(Session& session, const InstructionKey& key) {
   InterestTerms terms;
   terms.balance = read("ACTAMT").NumberOr0();
   if (const Value start = read("SIDATE"); start.IsDate()) terms.start = start.date().DayOnly();
-  const Value leaving = session.data.FnVarGetDbValue(
-      fmt::format("SELECT DOL FROM MAS_employee WHERE EMPID = {}", key.employee), *Date::FromYmd(2099, 12, 31));
+  const Value leaving =
+      session.data.FnVarGetDbValue(fmt::format("SELECT DOL FROM MAS_employee WHERE EMPID = {}", key.employee),
+                                   *Date::FromYmd(2099, 12, 31));
   terms.leaving = leaving.IsDate() ? leaving.date() : *Date::FromYmd(2099, 12, 31);
   return terms;
 }

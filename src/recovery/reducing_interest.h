@@ -17,11 +17,11 @@ struct BalanceMonth {
 };
 
 struct InterestTerms {
-  double rate = 0;           // a year, as a fraction: 0.12
-  double balance = 0;        // before the first month
-  double firstMonths = 1;    // how many months' interest the first row bears
-  bool daysBasis = false;    // days / 365 instead of a twelfth of the year
-  bool exactDates = false;   // the first month counts from the start, the leaving month to its day
+  double rate = 0;            // a year, as a fraction: 0.12
+  double balance = 0;         // before the first month
+  double firstMonths = 1;     // how many months' interest the first row bears
+  bool daysBasis = false;     // days / 365 instead of a twelfth of the year
+  bool exactDates = false;    // the first month counts from the start, the leaving month to its day
   std::optional<Date> start;  // without one the first month counts whole
   Date leaving;
 };

@@ -10,6 +10,7 @@
 #include "desktop/form_binder.h"
 #include "frame/session.h"
 #include "frame/startup.h"
+#include "instructions/modAdvLoan.h"
 #include "support/fake_machine.h"
 
 namespace ktl {
@@ -58,7 +59,8 @@ TEST(FormsTest, EveryScreenHasAFormWithAWidgetForEachControl) {
   for (const std::string& name : names) {
     for (const int siType : {1, 2}) {
       session.SIType = siType;
-      session.screens.Show(session, name);
+      modAdvLoan parent(session);  // of the screens that work on an instruction
+      session.screens.Show(session, name, &parent);
     }
   }
   EXPECT_EQ(desk.checked.size(), names.size() * 2);

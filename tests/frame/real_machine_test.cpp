@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "runtime/errors.h"
 
@@ -26,11 +25,6 @@ class RealMachineTest : public testing::Test {
   ~RealMachineTest() override {
     for (const char* name : {"KTL_FOLDER", "KTL_SETTINGS", "KTL_TODAY"}) ::unsetenv(name);
     fs::remove_all(folder_);
-  }
-
-  void Script(const std::string& name, const std::string& body) {
-    std::ofstream(folder_ / name) << "#!/bin/sh\n" << body << '\n';
-    fs::permissions(folder_ / name, fs::perms::owner_all);
   }
 
   fs::path folder_;
@@ -54,21 +48,6 @@ TEST_F(RealMachineTest, RefusesADayThatIsNone) {
     ::setenv("KTL_TODAY", day, 1);
     EXPECT_THROW(RealMachine("KTLStIns"), RuntimeError) << day;
   }
-}
-
-TEST_F(RealMachineTest, StartsASiblingWithOneArgumentAndWaits) {
-  Script("KTLFilter", "sleep 0.1; echo \"$#:$1\" > \"$0.out\"");
-  std::ofstream(folder_ / "KTLText") << "no program";
-  RealMachine real("KTLStIns");
-  const Machine machine = real.machine();
-  EXPECT_TRUE(machine.siblings.Start({"KTLFilter", "KestrelLedger - Filter", "1500,True $x 'y'", true}));
-  std::ostringstream said;
-  said << std::ifstream(folder_ / "KTLFilter.out").rdbuf();
-  EXPECT_EQ(said.str(), "1:1500,True $x 'y'\n");
-  for (const char* name : {"KTLMissing", "KTLText", ""}) {
-    EXPECT_FALSE(machine.siblings.Start({name, "", "", true})) << name;
-  }
-  EXPECT_TRUE(machine.siblings.Start({"true", "", "", true}));  // of PATH
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 // Money is conserved: random schedules, every operation, on stored rows.
 #include <fmt/format.h>
-
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -44,9 +43,7 @@ class ConservationTest : public RecoveryTest {
  protected:
   // A schedule of up to 12 months from 100 to 900 rupees, some of them recovered.
   void Start(bool reducing) {
-    company.Execute("DELETE FROM INS_EMIDETAIL");
-    company.Execute("DELETE FROM INS_ADVLOAN");
-    company.Execute("UPDATE SLC_SALARYCALC_E SET EDITMODEYN = 0");
+    Clear();
     std::vector<double> amounts(2 + random() % 11);
     for (double& amount : amounts) amount = static_cast<double>(10000 + random() % 80000) / 100;
     reducing ? Reducing(amounts, 60) : Instruction(1, amounts);
@@ -57,7 +54,9 @@ class ConservationTest : public RecoveryTest {
   }
   std::string Marks() { return Amounts("EMIRECVYN"); }
   std::size_t Row() { return random() % before.size(); }
-  double Paise(int upTo) { return static_cast<double>(100 + random() % static_cast<unsigned>(upTo * 100)) / 100; }
+  double Paise(int upTo) {
+    return static_cast<double>(100 + random() % static_cast<unsigned>(upTo * 100)) / 100;
+  }
   double Grown() { return Sum(Numbers(Amounts(column))) - Sum(before); }
 
   std::mt19937 random{5021};
@@ -72,7 +71,9 @@ TEST_F(ConservationTest, TheEditorPlacesTheWholeDifferenceAndFlagsNothing) {
     const bool reducing = run % 3 != 0;
     column = !reducing ? "MDFYAMT" : run % 3 == 1 ? "MDFPRNAMT" : "MDFINTAMT";
     Start(reducing);
-    const auto operation = !reducing ? AdjustFutureMonths : run % 3 == 1 ? AdjustFuturePrincipal : AdjustFutureInterest;
+    const auto operation = !reducing      ? AdjustFutureMonths
+                           : run % 3 == 1 ? AdjustFuturePrincipal
+                                          : AdjustFutureInterest;
     const std::size_t row = Row();
     const bool deleting = run % 2 == 0;
     const double difference = deleting || run % 4 == 1 ? Paise(300) : -Paise(40);
@@ -87,7 +88,8 @@ TEST_F(ConservationTest, TheEditorPlacesTheWholeDifferenceAndFlagsNothing) {
     if (reducing) {
       const std::vector<double> totals = Numbers(Amounts());
       const std::vector<double> sums = Numbers(Amounts("MDFPRNAMT + MDFINTAMT"));
-      for (std::size_t month = 0; month < totals.size(); ++month) ASSERT_NEAR(totals[month], sums[month], 1e-6) << run;
+      for (std::size_t month = 0; month < totals.size(); ++month)
+        ASSERT_NEAR(totals[month], sums[month], 1e-6) << run;
     }
   }
 }
@@ -100,16 +102,17 @@ TEST_F(ConservationTest, ReceiptsFallOnTheMonthsFromTheirsOnAndFlagThose) {
     const std::size_t row = Row();
     const bool deleted = run % 3 == 0;
     const double difference = run % 3 == 1 ? -Paise(300) : Paise(90);
-    (reducing ? RedPrinciModify : EMIModify)(
-        session, *parent,
-        {difference, kApr2024 + static_cast<int>(row), kApr2024 + static_cast<int>(before.size()) - 1, deleted});
+    (reducing ? RedPrinciModify : EMIModify)(session, *parent,
+                                             {difference, kApr2024 + static_cast<int>(row),
+                                              kApr2024 + static_cast<int>(before.size()) - 1, deleted});
     ASSERT_NEAR(Grown(), deleted ? difference : -difference, 0.001) << run;
     const std::vector<double> after = Numbers(Amounts(column));
     std::string changed;
     for (std::size_t month = 0; month < after.size(); ++month)
       if (after[month] != before[month]) changed += (changed.empty() ? "" : " ") + std::to_string(month);
     ASSERT_EQ(Flagged(), changed) << run;
-    ASSERT_TRUE(std::equal(after.begin(), after.begin() + static_cast<std::ptrdiff_t>(row), before.begin())) << run;
+    ASSERT_TRUE(std::equal(after.begin(), after.begin() + static_cast<std::ptrdiff_t>(row), before.begin()))
+        << run;
   }
 }
 
@@ -149,7 +152,8 @@ TEST_F(ConservationTest, ANewMonthHoldsWhatIsGiven) {
   }
   EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>(4, "EMI Adjusted Amount is Negative"));
   CreateRecoveryMonthRed(session, *parent, 40, 6);
-  EXPECT_EQ(company.Rows("SELECT EMIAMT, MDFYAMT, ACTINTAMT FROM INS_EMIDETAIL WHERE COUNTER = 7"), "40|46|6");
+  EXPECT_EQ(company.Rows("SELECT EMIAMT, MDFYAMT, ACTINTAMT FROM INS_EMIDETAIL WHERE COUNTER = 7"),
+            "40|46|6");
   company.Execute("DELETE FROM INS_EMIDETAIL");
   CreateRecoveryMonth(session, *parent, 10);  // behind no month there is no next one
   EXPECT_EQ(Amounts(), "");
@@ -165,7 +169,8 @@ TEST_F(ConservationTest, AFailureIsPassedOverOrEndsWithItsWords) {
   RawSql(company.File(), "ALTER TABLE SLC_SALARYCALC_E RENAME COLUMN EDITMODEYN TO OTHER");
   EMIModify(session, *parent, {-50, kApr2024, kApr2024 + 2});
   EMIModifyLastMonth(session, *parent, {150, kApr2024, kApr2024 + 2});
-  EXPECT_EQ(desk.TakeTexts(), (std::vector<std::string>{"Error in EMIModify", "Error in EMIModifyLastMonth"}));
+  EXPECT_EQ(desk.TakeTexts(),
+            (std::vector<std::string>{"Error in EMIModify", "Error in EMIModifyLastMonth"}));
   EXPECT_EQ(Amounts(), "117 0");  // what was written before the failure stays
 }
 

@@ -67,14 +67,19 @@ void RecoveryTest::AddInstruction(int siType, double total) {
   if (siType == 2) company.Loan(17, 1, "Car Loan", total);
   if (siType == 1) company.Advance(17, 1, "Car Loan", total);
   if (siType > 2)
-    company.Row("INS_OTHER").With("EMPID", 17).With("SERIALNO", 1).With("SITYPE", siType).With("OTHNAME", "Policy");
+    company.Row("INS_OTHER")
+        .With("EMPID", 17)
+        .With("SERIALNO", 1)
+        .With("SITYPE", siType)
+        .With("OTHNAME", "Policy");
 }
 
 SmallParent& RecoveryTest::Instruction(int siType, const std::vector<double>& amounts) {
   AddInstruction(siType, std::accumulate(amounts.begin(), amounts.end(), 0.0));
   int counter = 0;
   for (const double amount : amounts) {
-    company.Emi(17, siType, 1, counter + 1, kApr2024 + counter, amount).With("INSTID", HasInstitution(siType) ? 5 : 0);
+    company.Emi(17, siType, 1, counter + 1, kApr2024 + counter, amount)
+        .With("INSTID", HasInstitution(siType) ? 5 : 0);
     ++counter;
   }
   parent = std::make_unique<SmallParent>(session, InstructionKey{17, siType, 1}, false);
@@ -83,12 +88,20 @@ SmallParent& RecoveryTest::Instruction(int siType, const std::vector<double>& am
 
 SmallParent& RecoveryTest::Reducing(const std::vector<double>& principals, double interest) {
   Instruction(2, principals);
-  company.Execute(fmt::format("UPDATE INS_EMIDETAIL SET ACTPRNAMT = MDFYAMT, MDFPRNAMT = MDFYAMT, ACTINTAMT = {0}, "
-                              "MDFINTAMT = {0}, EMIAMT = EMIAMT + {0}, MDFYAMT = MDFYAMT + {0}",
-                              interest));
-  company.Execute(fmt::format("UPDATE INS_ADVLOAN SET INTAMT = {}", interest * static_cast<double>(principals.size())));
+  company.Execute(
+      fmt::format("UPDATE INS_EMIDETAIL SET ACTPRNAMT = MDFYAMT, MDFPRNAMT = MDFYAMT, ACTINTAMT = {0}, "
+                  "MDFINTAMT = {0}, EMIAMT = EMIAMT + {0}, MDFYAMT = MDFYAMT + {0}",
+                  interest));
+  company.Execute(
+      fmt::format("UPDATE INS_ADVLOAN SET INTAMT = {}", interest * static_cast<double>(principals.size())));
   parent = std::make_unique<SmallParent>(session, InstructionKey{17, 2, 1}, true);
   return *parent;
+}
+
+void RecoveryTest::Clear() {
+  for (const char* table : {"INS_EMIDETAIL", "INS_ADVLOAN", "INS_RECEIPTS"})
+    company.Execute(std::string("DELETE FROM ") + table);
+  company.Execute("UPDATE SLC_SALARYCALC_E SET EDITMODEYN = 0");
 }
 
 void RecoveryTest::Recovered(int month) {
@@ -105,14 +118,16 @@ std::string RecoveryTest::Amounts(const std::string& column) {
 
 std::string RecoveryTest::Flagged() {
   std::string text;
-  Recordset rs(company.Cn(), "SELECT MONTHYEAR FROM SLC_SALARYCALC_E WHERE EDITMODEYN = 1 ORDER BY MONTHYEAR");
+  Recordset rs(company.Cn(),
+               "SELECT MONTHYEAR FROM SLC_SALARYCALC_E WHERE EDITMODEYN = 1 ORDER BY MONTHYEAR");
   for (; !rs.Eof(); rs.MoveNext())
     text += (text.empty() ? "" : " ") + std::to_string(rs[0].ToLong() - kApr2024);
   return text;
 }
 
 std::string RecoveryTest::LastAudit() {
-  return company.Rows("SELECT TOP 1 MENUNO, EMPID, ACTIONTEXT, DETAILTEXT FROM SEC_AUDITTRAIL ORDER BY AUDITID DESC");
+  return company.Rows(
+      "SELECT TOP 1 MENUNO, EMPID, ACTIONTEXT, DETAILTEXT FROM SEC_AUDITTRAIL ORDER BY AUDITID DESC");
 }
 
 }  // namespace ktl

@@ -48,16 +48,18 @@ class RecoveryTest : public testing::Test {
  protected:
   RecoveryTest();
 
-  // An advance (1) or a loan (2, of Deccan Bank) of 01/Apr/2024, a month an amount from Apr/2024 on. Of a reducing one
-  // the amounts are principals, each with that interest.
+  // An advance (1) or a loan (2, of Deccan Bank) of 01/Apr/2024, a month an amount from Apr/2024 on. Of a
+  // reducing one the amounts are principals, each with that interest.
   SmallParent& Instruction(int siType, const std::vector<double>& amounts);
   SmallParent& Reducing(const std::vector<double>& principals, double interest);
+  void Clear();               // takes every instruction and flag away
   void Recovered(int month);  // marked by hand
   // "1000 700 1075": the modified amounts in the order of the months; another column when named.
   std::string Amounts(const std::string& column = "MDFYAMT");
   // The months that the salary side is to calculate again, as numbers behind Apr/2024: "0 2 3".
   std::string Flagged();
   std::string LastAudit();
+  bool AuditHas(const std::string& text) { return LastAudit().find(text) != std::string::npos; }
   // Opens a screen on the parent.
   template <typename ScreenType>
   ScreenType& Open() {

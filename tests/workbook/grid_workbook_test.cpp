@@ -1,0 +1,79 @@
+#include "workbook/grid_workbook.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+
+#include "frame/connect.h"
+#include "frame/session.h"
+#include "screen/screen.h"
+#include "support/company_fixture.h"
+#include "support/fake_machine.h"
+#include "support/scripted_desk.h"
+
+namespace ktl {
+namespace {
+
+TEST(Workbook, ColumnLettersKeepTheirSlip) {
+  const std::pair<int, const char*> columns[] = {{1, "A"},   {26, "Z"},  {27, "AA"},
+                                                 {51, "AY"}, {52, "BZ"}, {53, "BA"}};
+  for (const auto& [column, letters] : columns) EXPECT_EQ(ExlFnStrGetCol(column), letters) << column;
+  EXPECT_EQ(FnStrGetExcelCell(28, 7), "AB7");
+}
+
+std::string PartOf(const std::filesystem::path& book, const std::string& part) {
+  const std::string out = book.string() + ".part";
+  const std::string command = "unzip -p '" + book.string() + "' " + part + " >'" + out + "'";
+  if (std::system(command.c_str()) != 0) return "unreadable";
+  std::ifstream in(out);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// What stands between the tags, in the order of the file.
+std::string Values(const std::string& xml, const std::string& pattern) {
+  std::string values;
+  const std::regex value(pattern);
+  for (std::sregex_iterator at(xml.begin(), xml.end(), value), end; at != end; ++at)
+    values += (*at)[1].str() + "|";
+  return values;
+}
+
+TEST(Workbook, HoldsWhatTheGridShowsUnderTheCompanysName) {
+  test::TestCompany company;
+  FakeMachine machine;
+  ScriptedDesk desk;
+  Session session{machine.machine(), desk};
+  OpenConnection(session, company.ConnectionString());
+  company.Execute("UPDATE MAS_COMPANY SET CMPNAME = 'Neem & Sons', ADDRESS = '4 Hill Road'");
+  machine.folder.path = company.File().string() + "-folder";
+  Screen screen("toy");
+  Grid grid(screen, "fpgToy");
+  grid.columns = {{"Month"},
+                  {"Amount", CellType::Number},
+                  {"Hidden", CellType::Text, 90, true},
+                  {"Done", CellType::Tick}};
+  for (const char* amount : {"3333.50", "7"}) {
+    const std::size_t row = grid.AddRow();
+    grid.At(row, 0).text = "Apr/2026";
+    grid.At(row, 1).text = amount;
+    grid.At(row, 3).text = row == 0 ? "1" : "0";
+  }
+  grid.rows[grid.AddRow()].hidden = true;
+  const std::string file = ExportGridToWorkbook(session, grid, "EMI Details");
+  EXPECT_EQ(Values(PartOf(file, "xl/sharedStrings.xml"), "<t[^>]*>([^<]*)</t>"),
+            "Neem &amp; Sons : EMI Details|4 Hill Road|Month|Apr/2026|Amount|Done|Yes|No|");
+  // Amounts are numbers, all else points at one of those texts; the sheet goes row by row.
+  EXPECT_EQ(Values(PartOf(file, "xl/worksheets/sheet1.xml"), "<v>([^<]*)</v>"),
+            "0|1|2|4|5|3|3333.5|6|3|7|7|");
+  std::filesystem::remove_all(machine.folder.path);
+  machine.folder.path = "/dev/null";
+  EXPECT_EQ(ExportGridToWorkbook(session, grid, "EMI Details"), "");
+  EXPECT_EQ(desk.LastBox().title, "Check File Path");
+}
+
+}  // namespace
+}  // namespace ktl
