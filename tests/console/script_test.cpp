@@ -252,10 +252,7 @@ TEST(ScriptLanguage, TellsTheWholeScreenAsJson) {
 }
 
 TEST(ScriptLanguage, StopsAtTheFirstErrorAndTellsItsLine) {
-  const struct {
-    const char* script;
-    const char* failure;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"# first\n\nprees cmdSave\n", "line 3: unknown command prees"},
       {"click cmdsave\n", "line 1: modToy has no control cmdsave"},
       {"click\n", "line 1: NAME is missing"},
