@@ -134,10 +134,7 @@ TEST(Person, WorksOnAGridAsAHandWould) {
 }
 
 TEST(Person, CannotUseWhatIsNotThere) {
-  const struct {
-    const char* why;
-    std::function<void(DiaryScreen&)> act;
-  } cases[] = {
+  const std::pair<const char*, std::function<void(DiaryScreen&)>> cases[] = {
       {"cmd is disabled",
        [](DiaryScreen& s) {
          s.cmd.enabled = false;

@@ -21,7 +21,7 @@ struct ShownBox {
 
 // A person with a plan: answers are queued, boxes recorded, and each modal screen is worked on by a function.
 // The acts on a screen are those of screen/person.h.
-class ScriptedDesk final : public Desk {
+class ScriptedDesk : public Desk {
  public:
   using ScreenScript = std::function<void(Screen&)>;
 
