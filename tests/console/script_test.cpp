@@ -201,28 +201,23 @@ TEST(ScriptLanguage, GoesOnWithAChildUntilItCloses) {
 }
 
 TEST(ScriptLanguage, TellsStatesAsJson) {
-  EXPECT_EQ(
-      Play("state txtLocked\nstate cmdOff\nstate mnuDelete\nstate lblHidden\n"),
-      R"({"txtLocked":{"enabled":true,"visible":true,"locked":true,"value":"","tag":"17"}})"
-      "\n"
-      R"({"cmdOff":{"enabled":false,"visible":true,"locked":false,"value":"","tag":""}})"
-      "\n"
-      R"({"mnuDelete":{"enabled":true,"visible":true,"locked":false,"value":"Delete \"last\"","tag":""}})"
-      "\n"
-      R"({"lblHidden":{"enabled":false,"visible":false,"locked":false,"value":"","tag":""}})"
-      "\n");
+  EXPECT_EQ(Play("state txtLocked\nstate cmdOff\nstate mnuDelete\nstate lblHidden\n"),
+            R"({"txtLocked":{"enabled":true,"visible":true,"locked":true,"value":"","tag":"17"}}
+{"cmdOff":{"enabled":false,"visible":true,"locked":false,"value":"","tag":""}}
+{"mnuDelete":{"enabled":true,"visible":true,"locked":false,"value":"Delete \"last\"","tag":""}}
+{"lblHidden":{"enabled":false,"visible":false,"locked":false,"value":"","tag":""}}
+)");
 }
 
 TEST(ScriptLanguage, TellsTheWholeScreenAsJson) {
   const std::string note = Play("click cmdNote\ntext txtNote a\tb\nscreen\nanswer Yes\nclose\n");
-  EXPECT_EQ(
-      note.substr(0, note.find("box")),
-      "{\"screen\":\"modToyNote\",\"caption\":\"\",\"focus\":null,\"controls\":{\n"
-      "\"txtNote\":{\"enabled\":true,\"visible\":true,\"locked\":false,\"value\":\"a\\u0009b\",\"tag\":\"\"},"
-      "\n"
-      "\"cmdKeep\":{\"enabled\":true,\"visible\":true,\"locked\":false,\"value\":\"&Keep\",\"tag\":\"\"},\n"
-      "\"cmdBreak\":{\"enabled\":true,\"visible\":true,\"locked\":false,\"value\":\"&Break\",\"tag\":\"\"}\n"
-      "}}\n");
+  EXPECT_EQ(note.substr(0, note.find("box")),
+            R"({"screen":"modToyNote","caption":"","focus":null,"controls":{
+"txtNote":{"enabled":true,"visible":true,"locked":false,"value":"a\u0009b","tag":""},
+"cmdKeep":{"enabled":true,"visible":true,"locked":false,"value":"&Keep","tag":""},
+"cmdBreak":{"enabled":true,"visible":true,"locked":false,"value":"&Break","tag":""}
+}}
+)");
   const std::string whole = Play("screen\n");
   for (const char* part :
        {R"("rows":["Salary Advance","Tour Advance"])", R"({"text":"[2]-Anil","ticked":false})",

@@ -13,8 +13,7 @@ class OptionsTest : public FrameFixture {
 };
 
 TEST_F(OptionsTest, DefaultsStandWithoutRows) {
-  Sql("DELETE FROM MAS_OPTSET");
-  Sql("DELETE FROM MAS_OPTSETFEATURE");
+  for (const char* table : {"MAS_OPTSET", "MAS_OPTSETFEATURE"}) Sql("DELETE FROM " + std::string(table));
   session.options.EMPIDCAP = "of an earlier load";
   session.features.switches["LOANYN"] = true;
   LoadOptionSet(session);

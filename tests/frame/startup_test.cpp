@@ -132,8 +132,7 @@ TEST_F(StartupTest, TheScreenFindsTheSessionFilled) {
   EXPECT_TRUE(session.ReadOnlyUser);
   EXPECT_TRUE(session.TdsMar2Feb);
   EXPECT_EQ(session.options.EMPIDCAP, "Code");
-  EXPECT_EQ(session.FilterTableName, "[TMPFILTERPC1ravi]");
-  EXPECT_EQ(session.EmployeeViewName, "[vw_MAS_EMPLOYEEPC1ravi]");
+  EXPECT_EQ(session.FilterTableName + session.EmployeeViewName, "[TMPFILTERPC1ravi][vw_MAS_EMPLOYEEPC1ravi]");
   EXPECT_TRUE(session.ReportFlag);
   EXPECT_EQ(session.ReportNumber, 4);
 }
