@@ -55,8 +55,7 @@ TEST_F(EntryDeletes, DeletingAnInstructionTakesEverythingOfItAndFlagsItsMonths) 
 
 TEST_F(EntryDeletes, WhatStandsAgainstADelete) {
   OpenOn(1);
-  Click(screen->cmdDelete);
-  EXPECT_EQ(desk.TakeTexts(), Texts{"No Advance to delete."});
+  EXPECT_EQ(Press(screen->cmdDelete), Texts{"No Advance to delete."});
 
   OpenOnFiveMonths();
   Click(screen->cmdDelete);  // No is the default; the row is white again
@@ -64,7 +63,6 @@ TEST_F(EntryDeletes, WhatStandsAgainstADelete) {
 
   company.Lock(24322);
   company.Lock(24324);
-  desk.TakeBoxes();
   Delete({Answer::Yes});
   EXPECT_EQ(desk.LastBox().text,
             "Oct/2026, Dec/2026 of the EMI month(s) has/have been locked.\r\nDelete these EMI(s) to delete "
@@ -190,8 +188,7 @@ TEST_F(EntryDeletes, RefusedButtonsChangeNothing) {
         &screen->cmdMonthly, &screen->cmdMaster, &screen->cmdFmeFormula}) {
     button->tag += "NA";
     if (!button->IsUsable()) continue;
-    Click(*button);
-    EXPECT_EQ(desk.TakeTexts(), Texts{"Permission denied."}) << button->name();
+    EXPECT_EQ(Press(*button), Texts{"Permission denied."}) << button->name();
   }
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL"), "5");
 }

@@ -12,6 +12,12 @@ std::string InstructionScreen::LastAudit() {
   return Rows("SELECT TOP 1 MENUNO, EMPID, ACTIONTEXT, DETAILTEXT FROM SEC_AUDITTRAIL ORDER BY AUDITID DESC");
 }
 
+Texts InstructionScreen::Press(Button& button, std::vector<Answer> answers) {
+  desk.WillAnswer(std::move(answers));
+  Click(button);
+  return desk.TakeTexts();
+}
+
 EntryScreen::EntryScreen() {
   company.Months(24292, 24327);
   company.Employee(17).Named("Asha Rao").Ref("K17").Joined("01/Apr/2010").Taxed();

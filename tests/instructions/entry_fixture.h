@@ -26,6 +26,8 @@ class InstructionScreen : public testing::Test {
   void Run(const std::string& sql) { company.Execute(sql); }
   std::string Rows(const std::string& sql) { return company.Rows(sql); }
   std::string LastAudit();
+  // The texts of the boxes that came up, answered in turn.
+  Texts Press(Button& button, std::vector<Answer> answers = {});
 
   test::TestCompany company;
   FakeMachine machine;

@@ -106,25 +106,19 @@ TEST_F(EntryScreen, ASerialNumberShowsItsInstructionOrBeginsANewOne) {
 
 TEST_F(EntryScreen, NewAndCloseAskAboutWhatIsTyped) {
   modAdvLoan& entry = Open(1);
-  const auto press = [&](Button& button, Answer answer) {
-    desk.WillAnswer({answer});
-    Click(button);
-    return desk.TakeTexts();
-  };
   const std::string question = "Do you want to Save entered details?";
-  Click(entry.cmdNew);
-  EXPECT_EQ(desk.TakeTexts(), Texts{"Select employee."});
+  EXPECT_EQ(Press(entry.cmdNew), Texts{"Select employee."});
   Pick(entry.cmbEmpName, "Asha Rao");
   Click(entry.cmdNew);
   Type(entry.txtRemarks, "typed");
-  press(entry.cmdNew, Answer::Cancel);
+  Press(entry.cmdNew, {Answer::Cancel});
   EXPECT_EQ(entry.txtRemarks.Text(), "typed");
-  press(entry.cmdNew, Answer::No);
+  Press(entry.cmdNew, {Answer::No});
   EXPECT_EQ(entry.txtRemarks.Text(), "");
-  EXPECT_EQ(press(entry.cmdClose, Answer::Cancel), Texts{question});
+  EXPECT_EQ(Press(entry.cmdClose, {Answer::Cancel}), Texts{question});
   EXPECT_FALSE(entry.IsUnloaded());
   // What is typed cannot be saved, so the screen stays.
-  EXPECT_EQ(press(entry.cmdClose, Answer::Yes), (Texts{question, "Specify the advance name."}));
+  EXPECT_EQ(Press(entry.cmdClose, {Answer::Yes}), (Texts{question, "Specify the advance name."}));
   EXPECT_FALSE(entry.IsUnloaded());
   Pick(entry.cmbALName, "Salary Advance");
   Type(entry.txtAdvDate, "15/09/2026");
@@ -132,9 +126,9 @@ TEST_F(EntryScreen, NewAndCloseAskAboutWhatIsTyped) {
   Tick(entry.optInstlCount);
   Type(entry.txtNoOfInstlmnts, "0");
   // A failure of the save is shown and keeps the screen too.
-  EXPECT_EQ(press(entry.cmdClose, Answer::Yes), (Texts{question, "11\tDivision by zero"}));
+  EXPECT_EQ(Press(entry.cmdClose, {Answer::Yes}), (Texts{question, "11\tDivision by zero"}));
   EXPECT_FALSE(entry.IsUnloaded());
-  press(entry.cmdClose, Answer::No);
+  Press(entry.cmdClose, {Answer::No});
   EXPECT_TRUE(entry.IsUnloaded());
   EXPECT_EQ(machine.settings.Get("ExeTalk", "HWNDKTLStIns"), "0");
 }
@@ -186,20 +180,17 @@ TEST_F(EntryScreen, TheFormulaFrameAsksForWhatItNeeds) {
   Click(entry.cmdNew);
   Click(entry.cmdFmeFormula);
   EXPECT_FALSE(entry.txtAdvDate.IsUsable());
-  Click(entry.cmdAccept);
+  EXPECT_EQ(Press(entry.cmdAccept), Texts{"Enter Advance Date."});
   entry.txtAdvDate.SetText("15/09/2026");
   Type(entry.cmbFormula, "Steep");
-  Click(entry.cmdAccept);
+  EXPECT_EQ(Press(entry.cmdAccept), Texts{"Enter 'Number of Months'."});
   Type(entry.txtMonths, "3");
-  Click(entry.cmdAccept);
-  EXPECT_EQ(desk.TakeTexts(),
-            (Texts{"Enter Advance Date.", "Enter 'Number of Months'.", "Select proper 'Formula'."}));
+  EXPECT_EQ(Press(entry.cmdAccept), Texts{"Select proper 'Formula'."});
   // The number of months of the refused formula counts: the save asks for no amount.
   Click(entry.cmdFrmlaClose);
   Pick(entry.cmbALName, "Salary Advance");
   Type(entry.txtAdvDate, "15/09/2026");
-  Click(entry.cmdSave);
-  EXPECT_EQ(desk.TakeTexts(), Texts{"Specify installment amount."});
+  EXPECT_EQ(Press(entry.cmdSave), Texts{"Specify installment amount."});
   Click(entry.cmdFmeFormula);
   Pick(entry.cmbFormula, "Flat");
   Click(entry.cmdAccept);
@@ -220,9 +211,9 @@ TEST_F(EntryScreen, DoorsNameWhatIsMissing) {
   Click(entry.cmdEmi);
   Click(entry.cmdReport);
   Click(entry.mnuExport);
-  Click(entry.cmdIntrCalc);
-  EXPECT_EQ(desk.TakeTexts(), (Texts{"Select a Advance record.", "Required External Application not found",
-                                     "No Records Found", "Required External Application not found"}));
+  EXPECT_EQ(Press(entry.cmdIntrCalc),
+            (Texts{"Select a Advance record.", "Required External Application not found", "No Records Found",
+                   "Required External Application not found"}));
   machine.siblings.missing = {};
   machine.settings.Set("Settings", "ICIntrAmt", "77");
   Click(entry.cmdNew);

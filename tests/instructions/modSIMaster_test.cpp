@@ -68,11 +68,8 @@ std::string HiddenColumns(const modSIMaster& screen) {
 TEST_F(MasterScreen, ShowsWhatTheTypeHas) {
   const struct {
     long formCode;
-    bool companyTds;
-    bool advanced;
-    std::string shown;
-    std::string hiddenColumns;
-    std::string tags;
+    bool companyTds, advanced;
+    std::string shown, hiddenColumns, tags;
   } cases[] = {
       {1501, true, false, "txtDedPref chkType ", "6 7 8 9 10 12 ", "209 210"},
       {1502, true, true, "txtDedPref chkType chkSBIInt txtMaxAmount ", "3 ", "234 235"},
@@ -94,34 +91,32 @@ TEST_F(MasterScreen, ShowsWhatTheTypeHas) {
 
 TEST_F(MasterScreen, RefusesOneFaultAfterTheOther) {
   Run("INSERT INTO INS_MASTER (SITYPE, SINAME, SIPREF) VALUES (2, 'Car Loan', 4), (2, 'Bike Loan', 5)");
-  Open(1502, true);
-  const auto refusal = [&](const Control& focus) {
-    Click(screen->cmdSave);
-    EXPECT_EQ(screen->Focus(), &focus);
-    return desk.TakeTexts().at(0);
-  };
-  Type(screen->txtSIName, "   ");
-  for (CheckBox* box :
-       {&screen->chkMaxAmount, &screen->chkMaxAllowed, &screen->chkRecEMI, &screen->chkInterestRate})
+  modSIMaster& s = Open(1502, true);
+  for (CheckBox* box : {&s.chkMaxAmount, &s.chkMaxAllowed, &s.chkRecEMI, &s.chkInterestRate})
     Tick(*box, true);
-  Type(screen->txtMaxAmount, "0.00");
-  Type(screen->txtDedPref, "4");
-
-  EXPECT_EQ(refusal(screen->txtSIName), "Enter Loan Name.");
-  Type(screen->txtSIName, " CAR loan ");
-  EXPECT_EQ(refusal(screen->txtMaxAmount), "Enter Maximum Loan Amount.");
-  Type(screen->txtMaxAmount, "250000");
-  EXPECT_EQ(screen->txtMaxAmount.Text(), "2,50,000.00");
-  EXPECT_EQ(refusal(screen->txtMaxAllowed), "Enter Maximum Loan allowed amount.");
-  Type(screen->txtMaxAllowed, "2");
-  EXPECT_EQ(refusal(screen->txtRecEMI), "Enter number of EMI(s).");
-  Type(screen->txtRecEMI, "3x6");
-  EXPECT_EQ(refusal(screen->txtInterestRate), "Enter Loan interest rate.");
-  Type(screen->txtInterestRate, "10.5.");
-  EXPECT_EQ(refusal(screen->txtSIName), "Entered Loan already exists.");
-  Type(screen->txtSIName, "House Loan");
-  EXPECT_EQ(refusal(screen->txtDedPref),
-            "Deduction preference given is already set for another Loan\r\nSpecify another number.");
+  Type(s.txtMaxAmount, "0.00");
+  Type(s.txtDedPref, "4");
+  const struct {
+    TextBox& box;
+    const char* typed;
+    const char* refusal;
+    const TextBox& focus;
+  } steps[] = {
+      {s.txtSIName, "   ", "Enter Loan Name.", s.txtSIName},
+      {s.txtSIName, " CAR loan ", "Enter Maximum Loan Amount.", s.txtMaxAmount},
+      {s.txtMaxAmount, "250000", "Enter Maximum Loan allowed amount.", s.txtMaxAllowed},
+      {s.txtMaxAllowed, "2", "Enter number of EMI(s).", s.txtRecEMI},
+      {s.txtRecEMI, "3x6", "Enter Loan interest rate.", s.txtInterestRate},
+      {s.txtInterestRate, "10.5.", "Entered Loan already exists.", s.txtSIName},
+      {s.txtSIName, "House Loan",
+       "Deduction preference given is already set for another Loan\r\nSpecify another number.", s.txtDedPref},
+  };
+  for (const auto& step : steps) {
+    Type(step.box, step.typed);
+    EXPECT_EQ(Press(s.cmdSave), Texts{step.refusal});
+    EXPECT_EQ(s.Focus(), &step.focus) << step.refusal;
+  }
+  EXPECT_EQ(s.txtMaxAmount.Text(), "2,50,000.00");
   Type(screen->txtDedPref, "0");
   Tick(screen->chkRedBal, true);
   Click(screen->cmdSave);
@@ -139,8 +134,7 @@ TEST_F(MasterScreen, AsksForTheSectionOfTaxedPremiums) {
   Type(screen->txtSIName, "Term Cover");
   EXPECT_FALSE(screen->cmbSection.enabled);
   Tick(screen->chkTDSAppl, true);
-  Click(screen->cmdSave);
-  EXPECT_EQ(desk.TakeTexts(), Texts{"Select the section for which TDS is applicable"});
+  EXPECT_EQ(Press(screen->cmdSave), Texts{"Select the section for which TDS is applicable"});
   EXPECT_EQ(screen->Focus(), &screen->cmbSection);
   EXPECT_EQ(screen->cmbSection.Rows(), (std::vector<ListRow>{{"80C", "5"}, {"80CCC", "6"}}));
   Pick(screen->cmbSection, "80CCC");
@@ -242,9 +236,7 @@ TEST_F(MasterScreen, AsksBeforeHouseLoanDetailsGo) {
     ClickRow(screen->fpgSIMaster, 1);
     Type(screen->txtAccCode, "HL");
     Type(screen->txtDedPref, "2");
-    desk.WillAnswer({answer});
-    Click(screen->cmdSave);
-    return desk.TakeTexts();
+    return Press(screen->cmdSave, {answer});
   };
   const char* const question =
       "TDS details for House Loan found.\r\nRemoving 'House Loan' status will remove these details.\r\n"
@@ -256,8 +248,7 @@ TEST_F(MasterScreen, AsksBeforeHouseLoanDetailsGo) {
   EXPECT_EQ(Rows("SELECT SERIALNO FROM INS_HLOAN") + "," + Rows("SELECT SERIALNO FROM INS_HLOAN_VAL"), "2,2");
   EXPECT_EQ(Rows("SELECT ACCCODE FROM INS_MASTER WHERE SINAME = 'House Loan'"), "NULL");
   Type(screen->txtDedPref, "1");
-  Click(screen->cmdSave);
-  EXPECT_EQ(desk.TakeTexts(), Texts{"Updated"});
+  EXPECT_EQ(Press(screen->cmdSave), Texts{"Updated"});
 }
 
 TEST_F(MasterScreen, DeletesOnlyWhatNoInstructionUses) {
