@@ -109,31 +109,23 @@ TEST(Amounts, ScramblingTwiceGivesTheTextBack) {
 
 // Every character below 128 and two above, by the plain ones that a filter lets through.
 TEST(Keystrokes, LetThrough) {
-  constexpr const char* kDigits = "0123456789";
+  const std::string digits = "0123456789";
   const std::string letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
-  const struct {
-    const char* name;
-    int (*filter)(int);
-    std::string allowed;
-  } cases[] = {
-      {"numbers", clsGenCmn::FnIntAllowNumbersOnly, kDigits},
-      {"date", clsGenCmn::FnIntAllowDateOnly, std::string(kDigits) + " -./"},
-      {"date with letters", clsGenCmn::FnIntAllowDateOnlyWithAlpha, kDigits + letters + " -./"},
-      {"letters and digits", clsGenCmn::FnIntAllowAlphaNumaralsOnly, kDigits + letters + "-"},
+  const std::tuple<const char*, int (*)(int), std::string> cases[] = {
+      {"numbers", clsGenCmn::FnIntAllowNumbersOnly, digits},
+      {"date", clsGenCmn::FnIntAllowDateOnly, digits + " -./"},
+      {"date with letters", clsGenCmn::FnIntAllowDateOnlyWithAlpha, digits + letters + " -./"},
+      {"letters and digits", clsGenCmn::FnIntAllowAlphaNumaralsOnly, digits + letters + "-"},
       {"letters", clsGenCmn::FnIntAllowAlphabetsOnly, letters + "-"},
-      {"evaluation", clsGenCmn::FnIntAllowOnlyEvalNumarals, std::string(kDigits) + "()*+,-./"},
-      {"expression", clsGenCmn::FnIntAllowExprsnOnly, std::string(kDigits) + "()*+-./"},
-      {"amount", [](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, "12"); },
-       std::string(kDigits) + ",."},
-      {"amount with a point", [](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, "1.2"); },
-       std::string(kDigits) + ","},
-      {"plain amount", [](int key) { return clsGenCmn::FnIntAllowAmountOnly(key, ""); },
-       std::string(kDigits) + "."},
-      {"double", [](int key) { return clsGenCmn::FnIntAllowDoubleOnly(key, "."); }, kDigits},
-      {"negative", [](int key) { return clsGenCmn::FnIntAllowNegativeAmtAlso(key, "1"); },
-       std::string(kDigits) + ",.-"},
+      {"evaluation", clsGenCmn::FnIntAllowOnlyEvalNumarals, digits + "()*+,-./"},
+      {"expression", clsGenCmn::FnIntAllowExprsnOnly, digits + "()*+-./"},
+      {"amount", [](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, "12"); }, digits + ",."},
+      {"amount with a point", [](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, "1.2"); }, digits + ","},
+      {"plain amount", [](int key) { return clsGenCmn::FnIntAllowAmountOnly(key, ""); }, digits + "."},
+      {"double", [](int key) { return clsGenCmn::FnIntAllowDoubleOnly(key, "."); }, digits},
+      {"negative", [](int key) { return clsGenCmn::FnIntAllowNegativeAmtAlso(key, "1"); }, digits + ",.-"},
       {"negative with both", [](int key) { return clsGenCmn::FnIntAllowNegativeAmtAlso(key, "-1."); },
-       std::string(kDigits) + ","},
+       digits + ","},
       {"full box", [](int key) { return clsGenCmn::FnIntLimitMaxLength("₹é", key, 2); }, ""},
   };
   const std::string controls = "\x01\x03\x08\x0D\x16\x18\x1A";

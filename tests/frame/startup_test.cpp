@@ -185,7 +185,6 @@ TEST_F(StartupTest, NoScreenIsOpened) {
 }
 
 TEST_F(StartupTest, WhatCannotBeReadEndsTheRun) {
-  EXPECT_THROW(RunProgram(session, "1502#False"), RuntimeError);
   Setting("DefLnk", Scrambled("Provider=SQLite;Data Source=/nowhere/at/all.kldb;"));
   EXPECT_THROW(RunProgram(session, "1502#False#0#0"), DatabaseError);
   Talk("KTLExtendedYN", "perhaps");
