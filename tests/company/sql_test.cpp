@@ -14,10 +14,7 @@ TEST(SqlCommand, RowsComeTabSeparatedUnderTheirNames) {
   CreateCompany(Options(folder / "a.kldb"));
   Connection connection;
   OpenCompany(connection, folder / "a.kldb");
-  const struct {
-    const char* statement;
-    const char* output;
-  } cases[] = {
+  const std::pair<const char*, std::string> cases[] = {
       {"SELECT TOP 2 EMPID, EMPNAME, DOL FROM MAS_EMPLOYEE WHERE EMPID IN (1, 6, 30) ORDER BY EMPID DESC",
        "EMPID\tEMPNAME\tDOL\n30\tMelvyn D'Souza\tNULL\n6\t"},
       {"SELECT SIDATE, ACTAMT FROM INS_ADVLOAN WHERE EMPID = 12", "SIDATE\tACTAMT\n10/04/2025\t600000\n"},
@@ -25,10 +22,10 @@ TEST(SqlCommand, RowsComeTabSeparatedUnderTheirNames) {
       {"UPDATE MAS_EMPLOYEE SET lockyn = 1 WHERE EMPID = 2", ""},
       {"SELECT ISNULL(lockyn, 0) AS L FROM MAS_EMPLOYEE WHERE EMPID = 2", "L\n1\n"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [statement, output] : cases) {
     std::ostringstream out;
-    RunStatement(connection, c.statement, out);
-    EXPECT_EQ(out.str().substr(0, std::string(c.output).size()), c.output) << c.statement;
+    RunStatement(connection, statement, out);
+    EXPECT_EQ(out.str().substr(0, output.size()), output) << statement;
   }
 }
 
@@ -51,8 +48,6 @@ Ended RunCompany(const std::string& arguments) {
 TEST(CommandLine, FailuresAreOneLineAndAStatus) {
   const Folder folder;
   CreateCompany(Options(folder / "good.kldb"));
-  CreateCompany(Options(folder / "other.kldb"));
-  RawDatabase(folder / "other.kldb").Run("PRAGMA user_version = 99");
   std::ofstream(folder / "text.kldb")
       << "This is a letter and no company at all, long enough to be looked at.\n";
   const std::string in = folder.path().string() + "/";
@@ -62,9 +57,7 @@ TEST(CommandLine, FailuresAreOneLineAndAStatus) {
     std::string mentions;
   } cases[] = {
       {"sql " + in + "none.kldb 'SELECT 1'", 1, "none.kldb"},
-      {"sql " + in + " 'SELECT 1'", 1, in.substr(0, in.size() - 1)},
       {"sql " + in + "text.kldb 'SELECT 1'", 1, "text.kldb"},
-      {"sql " + in + "other.kldb 'SELECT 1'", 1, "99"},
       {"sql " + in + "good.kldb 'SELECT NOTHING FROM MAS_EMPLOYEE'", 1, "NOTHING"},
       {"sql " + in + "good.kldb 'FETCH IT'", 1, "FETCH"},
       {"create " + in + "good.kldb", 1, "--force"},

@@ -48,19 +48,12 @@ void Furnish(TestCompany& company) {
         .With("INSTID", 5);
   company.Receipt(17, 2, 3, 1, "26/Apr/2010", 500);
   company.Salary(17, 24121, 20000, 9000, 1010);
-  company.Row("MAS_LOANINT").With("INTID", 1).With("FINANCIALYEAR", 2010).With("INTEREST", 9);
-  company.Row("MAS_LOANINT")
-      .With("INTID", 2)
-      .With("FINANCIALYEAR", 2010)
-      .With("INTEREST", 12)
-      .With("LOANTYPE", "Cars")
-      .With("LOANNAME", "#$#bike loan#$#car loan#$#");
-  company.Row("MAS_MONTHSALDATE")
-      .With("MONTHYEAR", 24124)
-      .With("CALCSTARTDATE", "01/Apr/2010")
-      .With("CALCENDDATE", "30/Apr/2010");
-  for (const int employee : {17, 18})
-    company.Row("HVN_ATTENDANCE").With("EMPID", employee).With("MONTHYEAR", 24121);
+  company.Execute(
+      "INSERT INTO MAS_LOANINT (INTID, FINANCIALYEAR, INTEREST, LOANTYPE, LOANNAME) VALUES"
+      " (1, 2010, 9, '', ''), (2, 2010, 12, 'Cars', '#$#bike loan#$#car loan#$#');"
+      "INSERT INTO MAS_MONTHSALDATE (MONTHYEAR, CALCSTARTDATE, CALCENDDATE) VALUES"
+      " (24124, '01/Apr/2010', '30/Apr/2010');"
+      "INSERT INTO HVN_ATTENDANCE (EMPID, MONTHYEAR) VALUES (17, 24121), (18, 24121)");
   company.Execute("dbo.ClassSecurity 0,0,0");
 }
 
@@ -101,51 +94,24 @@ TEST(Statements, EveryOneRuns) {
 
 // Attendance, leave and buttons, for the statements that read them.
 void FurnishAttendance(TestCompany& company) {
-  company.Row("MAS_EMPLOYEEDET")
-      .With("EMPDETID", 5)
-      .With("EMPID", 17)
-      .With("EFFFROMDATE", "01/Apr/2010")
-      .With("ATTHEADID", 1);
-  company.Row("MAS_ATTHEAD").With("ATTHEADID", 1).With("ATTHEADNAME", "Monthly");
-  for (const char* day : {"04/Apr/2010", "11/Apr/2010", "02/May/2010"})
-    company.Row("ATT_WKLYROT").With("EMPID", 17).With("WEEKDATE", day);
-  company.Row("ATT_DETAIL")
-      .With("EMPID", 17)
-      .With("LEVID", 4)
-      .With("LEVDATE", "30/Apr/2010")
-      .With("FIRSTHALFYN", 1)
-      .With("SECONDHALFYN", 1);
-  company.Row("ATT_DETAIL")
-      .With("EMPID", 17)
-      .With("LEVID", 4)
-      .With("LEVDATE", "15/Apr/2010")
-      .With("FIRSTHALFYN", 1);
-  company.Row("ATT_DETAIL")
-      .With("EMPID", 17)
-      .With("LEVID", 4)
-      .With("LEVDATE", "01/May/2010")
-      .With("FIRSTHALFYN", 1);
-  company.Row("LEV_DETAILS")
-      .With("EMPID", 17)
-      .With("EMPDETID", 5)
-      .With("LEVID", 4)
-      .With("LEAVEDATE", "14/Apr/2010")
-      .With("FIRSTHALFYN", 1)
-      .With("SECONDHALFYN", 0);
-  company.Row("SEC_BUTDET").With("BUTID", 7).With("FORMID", 52).With("BUTNAME", "*Save[x] *");
-  company.Row("SEC_BUTDET").With("BUTID", 8).With("FORMID", 52).With("BUTNAME", "Save[x] ");
+  company.Execute(
+      "INSERT INTO MAS_EMPLOYEEDET (EMPDETID, EMPID, EFFFROMDATE, ATTHEADID) VALUES"
+      " (5, 17, '01/Apr/2010', 1);"
+      "INSERT INTO MAS_ATTHEAD (ATTHEADID, ATTHEADNAME) VALUES (1, 'Monthly');"
+      "INSERT INTO ATT_WKLYROT (EMPID, WEEKDATE) VALUES"
+      " (17, '04/Apr/2010'), (17, '11/Apr/2010'), (17, '02/May/2010');"
+      "INSERT INTO ATT_DETAIL (EMPID, LEVID, LEVDATE, FIRSTHALFYN, SECONDHALFYN) VALUES"
+      " (17, 4, '30/Apr/2010', 1, 1), (17, 4, '15/Apr/2010', 1, NULL), (17, 4, '01/May/2010', 1, NULL);"
+      "INSERT INTO LEV_DETAILS (EMPID, EMPDETID, LEVID, LEAVEDATE, FIRSTHALFYN, SECONDHALFYN) VALUES"
+      " (17, 5, 4, '14/Apr/2010', 1, 0);"
+      "INSERT INTO SEC_BUTDET (BUTID, FORMID, BUTNAME) VALUES (7, 52, '*Save[x] *'), (8, 52, 'Save[x] ')");
 }
-
-struct Answered {
-  const char* id;
-  const char* rows;
-};
 
 TEST(Statements, QueriesAnswerWhatTheyShould) {
   TestCompany company;
   Furnish(company);
   FurnishAttendance(company);
-  const Answered table[] = {
+  const std::pair<const char*, const char*> table[] = {
       {"months-1", "24124"},
       {"months-4", "24124|Apr/2010"},
       {"receipts-3", "24124"},
@@ -175,23 +141,20 @@ TEST(Statements, QueriesAnswerWhatTheyShould) {
       {"benefit-5", "17|Asha Rao|12000|8000|8500|400|80|320"},
       {"sepint-5", "1|3"},
   };
-  for (const auto& expected : table)
-    EXPECT_EQ(company.Rows(SaidAs(expected.id).sql), expected.rows) << expected.id;
+  for (const auto& [id, rows] : table) EXPECT_EQ(company.Rows(SaidAs(id).sql), rows) << id;
 }
-
-struct Changing {
-  const char* id;
-  std::int64_t rows;
-  const char* look;
-  const char* left;
-};
 
 TEST(Statements, ChangesLeaveWhatTheyShould) {
   TestCompany company;
   Furnish(company);
   FurnishAttendance(company);
   company.Execute("UPDATE INS_ADVLOAN SET INTAMT = NULL WHERE EMPID = 18");
-  const Changing table[] = {
+  const struct {
+    const char* id;
+    std::int64_t rows;  // what CREATE TABLE AS fills is not counted
+    const char* look;
+    const char* left;
+  } table[] = {
       {"adjust-5", 1, "SELECT MDFYAMT FROM INS_EMIDETAIL WHERE MONTHYEAR = 24122", "1010"},
       {"interest-7", 1, "SELECT ACTPRNAMT, MDFYAMT, COUNT(*) FROM INS_EMIDETAIL GROUP BY ACTPRNAMT, MDFYAMT",
        "NULL|1010|11\n10000|11200|1"},
@@ -207,7 +170,6 @@ TEST(Statements, ChangesLeaveWhatTheyShould) {
     RolledBack undo(company.Cn());
     const auto rows = company.Execute(SaidAs(expected.id).sql);
     EXPECT_EQ(company.Rows(expected.look), expected.left) << expected.id;
-    // What CREATE TABLE AS fills is not counted.
     if (std::string_view(expected.id) != "session-2") {
       EXPECT_EQ(rows, expected.rows) << expected.id;
     }

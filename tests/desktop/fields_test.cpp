@@ -1,24 +1,20 @@
-#include <gtest/gtest.h>
-
-#include <QClipboard>
-
-#include "desktop/at_window.h"
 #include "desktop/toy_screen.h"
 
 namespace ktl {
 namespace {
 
-using Heard = std::vector<std::string>;
-
-class FieldsTest : public testing::Test {
+class FieldsTest : public ToyTest {
  protected:
-  QtDesk desk{ToyForms()};
-  ToyScreen screen{desk};
+  // Works on one widget of the screen.
+  template <class Widget>
+  void WorkAt(const char* name, std::function<void(Widget&)> work) {
+    Work([=](ScreenWindow& window) { work(Find<Widget>(window, name)); });
+  }
+  void WorkAtAmount(std::function<void(QLineEdit&)> work) { WorkAt<QLineEdit>("txtAmount", work); }
 };
 
 TEST_F(FieldsTest, TypingPassesTheFilterAndKeepsTheCursor) {
-  WorkOn(desk, screen, [this](ScreenWindow& window) {
-    auto& count = Find<QLineEdit>(window, "txtCount");
+  WorkAt<QLineEdit>("txtCount", [this](QLineEdit& count) {
     Enter(count, "1a9-");
     EXPECT_EQ(screen.heard, (Heard{"count 1", "count 19"}));
     count.setCursorPosition(1);
@@ -29,8 +25,7 @@ TEST_F(FieldsTest, TypingPassesTheFilterAndKeepsTheCursor) {
 }
 
 TEST_F(FieldsTest, EnterLeavesTheFieldAndBackspaceAtItsStartGoesBack) {
-  WorkOn(desk, screen, [this](ScreenWindow& window) {
-    auto& amount = Find<QLineEdit>(window, "txtAmount");
+  WorkAtAmount([this](QLineEdit& amount) {
     Enter(amount, "12");
     QTest::keyClick(&amount, Qt::Key_Return);
     Settle();
@@ -50,7 +45,7 @@ TEST_F(FieldsTest, WhatThePropertiesSayIsWhatTheFieldDoes) {
   screen.txtAmount.toolTip = "paid";
   screen.txtCount.maxLength = 2;
   screen.optTwo.enabled = false;
-  WorkOn(desk, screen, [this](ScreenWindow& window) {
+  Work([this](ScreenWindow& window) {
     auto& amount = Find<QLineEdit>(window, "txtAmount");
     Enter(amount, "5");
     EXPECT_EQ(amount.text(), "");
@@ -69,8 +64,7 @@ TEST_F(FieldsTest, WhatThePropertiesSayIsWhatTheFieldDoes) {
 TEST_F(FieldsTest, AnAmountToReadIsGroupedAndOneToTypeIsNot) {
   screen.txtAmount.rightAligned = true;
   screen.txtAmount.SetText("1234567.89");
-  WorkOn(desk, screen, [this](ScreenWindow& window) {
-    auto& amount = Find<QLineEdit>(window, "txtAmount");
+  WorkAtAmount([this](QLineEdit& amount) {
     EXPECT_EQ(amount.text(), "1234567.89");
     screen.txtAmount.locked = true;
     desk.Refresh();
@@ -78,14 +72,12 @@ TEST_F(FieldsTest, AnAmountToReadIsGroupedAndOneToTypeIsNot) {
     EXPECT_EQ(screen.txtAmount.Text(), "1234567.89");
     amount.setFocus();
     amount.selectAll();
-    QTest::keyClick(&amount, Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), "1234567.89");
+    EXPECT_EQ(Copied(amount), "1234567.89");
   });
 }
 
 TEST_F(FieldsTest, DoubleClickAndF2OpenTheCalendar) {
-  WorkOn(desk, screen, [this](ScreenWindow& window) {
-    auto& amount = Find<QLineEdit>(window, "txtAmount");
+  WorkAtAmount([this](QLineEdit& amount) {
     QTest::mouseDClick(&amount, Qt::LeftButton);
     amount.setFocus();
     QTest::keyClick(&amount, Qt::Key_F2);
@@ -94,8 +86,7 @@ TEST_F(FieldsTest, DoubleClickAndF2OpenTheCalendar) {
 }
 
 TEST_F(FieldsTest, ComboTakesTypingAndTellsRowsOfTheSameTextApart) {
-  WorkOn(desk, screen, [this](ScreenWindow& window) {
-    auto& combo = Find<QComboBox>(window, "cmbName");
+  WorkAt<QComboBox>("cmbName", [this](QComboBox& combo) {
     combo.setFocus();
     combo.lineEdit()->selectAll();
     QTest::keyClicks(&combo, "asha rao");
@@ -114,8 +105,7 @@ TEST_F(FieldsTest, ComboTakesTypingAndTellsRowsOfTheSameTextApart) {
 }
 
 TEST_F(FieldsTest, EnterInTheSuggestionsChoosesAndMovesOn) {
-  WorkOn(desk, screen, [this](ScreenWindow& window) {
-    auto& combo = Find<QComboBox>(window, "cmbName");
+  WorkAt<QComboBox>("cmbName", [this](QComboBox& combo) {
     Enter(combo, "ish");
     Settle();
     QWidget* suggestions = QApplication::activePopupWidget();
@@ -131,7 +121,7 @@ TEST_F(FieldsTest, EnterInTheSuggestionsChoosesAndMovesOn) {
 TEST_F(FieldsTest, TicksOptionsLabelsAndMenus) {
   screen.optOne.SetValue(true);
   screen.heard.clear();
-  WorkOn(desk, screen, [this](ScreenWindow& window) {
+  Work([this](ScreenWindow& window) {
     QTest::keyClick(&Find<QCheckBox>(window, "chkAll"), Qt::Key_Space);
     QTest::keyClick(&Find<QRadioButton>(window, "optTwo"), Qt::Key_Space);
     EXPECT_FALSE(screen.optOne.Value());
@@ -145,12 +135,12 @@ TEST_F(FieldsTest, TicksOptionsLabelsAndMenus) {
 }
 
 TEST_F(FieldsTest, PagesFollowTheHandAndTheFocus) {
-  WorkOn(desk, screen, [this](ScreenWindow& window) {
+  Work([this](ScreenWindow& window) {
     auto& tabs = Find<QTabWidget>(window, "tabPages");
     EXPECT_FALSE(tabs.isTabVisible(2));
     screen.cmdSave.onClick = [this] { screen.SetFocus(screen.txtOnSecond); };
     screen.txtOnSecond.SetText("abc");
-    QTest::mouseClick(&Find<QPushButton>(window, "cmdSave"), Qt::LeftButton);
+    PressSave(window);
     EXPECT_EQ(screen.tabPages.Current(), 1u);
     auto& second = Find<QLineEdit>(window, "txtOnSecond");
     EXPECT_TRUE(second.hasFocus());
@@ -161,7 +151,7 @@ TEST_F(FieldsTest, PagesFollowTheHandAndTheFocus) {
 }
 
 TEST_F(FieldsTest, ListsTimersAndBars) {
-  WorkOn(desk, screen, [this](ScreenWindow& window) {
+  Work([this](ScreenWindow& window) {
     auto& list = Find<QListView>(window, "lstPeople");
     list.setFocus();
     list.setCurrentIndex(list.model()->index(1, 0));

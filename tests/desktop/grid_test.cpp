@@ -1,22 +1,17 @@
-#include <gtest/gtest.h>
-
-#include <QClipboard>
 #include <QHeaderView>
 #include <QMenu>
 
-#include "desktop/at_window.h"
 #include "desktop/toy_screen.h"
 
 namespace ktl {
 namespace {
 
-using Heard = std::vector<std::string>;
 enum Column { kPick, kMonth, kId, kAmount };
 
-class GridTest : public testing::Test {
+class GridTest : public ToyTest {
  protected:
   void Work(std::function<void(QTableView&)> work) {
-    WorkOn(desk, screen, [work](ScreenWindow& window) { work(Find<QTableView>(window, "fpgRows")); });
+    ToyTest::Work([work](ScreenWindow& window) { work(Find<QTableView>(window, "fpgRows")); });
   }
   static void Click(QTableView& view, int row, int column) {
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, Place(view, row, column));
@@ -25,9 +20,18 @@ class GridTest : public testing::Test {
   static QPoint Place(QTableView& view, int row, int column) {
     return view.visualRect(view.model()->index(row, column)).center();
   }
-
-  QtDesk desk{ToyForms()};
-  ToyScreen screen{desk};
+  static void Press(QTableView& view, Qt::Key key) {
+    QTest::keyClick(&view, key);
+    Settle();
+  }
+  // Of the cell that is current; nothing where it is locked.
+  static QLineEdit* Editor(QTableView& view) {
+    QTest::keyClick(&view, Qt::Key_F2);
+    return view.viewport()->findChild<QLineEdit*>();
+  }
+  static QString Shown(QTableView& view, int row, int column) {
+    return view.model()->index(row, column).data().toString();
+  }
 };
 
 TEST_F(GridTest, AClickIsHeardWithItsRowActive) {
@@ -35,8 +39,7 @@ TEST_F(GridTest, AClickIsHeardWithItsRowActive) {
     Click(view, 1, kAmount);
     EXPECT_EQ(screen.fpgRows.activeRow, 1u);
     EXPECT_EQ(screen.heard, Heard{"row 1"});
-    QTest::keyClick(&view, Qt::Key_Down);
-    Settle();
+    Press(view, Qt::Key_Down);
     EXPECT_EQ(screen.heard, (Heard{"row 1", "row 2"}));
     QTest::keyClick(&view, Qt::Key_Return);  // a locked cell
     EXPECT_EQ(screen.heard.back(), "open 2");
@@ -49,8 +52,7 @@ TEST_F(GridTest, ATickIsTheWholeCellAndTheRowIsClickedFirst) {
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, cell.topLeft() + QPoint(3, 3));
     Settle();
     EXPECT_EQ(screen.heard, (Heard{"row 1", "cell 1 1"}));
-    QTest::keyClick(&view, Qt::Key_Space);
-    Settle();
+    Press(view, Qt::Key_Space);
     EXPECT_EQ(screen.heard.back(), "cell 1 0");
     screen.fpgRows.At(1, kPick).locked = true;
     desk.Refresh();
@@ -68,18 +70,16 @@ TEST_F(GridTest, ATypedCellIsToldAfterItsEditorIsClosed) {
       EXPECT_FALSE(view.isPersistentEditorOpen(view.currentIndex()));
       screen.fpgRows.At(0, column).text = "Jul/2026";
     };
-    QTest::keyClick(&view, Qt::Key_F2);
-    auto* editor = view.viewport()->findChild<QLineEdit*>();
+    QLineEdit* editor = Editor(view);
     ASSERT_TRUE(editor);
     editor->selectAll();
     QTest::keyClicks(editor, "7/2026");
     QTest::keyClick(editor, Qt::Key_Return);
     Settle();
     EXPECT_EQ(screen.heard, Heard{"7/2026"});
-    EXPECT_EQ(view.model()->index(0, kMonth).data().toString(), "Jul/2026");
+    EXPECT_EQ(Shown(view, 0, kMonth), "Jul/2026");
     view.setCurrentIndex(view.model()->index(0, kAmount));
-    QTest::keyClick(&view, Qt::Key_F2);
-    EXPECT_FALSE(view.viewport()->findChild<QLineEdit*>());  // locked
+    EXPECT_FALSE(Editor(view));  // locked
   });
 }
 
@@ -108,17 +108,14 @@ TEST_F(GridTest, CopiesSelectionOrAll) {
   screen.fpgRows.At(0, kPick).text = "1";
   screen.fpgRows.rows[2].hidden = true;
   Work([](QTableView& view) {
-    const QString heading = "Pick\tMonth\tAmount\n";
+    const QString heading = "Pick\tMonth\tAmount\n", second = "No\tMay/2026\t200.00\n";
+    const QString all = heading + "Yes\tApr/2026\t100.00\n" + second;
     view.setFocus();
     view.clearSelection();
-    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
-    const QString all = heading + "Yes\tApr/2026\t100.00\nNo\tMay/2026\t200.00\n";
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), all);
+    EXPECT_EQ(Copied(view), all);
     Click(view, 1, kMonth);
-    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), heading + "No\tMay/2026\t200.00\n");
-    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), all);
+    EXPECT_EQ(Copied(view), heading + second);
+    EXPECT_EQ(Copied(view, Qt::ControlModifier | Qt::ShiftModifier), all);
   });
 }
 
@@ -138,15 +135,13 @@ TEST_F(GridTest, GroupsAmountsForReadingOnly) {
   screen.fpgRows.columns[kAmount].locked = false;
   Work([&](QTableView& view) {
     for (int row = 0; row < int(std::size(shown)); ++row) {
-      EXPECT_EQ(view.model()->index(row, kAmount).data().toString(), shown[row].second);
-      EXPECT_EQ(view.model()->index(row, kMonth).data().toString(), shown[row].first);  // no number column
+      EXPECT_EQ(Shown(view, row, kAmount), shown[row].second);
+      EXPECT_EQ(Shown(view, row, kMonth), shown[row].first);  // no number column
     }
     view.setFocus();
     view.setCurrentIndex(view.model()->index(0, kAmount));
-    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
-    EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("\t1234567.89\n"));
-    QTest::keyClick(&view, Qt::Key_F2);
-    auto* editor = view.viewport()->findChild<QLineEdit*>();
+    EXPECT_TRUE(Copied(view).endsWith("\t1234567.89\n"));
+    QLineEdit* editor = Editor(view);
     ASSERT_TRUE(editor);
     EXPECT_EQ(editor->text(), "1234567.89");
   });

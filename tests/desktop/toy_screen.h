@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -17,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "desktop/at_window.h"
 #include "desktop/forms.h"
 #include "screen/desk.h"
 #include "screen/screen.h"
@@ -59,6 +61,9 @@ class ToyScreen final : public Screen {
   Handler Hears(std::string what) {
     return [this, what] { heard.push_back(what); };
   }
+  std::function<void(std::size_t, std::size_t)> HearsRow(std::string what) {
+    return [this, what](std::size_t row, std::size_t) { heard.push_back(what + std::to_string(row)); };
+  }
 
   void Connect() {
     txtCount.onKeyPress = [](int key) { return std::isdigit(key) ? key : 0; };
@@ -67,25 +72,19 @@ class ToyScreen final : public Screen {
     txtAmount.onDblClick = Hears("calendar");
     cmbName.onChange = [this] { heard.push_back("name " + cmbName.Text() + "=" + cmbName.BoundText()); };
     chkAll.onClick = Hears("all");
-    optOne.onClick = Hears("one");
     optTwo.onClick = Hears("two");
     cmdSave.onClick = [this] { heard.push_back("save " + txtAmount.Text()); };
     lblHelp.onClick = Hears("help");
     tabPages.pages = {{"First"}, {"Second"}, {"Third", false}};
     tabPages.onChange = [this] { heard.push_back("page " + std::to_string(tabPages.Current())); };
-    fpgRows.onRowClick = [this](std::size_t row, std::size_t) {
-      heard.push_back("row " + std::to_string(row));
-    };
+    fpgRows.onRowClick = HearsRow("row ");
     fpgRows.onCellChange = [this](std::size_t row, std::size_t column) {
       heard.push_back("cell " + std::to_string(row) + " " + fpgRows.Text(row, column));
     };
-    fpgRows.onDblClick = [this](std::size_t row, std::size_t) {
-      heard.push_back("open " + std::to_string(row));
-    };
+    fpgRows.onDblClick = HearsRow("open ");
     fpgRows.popup = {&mnuExport};
     lstPeople.onTick = [this](std::size_t row) { heard.push_back("tick " + std::to_string(row)); };
     mnuExport.onClick = Hears("export");
-    tmrTick.onTimer = Hears("tick");
     fmeMode.Hold({optOne, optTwo});
   }
 
@@ -140,5 +139,23 @@ inline const Forms& ToyForms() {
   static const Forms kForms{{"toy", ToyForm}};
   return kForms;
 }
+
+using Heard = std::vector<std::string>;
+
+// The toy screen on a desk of its own, and a person at its window.
+class ToyTest : public testing::Test {
+ protected:
+  void Work(std::function<void(ScreenWindow&)> work) { WorkOn(desk, screen, std::move(work)); }
+  static void PressSave(ScreenWindow& window) {
+    QTest::mouseClick(&Find<QPushButton>(window, "cmdSave"), Qt::LeftButton);
+  }
+  static QString Copied(QWidget& widget, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
+    QTest::keyClick(&widget, Qt::Key_C, modifiers);
+    return QGuiApplication::clipboard()->text();
+  }
+
+  QtDesk desk{ToyForms()};
+  ToyScreen screen{desk};
+};
 
 }  // namespace ktl

@@ -1,67 +1,49 @@
-#include <gtest/gtest.h>
-
-#include "desktop/at_window.h"
 #include "desktop/toy_screen.h"
 
 namespace ktl {
 namespace {
 
-using Heard = std::vector<std::string>;
-
-class WindowsTest : public testing::Test {
+class WindowsTest : public ToyTest {
  protected:
   // Opens the screen and presses its button, which does this.
   void OnSave(Handler handler) {
     screen.cmdSave.onClick = std::move(handler);
-    WorkOn(desk, screen, [](ScreenWindow& window) { PressSave(window); });
+    Work([](ScreenWindow& window) { PressSave(window); });
   }
-  static void PressSave(ScreenWindow& window) {
-    QTest::mouseClick(&Find<QPushButton>(window, "cmdSave"), Qt::LeftButton);
-  }
-
-  QtDesk desk{ToyForms()};
-  ToyScreen screen{desk};
 };
 
-struct BoxCase {
-  const char* name;
-  Buttons buttons;
-  Answer preset;
-  int closesItselfMs;
-  Qt::Key key;
-  Answer expected;
-};
-
-class BoxTest : public WindowsTest, public testing::WithParamInterface<BoxCase> {};
-
-TEST_P(BoxTest, Answers) {
-  const BoxCase& c = GetParam();
-  Answer answer = Answer::Cancel;
+TEST_F(WindowsTest, BoxesAreAnsweredByKeyDefaultOrTime) {
+  const struct {
+    const char* name;
+    Buttons buttons;
+    Answer preset;
+    int closesItselfMs;
+    Qt::Key key;
+    Answer expected;
+  } cases[] = {
+      {"Enter takes the default", Buttons::YesNo, Answer::No, 0, Qt::Key_Return, Answer::No},
+      {"Enter takes another default", Buttons::YesNo, Answer::Yes, 0, Qt::Key_Return, Answer::Yes},
+      {"a letter answers", Buttons::YesNo, Answer::No, 0, Qt::Key_Y, Answer::Yes},
+      {"Escape of two", Buttons::YesNo, Answer::Yes, 0, Qt::Key_Escape, Answer::No},
+      {"Escape of three", Buttons::YesNoCancel, Answer::Yes, 0, Qt::Key_Escape, Answer::Cancel},
+      {"Escape of one", Buttons::OK, Answer::OK, 0, Qt::Key_Escape, Answer::OK},
+      {"closes itself", Buttons::OKCancel, Answer::OK, 20, Qt::Key_unknown, Answer::OK},
+  };
   OnSave([&] {
-    OnNext<QMessageBox>([&c](QMessageBox& box) {
-      EXPECT_EQ(box.text(), "one\ntwo");
-      EXPECT_EQ(box.windowTitle(), "Title");
-      if (c.key != Qt::Key_unknown) QTest::keyClick(&box, c.key);
-    });
-    answer = desk.MsgBox({"one\r\ntwo", c.buttons, Icon::Question, c.preset, "Title", c.closesItselfMs});
+    for (const auto& c : cases) {
+      OnNext<QMessageBox>([&c](QMessageBox& box) {
+        EXPECT_EQ(box.text(), "one\ntwo");
+        EXPECT_EQ(box.windowTitle(), "Title");
+        if (c.key != Qt::Key_unknown) QTest::keyClick(&box, c.key);
+      });
+      const MessageBox box{"one\r\ntwo", c.buttons, Icon::Question, c.preset, "Title", c.closesItselfMs};
+      EXPECT_EQ(desk.MsgBox(box), c.expected) << c.name;
+    }
   });
-  EXPECT_EQ(answer, c.expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Boxes, BoxTest,
-    testing::Values(
-        BoxCase{"EnterTakesTheDefault", Buttons::YesNo, Answer::No, 0, Qt::Key_Return, Answer::No},
-        BoxCase{"EnterTakesAnotherDefault", Buttons::YesNo, Answer::Yes, 0, Qt::Key_Return, Answer::Yes},
-        BoxCase{"ALetterAnswers", Buttons::YesNo, Answer::No, 0, Qt::Key_Y, Answer::Yes},
-        BoxCase{"EscapeOfTwo", Buttons::YesNo, Answer::Yes, 0, Qt::Key_Escape, Answer::No},
-        BoxCase{"EscapeOfThree", Buttons::YesNoCancel, Answer::Yes, 0, Qt::Key_Escape, Answer::Cancel},
-        BoxCase{"EscapeOfOne", Buttons::OK, Answer::OK, 0, Qt::Key_Escape, Answer::OK},
-        BoxCase{"ClosesItself", Buttons::OKCancel, Answer::OK, 20, Qt::Key_unknown, Answer::OK}),
-    [](const auto& info) { return std::string(info.param.name); });
-
 TEST_F(WindowsTest, AFieldIsLeftBeforeTheButtonWorks) {
-  WorkOn(desk, screen, [this](ScreenWindow& window) {
+  Work([this](ScreenWindow& window) {
     Enter(Find<QLineEdit>(window, "txtAmount"), "12");
     QTest::keyClick(&window, Qt::Key_S, Qt::AltModifier);
     EXPECT_EQ(screen.heard, Heard{"save 12.00"});
@@ -82,8 +64,7 @@ TEST_F(WindowsTest, ABoxOfTheLeftFieldTakesTheClickAway) {
     screen.SetFocus(screen.txtAmount);
   };
   for (const bool byMouse : {true, false}) {
-    ToyScreen& toy = screen;
-    WorkOn(desk, toy, [this, byMouse](ScreenWindow& window) {
+    Work([this, byMouse](ScreenWindow& window) {
       auto& amount = Find<QLineEdit>(window, "txtAmount");
       Enter(amount, "99");
       OnNext<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); });
@@ -138,17 +119,12 @@ TEST_F(WindowsTest, AChildWorksOnItsParentWhileItIsOpen) {
 
 TEST_F(WindowsTest, AScreenMayRefuseToClose) {
   int asked = 0;
-  bool agrees = false;
-  screen.mayClose = [&] {
-    ++asked;
-    return agrees;
-  };
-  WorkOn(desk, screen, [&](ScreenWindow& window) {
+  screen.mayClose = [&] { return ++asked == 3; };
+  Work([&](ScreenWindow& window) {
     QTest::keyClick(&window, Qt::Key_Escape);
     window.close();
     EXPECT_EQ(asked, 2);
     EXPECT_TRUE(window.isVisible());
-    agrees = true;
     QTest::keyClick(&window, Qt::Key_Escape);
     EXPECT_FALSE(window.isVisible());
     EXPECT_TRUE(screen.IsUnloaded());

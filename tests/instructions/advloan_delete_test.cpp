@@ -11,9 +11,17 @@ class EntryDeletes : public EntryScreen {
   modAdvLoan& OpenOnFiveMonths() {
     company.Advance(17, 1, "Salary Advance", 5000, "01/Sep/2026");
     for (int i = 0; i < 5; ++i) company.Emi(17, 1, 1, i + 1, 24321 + i, 1000);
-    OpenOn(1);
-    ClickRow(screen->fpgAdvLoan, 0);
+    OpenOnFirst(1);
     return *screen;
+  }
+  void Delete(std::vector<Answer> answers) {
+    desk.WillAnswer(std::move(answers));
+    Click(screen->cmdDelete);
+  }
+  void DeleteMonths(std::initializer_list<std::size_t> rows, std::vector<Answer> answers) {
+    TickMonths(rows);
+    desk.WillAnswer(std::move(answers));
+    Click(screen->cmdEMIDelete);
   }
   void TickMonths(std::initializer_list<std::size_t> rows) {
     for (std::size_t row : rows) TickCell(screen->fpgEMI, row, modAdvLoan::kEmiTick, true);
@@ -27,32 +35,27 @@ TEST_F(EntryDeletes, DeletingAnInstructionTakesEverythingOfItAndFlagsItsMonths) 
   company.Emi(17, 1, 2, 1, 24321, 700);
   company.Salary(17, 24322, 40000, 30000);
   Run("UPDATE SLC_SALARYCALC_E SET INDICATOR = 1");
-  desk.WillAnswer({Answer::Yes, Answer::No});
-  Click(screen->cmdDelete);
+  Delete({Answer::Yes, Answer::No});
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_RECEIPTS"), "1");
   desk.TakeBoxes();
-  desk.WillAnswer({Answer::Yes, Answer::Yes});
-  Click(screen->cmdDelete);
-  EXPECT_EQ(desk.TakeTexts(), (std::vector<std::string>{
-                                  kAskDelete,
-                                  "Selected Advance has receipts.  Receipts will be deleted if Advance is "
-                                  "deleted.\r\nDo you want to proceed?"}));
+  Delete({Answer::Yes, Answer::Yes});
+  EXPECT_EQ(desk.TakeTexts(), (Texts{kAskDelete,
+                                     "Selected Advance has receipts.  Receipts will be deleted if Advance "
+                                     "is deleted.\r\nDo you want to proceed?"}));
   EXPECT_EQ(Rows("SELECT SERIALNO FROM INS_ADVLOAN"), "2");
   EXPECT_EQ(Rows("SELECT SERIALNO, EMIAMT FROM INS_EMIDETAIL"), "2|700");
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_RECEIPTS"), "0");
   EXPECT_EQ(Rows("SELECT EDITMODEYN FROM SLC_SALARYCALC_E"), "1");
-  EXPECT_EQ(
-      LastAudit(),
-      "19|17|Standing Instructions - Advance Deleted|Advance Deleted::SI Type = Advance:SI Name = Salary "
-      "Advance:Date = 01/09/2026:Amount = 5000:Interest Amount = 0:Remarks = ");
+  EXPECT_EQ(LastAudit(),
+            "19|17|Standing Instructions - Advance Deleted|Advance Deleted::SI Type = Advance:SI Name = "
+            "Salary Advance:Date = 01/09/2026:Amount = 5000:Interest Amount = 0:Remarks = ");
   EXPECT_EQ(screen->fpgAdvLoan.rows.size(), 1u);
   EXPECT_EQ(screen->txtSerialNo.Text(), "3");
 }
 
 TEST_F(EntryDeletes, WhatStandsAgainstADelete) {
   OpenOn(1);
-  Click(screen->cmdDelete);
-  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"No Advance to delete."});
+  EXPECT_EQ(Press(screen->cmdDelete), Texts{"No Advance to delete."});
 
   OpenOnFiveMonths();
   Click(screen->cmdDelete);  // No is the default; the row is white again
@@ -60,18 +63,14 @@ TEST_F(EntryDeletes, WhatStandsAgainstADelete) {
 
   company.Lock(24322);
   company.Lock(24324);
-  desk.TakeBoxes();
-  desk.WillAnswer({Answer::Yes});
-  Click(screen->cmdDelete);
+  Delete({Answer::Yes});
   EXPECT_EQ(desk.LastBox().text,
             "Oct/2026, Dec/2026 of the EMI month(s) has/have been locked.\r\nDelete these EMI(s) to delete "
-            "the selected "
-            "Advance.\r\nUnlock the month(s)");
+            "the selected Advance.\r\nUnlock the month(s)");
 
   Run("UPDATE MAS_MONTHYEAR SET LOCKEDYN = 0");
   company.Row("SEC_EMPLOCK").With("EMPID", 17).With("MONTHYEAR", 24325);
-  desk.WillAnswer({Answer::Yes});
-  Click(screen->cmdDelete);
+  Delete({Answer::Yes});
   EXPECT_EQ(desk.LastBox().text, "Emloyee has been locked one of the EMI month(s). Cannot Delete");
   EXPECT_EQ(desk.LastBox().title, "Permission Denied");
   EXPECT_EQ(Rows("SELECT COUNT(*), SUM(EMIAMT) FROM INS_EMIDETAIL"), "5|5000");
@@ -79,20 +78,16 @@ TEST_F(EntryDeletes, WhatStandsAgainstADelete) {
 
 TEST_F(EntryDeletes, HouseLoanDetailsGoOnlyWithAYes) {
   company.Loan(17, 1, "Car Loan", 1000);
-  company.Row("INS_HLOAN").With("EMPID", 17).With("SERIALNO", 1).With("SITYPE", 2).With("HTYPE", 1);
-  company.Row("INS_HLOAN_VAL").With("EMPID", 17).With("SERIALNO", 1).With("SITYPE", 2).With("FINYEAR", 2026);
-  OpenOn(2);
-  ClickRow(screen->fpgAdvLoan, 0);
+  Run("INSERT INTO INS_HLOAN (EMPID, SERIALNO, SITYPE, HTYPE) VALUES (17, 1, 2, 1);"
+      "INSERT INTO INS_HLOAN_VAL (EMPID, SERIALNO, SITYPE, FINYEAR) VALUES (17, 1, 2, 2026)");
+  OpenOnFirst(2);
   EXPECT_TRUE(screen->cmdTDSDet.visible);
-  desk.WillAnswer({Answer::Yes, Answer::No});
-  Click(screen->cmdDelete);
+  Delete({Answer::Yes, Answer::No});
   EXPECT_EQ(desk.LastBox().text,
             "Selected Loan has house loan details.  These details will be deleted if Loan is deleted.\r\nDo "
-            "you want to "
-            "proceed?");
+            "you want to proceed?");
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_HLOAN"), "1");
-  desk.WillAnswer({Answer::Yes, Answer::Yes});
-  Click(screen->cmdDelete);
+  Delete({Answer::Yes, Answer::Yes});
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_HLOAN, INS_HLOAN_VAL"), "0");
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN"), "0");
 }
@@ -135,20 +130,16 @@ TEST_F(EntryDeletes, SpreadingLeavesRecoveredMonthsAloneAndNothingIsAskedWhenNon
   company.Emi(17, 1, 1, 1, 24321, 1000).With("EMIRECVYN", 1);
   company.Emi(17, 1, 1, 2, 24322, 1000);
   company.Emi(17, 1, 1, 3, 24323, 1000);
-  OpenOn(1);
-  ClickRow(screen->fpgAdvLoan, 0);
+  OpenOnFirst(1);
   EXPECT_THROW(TickCell(screen->fpgEMI, 0, modAdvLoan::kEmiTick, true), PersonError);
   Tick(screen->chkSelectAll, true);
   EXPECT_FALSE(screen->fpgEMI.IsTicked(0, modAdvLoan::kEmiTick));
   TickCell(screen->fpgEMI, 1, modAdvLoan::kEmiTick, false);
-  desk.WillAnswer({Answer::Yes, Answer::Yes});
-  Click(screen->cmdEMIDelete);
+  DeleteMonths({}, {Answer::Yes, Answer::Yes});
   EXPECT_EQ(Schedule(), "24321|1|1000|1000\n24322|2|1000|2000");
   desk.TakeBoxes();
-  TickMonths({1});
-  desk.WillAnswer({Answer::Yes});
-  Click(screen->cmdEMIDelete);
-  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Do you want to delete selected Advance EMI Detail?"});
+  DeleteMonths({1}, {Answer::Yes});
+  EXPECT_EQ(desk.TakeTexts(), Texts{"Do you want to delete selected Advance EMI Detail?"});
   EXPECT_EQ(LastAudit().find("Adjustment"), std::string::npos);
 }
 
@@ -156,11 +147,8 @@ TEST_F(EntryDeletes, ANewMonthOfALoanKeepsItsLender) {
   company.Loan(17, 1, "Car Loan", 2000);
   company.Emi(17, 2, 1, 1, 24322, 1000).With("INSTID", 6);
   company.Emi(17, 2, 1, 2, 24323, 1000).With("INSTID", 6);
-  OpenOn(2);
-  ClickRow(screen->fpgAdvLoan, 0);
-  TickMonths({0});
-  desk.WillAnswer({Answer::Yes, Answer::No});
-  Click(screen->cmdEMIDelete);
+  OpenOnFirst(2);
+  DeleteMonths({0}, {Answer::Yes, Answer::No});
   EXPECT_EQ(Rows("SELECT MONTHYEAR, COUNTER, MDFYAMT, INSTID FROM INS_EMIDETAIL ORDER BY MONTHYEAR"),
             "24323|2|1000|6\n24324|3|1000|6");
 }
@@ -169,21 +157,17 @@ TEST_F(EntryDeletes, OneLockedMonthAmongTheTickedStopsAll) {
   OpenOnFiveMonths();
   Click(screen->cmdEMIDelete);
   company.Lock(24322);
-  TickMonths({0, 1, 2});
-  desk.WillAnswer({Answer::Yes});
-  Click(screen->cmdEMIDelete);
+  DeleteMonths({0, 1, 2}, {Answer::Yes});
   Run("UPDATE MAS_MONTHYEAR SET LOCKEDYN = 0");
   company.Row("SEC_EMPLOCK")
       .With("EMPID", 17)
       .With("MONTHYEAR", 24327);  // behind the schedule: the range has no end
-  desk.WillAnswer({Answer::Yes});
-  Click(screen->cmdEMIDelete);
-  EXPECT_EQ(
-      desk.TakeTexts(),
-      (std::vector<std::string>{"Select EMI to delete.", "Do you want to delete selected Advance EMI Detail?",
-                                "1 month(s) are locked.\r\nEMI details for these months will not be deleted.",
-                                "Do you want to delete selected Advance EMI Detail?",
-                                "Employee has been locked. Cannot Delete."}));
+  DeleteMonths({}, {Answer::Yes});
+  EXPECT_EQ(desk.TakeTexts(),
+            (Texts{"Select EMI to delete.", "Do you want to delete selected Advance EMI Detail?",
+                   "1 month(s) are locked.\r\nEMI details for these months will not be deleted.",
+                   "Do you want to delete selected Advance EMI Detail?",
+                   "Employee has been locked. Cannot Delete."}));
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL"), "5");
 }
 
@@ -191,11 +175,8 @@ TEST_F(EntryDeletes, SeparateInterestOfDeletedMonthsComesOffTheInstruction) {
   company.Advance(17, 1, "Welfare Advance", 2000, "01/Sep/2026").With("INTAMT", 50.0);
   company.Emi(17, 1, 1, 1, 24321, 1040).With("MDFPRNAMT", 1000.0).With("MDFINTAMT", 40.5);
   company.Emi(17, 1, 1, 2, 24322, 1020).With("MDFPRNAMT", 1000.0).With("MDFINTAMT", 20.25);
-  OpenOn(1);
-  ClickRow(screen->fpgAdvLoan, 0);
-  TickMonths({0, 1});
-  desk.WillAnswer({Answer::Yes});
-  Click(screen->cmdEMIDelete);
+  OpenOnFirst(1);
+  DeleteMonths({0, 1}, {Answer::Yes});
   EXPECT_EQ(Rows("SELECT INTAMT FROM INS_ADVLOAN"), "-10.75");
 }
 
@@ -207,8 +188,7 @@ TEST_F(EntryDeletes, RefusedButtonsChangeNothing) {
         &screen->cmdMonthly, &screen->cmdMaster, &screen->cmdFmeFormula}) {
     button->tag += "NA";
     if (!button->IsUsable()) continue;
-    Click(*button);
-    EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Permission denied."}) << button->name();
+    EXPECT_EQ(Press(*button), Texts{"Permission denied."}) << button->name();
   }
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL"), "5");
 }

@@ -2,9 +2,23 @@
 
 namespace ktl {
 
-EntryScreen::EntryScreen() {
+InstructionScreen::InstructionScreen() {
   machine.settings.Set("Settings", "DBType", "SQL");
   machine.settings.Set("Settings", "User", "RAVI");
+  OpenConnection(session, company.ConnectionString());
+}
+
+std::string InstructionScreen::LastAudit() {
+  return Rows("SELECT TOP 1 MENUNO, EMPID, ACTIONTEXT, DETAILTEXT FROM SEC_AUDITTRAIL ORDER BY AUDITID DESC");
+}
+
+Texts InstructionScreen::Press(Button& button, std::vector<Answer> answers) {
+  desk.WillAnswer(std::move(answers));
+  Click(button);
+  return desk.TakeTexts();
+}
+
+EntryScreen::EntryScreen() {
   company.Months(24292, 24327);
   company.Employee(17).Named("Asha Rao").Ref("K17").Joined("01/Apr/2010").Taxed();
   company.Employee(18).Named("Binod Sen").Ref("K18").Joined("01/Apr/2010").Left("31/Aug/2026");
@@ -15,7 +29,6 @@ EntryScreen::EntryScreen() {
   company.Name(2, "Car Loan").With("TDSYN", 1);
   company.Institution(5, "Deccan Bank", 2);
   company.Institution(6, "Kaveri Finance", 2);
-  OpenConnection(session, company.ConnectionString());
   LoadOptionSet(session);
   session.options.STARTMONTHYEAR = 24292;
 }
@@ -26,10 +39,6 @@ std::string EntryScreen::Schedule(long serial) {
   return Rows(
       "SELECT MONTHYEAR, COUNTER, EMIAMT, MDFYAMT FROM INS_EMIDETAIL WHERE EMPID = 17 AND SERIALNO = " +
       std::to_string(serial) + " ORDER BY MONTHYEAR");
-}
-
-std::string EntryScreen::LastAudit() {
-  return Rows("SELECT TOP 1 MENUNO, EMPID, ACTIONTEXT, DETAILTEXT FROM SEC_AUDITTRAIL ORDER BY AUDITID DESC");
 }
 
 modAdvLoan& EntryScreen::Open(int siType) {
@@ -46,25 +55,32 @@ modAdvLoan& EntryScreen::OpenOn(int siType, const char* employee) {
   return *screen;
 }
 
-modAdvLoan& EntryScreen::EnterAdvance() {
-  OpenOn(1);
+modAdvLoan& EntryScreen::OpenOnFirst(int siType) {
+  OpenOn(siType);
+  ClickRow(screen->fpgAdvLoan, 0);
+  return *screen;
+}
+
+modAdvLoan& EntryScreen::BeginNew(int siType, const char* name, const char* date, const char* amount) {
+  OpenOn(siType);
   Click(screen->cmdNew);
-  Pick(screen->cmbALName, "Salary Advance");
-  Type(screen->txtAdvDate, "15/09/2026");
-  Type(screen->txtAdvAmount, "10000");
+  Pick(screen->cmbALName, name);
+  Type(screen->txtAdvDate, date);
+  Type(screen->txtAdvAmount, amount);
+  return *screen;
+}
+
+modAdvLoan& EntryScreen::EnterAdvance() {
+  BeginNew(1, "Salary Advance", "15/09/2026", "10000");
   Type(screen->txtInstlAmt, "1000");
   Type(screen->txtRecvrFrom, "Oct/2026");
   return *screen;
 }
 
 modAdvLoan& EntryScreen::EnterLoan() {
-  OpenOn(2);
-  Click(screen->cmdNew);
-  Pick(screen->cmbALName, "Car Loan");
+  BeginNew(2, "Car Loan", "15/09/2026", "3000");
   Pick(screen->cmbInstitution, "Deccan Bank");
   Type(screen->txtLoanAccNo, "ACC/1");
-  Type(screen->txtAdvDate, "15/09/2026");
-  Type(screen->txtAdvAmount, "3000");
   Type(screen->txtInstlAmt, "1000");
   Type(screen->txtRecvrFrom, "Oct/2026");
   return *screen;

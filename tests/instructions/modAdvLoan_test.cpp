@@ -15,21 +15,19 @@ std::string Line(const Grid& grid, std::size_t row) {
 
 TEST_F(EntryScreen, CaptionsAndControlsFollowTheType) {
   Run("UPDATE MAS_PULLDOWNVALUES SET PDLISTDESC = 'Festival Loan' WHERE REFID = 5 AND PDID = 2");
+  const auto texts = [](const modAdvLoan& s) {
+    return Texts{s.tabDetails.pages[0].caption, s.tabDetails.pages[2].caption, s.lblTotRcpt.caption,
+                 s.cmdSave.tag + " " + s.cmdEMIDelete.tag};
+  };
   modAdvLoan& loans = Open(2);
-  EXPECT_EQ(loans.tabDetails.pages[0].caption, "Festival Loan N&ame");
-  EXPECT_EQ(loans.tabDetails.pages[2].caption, "D&eposits");
-  EXPECT_EQ(loans.lblTotRcpt.caption, "Total Deposits");
+  EXPECT_EQ(texts(loans), (Texts{"Festival Loan N&ame", "D&eposits", "Total Deposits", "225 231"}));
   EXPECT_EQ(loans.lblLoanAccNo.caption, "Festival Loan A/c No.");
-  EXPECT_TRUE(loans.txtLoanAccNo.visible);
-  EXPECT_EQ(loans.cmdEMIDelete.tag, "231");
-  EXPECT_FALSE(loans.fpgAdvLoan.columns[modAdvLoan::kListAccount].hidden);
+  EXPECT_TRUE(loans.txtLoanAccNo.visible && !loans.fpgAdvLoan.columns[modAdvLoan::kListAccount].hidden);
   modAdvLoan& advances = Open(1);
-  EXPECT_EQ(advances.tabDetails.pages[2].caption, "R&eceipts Recovered");
-  EXPECT_FALSE(advances.cmbInstitution.visible);
-  EXPECT_EQ(advances.cmdSave.tag, "200");
-  EXPECT_TRUE(advances.fpgEMI.columns[modAdvLoan::kEmiInstitution].hidden);
-  EXPECT_FALSE(advances.optRoundNone.visible);
-  EXPECT_TRUE(advances.optNearOneRupee.Value());
+  EXPECT_EQ(texts(advances), (Texts{"Advance N&ame", "R&eceipts Recovered", "Total Receipts", "200 206"}));
+  EXPECT_TRUE(!advances.cmbInstitution.visible &&
+              advances.fpgEMI.columns[modAdvLoan::kEmiInstitution].hidden);
+  EXPECT_TRUE(!advances.optRoundNone.visible && advances.optNearOneRupee.Value());
   machine.folder.markers.insert("SIRoundNone.dat");
   Open(1);
   EXPECT_TRUE(screen->optRoundNone.visible && screen->optRoundNone.Value());
@@ -60,9 +58,8 @@ TEST_F(EntryScreen, TheListAddsWhatWasRecoveredAndPaysTheColours) {
 
   ClickRow(entry.fpgAdvLoan, 0);
   std::string recovered;
-  for (std::size_t row = 0; row < entry.fpgEMI.rows.size(); ++row) {
+  for (std::size_t row = 0; row < entry.fpgEMI.rows.size(); ++row)
     recovered += entry.fpgEMI.At(row, modAdvLoan::kEmiMonth).backColour == 0xC0FFC0u ? "R" : "-";
-  }
   EXPECT_EQ(recovered, "R-R--");
   EXPECT_EQ(Line(entry.fpgReceipts, 0), "10/09/2026|||300.00|");
   // Advances 6000 and 10 of interest; receipts 300 and 1000 by hand; the overview counts salaries by
@@ -77,8 +74,7 @@ TEST_F(EntryScreen, MarkingAMonthAsRecoveredIsWrittenAndCounted) {
   company.Advance(17, 1, "Salary Advance", 2000, "01/Oct/2026");
   company.Emi(17, 1, 1, 1, 24322, 1000);
   company.Emi(17, 1, 1, 2, 24323, 1000);
-  modAdvLoan& entry = OpenOn(1);
-  ClickRow(entry.fpgAdvLoan, 0);
+  modAdvLoan& entry = OpenOnFirst(1);
   TickCell(entry.fpgEMI, 1, modAdvLoan::kEmiTick, true);
   TickCell(entry.fpgEMI, 1, modAdvLoan::kEmiRecovered, true);
   EXPECT_EQ(Rows("SELECT COUNTER, EMIRECVYN FROM INS_EMIDETAIL ORDER BY COUNTER"), "1|0\n2|1");
@@ -95,12 +91,9 @@ TEST_F(EntryScreen, ASerialNumberShowsItsInstructionOrBeginsANewOne) {
   company.Emi(17, 2, 4, 1, 24320, 750).With("INSTID", 5);
   modAdvLoan& entry = OpenOn(2);
   Type(entry.txtSerialNo, "4");
-  EXPECT_EQ(entry.cmbALName.Text(), "Car Loan");
-  EXPECT_EQ(entry.txtLoanAccNo.Text(), "A'1");
-  EXPECT_EQ(entry.txtAdvDate.Text(), "31/03/2026");
-  EXPECT_EQ(entry.txtAdvAmount.Text(), "1500.50");
-  EXPECT_EQ(entry.txtInterestAmt.Text(), "20.00");
-  EXPECT_EQ(entry.cmbInstitution.Text(), "Deccan Bank");
+  EXPECT_EQ((Texts{entry.cmbALName.Text(), entry.txtLoanAccNo.Text(), entry.txtAdvDate.Text(),
+                   entry.txtAdvAmount.Text(), entry.txtInterestAmt.Text(), entry.cmbInstitution.Text()}),
+            (Texts{"Car Loan", "A'1", "31/03/2026", "1500.50", "20.00", "Deccan Bank"}));
   EXPECT_FALSE(entry.fmeInstallment.visible);
   company.Emi(17, 2, 4, 2, 24321, 750).With("INSTID", 6);
   Type(entry.txtSerialNo, "9");
@@ -113,38 +106,29 @@ TEST_F(EntryScreen, ASerialNumberShowsItsInstructionOrBeginsANewOne) {
 
 TEST_F(EntryScreen, NewAndCloseAskAboutWhatIsTyped) {
   modAdvLoan& entry = Open(1);
-  Click(entry.cmdNew);
-  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Select employee."});
+  const std::string question = "Do you want to Save entered details?";
+  EXPECT_EQ(Press(entry.cmdNew), Texts{"Select employee."});
   Pick(entry.cmbEmpName, "Asha Rao");
   Click(entry.cmdNew);
   Type(entry.txtRemarks, "typed");
-  desk.WillAnswer({Answer::Cancel});
-  Click(entry.cmdNew);
+  Press(entry.cmdNew, {Answer::Cancel});
   EXPECT_EQ(entry.txtRemarks.Text(), "typed");
-  desk.WillAnswer({Answer::No});
-  Click(entry.cmdNew);
+  Press(entry.cmdNew, {Answer::No});
   EXPECT_EQ(entry.txtRemarks.Text(), "");
-  desk.TakeBoxes();
-  desk.WillAnswer({Answer::Cancel});
-  Click(entry.cmdClose);
+  EXPECT_EQ(Press(entry.cmdClose, {Answer::Cancel}), Texts{question});
   EXPECT_FALSE(entry.IsUnloaded());
-  desk.WillAnswer({Answer::Yes});
-  Click(entry.cmdClose);  // what is typed cannot be saved, so the screen stays
+  // What is typed cannot be saved, so the screen stays.
+  EXPECT_EQ(Press(entry.cmdClose, {Answer::Yes}), (Texts{question, "Specify the advance name."}));
   EXPECT_FALSE(entry.IsUnloaded());
-  EXPECT_EQ(desk.TakeTexts(),
-            (std::vector<std::string>{"Do you want to Save entered details?",
-                                      "Do you want to Save entered details?", "Specify the advance name."}));
   Pick(entry.cmbALName, "Salary Advance");
   Type(entry.txtAdvDate, "15/09/2026");
   Type(entry.txtAdvAmount, "1000");
   Tick(entry.optInstlCount);
   Type(entry.txtNoOfInstlmnts, "0");
-  desk.WillAnswer({Answer::Yes});
-  Click(entry.cmdClose);  // a failure of the save is shown and keeps the screen too
+  // A failure of the save is shown and keeps the screen too.
+  EXPECT_EQ(Press(entry.cmdClose, {Answer::Yes}), (Texts{question, "11\tDivision by zero"}));
   EXPECT_FALSE(entry.IsUnloaded());
-  EXPECT_EQ(desk.LastBox().text, "11\tDivision by zero");
-  desk.WillAnswer({Answer::No});
-  Click(entry.cmdClose);
+  Press(entry.cmdClose, {Answer::No});
   EXPECT_TRUE(entry.IsUnloaded());
   EXPECT_EQ(machine.settings.Get("ExeTalk", "HWNDKTLStIns"), "0");
 }
@@ -196,20 +180,17 @@ TEST_F(EntryScreen, TheFormulaFrameAsksForWhatItNeeds) {
   Click(entry.cmdNew);
   Click(entry.cmdFmeFormula);
   EXPECT_FALSE(entry.txtAdvDate.IsUsable());
-  Click(entry.cmdAccept);
+  EXPECT_EQ(Press(entry.cmdAccept), Texts{"Enter Advance Date."});
   entry.txtAdvDate.SetText("15/09/2026");
   Type(entry.cmbFormula, "Steep");
-  Click(entry.cmdAccept);
+  EXPECT_EQ(Press(entry.cmdAccept), Texts{"Enter 'Number of Months'."});
   Type(entry.txtMonths, "3");
-  Click(entry.cmdAccept);
-  EXPECT_EQ(desk.TakeTexts(), (std::vector<std::string>{"Enter Advance Date.", "Enter 'Number of Months'.",
-                                                        "Select proper 'Formula'."}));
+  EXPECT_EQ(Press(entry.cmdAccept), Texts{"Select proper 'Formula'."});
   // The number of months of the refused formula counts: the save asks for no amount.
   Click(entry.cmdFrmlaClose);
   Pick(entry.cmbALName, "Salary Advance");
   Type(entry.txtAdvDate, "15/09/2026");
-  Click(entry.cmdSave);
-  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Specify installment amount."});
+  EXPECT_EQ(Press(entry.cmdSave), Texts{"Specify installment amount."});
   Click(entry.cmdFmeFormula);
   Pick(entry.cmbFormula, "Flat");
   Click(entry.cmdAccept);
@@ -230,10 +211,9 @@ TEST_F(EntryScreen, DoorsNameWhatIsMissing) {
   Click(entry.cmdEmi);
   Click(entry.cmdReport);
   Click(entry.mnuExport);
-  Click(entry.cmdIntrCalc);
-  EXPECT_EQ(desk.TakeTexts(),
-            (std::vector<std::string>{"Select a Advance record.", "Required External Application not found",
-                                      "No Records Found", "Required External Application not found"}));
+  EXPECT_EQ(Press(entry.cmdIntrCalc),
+            (Texts{"Select a Advance record.", "Required External Application not found", "No Records Found",
+                   "Required External Application not found"}));
   machine.siblings.missing = {};
   machine.settings.Set("Settings", "ICIntrAmt", "77");
   Click(entry.cmdNew);
@@ -280,8 +260,7 @@ TEST_F(EntryScreen, ALoanShowsOnlyTheMonthsThatHaveALender) {
   company.Loan(17, 1, "Car Loan", 2000);
   company.Emi(17, 2, 1, 1, 24322, 1000).With("INSTID", 5);
   company.Emi(17, 2, 1, 2, 24323, 1000);
-  modAdvLoan& entry = OpenOn(2);
-  ClickRow(entry.fpgAdvLoan, 0);
+  modAdvLoan& entry = OpenOnFirst(2);
   ASSERT_EQ(entry.fpgEMI.rows.size(), 1u);
   TickCell(entry.fpgEMI, 0, modAdvLoan::kEmiTick, true);
   EXPECT_TRUE(entry.cmdTDSDet.visible);  // both the employee and the name are taxed

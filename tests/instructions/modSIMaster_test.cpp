@@ -1,40 +1,42 @@
 #include "instructions/modSIMaster.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
-#include <memory>
 
 #include "company/schema_texts.h"
 #include "database/drivers/sqlite_file.h"
-#include "frame/connect.h"
+#include "entry_fixture.h"
 #include "instructions/instruction_master_dialect.h"
-#include "screen/person.h"
-#include "support/company_fixture.h"
-#include "support/fake_machine.h"
-#include "support/scripted_desk.h"
 
 namespace ktl {
 
-class MasterScreen : public testing::Test {
+class MasterScreen : public InstructionScreen {
  protected:
   MasterScreen() {
-    machine.settings.Set("Settings", "DBType", "SQL");
-    machine.settings.Set("Settings", "User", "RAVI");
-    OpenConnection(session, company.ConnectionString());
-    Run("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 0");
-    Run("INSERT INTO MAS_TDSREF (TDSREFNO, TDSREF, TYPEID) VALUES (5, '80C', 2), (6, '80CCC', 2), (8, '80G', "
-        "2),"
-        " (9, '24', 1)");
+    Run("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 0;"
+        "INSERT INTO MAS_TDSREF (TDSREFNO, TDSREF, TYPEID) VALUES (5, '80C', 2), (6, '80CCC', 2), (8, '80G', "
+        "2), (9, '24', 1)");
   }
+  ~MasterScreen() override { std::filesystem::remove_all(machine.folder.path); }
 
-  std::unique_ptr<modSIMaster> Open(long formCode, bool advanced) {
+  modSIMaster& Open(long formCode, bool advanced = false) {
     session.FormCode = formCode;
     session.SIType = static_cast<int>(formCode - 1500);
     session.features.switches["ADVMGALYN"] = advanced;
-    auto screen = std::make_unique<modSIMaster>(session, nullptr);
-    RunAndGrantFocus(*screen, [&] { screen->Load(); });
-    return screen;
+    screen = std::make_unique<modSIMaster>(session, nullptr);
+    RunAndGrantFocus(*screen, [this] { screen->Load(); });
+    return *screen;
+  }
+  void SaveAs(const std::string& name) {
+    Type(screen->txtSIName, name);
+    Click(screen->cmdSave);
+  }
+  void Rename(const std::string& name) {
+    ClickRow(screen->fpgSIMaster, 0);
+    SaveAs(name);
+  }
+  void AnswerDelete(Answer answer) {
+    desk.WillAnswer({answer});
+    Click(screen->cmdDelete);
   }
 
   // The local store, which the marking of tax flags reads.
@@ -44,15 +46,7 @@ class MasterScreen : public testing::Test {
     CreateSqliteFile(machine.folder.path + "/klgen.MDB", {kLocalText});
   }
 
-  ~MasterScreen() override { std::filesystem::remove_all(machine.folder.path); }
-
-  void Run(const std::string& sql) { company.Execute(sql); }
-  std::string Rows(const std::string& sql) { return company.Rows(sql); }
-
-  test::TestCompany company;
-  FakeMachine machine;
-  ScriptedDesk desk;
-  Session session{machine.machine(), desk};
+  std::unique_ptr<modSIMaster> screen;
 };
 
 std::string Shown(const modSIMaster& screen) {
@@ -74,11 +68,8 @@ std::string HiddenColumns(const modSIMaster& screen) {
 TEST_F(MasterScreen, ShowsWhatTheTypeHas) {
   const struct {
     long formCode;
-    bool companyTds;
-    bool advanced;
-    std::string shown;
-    std::string hiddenColumns;
-    std::string tags;
+    bool companyTds, advanced;
+    std::string shown, hiddenColumns, tags;
   } cases[] = {
       {1501, true, false, "txtDedPref chkType ", "6 7 8 9 10 12 ", "209 210"},
       {1502, true, true, "txtDedPref chkType chkSBIInt txtMaxAmount ", "3 ", "234 235"},
@@ -91,7 +82,7 @@ TEST_F(MasterScreen, ShowsWhatTheTypeHas) {
   for (const auto& c : cases) {
     SCOPED_TRACE(std::to_string(c.formCode) + (c.companyTds ? " with TDS" : " without TDS"));
     Run(std::string("UPDATE MAS_COMPANY SET TDSYN = ") + (c.companyTds ? "1" : "0"));
-    auto screen = Open(c.formCode, c.advanced);
+    Open(c.formCode, c.advanced);
     EXPECT_EQ(Shown(*screen), c.shown);
     EXPECT_EQ(HiddenColumns(*screen), c.hiddenColumns);
     EXPECT_EQ(screen->cmdSave.tag + " " + screen->cmdDelete.tag, c.tags);
@@ -100,53 +91,50 @@ TEST_F(MasterScreen, ShowsWhatTheTypeHas) {
 
 TEST_F(MasterScreen, RefusesOneFaultAfterTheOther) {
   Run("INSERT INTO INS_MASTER (SITYPE, SINAME, SIPREF) VALUES (2, 'Car Loan', 4), (2, 'Bike Loan', 5)");
-  auto screen = Open(1502, true);
-  const auto refusal = [&](const Control& focus) {
-    Click(screen->cmdSave);
-    EXPECT_EQ(screen->Focus(), &focus);
-    return desk.TakeTexts().at(0);
-  };
-  Type(screen->txtSIName, "   ");
-  for (CheckBox* box :
-       {&screen->chkMaxAmount, &screen->chkMaxAllowed, &screen->chkRecEMI, &screen->chkInterestRate})
+  modSIMaster& s = Open(1502, true);
+  for (CheckBox* box : {&s.chkMaxAmount, &s.chkMaxAllowed, &s.chkRecEMI, &s.chkInterestRate})
     Tick(*box, true);
-  Type(screen->txtMaxAmount, "0.00");
-  Type(screen->txtDedPref, "4");
-
-  EXPECT_EQ(refusal(screen->txtSIName), "Enter Loan Name.");
-  Type(screen->txtSIName, " CAR loan ");
-  EXPECT_EQ(refusal(screen->txtMaxAmount), "Enter Maximum Loan Amount.");
-  Type(screen->txtMaxAmount, "250000");
-  EXPECT_EQ(screen->txtMaxAmount.Text(), "2,50,000.00");
-  EXPECT_EQ(refusal(screen->txtMaxAllowed), "Enter Maximum Loan allowed amount.");
-  Type(screen->txtMaxAllowed, "2");
-  EXPECT_EQ(refusal(screen->txtRecEMI), "Enter number of EMI(s).");
-  Type(screen->txtRecEMI, "3x6");
-  EXPECT_EQ(refusal(screen->txtInterestRate), "Enter Loan interest rate.");
-  Type(screen->txtInterestRate, "10.5.");
-  EXPECT_EQ(refusal(screen->txtSIName), "Entered Loan already exists.");
-  Type(screen->txtSIName, "House Loan");
-  EXPECT_EQ(refusal(screen->txtDedPref),
-            "Deduction preference given is already set for another Loan\r\nSpecify another number.");
+  Type(s.txtMaxAmount, "0.00");
+  Type(s.txtDedPref, "4");
+  const struct {
+    TextBox& box;
+    const char* typed;
+    const char* refusal;
+    const TextBox& focus;
+  } steps[] = {
+      {s.txtSIName, "   ", "Enter Loan Name.", s.txtSIName},
+      {s.txtSIName, " CAR loan ", "Enter Maximum Loan Amount.", s.txtMaxAmount},
+      {s.txtMaxAmount, "250000", "Enter Maximum Loan allowed amount.", s.txtMaxAllowed},
+      {s.txtMaxAllowed, "2", "Enter number of EMI(s).", s.txtRecEMI},
+      {s.txtRecEMI, "3x6", "Enter Loan interest rate.", s.txtInterestRate},
+      {s.txtInterestRate, "10.5.", "Entered Loan already exists.", s.txtSIName},
+      {s.txtSIName, "House Loan",
+       "Deduction preference given is already set for another Loan\r\nSpecify another number.", s.txtDedPref},
+  };
+  for (const auto& step : steps) {
+    Type(step.box, step.typed);
+    EXPECT_EQ(Press(s.cmdSave), Texts{step.refusal});
+    EXPECT_EQ(s.Focus(), &step.focus) << step.refusal;
+  }
+  EXPECT_EQ(s.txtMaxAmount.Text(), "2,50,000.00");
   Type(screen->txtDedPref, "0");
   Tick(screen->chkRedBal, true);
   Click(screen->cmdSave);
   EXPECT_EQ(desk.LastBox().text, "Updated");
   EXPECT_EQ(desk.LastBox().title, "Saving Information");
-  EXPECT_EQ(Rows("SELECT SINAME, ACCCODE, TDSYN, TDSREFNO, SIPREF, SEPPIYN, SBIIFBYN, AMTLIMIT, ALLOWLIMIT,"
-                 " EMIRECCNT, INTRRATE, REDUCINGBALYN FROM INS_MASTER WHERE SINAME = 'House Loan'"),
+  EXPECT_EQ(Rows("SELECT SINAME, ACCCODE, TDSYN, TDSREFNO, SIPREF, SEPPIYN, SBIIFBYN, AMTLIMIT, ALLOWLIMIT, "
+                 "EMIRECCNT, INTRRATE, REDUCINGBALYN FROM INS_MASTER WHERE SINAME = 'House Loan'"),
             "House Loan|NULL|0|NULL|NULL|0|0|250000|2|36|10.5|1");
   EXPECT_EQ(screen->fpgSIMaster.rows.size(), 3u);
   EXPECT_EQ(screen->txtSIName.Text() + screen->txtMaxAmount.Text(), "");
 }
 
 TEST_F(MasterScreen, AsksForTheSectionOfTaxedPremiums) {
-  auto screen = Open(1503, false);
+  Open(1503);
   Type(screen->txtSIName, "Term Cover");
   EXPECT_FALSE(screen->cmbSection.enabled);
   Tick(screen->chkTDSAppl, true);
-  Click(screen->cmdSave);
-  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Select the section for which TDS is applicable"});
+  EXPECT_EQ(Press(screen->cmdSave), Texts{"Select the section for which TDS is applicable"});
   EXPECT_EQ(screen->Focus(), &screen->cmbSection);
   EXPECT_EQ(screen->cmbSection.Rows(), (std::vector<ListRow>{{"80C", "5"}, {"80CCC", "6"}}));
   Pick(screen->cmbSection, "80CCC");
@@ -163,16 +151,14 @@ TEST_F(MasterScreen, KeepsNamesAsTyped) {
   for (const std::string name : {"O'Brien's", "50% now", "a|b", "[x] #1 *", "अग्रिम राशि", "\"Q\"", "Café"}) {
     SCOPED_TRACE(name);
     Run("DELETE FROM INS_MASTER");
-    auto screen = Open(1501, false);
-    Type(screen->txtSIName, name);
-    Click(screen->cmdSave);
+    Open(1501);
+    SaveAs(name);
     ClickRow(screen->fpgSIMaster, 0);
     Type(screen->txtAccCode, "A'1");
     Click(screen->cmdSave);
     EXPECT_EQ(Rows("SELECT SINAME, ACCCODE FROM INS_MASTER"), name + "|A'1");
     ClickRow(screen->fpgSIMaster, 0);
-    desk.WillAnswer({Answer::Yes});
-    Click(screen->cmdDelete);
+    AnswerDelete(Answer::Yes);
     EXPECT_EQ(Rows("SELECT SINAME FROM INS_MASTER"), "");
   }
 }
@@ -180,8 +166,7 @@ TEST_F(MasterScreen, KeepsNamesAsTyped) {
 TEST_F(MasterScreen, CarriesARenameOverToTheInstructions) {
   const struct {
     long formCode;
-    std::string newName;
-    std::string instructions;  // of the type, then of the other types
+    std::string newName, instructions;  // of advances and loans, then of premiums
   } cases[] = {
       {1501, "Festival Advance", "1|Festival Advance\n2|Old Name,3|Old Name"},
       {1503, "Life's Cover", "1|Old Name\n2|Old Name,3|Life's Cover"},
@@ -195,10 +180,8 @@ TEST_F(MasterScreen, CarriesARenameOverToTheInstructions) {
         "INSERT INTO INS_ADVLOAN (EMPID, SERIALNO, SITYPE, SINAME) VALUES (17, 1, 1, 'Old Name'), (17, 1, 2, "
         "'Old Name');"
         "INSERT INTO INS_OTHER (EMPID, SERIALNO, SITYPE, OTHNAME) VALUES (17, 1, 3, 'Old Name')");
-    auto screen = Open(c.formCode, false);
-    ClickRow(screen->fpgSIMaster, 0);
-    Type(screen->txtSIName, c.newName);
-    Click(screen->cmdSave);
+    Open(c.formCode);
+    Rename(c.newName);
     EXPECT_EQ(desk.LastBox().text, "Updated");
     EXPECT_EQ(screen->fpgSIMaster.rows.size(), 1u);
     EXPECT_EQ(screen->fpgSIMaster.Text(0, modSIMaster::ColName), c.newName);
@@ -210,25 +193,20 @@ TEST_F(MasterScreen, CarriesARenameOverToTheInstructions) {
 
 TEST_F(MasterScreen, LeavesTheNameWhenARenameCannotBeCarriedOver) {
   Run("INSERT INTO INS_MASTER (SITYPE, SINAME) VALUES (1, 'Old Name')");
-  auto screen = Open(1501, false);
+  Open(1501);
   Run("DROP TABLE INS_OTHER");
-  ClickRow(screen->fpgSIMaster, 0);
-  Type(screen->txtSIName, "New Name");
-  Click(screen->cmdSave);
+  Rename("New Name");
   EXPECT_EQ(desk.LastBox().title, "Error");
   EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
   EXPECT_EQ(Rows("SELECT SINAME FROM INS_MASTER"), "Old Name");
 }
 
 TEST_F(MasterScreen, EmptiesAdvancedColumnsOfACompanyWithoutThem) {
-  const std::string columns =
-      "SELECT AMTLIMIT, ALLOWLIMIT, EMIRECCNT, INTRRATE, REDUCINGBALYN, SEPPIYN, SBIIFBYN FROM INS_MASTER";
   for (const bool advanced : {true, false}) {
-    Run("DELETE FROM INS_MASTER; INSERT INTO INS_MASTER (SITYPE, SINAME, TDSYN, AMTLIMIT, ALLOWLIMIT, "
-        "EMIRECCNT,"
-        " INTRRATE, REDUCINGBALYN, SEPPIYN, SBIIFBYN) VALUES (2, 'Car Loan', 1, 1234567.5, 2, 36, 9.25, 1, "
-        "1, 1)");
-    auto screen = Open(1502, advanced);
+    Run("DELETE FROM INS_MASTER");
+    Run("INSERT INTO INS_MASTER (SITYPE, SINAME, TDSYN, AMTLIMIT, ALLOWLIMIT, EMIRECCNT, INTRRATE, "
+        "REDUCINGBALYN, SEPPIYN, SBIIFBYN) VALUES (2, 'Car Loan', 1, 1234567.5, 2, 36, 9.25, 1, 1, 1)");
+    Open(1502, advanced);
     ClickRow(screen->fpgSIMaster, 0);
     EXPECT_EQ(screen->txtMaxAmount.Text(), "12,34,567.50");
     if (advanced) {
@@ -236,8 +214,10 @@ TEST_F(MasterScreen, EmptiesAdvancedColumnsOfACompanyWithoutThem) {
       Tick(screen->chkInterestRate, false);
     }
     Click(screen->cmdSave);
-    EXPECT_EQ(Rows(columns), advanced ? "1234567.5|NULL|36|NULL|0|1|1" : "NULL|NULL|NULL|NULL|0|1|1");
-    EXPECT_EQ(Rows("SELECT TDSYN FROM INS_MASTER"), "1") << "the hidden box follows the row";
+    // TDSYN last: its hidden box follows the row.
+    EXPECT_EQ(Rows("SELECT AMTLIMIT, ALLOWLIMIT, EMIRECCNT, INTRRATE, REDUCINGBALYN, SEPPIYN, SBIIFBYN, "
+                   "TDSYN FROM INS_MASTER"),
+              advanced ? "1234567.5|NULL|36|NULL|0|1|1|1" : "NULL|NULL|NULL|NULL|0|1|1|1");
     ClickRow(screen->fpgSIMaster, 0);
     Tick(screen->chkType, false);
     EXPECT_FALSE(screen->chkSBIInt.enabled || screen->chkSBIInt.Value());
@@ -251,113 +231,92 @@ TEST_F(MasterScreen, AsksBeforeHouseLoanDetailsGo) {
       "INSERT INTO INS_HLOAN (EMPID, SERIALNO, SITYPE) VALUES (17, 1, 2), (17, 2, 2);"
       "INSERT INTO INS_HLOAN_VAL (EMPID, SERIALNO, SITYPE, FINYEAR) VALUES (17, 1, 2, 2026), (17, 2, 2, "
       "2026)");
-  auto screen = Open(1502, false);
+  Open(1502);
   const auto save = [&](Answer answer) {
     ClickRow(screen->fpgSIMaster, 1);
     Type(screen->txtAccCode, "HL");
     Type(screen->txtDedPref, "2");
-    desk.WillAnswer({answer});
-    Click(screen->cmdSave);
-    return desk.TakeTexts();
+    return Press(screen->cmdSave, {answer});
   };
-  const std::string question =
+  const char* const question =
       "TDS details for House Loan found.\r\nRemoving 'House Loan' status will remove these details.\r\n"
       "Do you want to continue?";
-  EXPECT_EQ(save(Answer::No), std::vector<std::string>{question});
+  EXPECT_EQ(save(Answer::No), Texts{question});
   EXPECT_EQ(Rows("SELECT SERIALNO FROM INS_HLOAN_VAL"), "1\n2");
   // The refusal that comes after the Yes does not bring the details back.
   EXPECT_EQ(save(Answer::Yes).size(), 2u);
   EXPECT_EQ(Rows("SELECT SERIALNO FROM INS_HLOAN") + "," + Rows("SELECT SERIALNO FROM INS_HLOAN_VAL"), "2,2");
   EXPECT_EQ(Rows("SELECT ACCCODE FROM INS_MASTER WHERE SINAME = 'House Loan'"), "NULL");
   Type(screen->txtDedPref, "1");
-  Click(screen->cmdSave);
-  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Updated"});
+  EXPECT_EQ(Press(screen->cmdSave), Texts{"Updated"});
 }
 
 TEST_F(MasterScreen, DeletesOnlyWhatNoInstructionUses) {
   Run("INSERT INTO INS_MASTER (SITYPE, SINAME) VALUES (2, 'Car Loan'), (2, 'Used Loan'), (3, 'Car Loan');"
       "INSERT INTO INS_ADVLOAN (EMPID, SERIALNO, SITYPE, SINAME) VALUES (17, 1, 2, 'used loan'), (17, 1, 1, "
       "'Car Loan')");
-  const std::string all = Rows("SELECT SITYPE, SINAME FROM INS_MASTER ORDER BY SITYPE, SINAME");
-  auto screen = Open(1502, false);
+  const std::string names = "SELECT SITYPE, SINAME FROM INS_MASTER ORDER BY SITYPE, SINAME";
+  Open(1502);
   Click(screen->cmdDelete);
   EXPECT_TRUE(desk.Boxes().empty()) << "nothing clicked";
   ClickRow(screen->fpgSIMaster, 1);
   Click(screen->cmdDelete);
-  EXPECT_EQ(desk.TakeTexts(),
-            std::vector<std::string>{"Entries found in Loan details for selected Loan.\r\nCannot delete."});
   ClickRow(screen->fpgSIMaster, 0);
   Click(screen->cmdDelete);  // the box's own answer
-  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Do you want to delete selected record?"});
+  EXPECT_EQ(desk.TakeTexts(), (Texts{"Entries found in Loan details for selected Loan.\r\nCannot delete.",
+                                     "Do you want to delete selected record?"}));
   EXPECT_EQ(screen->fpgSIMaster.At(0, 0).backColour, kNoColour);
-  EXPECT_EQ(Rows("SELECT SITYPE, SINAME FROM INS_MASTER ORDER BY SITYPE, SINAME"), all);
-  desk.WillAnswer({Answer::Yes});
-  Click(screen->cmdDelete);
-  EXPECT_EQ(Rows("SELECT SITYPE, SINAME FROM INS_MASTER ORDER BY SITYPE, SINAME"), "2|Used Loan\n3|Car Loan");
+  EXPECT_EQ(Rows(names), "2|Car Loan\n2|Used Loan\n3|Car Loan");
+  AnswerDelete(Answer::Yes);
+  EXPECT_EQ(Rows(names), "2|Used Loan\n3|Car Loan");
   EXPECT_EQ(screen->fpgSIMaster.rows.size(), 1u);
 }
 
 TEST_F(MasterScreen, WritesAuditTextsWithOldValues) {
   Run("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 1");
-  const auto lastDetail = [&] {
-    return Rows(
-        "SELECT ACTIONTEXT, EMPID, MENUNO, DETAILTEXT FROM SEC_AUDITTRAIL WHERE AUDITID ="
-        " (SELECT MAX(AUDITID) FROM SEC_AUDITTRAIL)");
+  const auto audit = [](const std::string& act, const std::string& details) {
+    return "19|0|Standing Instructions - Loan Master " + act + "|Loan Master " + act +
+           ":::SI Type = Loan:SI Name = " + details + ":Reducing Balance = No";
   };
-  auto screen = Open(1502, true);
-  Type(screen->txtSIName, "Car's Loan");
+  Open(1502, true);
   Tick(screen->chkType, true);
   Tick(screen->chkMaxAmount, true);
   Type(screen->txtMaxAmount, "50000");
-  Click(screen->cmdSave);
-  EXPECT_EQ(
-      lastDetail(),
-      "Standing Instructions - Loan Master Created/Updated|0|19|Loan Master Created/Updated:::SI Type = Loan"
-      ":SI Name = Cars Loan:Separate Principle/Interest Accounting. = Yes:Consider Interest Free Benefit = No"
-      "::Advance Options:Maximum Amount = 50,000.00:Reducing Balance = No");
+  SaveAs("Car's Loan");
+  EXPECT_EQ(LastAudit(), audit("Created/Updated",
+                               "Cars Loan:Separate Principle/Interest Accounting. = Yes:Consider Interest "
+                               "Free Benefit = No::Advance Options:Maximum Amount = 50,000.00"));
   ClickRow(screen->fpgSIMaster, 0);
-  Type(screen->txtSIName, "Van Loan");
   Type(screen->txtDedPref, "3");
   Tick(screen->chkSBIInt, true);
   Type(screen->txtMaxAmount, "60000");
-  Click(screen->cmdSave);
-  EXPECT_EQ(
-      lastDetail(),
-      "Standing Instructions - Loan Master Created/Updated|0|19|Loan Master Created/Updated:::SI Type = Loan"
-      ":SI Name = Van Loan (Cars Loan):Deduction Pref. = 3:Separate Principle/Interest Accounting. = Yes"
-      ":Consider Interest Free Benefit = Yes (No)"
-      "::Advance Options:Maximum Amount = 60,000.00 (50,000.00):Reducing Balance = No");
+  SaveAs("Van Loan");
+  const std::string separate = ":Deduction Pref. = 3:Separate Principle/Interest Accounting. = Yes";
+  EXPECT_EQ(LastAudit(), audit("Created/Updated", "Van Loan (Cars Loan)" + separate +
+                                                      ":Consider Interest Free Benefit = Yes (No)::Advance "
+                                                      "Options:Maximum Amount = 60,000.00 (50,000.00)"));
   ClickRow(screen->fpgSIMaster, 0);
   Click(screen->cmdNew);  // the fields are empty, the clicked row is still the one to delete
-  desk.WillAnswer({Answer::Yes});
-  Click(screen->cmdDelete);
-  EXPECT_EQ(lastDetail(),
-            "Standing Instructions - Loan Master Deleted|0|19|Loan Master Deleted:::SI Type = Loan:SI Name = "
-            "Van Loan"
-            ":Deduction Pref. = 3:Separate Principle/Interest Accounting. = Yes:Consider Interest Free "
-            "Benefit = Yes"
-            "::Advance Options:Maximum Amount = 60,000.00:Reducing Balance = No");
+  AnswerDelete(Answer::Yes);
+  EXPECT_EQ(LastAudit(),
+            audit("Deleted",
+                  "Van Loan" + separate +
+                      ":Consider Interest Free Benefit = Yes::Advance Options:Maximum Amount = 60,000.00"));
 }
 
 TEST_F(MasterScreen, MarksInsuredEmployeesForPorting) {
-  const struct {
-    long formCode;
-    std::string flags;  // INSOTHERYN, INSURANCEYN
-  } cases[] = {{1503, "17|1|0"}, {1507, "17|0|1"}};
   MakeLocalStore();
-  Run("INSERT INTO MAS_EMPLOYEE (EMPID, EMPNAME, TDSYN) VALUES (17, 'Asha Rane', 1), (18, 'Vivek Naik', 1)");
-  for (const auto& c : cases) {
-    const std::string type = std::to_string(c.formCode - 1500);
+  // April 2026 to March 2027 is one financial year.
+  Run("INSERT INTO MAS_EMPLOYEE (EMPID, EMPNAME, TDSYN) VALUES (17, 'Asha Rane', 1), (18, 'Vivek Naik', 1);"
+      "INSERT INTO INS_MASTER (SITYPE, SINAME) VALUES (3, 'Term Cover'), (7, 'Term Cover');"
+      "INSERT INTO INS_OTHER (EMPID, SERIALNO, SITYPE, OTHNAME, STARTMY, ENDMY) VALUES (17, 1, 3, 'Term "
+      "Cover', 24316, 24327), (17, 1, 7, 'Term Cover', 24316, 24327), (18, 1, 3, 'Other Cover', 24316, "
+      "24327), (18, 1, 7, 'Other Cover', 24316, 24327)");
+  for (const auto& [formCode, flags] : {std::pair{1503, "17|1|0"}, {1507, "17|0|1"}}) {
     Run("DELETE FROM INC_PORTEDSTAT");
-    Run("INSERT INTO INS_MASTER (SITYPE, SINAME) VALUES (" + type + ", 'Term Cover')");
-    // April 2026 to March 2027 is one financial year.
-    Run("INSERT INTO INS_OTHER (EMPID, SERIALNO, SITYPE, OTHNAME, STARTMY, ENDMY) VALUES (17, 1, " + type +
-        ", 'Term Cover', 24316, 24327), (18, 1, " + type + ", 'Other Cover', 24316, 24327)");
-    auto screen = Open(c.formCode, false);
-    ClickRow(screen->fpgSIMaster, 0);
-    Type(screen->txtSIName, "Renamed Cover");
-    Click(screen->cmdSave);
-    EXPECT_EQ(Rows("SELECT EMPID, INSOTHERYN, INSURANCEYN FROM INC_PORTEDSTAT"), c.flags);
+    Open(formCode);
+    Rename("Renamed Cover");
+    EXPECT_EQ(Rows("SELECT EMPID, INSOTHERYN, INSURANCEYN FROM INC_PORTEDSTAT"), flags);
   }
 }
 
@@ -365,10 +324,9 @@ TEST_F(MasterScreen, RefusesAGroupWithoutTheRight) {
   session.MultiLoginYN = true;
   Run("INSERT INTO SEC_USERLIST (UserID, USERNAME, GROUPID) VALUES (2, 'RAVI', 7);"
       "INSERT INTO SEC_BUTPER (BUTID, GROUPID, BUTALLOWYN) VALUES (209, 7, 0), (210, 7, 1)");
-  auto screen = Open(1501, false);
-  Type(screen->txtSIName, "Festival Advance");
-  Click(screen->cmdSave);
-  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Permission denied."});
+  Open(1501);
+  SaveAs("Festival Advance");
+  EXPECT_EQ(desk.TakeTexts(), Texts{"Permission denied."});
   EXPECT_EQ(Rows("SELECT SINAME FROM INS_MASTER"), "");
   EXPECT_EQ(screen->cmdDelete.tag, "210");
 }
@@ -377,19 +335,16 @@ TEST_F(MasterScreen, WritesStatementsForTheOtherDialect) {
   const InstructionMaster loan{
       .siType = 2, .siName = "Rita's Loan", .tdsYn = true, .sepPiYn = true, .intrRate = 9.5};
   const std::vector<std::string> rename = OraSaveStatements(session, loan, "Old", true);
-  EXPECT_EQ(rename,
-            (std::vector<std::string>{
-                "INSERT INTO INS_MASTER VALUES (2, 'Rita''s Loan', Null, 1, Null, Null, Null, Null, Null, "
-                "Null, 0, 1, 0)",
-                "Update INS_ADVLOAN Set SINAME = 'Rita''s Loan' Where SINAME = 'Old' AND SITYPE=2",
-                "Update INS_OTHER Set OTHNAME = 'Rita''s Loan' Where OTHNAME = 'Old' AND SITYPE=2",
-                "Update INS_MASTER Set AMTLIMIT = Null, ALLOWLIMIT = Null, EMIRECCNT = Null, INTRRATE = 9.5,"
-                " REDUCINGBALYN = 0 Where SINAME = 'Rita''s Loan' AND SITYPE=2",
-                "Delete From INS_MASTER Where SINAME = 'Old' AND SITYPE=2"}));
+  EXPECT_EQ(rename, (Texts{"INSERT INTO INS_MASTER VALUES (2, 'Rita''s Loan', Null, 1, Null, Null, Null, "
+                           "Null, Null, Null, 0, 1, 0)",
+                           "Update INS_ADVLOAN Set SINAME = 'Rita''s Loan' Where SINAME = 'Old' AND SITYPE=2",
+                           "Update INS_OTHER Set OTHNAME = 'Rita''s Loan' Where OTHNAME = 'Old' AND SITYPE=2",
+                           "Update INS_MASTER Set AMTLIMIT = Null, ALLOWLIMIT = Null, EMIRECCNT = Null, "
+                           "INTRRATE = 9.5, REDUCINGBALYN = 0 Where SINAME = 'Rita''s Loan' AND SITYPE=2",
+                           "Delete From INS_MASTER Where SINAME = 'Old' AND SITYPE=2"}));
   EXPECT_EQ(OraSaveStatements(session, loan, "Rita's Loan", false),
-            (std::vector<std::string>{
-                "UPDATE INS_MASTER SET ACCCODE = Null, TDSYN = 1, SIPREF = Null, TDSREFNO = Null"
-                " Where SINAME = 'Rita''s Loan' AND SITYPE=2"}));
+            (Texts{"UPDATE INS_MASTER SET ACCCODE = Null, TDSYN = 1, SIPREF = Null, TDSREFNO = Null Where "
+                   "SINAME = 'Rita''s Loan' AND SITYPE=2"}));
   Run("INSERT INTO INS_MASTER (SITYPE, SINAME) VALUES (2, 'Old')");
   for (const std::string& statement : rename) Run(statement);
   EXPECT_EQ(Rows("SELECT SINAME, TDSYN, SEPPIYN, SBIIFBYN, INTRRATE FROM INS_MASTER"),
