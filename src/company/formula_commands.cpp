@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
-#include <chrono>
 #include <iostream>
 
 #include "common/month_year.h"
@@ -66,12 +65,6 @@ DayRequest RequestFor(Session& session, long empId, const std::string& monthText
   return request;
 }
 
-Date Now() {
-  const auto seconds = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-  constexpr double kUnixEpoch = 25569;  // as a serial day
-  return Date::FromSerial(kUnixEpoch + static_cast<double>(seconds.time_since_epoch().count()) / 86400);
-}
-
 }  // namespace
 
 FormulaCommands::FormulaCommands(CLI::App& app)
@@ -89,7 +82,7 @@ FormulaCommands::FormulaCommands(CLI::App& app)
 
 std::optional<int> FormulaCommands::Run(const char* argv0) const {
   if (eval_->parsed()) {
-    Eval();
+    Eval(argv0);
   } else if (formula_->parsed()) {
     Formula(argv0);
   } else if (days_->parsed()) {
@@ -100,8 +93,10 @@ std::optional<int> FormulaCommands::Run(const char* argv0) const {
   return 0;
 }
 
-void FormulaCommands::Eval() const {
-  std::cout << ResultText(clsExprEval(Now).EvaluateExpression(expression_)) << '\n';
+void FormulaCommands::Eval(const char* argv0) const {
+  RealMachine real(argv0);
+  const clsExprEval evaluator([&] { return real.machine().clock.Now(); });
+  std::cout << ResultText(evaluator.EvaluateExpression(expression_)) << '\n';
 }
 
 void FormulaCommands::Formula(const char* argv0) const {

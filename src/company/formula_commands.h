@@ -19,7 +19,7 @@ class FormulaCommands final {
   std::optional<int> Run(const char* argv0) const;
 
  private:
-  void Eval() const;
+  void Eval(const char* argv0) const;
   void Formula(const char* argv0) const;
   void Days(const char* argv0) const;
 

@@ -18,12 +18,6 @@ constexpr const char* kPlainTokens[] = {
     "(AdjHours)",        "(GenHoliday)",  "(TotalGenHoliday)", "(WeekHoliday)",
     "(TotalWeekHoliday)"};
 
-std::string DayText(const Date& date) { return FormatDate(date, "dd/mmm/yyyy"); }
-
-bool Mentions(const std::string& text, std::string_view token) {
-  return UpperCase(text).find(UpperCase(token)) != std::string::npos;
-}
-
 // WORD{...}, wherever it stands.
 std::vector<std::string> BraceTokens(const std::string& text) {
   std::vector<std::string> tokens;
@@ -38,10 +32,11 @@ std::vector<std::string> BraceTokens(const std::string& text) {
 }
 
 std::string TokenLines(const PreparedFormula& formula) {
+  const FormulaText text(formula.text);
   std::string lines;
   for (const TokenTable* table : {&formula.first, &formula.second}) {
     for (const TokenRow& row : *table) {
-      if (!Mentions(formula.text, row.token)) continue;
+      if (!text.Mentions(row.token)) continue;
       lines += fmt::format("token: {} = {}  ({})\n", row.token, row.text, row.source);
     }
   }
@@ -62,18 +57,20 @@ std::string ResultText(const Value& result) {
 }
 
 std::vector<std::string> UnreplacedTokens(const PreparedFormula& formula) {
+  const FormulaText written(formula.text);
+  const FormulaText evaluated(clsExprEval::FinalText(formula.text, formula.first, formula.second));
   std::vector<std::string> tokens = BraceTokens(formula.text);
   for (const char* token : kPlainTokens)
-    if (Mentions(formula.text, token)) tokens.emplace_back(token);
-  const std::string evaluated = clsExprEval::FinalText(formula.text, formula.first, formula.second);
-  std::erase_if(tokens, [&](const std::string& token) { return !Mentions(evaluated, token); });
+    if (written.Mentions(token)) tokens.emplace_back(token);
+  std::erase_if(tokens, [&](const std::string& token) { return !evaluated.Mentions(token); });
   return tokens;
 }
 
 std::string FormulaReport(Session& session, const FormulaRequest& request) {
   std::string report = fmt::format("employee {}, detail row {}, {}: {} to {}\n", request.empId,
                                    request.empDetId, FnStrFormatMonthYear(request.monthYear),
-                                   DayText(request.period.first), DayText(request.period.last));
+                                   clsDateHandle::FnStrInDateDTM(request.period.first),
+                                   clsDateHandle::FnStrInDateDTM(request.period.last));
   try {
     clsEvalFormula engine(session);
     const PreparedFormula formula = engine.Prepare(request);
@@ -97,9 +94,10 @@ std::string DaysReport(Session& session, const DayRequest& request) {
   const DayRange service = period.SetValidPeriod(request.empId, request.period);
   std::string report = fmt::format(
       "employee {}, detail row {}, {}: {} to {}\nattendance head {} {}: {}, NODFORCALC {}{}\n", request.empId,
-      request.empDetId, FnStrFormatMonthYear(request.monthYear), DayText(service.first),
-      DayText(service.last), request.attHeadId, settings.head.ATTHEADNAME, settings.head.ATTCAP,
-      settings.head.NODFORCALC, settings.head.TIGHTYN ? "" : ", days are those of the calculated salary");
+      request.empDetId, FnStrFormatMonthYear(request.monthYear), clsDateHandle::FnStrInDateDTM(service.first),
+      clsDateHandle::FnStrInDateDTM(service.last), request.attHeadId, settings.head.ATTHEADNAME,
+      settings.head.ATTCAP, settings.head.NODFORCALC,
+      settings.head.TIGHTYN ? "" : ", days are those of the calculated salary");
   if (!period.FnBlnEmpExist(request.empId, service.last)) report += "not in service in this month\n";
   const DayCounts byAttendance = attendance.SetNODNDP(request);
   const DayCounts byPeriod = period.SetNODNDP(request);

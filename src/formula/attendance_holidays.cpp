@@ -4,16 +4,13 @@
 
 #include <algorithm>
 
+#include "common/month_year.h"
 #include "database/recordset.h"
 
 namespace ktl {
 namespace {
 
 constexpr const char* kLeaveKinds = "(Select LEVID From ATT_DEFINITION Where LEAVEYN = 1)";
-
-std::string DayText(const Date& date) { return FormatDate(date, "DD/MMM/YYYY"); }
-
-bool IsSet(const Value& flag) { return flag.NumberOr0() != 0; }
 
 }  // namespace
 
@@ -131,7 +128,8 @@ std::map<Date, AttendanceHolidays::Halves> AttendanceHolidays::LeaveHalves() {
 }
 
 std::string AttendanceHolidays::Between(const char* column, const DayRange& range) const {
-  return fmt::format("{} Between '{}' And '{}'", column, DayText(range.first), DayText(range.last));
+  return fmt::format("{} Between '{}' And '{}'", column, clsDateHandle::FnStrInDateDTM(range.first),
+                     clsDateHandle::FnStrInDateDTM(range.last));
 }
 
 std::string AttendanceHolidays::LeaveDates() const {

@@ -136,8 +136,7 @@ void clsEvalFormula::FillSalaryRate(TokenTable& table, const FormulaRequest& req
       fmt::format(
           "Select TOTALENTERED{3} From SLC_SALARYRATE_E E LEFT JOIN SLC_SALARYRATE_D D ON E.SalRateID = "
           "D.SalRateID Where E.EMPID = {0} And E.EMPDETID = {1} And E.MONTHYEAR = (Select MAX(MONTHYEAR) "
-          "From "
-          "SLC_SALARYRATE_E Where EMPID = {0} And EMPDETID = {1} And MONTHYEAR <= {2})",
+          "From SLC_SALARYRATE_E Where EMPID = {0} And EMPDETID = {1} And MONTHYEAR <= {2})",
           request.empId, request.empDetId, request.monthYear, ColumnsOf(heads)));
   if (rate.Eof()) return;
   FillSalaryHeads(table, rate, heads, "Component", false);
@@ -221,8 +220,8 @@ const clsEvalFormula::Counts& clsEvalFormula::CountCache() {
 }
 
 std::string clsEvalFormula::FnStrMonthEndDate(long monthYear) const {
-  return FormatDate(FnDteMonthEnd({session_.data, session_.features.On("CALCINMIDYN")}, monthYear),
-                    "DD/MMM/YYYY");
+  return clsDateHandle::FnStrInDateDTM(
+      FnDteMonthEnd({session_.data, session_.features.On("CALCINMIDYN")}, monthYear));
 }
 
 std::string clsEvalFormula::TextOf(const std::string& sql, const char* ifNone) const {
@@ -237,10 +236,9 @@ std::optional<long> DetailRowOfMonth(Session& session, long empId, long monthYea
   const Recordset rows(
       session.Cn,
       fmt::format(
-          "Select * From MAS_EMPLOYEEDET Where EMPID = {0} And MONTH(EFFFROMDATE) + (YEAR(EFFFROMDATE) * 12) "
-          "= "
-          "(Select Max(MONTH(EFFFROMDATE) + (YEAR(EFFFROMDATE) * 12)) From MAS_EMPLOYEEDET Where EMPID = {0} "
-          "And MONTH(EFFFROMDATE) + (YEAR(EFFFROMDATE) * 12) <= {1})",
+          "Select * From MAS_EMPLOYEEDET Where EMPID = {0} And MONTH(EFFFROMDATE) + (YEAR(EFFFROMDATE) * "
+          "12) = (Select Max(MONTH(EFFFROMDATE) + (YEAR(EFFFROMDATE) * 12)) From MAS_EMPLOYEEDET Where "
+          "EMPID = {0} And MONTH(EFFFROMDATE) + (YEAR(EFFFROMDATE) * 12) <= {1})",
           empId, monthYear));
   if (rows.Eof()) return std::nullopt;
   return rows["EMPDETID"].ToLong();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "common/month_year.h"
 #include "database/recordset.h"
 #include "formula/clsEvalFormula.h"
 #include "formula/token_rows.h"
@@ -69,8 +70,8 @@ double clsEvalFormula::LeaveTaken(const DayRequest& request, long levId, bool mo
   return NumberOf(
       fmt::format("Select Sum(FIRSTHALFYN)/2.0 + Sum(SECONDHALFYN)/2.0 AS NOOFLEAVE From ATT_DETAIL Where "
                   "EMPID = {} And LEVDATE Between '{}' And '{}' And LEVID = {}",
-                  request.empId, FormatDate(request.period.first, "DD/MMM/YYYY"),
-                  FormatDate(request.period.last, "DD/MMM/YYYY"), levId));
+                  request.empId, clsDateHandle::FnStrInDateDTM(request.period.first),
+                  clsDateHandle::FnStrInDateDTM(request.period.last), levId));
 }
 
 // Only where a formula of the employee's own salary structure mentions the token.

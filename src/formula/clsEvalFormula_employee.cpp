@@ -6,6 +6,7 @@
 #include <array>
 #include <set>
 
+#include "common/month_year.h"
 #include "database/recordset.h"
 #include "formula/clsEvalFormula.h"
 #include "formula/token_rows.h"
@@ -21,7 +22,7 @@ constexpr const char* kOpenDate = "31/DEC/2099";
 struct Fund {
   const char* token;
   const char* flag;
-  const char* effective;  // in the month history, and in the older settings unless told
+  const char* effective;  // month, in the history
   const char* history;
   const char* olderMonth;
 };
@@ -34,28 +35,17 @@ constexpr Fund kFunds[] = {
 };
 
 std::string FundSql(const Fund& fund, long empId, long monthYear) {
+  const std::string history =
+      fmt::format("(SELECT TOP 1 {0} FROM {1} WHERE EMPID = {2} AND {3} <= {4} ORDER BY {3} DESC)", fund.flag,
+                  fund.history, empId, fund.effective, monthYear);
+  const std::string older = fmt::format(
+      "(SELECT TOP 1 EX.{0} FROM MAS_EMPLOYEEEXT EX, MAS_EMPLOYEE E WHERE EX.EMPID = E.EMPID AND "
+      "EX.{0} <> E.{0} AND {1} <= {2} AND EX.EMPID = {3})",
+      fund.flag, fund.olderMonth, monthYear, empId);
   return fmt::format(
-      "SELECT CASE WHEN (CASE WHEN ISNULL((SELECT TOP 1 {flag} FROM {history} WHERE EMPID = {emp} AND "
-      "{effective} <= "
-      "{month} ORDER BY {effective} DESC),-2) = -2 THEN CASE WHEN ISNULL((SELECT TOP 1 EX.{flag} FROM "
-      "MAS_EMPLOYEEEXT "
-      "EX, MAS_EMPLOYEE E WHERE EX.EMPID = E.EMPID AND EX.{flag} <> E.{flag} AND {older} <= {month} AND "
-      "EX.EMPID = "
-      "{emp}),-1) = -1 THEN (SELECT {flag} FROM MAS_EMPLOYEE WHERE EMPID = {emp}) ELSE (SELECT TOP 1 "
-      "EX.{flag} FROM "
-      "MAS_EMPLOYEEEXT EX, MAS_EMPLOYEE E WHERE EX.EMPID = E.EMPID AND EX.{flag} <> E.{flag} AND {older} <= "
-      "{month} AND "
-      "EX.EMPID = {emp}) END ELSE (SELECT TOP 1 {flag} FROM {history} WHERE EMPID = {emp} AND {effective} <= "
-      "{month} "
-      "ORDER BY {effective} DESC) END) = 1 THEN 'Y' ELSE 'N' END",
-      fmt::arg("flag", fund.flag), fmt::arg("history", fund.history), fmt::arg("effective", fund.effective),
-      fmt::arg("older", fund.olderMonth), fmt::arg("emp", empId), fmt::arg("month", monthYear));
-}
-
-Date DateOf(const std::string& text) {
-  const auto date = ParseDate(text);
-  if (!date) throw RuntimeError::TypeMismatch();
-  return *date;
+      "SELECT CASE WHEN (CASE WHEN ISNULL({0},-2) = -2 THEN CASE WHEN ISNULL({1},-1) = -1 THEN (SELECT {2} "
+      "FROM MAS_EMPLOYEE WHERE EMPID = {3}) ELSE {1} END ELSE {0} END) = 1 THEN 'Y' ELSE 'N' END",
+      history, older, fund.flag, empId);
 }
 
 }  // namespace
@@ -98,17 +88,19 @@ void clsEvalFormula::FillDetailFields(TokenTable& table, const FormulaRequest& r
 
 // An employee without extended details fails here: there is no row to read from.
 void clsEvalFormula::FillExtendedFields(TokenTable& table, const FormulaRequest& request) {
-  const std::string detailEnd = FormatDateText(
-      TextOf(fmt::format("Select EFFTODATE From MAS_EMPLOYEEDET Where EMPID = {} And EMPDETID = {}",
-                         request.empId, request.empDetId),
-             kOpenDate),
-      "DD/MMM/YYYY");
-  const Date cutOff = std::min(DateOf(detailEnd), DateOf(FnStrMonthEndDate(request.monthYear)));
+  const Date detailEnd =
+      session_.data
+          .FnVarGetDbValue(
+              fmt::format("Select EFFTODATE From MAS_EMPLOYEEDET Where EMPID = {} And EMPDETID = {}",
+                          request.empId, request.empDetId),
+              kOpenDate)
+          .ToDate();
+  const Date cutOff = std::min(detailEnd, Value(FnStrMonthEndDate(request.monthYear)).ToDate());
   const Recordset values(
       session_.Cn,
       fmt::format("Select * From MAS_EMPLOYEEEXTDET EX WHERE EX.EMPID = {} AND EX.EFFFROMDATE<= '{}' "
                   "ORDER BY EMPEXTID desc",
-                  request.empId, FormatDate(cutOff, "DD/MMM/YYYY")));
+                  request.empId, clsDateHandle::FnStrInDateDTM(cutOff)));
   Recordset captions(session_.Cn,
                      "Select CAPTION,MASTERID From MAS_EXTCAPTION WHERE EXPEDITORYN = 1 Order By MASTERID");
   for (; !captions.Eof(); captions.MoveNext()) {

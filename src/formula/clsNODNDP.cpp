@@ -8,6 +8,7 @@
 #include "frame/session.h"
 
 namespace ktl {
+
 DayCounts clsNODNDP::SetNODNDP(const DayRequest& request) {
   const DayRange month = SetMonthCalcDates(request.monthYear);
   return CountDays(RulesOf(request.attHeadId, request.monthYear), month, request, SourcesOf(request));
@@ -30,8 +31,8 @@ double clsNODNDP::FnDblGetLeave(long lngEmpID, const DayRange& range, LeaveSelec
         ReadValue(session_.Cn,
                   fmt::format("Select Sum(FIRSTHALFYN)/2.0 + Sum(SECONDHALFYN)/2.0 AS NOOFLEAVE From "
                               "ATT_DETAIL Where EMPID = {} And LEVDATE Between '{}' And '{}' And LEVID = {}",
-                              lngEmpID, FormatDate(range.first, "DD/MMM/YYYY"),
-                              FormatDate(range.last, "DD/MMM/YYYY"), kinds[0].ToLong()),
+                              lngEmpID, clsDateHandle::FnStrInDateDTM(range.first),
+                              clsDateHandle::FnStrInDateDTM(range.last), kinds[0].ToLong()),
                   0)
             .ToDouble();
   }
@@ -64,11 +65,11 @@ DayRange clsNODNDP::SetMonthCalcDates(long lngMonthYear) {
 }
 
 std::string clsNODNDP::FnStrGetMonthStartDate(long lngMonthYear) {
-  return FormatDate(SetMonthCalcDates(lngMonthYear).first, "DD/MMM/YYYY");
+  return clsDateHandle::FnStrInDateDTM(SetMonthCalcDates(lngMonthYear).first);
 }
 
 std::string clsNODNDP::FnStrGetMonthEndDate(long lngMonthYear) {
-  return FormatDate(SetMonthCalcDates(lngMonthYear).last, "DD/MMM/YYYY");
+  return clsDateHandle::FnStrInDateDTM(SetMonthCalcDates(lngMonthYear).last);
 }
 
 DayRules clsNODNDP::RulesOf(long attHeadId, long monthYear) {

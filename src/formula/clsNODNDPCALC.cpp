@@ -10,16 +10,6 @@
 #include "frame/session.h"
 
 namespace ktl {
-namespace {
-
-constexpr int kGeneralAlone = 4;  // values of NODFORCALC with a holiday test of their own for leave
-constexpr int kGeneralFirst = 6;
-
-std::string DayText(const Date& date) { return FormatDate(date, "yyyy-MM-dd"); }
-
-bool IsSet(const Value& flag) { return flag.NumberOr0() != 0; }
-
-}  // namespace
 
 struct clsNODNDPCALC::LeaveDay {
   long kind;
@@ -77,7 +67,7 @@ double clsNODNDPCALC::FnDblGetHolAndLeave(long lngAttHeadID, const DayRange& ran
              session_.Cn,
              fmt::format("SELECT SUM(FIRSTHALFYN)/2.0 + SUM(SECONDHALFYN)/2.0 FROM LEV_DETAILS WHERE "
                          "EMPID = {} AND LEAVEDATE BETWEEN '{}' AND '{}' AND LEVID IN ({})",
-                         lngEmpID, DayText(range.first), DayText(range.last), LeaveSelectionSql(selection)),
+                         lngEmpID, IsoDay(range.first), IsoDay(range.last), LeaveSelectionSql(selection)),
              0)
       .ToDouble();
 }
@@ -107,14 +97,14 @@ bool clsNODNDPCALC::FnBlnEmpExist(long lngEmpID, const Date& date) {
   return ReadValue(session_.Cn,
                    fmt::format("SELECT COUNT(EMPID) FROM MAS_EMPLOYEE WHERE EMPID={0} AND DOJ<='{1}' AND "
                                "(DOL IS NULL OR DOL>='{1}')",
-                               lngEmpID, DayText(date)),
+                               lngEmpID, IsoDay(date)),
                    0)
              .ToLong() > 0;
 }
 
 DayRange clsNODNDPCALC::SetValidPeriod(long lngEmpID, const DayRange& range) {
-  const std::string first = DayText(range.first);
-  const std::string last = DayText(range.last);
+  const std::string first = IsoDay(range.first);
+  const std::string last = IsoDay(range.last);
   DayRange valid;
   valid.first =
       ReadValue(session_.Cn,
@@ -141,7 +131,7 @@ double clsNODNDPCALC::FnDblLeaveAvailed(long lngEmpID, long lngLevID, const DayR
                 range.last)
           .ToDate();
   const std::string between =
-      fmt::format("BETWEEN '{}' AND '{}'", DayText(range.first), DayText(std::min(range.last, detailEnd)));
+      fmt::format("BETWEEN '{}' AND '{}'", IsoDay(range.first), IsoDay(std::min(range.last, detailEnd)));
   const std::string ofHead = lngAttHeadID == 0 ? "" : fmt::format(" AND ATTHEADID = {}", lngAttHeadID);
   const double adjusted =
       ReadValue(
@@ -158,9 +148,8 @@ double clsNODNDPCALC::FnDblLeaveAvailed(long lngEmpID, long lngLevID, const DayR
                 "SELECT SUM(CASE WHEN LEVMONTHLY = 0 OR LEVMONTHLY IS NULL THEN CONVERT(NUMERIC, (CASE WHEN "
                 "FIRSTHALFYN = 0 THEN 0 ELSE 1 END + CASE WHEN SECONDHALFYN = 0 THEN 0 ELSE 1 END))/ 2 ELSE "
                 "LEVMONTHLY END) FROM LEV_DETAILS LD, MAS_EMPLOYEEDET ME WHERE LD.LEVID = {} AND LD.EMPID = "
-                "{} "
-                "AND LD.EMPID = ME.EMPID AND LD.EMPDETID = ME.EMPDETID AND ME.ATTHEADID = {} AND LEAVEDATE "
-                "{}",
+                "{} AND LD.EMPID = ME.EMPID AND LD.EMPDETID = ME.EMPDETID AND ME.ATTHEADID = {} AND "
+                "LEAVEDATE {}",
                 lngLevID, lngEmpID, lngAttHeadID, between);
   return adjusted + ReadValue(session_.Cn, taken, 0).ToDouble();
 }
@@ -179,10 +168,8 @@ void clsNODNDPCALC::Update_MonthYear() {
   }
   session_.Cn.Execute(
       "INSERT INTO SLC_ATTHEADNOD SELECT ATTHEADID, MONTHYEAR, DATEDIFF(DAY, CALCSTARTDATE, CALCENDDATE) + "
-      "1, NULL "
-      "FROM MAS_MONTHYEAR MM, MAS_ATTHEAD MA WHERE NOT EXISTS (SELECT 1 FROM SLC_ATTHEADNOD N WHERE "
-      "N.ATTHEADID = "
-      "MA.ATTHEADID AND N.MONTHYEAR = MM.MONTHYEAR) AND ISNULL(TDSPORTYN, 0) <> 1");
+      "1, NULL FROM MAS_MONTHYEAR MM, MAS_ATTHEAD MA WHERE NOT EXISTS (SELECT 1 FROM SLC_ATTHEADNOD N WHERE "
+      "N.ATTHEADID = MA.ATTHEADID AND N.MONTHYEAR = MM.MONTHYEAR) AND ISNULL(TDSPORTYN, 0) <> 1");
   monthsComplete_ = true;
 }
 
@@ -193,7 +180,7 @@ long clsNODNDPCALC::FnIntAttHeadID(long lngEmpID, const Date& date) {
                  "SELECT ATTHEADID FROM MAS_EMPLOYEE ME, MAS_EMPLOYEEDET MD WHERE ME.EMPID = MD.EMPID AND "
                  "ME.EMPID = {0} AND EFFFROMDATE <= '{1}' AND (EFFTODATE IS NULL OR EFFTODATE >= '{1}') "
                  "AND SALCALCFROM <= '{1}'",
-                 lngEmpID, DayText(date)),
+                 lngEmpID, IsoDay(date)),
              0)
       .ToLong();
 }
@@ -204,7 +191,7 @@ long clsNODNDPCALC::FnIntBranchID(long lngEmpID, const Date& date) {
       fmt::format("SELECT BRANCHID FROM MAS_EMPLOYEE ME, MAS_EMPLOYEEDET MD WHERE ME.EMPID = MD.EMPID AND "
                   "ME.EMPID = {0} AND EFFFROMDATE <= '{1}' AND (EFFTODATE IS NULL OR EFFTODATE >= '{1}') AND "
                   "SALCALCFROM <= '{1}'",
-                  lngEmpID, DayText(date)),
+                  lngEmpID, IsoDay(date)),
       {});
   if (!branch.IsEmpty()) return branch.ToLong();
   // Without such a row it is the branch of the very first detail row, whoever's that is.
@@ -250,8 +237,8 @@ std::vector<clsNODNDPCALC::LeaveDay> clsNODNDPCALC::ReadLeave(const DayRequest& 
       session_.Cn,
       fmt::format("SELECT * FROM  LEV_DETAILS DET,ATT_DEFINITION DEF WHERE DET.LEVID = DEF.LEVID AND "
                   "LEAVEYN = 1 AND EMPID = {} AND EMPDETID = {} AND LEAVEDATE BETWEEN  '{}' AND '{}'",
-                  request.empId, request.empDetId, DayText(request.period.first),
-                  DayText(request.period.last)));
+                  request.empId, request.empDetId, IsoDay(request.period.first),
+                  IsoDay(request.period.last)));
   std::vector<LeaveDay> days;
   for (; !rows.Eof(); rows.MoveNext()) {
     const long kind = rows["LEVID"].ToLong();
@@ -272,9 +259,9 @@ double clsNODNDPCALC::LeaveOnDay(const Date& date, const HolidayHalves& leave,
                                  const PeriodHolidays& holidays) const {
   const int nodForCalc = settings_.head.NODFORCALC;
   const bool general = holidays.IsGeneral(date);
-  const bool askWeekly = nodForCalc != kGeneralAlone && !settings_.options.COCWYN;
+  const bool askWeekly = nodForCalc != kLessHolidays && !settings_.options.COCWYN;
   const HolidayHalves weekly = askWeekly ? holidays.Weekly(date) : HolidayHalves();
-  const bool weeklyDecides = weekly.Days() > 0 && !(general && nodForCalc == kGeneralFirst);
+  const bool weeklyDecides = weekly.Days() > 0 && !(general && nodForCalc == kLessWeekly);
   if (general && !weeklyDecides) return 0;
   return HolidayHalves{leave.first && !weekly.first, leave.second && !weekly.second}.Days();
 }

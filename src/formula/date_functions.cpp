@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 
 #include "formula/date_intervals.h"
@@ -45,11 +46,15 @@ Value DateSerial(const Arguments& a) {
   return january->AddMonths(a[1].ToLong() - 1L).AddDays(a[2].ToLong() - 1L);
 }
 
-// The second argument is the day that counts as 1, Sunday being 1; 0 is Sunday too.
-Value Weekday(const Arguments& a) {
-  const long first = a.LongOr(1, 1);
+// An argument that says which day counts as 1, Sunday being 1; 0 is Sunday too.
+long FirstDay(const Arguments& a, std::size_t index) {
+  const long first = a.LongOr(index, 1);
   if (first < 0 || first > 7) throw RuntimeError::InvalidProcedureCall();
-  const int daysFromFirst = a[0].ToDate().weekday() - static_cast<int>(first == 0 ? 1 : first);
+  return std::max(1L, first);
+}
+
+Value Weekday(const Arguments& a) {
+  const int daysFromFirst = a[0].ToDate().weekday() - static_cast<int>(FirstDay(a, 1));
   return static_cast<double>((daysFromFirst + 7) % 7 + 1);
 }
 
@@ -58,6 +63,16 @@ Value MonthName(const Arguments& a) {
   if (!date) throw RuntimeError::InvalidProcedureCall();
   const bool abbreviated = a.size() > 1 && a[1].ToBoolean();
   return FormatDate(*date, abbreviated ? "mmm" : "mmmm");
+}
+
+// WeekdayName(day, abbreviated, first): `first` as in Weekday.
+Value WeekdayName(const Arguments& a) {
+  const long day = a[0].ToLong();
+  const long first = FirstDay(a, 2);
+  if (day < 1 || day > 7) throw RuntimeError::InvalidProcedureCall();
+  const Date sunday = Date::FromYmd(2000, 1, 2).value();
+  const bool abbreviated = a.size() > 1 && a[1].ToBoolean();
+  return FormatDate(sunday.AddDays((day + first - 2) % 7), abbreviated ? "ddd" : "dddd");
 }
 
 constexpr auto kFunctions = std::to_array<ExpressionFunction>({
@@ -75,6 +90,7 @@ constexpr auto kFunctions = std::to_array<ExpressionFunction>({
     {"SECOND", 1, 1, Part<DateInterval::Second>, OfNull::IsNull},
     {"WEEKDAY", 1, 2, Weekday, OfNull::IsNull},
     {"MONTHNAME", 1, 2, MonthName},
+    {"WEEKDAYNAME", 1, 3, WeekdayName},
     {"DATEDIFF", 3, 3, Difference},
     {"DATEADD", 3, 3, DateAdd},
     {"DATEPART", 2, 2, DatePart},

@@ -10,15 +10,13 @@ namespace {
 
 constexpr double kFixedDays = 30;
 
-enum NodForCalc { Thirty = 1, CalendarDays, HeadDays = kHeadDays, LessHolidays, LessGeneral, LessWeekly };
-
 DayKind HolidaysOff(int nodForCalc) {
   switch (nodForCalc) {
-    case LessHolidays:
+    case kLessHolidays:
       return DayKind::Both;
-    case LessGeneral:
+    case kLessGeneral:
       return DayKind::General;
-    case LessWeekly:
+    case kLessWeekly:
       return DayKind::Weekly;
     default:
       return DayKind::None;
@@ -29,11 +27,11 @@ DayKind HolidaysOff(int nodForCalc) {
 // time.
 DayKind HolidaysOffPresent(int nodForCalc) {
   switch (nodForCalc) {
-    case LessHolidays:
+    case kLessHolidays:
       return DayKind::Both;
-    case LessGeneral:
+    case kLessGeneral:
       return DayKind::Weekly;
-    case LessWeekly:
+    case kLessWeekly:
       return DayKind::General;
     default:
       return DayKind::None;
@@ -48,14 +46,14 @@ double DaysLessHolidays(const DayRules& rules, const DayRange& range, const DayS
 double PayDays(const DayRules& rules, double monthFigure, const DayRequest& request,
                const DaySources& sources) {
   switch (rules.nodForCalc) {
-    case Thirty:
-    case HeadDays:
+    case kThirtyDays:
+    case kHeadDays:
       return request.capToPeriod ? std::min(monthFigure, static_cast<double>(request.period.Days()))
                                  : monthFigure;
-    case CalendarDays:
-    case LessHolidays:
-    case LessGeneral:
-    case LessWeekly:
+    case kCalendarDays:
+    case kLessHolidays:
+    case kLessGeneral:
+    case kLessWeekly:
       return DaysLessHolidays(rules, request.period, sources);
     default:
       return 0;
@@ -99,14 +97,14 @@ std::string LeaveSelectionSql(LeaveSelection selection) {
 
 double MonthFigure(const DayRules& rules, const DayRange& month, const DaySources& sources) {
   switch (rules.nodForCalc) {
-    case Thirty:
+    case kThirtyDays:
       return kFixedDays;
-    case HeadDays:
+    case kHeadDays:
       return rules.headDays;
-    case CalendarDays:
-    case LessHolidays:
-    case LessGeneral:
-    case LessWeekly:
+    case kCalendarDays:
+    case kLessHolidays:
+    case kLessGeneral:
+    case kLessWeekly:
       return DaysLessHolidays(rules, month, sources);
     default:
       return 0;

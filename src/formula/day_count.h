@@ -52,11 +52,18 @@ struct DayRequest {
 };
 
 inline constexpr int kMonthlyHead = 4;  // ATTNTYPE of a head whose leave is entered by the month
-inline constexpr int kHeadDays = 3;     // NODFORCALC of a head that takes its days from SLC_ATTHEADNOD
+
+// NODFORCALC: what the days of a month are under an attendance head.
+inline constexpr int kThirtyDays = 1;
+inline constexpr int kCalendarDays = 2;
+inline constexpr int kHeadDays = 3;  // of SLC_ATTHEADNOD
+inline constexpr int kLessHolidays = 4;
+inline constexpr int kLessGeneral = 5;
+inline constexpr int kLessWeekly = 6;
 
 // How an attendance head counts.
 struct DayRules {
-  int nodForCalc = 2;
+  int nodForCalc = kCalendarDays;
   bool monthly = false;  // leave is entered by the month
   bool tight = true;     // leave is entered by the day and taken off
   double headDays = 0;   // of SLC_ATTHEADNOD, when nodForCalc asks for it
@@ -79,5 +86,10 @@ DayCounts CountDays(const DayRules& rules, const DayRange& month, const DayReque
 // failing statement throw.
 Value ReadValue(Connection& cn, const std::string& sql, Value defaultValue);
 double ReadHeadDays(Connection& cn, long attHeadId, long monthYear);
+
+// Whether the flag of a row is on; null is off.
+inline bool IsSet(const Value& flag) { return flag.NumberOr0() != 0; }
+// "2026-09-14"
+inline std::string IsoDay(const Date& date) { return FormatDate(date, "yyyy-MM-dd"); }
 
 }  // namespace ktl

@@ -109,12 +109,11 @@ void modAttSetting::LoadHeadOptions(long lngAttHeadID) {
 }
 
 long modAttSetting::FnLngMonthOfDate(const Date& date) {
-  const std::string day = FormatDate(date, "yyyy-MM-dd");
   return ReadValue(
              session_.Cn,
              fmt::format("SELECT MONTHYEAR, [dbo].FnStrMonthName(MONTHYEAR) AS MONTHNAME FROM MAS_MONTHYEAR "
                          "WHERE CALCSTARTDATE <= '{0}' AND CALCENDDATE >= '{0}'",
-                         day),
+                         IsoDay(date)),
              0)
       .ToLong();
 }

@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <array>
 #include <cmath>
 
@@ -21,6 +23,9 @@ Value OfNumber(const Arguments& a) {
 double Sign(double number) { return number > 0 ? 1 : number < 0 ? -1 : 0; }
 double CurrencyOf(double number) { return RoundHalfEven(number, 4); }
 
+// The decimal text of a single-precision number: its rounding error is never seen.
+double SingleOf(double number) { return Val(fmt::format("{:.7g}", number)); }
+
 double RootOf(double number) {
   if (number < 0) throw RuntimeError::InvalidProcedureCall();
   return std::sqrt(number);
@@ -35,6 +40,12 @@ Value Round(const Arguments& a) {
   const long decimals = a.LongOr(1, 0);
   if (decimals < 0 || decimals > kMostDecimals) throw RuntimeError::InvalidProcedureCall();
   return RoundHalfEven(a[0].ToDouble(), static_cast<int>(decimals));
+}
+
+Value Byte(const Arguments& a) {
+  const long number = a[0].ToLong();
+  if (number < 0 || number > 0xFF) throw RuntimeError::Overflow();
+  return static_cast<double>(number);
 }
 
 Value IsNumeric(const Arguments& a) {
@@ -57,6 +68,8 @@ constexpr auto kFunctions = std::to_array<ExpressionFunction>({
     {"ATN", 1, 1, OfNumber<std::atan>, OfNull::IsNull},
     {"ROUND", 1, 2, Round, OfNull::IsNull},
     {"CDBL", 1, 1, [](const Arguments& a) -> Value { return a[0].ToDouble(); }},
+    {"CSNG", 1, 1, OfNumber<SingleOf>},
+    {"CBYTE", 1, 1, Byte},
     {"CINT", 1, 1, [](const Arguments& a) -> Value { return static_cast<double>(a[0].ToInt()); }},
     {"CLNG", 1, 1, [](const Arguments& a) -> Value { return static_cast<double>(a[0].ToLong()); }},
     {"CCUR", 1, 1, OfNumber<CurrencyOf>},

@@ -14,10 +14,6 @@ namespace {
 constexpr int kWeeks = 5;
 constexpr int kNextWhole = 2;
 
-std::string DayText(const Date& date) { return FormatDate(date, "yyyy-MM-dd"); }
-
-bool IsSet(const Value& flag) { return flag.NumberOr0() != 0; }
-
 }  // namespace
 
 int WeekdayKey(const Date& date) {
@@ -40,7 +36,7 @@ void PeriodHolidays::ReadRotation(Connection& cn, const HolidayOwner& owner, con
     Recordset rows(
         cn, fmt::format("SELECT WEEKDATE, FIRSTHALFYN, SECONDHALFYN FROM ATT_WKLYROT WHERE {} AND WEEKDATE "
                         "BETWEEN '{}' AND '{}'",
-                        ofOwner, DayText(range.first), DayText(range.last)));
+                        ofOwner, IsoDay(range.first), IsoDay(range.last)));
     for (; !rows.Eof(); rows.MoveNext()) {
       HolidayHalves& halves = rotation_[rows["WEEKDATE"].ToDate().DayOnly()];
       halves.first |= IsSet(rows["FIRSTHALFYN"]);
@@ -90,7 +86,7 @@ void PeriodHolidays::ReadGeneralOf(Connection& cn, const char* column, long id, 
       cn, fmt::format("SELECT HOLIDAYDATE FROM ATT_HOLIDAY AH WHERE HOLIDAYDATE BETWEEN '{2}' AND '{3}' AND "
                       "({0} IS NULL OR {0} = 0 OR {0} = {1}) AND HOLIDAYID NOT IN "
                       "(SELECT HOLIDAYID FROM ATT_HOLEX WHERE {0} = {1})",
-                      column, id, DayText(range.first), DayText(range.last)));
+                      column, id, IsoDay(range.first), IsoDay(range.last)));
   for (; !rows.Eof(); rows.MoveNext()) general_.insert(rows[0].ToDate().DayOnly());
 }
 

@@ -130,6 +130,18 @@ Value Replace(const Arguments& a) {
   return replaced.append(text.substr(done));
 }
 
+Value Reversed(const Arguments& a) {
+  const std::string text = a[0].ToText();
+  std::string reversed;
+  for (std::size_t end = text.size(), at = end; at-- > 0;) {
+    const bool begins = (static_cast<unsigned char>(text[at]) & 0xC0) != 0x80;
+    if (!begins && at > 0) continue;
+    reversed.append(text, at, end - at);
+    end = at;
+  }
+  return reversed;
+}
+
 Value StrComp(const Arguments& a) {
   if (a[0].IsNull() || a[1].IsNull()) return Null();
   const bool byLetters = ComparesByLetters(a, 2);
@@ -203,6 +215,7 @@ constexpr auto kFunctions = std::to_array<ExpressionFunction>({
     {"INSTR", 2, 4, InStr},
     {"INSTRREV", 2, 4, InStrRev},
     {"REPLACE", 3, 6, Replace},
+    {"STRREVERSE", 1, 1, Reversed},
     {"STRCOMP", 2, 3, StrComp},
     {"CHR", 1, 1, [](const Arguments& a) -> Value { return CharacterOf(a[0].ToLong()); }},
     {"ASC", 1, 1, Asc},

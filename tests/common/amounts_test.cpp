@@ -3,16 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 namespace ktl {
 namespace {
 
 TEST(Amounts, RoundByType) {
-  const struct {
-    int type;
-    double value;
-    double rounded;
-  } cases[] = {
+  const std::tuple<int, double, double> cases[] = {
       {1, 10.5, 11},     {1, -10.5, -11},    {1, 10.49, 10},   {1, 10.499, 10},   {1, 0.5, 1},
       {1, 0.3, 0},       {2, 10, 10},        {2, 10.001, 11},  {2, 10.0004, 10},  {2, 10.6, 11},
       {2, 10.496, 12},   {2, -10.2, -11},    {2, 0.3, 1},      {3, 14.99, 10},    {3, 15, 20},
@@ -26,20 +23,13 @@ TEST(Amounts, RoundByType) {
 }
 
 TEST(Amounts, RoundUp) {
-  const struct {
-    double value;
-    double rounded;
-  } cases[] = {{10, 10},   {10.004, 10}, {10.01, 11}, {10.496, 12},
-               {10.5, 11}, {10.6, 11},   {0.3, 1},    {-10.2, -10}};
+  const std::pair<double, double> cases[] = {{10, 10},   {10.004, 10}, {10.01, 11}, {10.496, 12},
+                                             {10.5, 11}, {10.6, 11},   {0.3, 1},    {-10.2, -10}};
   for (const auto& [value, rounded] : cases) EXPECT_EQ(FnDblRoundUp(value), rounded) << value;
 }
 
 TEST(Amounts, IndianGrouping) {
-  const struct {
-    const char* text;
-    int decimals;
-    const char* grouped;
-  } cases[] = {
+  const std::tuple<const char*, int, const char*> cases[] = {
       {"1234567.5", 2, "12,34,567.50"},
       {"0", 2, ""},
       {"", 2, ""},
@@ -70,10 +60,7 @@ TEST(Amounts, Limits) {
 }
 
 TEST(Amounts, InWords) {
-  const struct {
-    double amount;
-    const char* words;
-  } cases[] = {
+  const std::pair<double, const char*> cases[] = {
       {0, "Rupees Zero"},
       {12345.67, "Rupees Twelve Thousand Three Hundred Forty Five and Paise Sixty Seven Only"},
       {-19, "Rupees Nineteen Only"},
@@ -101,11 +88,9 @@ TEST(Amounts, TextConversions) {
   EXPECT_EQ(clsGenCmn::FnStrConvertToDate("1.13.2010"), "");
   EXPECT_EQ(clsGenCmn::FnStrPADL("₹7", 4, '*'), "**₹7");
   EXPECT_EQ(clsGenCmn::FnStrPADL("12345", 3), "12345");
-  const struct {
-    long number;
-    const char* suffix;
-  } suffixes[] = {{1, "st"},  {2, "nd"},  {3, "rd"},  {4, "th"},   {11, "th"},
-                  {12, "th"}, {13, "th"}, {21, "st"}, {112, "th"}, {103, "rd"}};
+  const std::pair<long, const char*> suffixes[] = {{1, "st"},   {2, "nd"},  {3, "rd"},  {4, "th"},
+                                                   {11, "th"},  {12, "th"}, {13, "th"}, {21, "st"},
+                                                   {112, "th"}, {103, "rd"}};
   for (const auto& [number, suffix] : suffixes)
     EXPECT_EQ(clsGenCmn::FnStrSuffixST_ND_RD_TH(number), suffix) << number;
 }

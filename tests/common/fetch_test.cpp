@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "support/company_fixture.h"
@@ -35,11 +37,9 @@ TEST_F(FetchTest, TheDefaultStandsForNoRowAndForNull) {
 TEST_F(FetchTest, AFailureIsToldAndGivesNothingNotTheDefault) {
   data.SetTitle("Loans");
   EXPECT_TRUE(data.FnVarGetDbValue("SELECT NOWHERE FROM MAS_INSTITUTION", 7).IsEmpty());
-  ASSERT_EQ(desk.Boxes().size(), 1u);
-  EXPECT_TRUE(desk.LastBox().text.ends_with(" : " + std::to_string(kStatementError))) << desk.LastBox().text;
-  EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
-  EXPECT_EQ(desk.LastBox().title, "Loans");
-  desk.TakeBoxes();
+  const std::string box = desk.TakeLines();
+  EXPECT_TRUE(box.starts_with("Critical | Loans | ")) << box;
+  EXPECT_TRUE(box.ends_with(" : " + std::to_string(kStatementError))) << box;
   EXPECT_TRUE(data.FnVarGetDbValue("SELECT NOWHERE FROM MAS_INSTITUTION", 7, true).IsEmpty());
   EXPECT_FALSE(data.ExecuteSql("DELETE FROM NOWHERE"));
   EXPECT_TRUE(data.ExecuteSql("DELETE FROM MAS_INSTITUTION"));
@@ -48,18 +48,14 @@ TEST_F(FetchTest, AFailureIsToldAndGivesNothingNotTheDefault) {
 }
 
 TEST_F(FetchTest, NullAndZeroGiveWayToTheAlternative) {
-  const struct {
-    Value value;
-    bool zeroToo;
-    bool givesWay;
-  } cases[] = {
+  const std::tuple<Value, bool, bool> cases[] = {
       {Null{}, false, true}, {Null{}, true, true}, {0, false, false},     {0, true, true},
       {0.0, true, true},     {"0.00", true, true}, {"", true, false},     {"x", true, false},
       {0.001, true, false},  {-1, true, false},    {Date(), true, false},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(CNull(c.value, "other", c.zeroToo), c.givesWay ? Value("other") : c.value)
-        << (c.value.IsNull() ? "null" : c.value.ToText()) << (c.zeroToo ? " with zero" : "");
+  for (const auto& [value, zeroToo, givesWay] : cases) {
+    EXPECT_EQ(CNull(value, "other", zeroToo), givesWay ? Value("other") : value)
+        << (value.IsNull() ? "null" : value.ToText()) << (zeroToo ? " with zero" : "");
   }
 }
 
@@ -74,7 +70,7 @@ TEST_F(FetchTest, NumbersAndListsOfATable) {
   EXPECT_TRUE(lookups.FnBlnGetYesNo("TYPEID", "MAS_INSTITUTION"));
   EXPECT_FALSE(lookups.FnBlnMatchedWithList("INSTID", "MAS_INSTITUTION", "O'7"));
   EXPECT_EQ(clsGenCmn::FnLngDeleteBox(desk), Answer::No);
-  EXPECT_EQ(desk.LastBox().text + "|" + desk.LastBox().title, "Delete This Record ?|Confirm Deleting :");
+  EXPECT_EQ(desk.TakeLines(), "Question | Confirm Deleting : | Delete This Record ?");
 }
 
 // March 2010 runs from 26 February; its end is not kept.
@@ -85,32 +81,23 @@ TEST_F(FetchTest, SalaryMonthsOfTheMidMonthCycle) {
       .With("MONTHYEAR", 24123)
       .With("CALCSTARTDATE", "26/Feb/2010")
       .With("CALCENDDATE", "25/Mar/2010");
-  const struct {
-    bool calcInMidYN;
-    const char* date;
-    long month;
-  } months[] = {
+  const std::tuple<bool, const char*, long> months[] = {
       {true, "26/02/2010", 24123},  {true, "25/03/2010", 24123}, {true, "25/02/2010", 24122},
       {false, "26/02/2010", 24122}, {true, "26/03/2010", 24123},
   };
-  for (const auto& c : months)
-    EXPECT_EQ(FnLngSalaryMonthOfDate({data, c.calcInMidYN}, c.date), c.month) << c.date;
+  for (const auto& [calcInMidYN, date, month] : months)
+    EXPECT_EQ(FnLngSalaryMonthOfDate({data, calcInMidYN}, date), month) << date;
 
-  const struct {
-    bool calcInMidYN;
-    long month;
-    const char* first;
-    const char* last;
-  } spans[] = {
+  const std::tuple<bool, long, const char*, const char*> spans[] = {
       {true, 24123, "26/02/2010", "31/03/2010"},
       {false, 24123, "01/03/2010", "31/03/2010"},
       {true, 24132, "01/12/2010", "31/12/2010"},
   };
-  for (const auto& c : spans) {
+  for (const auto& [calcInMidYN, month, expectedFirst, expectedLast] : spans) {
     Date first, last;
-    GetMonthDates({data, c.calcInMidYN}, c.month, first, last);
-    EXPECT_EQ(first, *ParseDate(c.first)) << c.month;
-    EXPECT_EQ(last, *ParseDate(c.last)) << c.month;
+    GetMonthDates({data, calcInMidYN}, month, first, last);
+    EXPECT_EQ(first, *ParseDate(expectedFirst)) << month;
+    EXPECT_EQ(last, *ParseDate(expectedLast)) << month;
   }
   EXPECT_EQ(FnDteMonthStart({data, true}, 0), Date());  // no such date: nothing is said
   EXPECT_TRUE(desk.Boxes().empty());

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "runtime/errors.h"
 
 namespace ktl {
@@ -10,14 +12,11 @@ namespace {
 Date Day(const char* text) { return ParseDate(text).value(); }
 
 TEST(MonthYear, NumberAndText) {
-  const struct {
-    long monthYear;
-    const char* text;
-  } cases[] = {{24121, "Jan/2010"},
-               {24132, "Dec/2010"},
-               {24133, "Jan/2011"},
-               {22800, "Dec/1899"},
-               {36066, "Jun/3005"}};
+  const std::pair<long, const char*> cases[] = {{24121, "Jan/2010"},
+                                                {24132, "Dec/2010"},
+                                                {24133, "Jan/2011"},
+                                                {22800, "Dec/1899"},
+                                                {36066, "Jun/3005"}};
   for (const auto& [monthYear, text] : cases) {
     EXPECT_EQ(FnStrFormatMonthYear(monthYear), text);
     EXPECT_EQ(clsDateHandle::FnStrExplodeMonth(monthYear), text);
@@ -37,11 +36,7 @@ TEST(MonthYear, NumberAndText) {
 }
 
 TEST(MonthYear, DaysOfTheMonth) {
-  const struct {
-    long monthYear;
-    long days;
-    const char* last;
-  } cases[] = {
+  const std::tuple<long, long, const char*> cases[] = {
       {24132, 31, "31/Dec/2010"}, {24122, 28, "28/Feb/2010"}, {24110, 28, "28/Feb/2009"},
       {24098, 29, "29/Feb/2008"}, {24124, 30, "30/Apr/2010"}, {1900 * 12 + 2, 29, "29/Feb/1900"},
   };
@@ -53,49 +48,24 @@ TEST(MonthYear, DaysOfTheMonth) {
 }
 
 TEST(MonthYear, TypedMonthsAreCorrected) {
-  const struct {
-    const char* typed;
-    const char* month;
-  } cases[] = {
-      {"3.2010", "Mar/2010"},
-      {"3_2010", "Mar/2010"},
-      {"3\\2010", "Mar/2010"},
-      {"apr 2010", "Apr/2010"},
-      {"3,10", "Mar/2010"},
-      {"12-99", "Dec/1999"},
-      {"15/03/2010", "Mar/2010"},
-      {"31/02/2010", ""},
-      {"13/2010", ""},
-      {"/2010", ""},
-      {"3", ""},
-      {"", ""},
-      {"1/2/3/2010", ""},
-      {"foo/2010", ""},
-      {"2010-03-15", "Mar/2010"},
+  const std::pair<const char*, const char*> cases[] = {
+      {"3.2010", "Mar/2010"}, {"3_2010", "Mar/2010"}, {"3\\2010", "Mar/2010"},    {"apr 2010", "Apr/2010"},
+      {"3,10", "Mar/2010"},   {"12-99", "Dec/1999"},  {"15/03/2010", "Mar/2010"}, {"2010-03-15", "Mar/2010"},
   };
   for (const auto& [typed, month] : cases) EXPECT_EQ(FnStrCorrectMonth(typed), month) << typed;
+  for (const char* typed : {"31/02/2010", "13/2010", "/2010", "3", "", "1/2/3/2010", "foo/2010"})
+    EXPECT_EQ(FnStrCorrectMonth(typed), "") << typed;
 }
 
 TEST(MonthYear, TypedDatesAreCorrected) {
-  const struct {
-    const char* typed;
-    const char* date;
-  } cases[] = {
-      {"12.3.2010", "12/03/2010"},
-      {"12 3,2010", "12/03/2010"},
-      {"/12//3-2010", "12/03/2010"},
-      {"12/a/3/2010", "12/03/2010"},
-      {"1\\4_10", "01/04/2010"},
-      {"12th/3/2010", "12/03/2010"},
-      {"3/2010", "01/03/2010"},
-      {"12/Mar/2010", "01/12/2010"},
-      {"15/Mar/2010", ""},
-      {"31/4/2010", ""},
-      {"12/3/2010/", ""},
-      {"12032010", ""},
-      {"", ""},
+  const std::pair<const char*, const char*> cases[] = {
+      {"12.3.2010", "12/03/2010"},   {"12 3,2010", "12/03/2010"},   {"/12//3-2010", "12/03/2010"},
+      {"12/a/3/2010", "12/03/2010"}, {"1\\4_10", "01/04/2010"},     {"12th/3/2010", "12/03/2010"},
+      {"3/2010", "01/03/2010"},      {"12/Mar/2010", "01/12/2010"},
   };
   for (const auto& [typed, date] : cases) EXPECT_EQ(clsDateHandle::FnStrCorrectDate(typed), date) << typed;
+  for (const char* typed : {"15/Mar/2010", "31/4/2010", "12/3/2010/", "12032010", ""})
+    EXPECT_EQ(clsDateHandle::FnStrCorrectDate(typed), "") << typed;
   EXPECT_EQ(clsDateHandle::FnStrInDateDTM(Day("1/4/2010")), "01/Apr/2010");
   EXPECT_EQ(FnStrDbDate("1/4/2010"), "01/Apr/2010");
   EXPECT_EQ(FnStrDbDate("never"), "never");
@@ -108,12 +78,7 @@ TEST(MonthYear, NoMonthBeforeTheFirst) {
 }
 
 TEST(MonthYear, AnniversaryWithinTheYear) {
-  const struct {
-    const char* anniversary;
-    int year;
-    const char* yearStart;
-    const char* found;
-  } cases[] = {
+  const std::tuple<const char*, int, const char*, const char*> cases[] = {
       {"15/06/1980", 2010, "01/04/2000", "15/06/2010"}, {"15/02/1980", 2010, "01/04/2000", "15/02/2011"},
       {"01/04/1980", 2010, "01/04/2000", "01/04/2010"},  // the first day of the window
       {"31/03/1980", 2010, "01/04/2000", "31/03/2011"},  // behind its last day of the year before

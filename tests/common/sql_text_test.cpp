@@ -2,15 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace ktl {
 namespace {
 
 TEST(SqlText, LiteralsByDialect) {
-  const struct {
-    const char* dialect;
-    const char* text;
-    const char* literal;
-  } cases[] = {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
       {"SQL", "O'Brien", "O''Brien"},
       {"mysql", "O'Brien", "O''Brien"},
       {"ACC97", "O'Brien", "O''Brien"},

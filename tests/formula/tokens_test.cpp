@@ -44,19 +44,24 @@ class Tokens : public DayTest {
         "(2, 2, 17, 5, 24124, 7000), (3, 1, 17, 5, 24123, 7000)\n"
         "INSERT INTO SLC_ARREARS_D (ARREARTRANID, DCOMP01) VALUES (1, 6), (2, 700)\n"
         "INSERT INTO RMB_MASTER (RMBID, RMBNAME) VALUES (1, 'Medical'), (2, 'Fuel')\n"
-        "INSERT INTO RMB_ALLOT (RMBALLOTID, EMPID, RMBID) VALUES (1, 17, 1), (2, 17, 2)\n"
-        "INSERT INTO RMB_ALLOTDET (RMBALLOTID, MONTHYEAR, ALLOTAMT) VALUES (1, 24124, 1250), (2, 24124, "
+        "INSERT INTO RMB_ALLOT (RMBALLOTID, EMPID, RMBID) VALUES (0, 18, 1), (1, 17, 1), (2, 17, 2)\n"
+        "INSERT INTO RMB_ALLOTDET (RMBALLOTID, MONTHYEAR, ALLOTAMT) VALUES (0, 24124, 7), (1, 24123, 7), (1, "
+        "24124, 1250), (2, 24124, "
         "100)\n"
         "INSERT INTO RMB_CLAIM (EMPID, RMBID, CLAIMDATE, SALARYMONTH, CLAIMAMT) VALUES (17, 1, "
         "'02/May/2010', 24124, 500), "
-        "(17, 1, '02/Apr/2010', 0, 200), (17, 1, '02/Apr/2010', 24125, 9000), (17, 2, '05/Apr/2010', 0, "
+        "(17, 1, '02/Apr/2010', 0, 200), (18, 1, '02/Apr/2010', 0, 7), (18, 1, '02/Apr/2010', 24124, 7), "
+        "(17, 1, '02/May/2010', 0, 7), (17, 1, '02/Apr/2010', 24125, 9000), (17, 2, '05/Apr/2010', 0, "
         "160)\n"
-        "INSERT INTO LEV_MONTHDET (EMPID, EMPDETID, MONTHYEAR, ADJHRS) VALUES (17, 5, 24124, 4)\n"
+        "INSERT INTO LEV_MONTHDET (EMPID, EMPDETID, MONTHYEAR, ADJHRS) VALUES (17, 5, 24123, 7), (17, 6, "
+        "24124, 7), (18, 5, 24124, 7), (17, 5, 24124, 4)\n"
         "INSERT INTO ATT_DETAIL (EMPID, LEVDATE, LEVID, FIRSTHALFYN, SECONDHALFYN) VALUES (17, "
         "'06/Apr/2010', 4, 1, 1), "
-        "(17, '07/Apr/2010', 4, 0, 1)\n"
+        "(17, '07/Apr/2010', 4, 0, 1), (17, '31/Mar/2010', 4, 1, 1), (17, '01/May/2010', 4, 1, 1), (18, "
+        "'06/Apr/2010', 4, 1, 1)\n"
         "INSERT INTO SLC_COMPCALCDET (EMPID, MONTHYEAR, STRUCTID, PAYTYPEYN, SALHEADROWID, UNIT) VALUES (17, "
-        "24124, 1, 0, "
+        "24123, 1, 0, 12, 7), (17, 24124, 1, 1, 12, 7), (17, 24124, 2, 0, 12, 7), (18, 24124, 1, 0, 12, 7), "
+        "(17, 24124, 1, 0, "
         "12, 6)\n"
         "INSERT INTO MAS_FORMULACUSTOM (MODULEID, FNAME, FQUERY) VALUES (1, 'Rows', 'SELECT COUNT(*) FROM "
         "MAS_EMPLOYEEDET "
@@ -144,6 +149,36 @@ TEST_F(Tokens, ArrearsGrossAndStructureFormulas) {
   EXPECT_DOUBLE_EQ(Amount("(GenHoliday) * 10 + (weekholiday) + 0 * Days{Pay Days}"), 11.5);
   EXPECT_DOUBLE_EQ(Amount("(TotalGenHoliday) + 0 * Days{Pay Days}"), 0)
       << "mentioned by no formula of the structure";
+  Run("UPDATE MAS_FORMULA SET FORMULA = '(TotalGenHoliday) * 1000 + (TotalWeekHoliday) * 100 + (GenHoliday) "
+      "* 10 + "
+      "(WeekHoliday) + 0 * Days{Pay Days}' WHERE FORMULAID = 9");
+  Office office(company.ConnectionString());
+  EXPECT_DOUBLE_EQ(clsEvalFormula(office.session)
+                       .FnDblEvalFormula(9, 17, 5, 24124, Day("15/Apr/2010"), Day("30/Apr/2010")),
+                   1150.5)
+      << "of the month the 14th, the 11th and half the 18th; of the period only that half";
+}
+
+TEST_F(Tokens, ExtendedFieldsEndWithTheDetailRow) {
+  Run("UPDATE MAS_EMPLOYEEDET SET EFFTODATE = '29/Apr/2010'");
+  EXPECT_DOUBLE_EQ(Amount(R"(KLIF(EmpDet{Band} = "B1", 1, 2))"), 1);
+}
+
+TEST_F(Tokens, FamiliesAreCountedOnceForEachEngine) {
+  Run("INSERT INTO MAS_FORMULA (FORMULAID, FORMULA) VALUES (4, 'EmpCustDet{Quarter} * 2')\nUPDATE "
+      "MAS_EMPCUSCAPTION "
+      "SET EXPRYN = 0 WHERE COLID = 1");
+  Office office(company.ConnectionString());
+  const DayRange april = MonthOf("Apr/2010");
+  clsEvalFormula engine(office.session);
+  clsEvalFormula another(office.session);
+  const auto amount = [&](clsEvalFormula& by) {
+    return by.FnDblEvalFormula(4, 17, 5, 24124, april.first, april.last);
+  };
+  EXPECT_DOUBLE_EQ(amount(engine), 0);
+  Run("UPDATE MAS_EMPCUSCAPTION SET EXPRYN = 1 WHERE COLID = 1");
+  EXPECT_DOUBLE_EQ(amount(engine), 0);
+  EXPECT_DOUBLE_EQ(amount(another), 24);
 }
 
 TEST_F(Tokens, WhatTheDaysAreTakenFrom) {
@@ -220,6 +255,7 @@ TEST_F(Tokens, Failures) {
       {"SALARY * 2", "", 0, nullptr},
       {"NoSuch(2)", "", 0, nullptr},
       {"1 / 0", "", 0, nullptr},
+      {"1 / 40000", "", 0.000025, nullptr},
       {"NoSuch{TOKEN}", "", 0, nullptr},
       {"CDate(\"15/Aug/2010\")", "", 15, nullptr},
       {"1 = 1", "", 0, nullptr},
@@ -229,6 +265,7 @@ TEST_F(Tokens, Failures) {
        "UPDATE MAS_SALARYHEAD SET SALHEADING = 'D''Souza' WHERE SALHEADROWID = 1 AND PAYTYPEYN = 0", 361,
        nullptr},
       {"Component{BASIC}", "DELETE FROM SLC_SALARYRATE_E", 0, nullptr},
+      {"(GrossSalary) + 1", "", 1, nullptr},  // TOTALENTERED is null
       {"CustQry{Rows}",
        "UPDATE MAS_FORMULACUSTOM SET FQUERY = 'SELECT NOTHING FROM NOWHERE' WHERE FNAME = 'Host'", 1, ""},
       {"EmpDet{Department} = 1", "DELETE FROM MAS_EMPLOYEEEXTDET", 0, ""},

@@ -5,14 +5,14 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <sstream>
 
 #include "frame/session.h"
 #include "frame/siblings.h"
 #include "runtime/errors.h"
 #include "support/fake_machine.h"
+#include "support/scripted_desk.h"
+#include "support/temporary_folder.h"
 
 namespace ktl {
 namespace {
@@ -20,21 +20,13 @@ namespace {
 namespace fs = std::filesystem;
 
 // A person who does something while the launcher waits.
-class WaitingDesk final : public Desk {
+class WaitingDesk final : public ScriptedDesk {
  public:
-  Answer MsgBox(const MessageBox& box) override {
-    boxes.push_back(box.text);
-    icons.push_back(box.icon);
-    return DefaultAnswerOf(box);
-  }
-  void ShowModal(Screen&) override {}
   void Refresh() override {
     ++refreshes;
     if (meanwhile) meanwhile();
   }
 
-  std::vector<std::string> boxes;
-  std::vector<Icon> icons;
   int refreshes = 0;
   std::function<void()> meanwhile;
 };
@@ -42,23 +34,14 @@ class WaitingDesk final : public Desk {
 // Real processes: the siblings are shell scripts in a folder of the test.
 class LauncherTest : public testing::Test {
  protected:
-  LauncherTest() {
-    std::string pattern = (fs::temp_directory_path() / "ktl-launch-XXXXXX").string();
-    folder = ::mkdtemp(pattern.data());
-    machine.folder.path = folder.string();
-  }
-  ~LauncherTest() override { fs::remove_all(folder); }
+  LauncherTest() { machine.folder.path = folder.string(); }
 
   void Script(const fs::path& file, const std::string& body) {
     fs::create_directories(file.parent_path());
     std::ofstream(file) << "#!/bin/sh\n" << body << '\n';
     fs::permissions(file, fs::perms::owner_all);
   }
-  std::string Written(const std::string& name) {
-    std::ostringstream text;
-    text << std::ifstream(folder / name).rdbuf();
-    return text.str();
-  }
+  std::string Written(const std::string& name) { return ReadAll(folder / name); }
   void Launch(const char* name, int mode, const std::string& parameter = "") {
     modExternal launcher(session);
     launcher.AppName = name;
@@ -70,7 +53,8 @@ class LauncherTest : public testing::Test {
   }
   std::string Handle(const std::string& key) { return machine.settings.Get("ExeTalk", key, ""); }
 
-  fs::path folder;
+  TemporaryFolder temporary;
+  const fs::path folder = temporary.path();
   FakeMachine machine;
   WaitingDesk desk;
   LocalSiblings siblings{machine.folder};
@@ -91,22 +75,18 @@ TEST_F(LauncherTest, StartsWithOneArgumentAndWaitsForTheEnd) {
     EXPECT_EQ(Handle("HWNDKTLFilter"), "0");
     EXPECT_EQ(::kill(std::stoi(Written("KTLFilter.pid")), 0), -1);
   }
-  EXPECT_TRUE(desk.boxes.empty());
+  EXPECT_TRUE(desk.Boxes().empty());
 }
 
 TEST_F(LauncherTest, SearchesItsFolderTheCurrentOneAndTheGivenOne) {
   const fs::path before = fs::current_path();
   fs::create_directory(folder / "here");
   fs::current_path(folder / "here");
-  Script(folder / "development" / "KTLSIRep", "echo development > " + (folder / "who").string());
-  Launch("KTLSIRep", 3);
-  EXPECT_EQ(Written("who"), "development\n");
-  Script(folder / "here" / "KTLSIRep", "echo here > " + (folder / "who").string());
-  Launch("KTLSIRep", 3);
-  EXPECT_EQ(Written("who"), "here\n");
-  Script(folder / "KTLSIRep", "echo own > " + (folder / "who").string());
-  Launch("KTLSIRep", 3);
-  EXPECT_EQ(Written("who"), "own\n");
+  for (const char* place : {"development", "here", "."}) {  // each goes before those already there
+    Script(folder / place / "KTLSIRep", std::string("echo ") + place + " > " + (folder / "who").string());
+    Launch("KTLSIRep", 3);
+    EXPECT_EQ(Written("who"), std::string(place) + "\n");
+  }
   fs::current_path(before);
 }
 
@@ -116,14 +96,12 @@ TEST_F(LauncherTest, SaysOnceThatAProgramIsNotThere) {
   fs::permissions(folder / "KTLBroken", fs::perms::owner_all);
   fs::create_directory(folder / "KTLFolder");
   for (const char* name : {"KTLMissing", "KTLText", "KTLBroken", "KTLFolder", ""}) {
-    desk.boxes.clear();
     Launch(name, 3);
-    EXPECT_EQ(desk.boxes, std::vector<std::string>{"Required External Application not found"}) << name;
-    EXPECT_EQ(desk.icons.back(), Icon::Critical);
+    EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
+    EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Required External Application not found"}) << name;
   }
-  desk.boxes.clear();
   for (const int mode : {0, 5}) Launch("", mode);
-  EXPECT_EQ(desk.boxes,
+  EXPECT_EQ(desk.TakeTexts(),
             std::vector<std::string>(2, "Properties of external application is not set properly"));
 }
 
@@ -132,7 +110,7 @@ TEST_F(LauncherTest, ASiblingThatEndsAtOnceOrNeverWritesItsHandleComesBack) {
   Launch("KTLQuick", 1);
   Script(folder / "KTLSilent", "sleep 0.3");
   Launch("KTLSilent", 1);
-  EXPECT_TRUE(desk.boxes.empty());
+  EXPECT_TRUE(desk.Boxes().empty());
   // A wait that fails ends the other program with it.
   Script(folder / "KTLLong", "echo $$ > \"$0.pid\"; exec sleep 60");
   desk.meanwhile = [this] {
@@ -149,10 +127,9 @@ TEST_F(LauncherTest, PassesStatusTextOn) {
   desk.meanwhile = [&] { during = Handle("StatusHWNDKestrel Ledger"); };
   Launch("KTLSIRep", 3);
   EXPECT_EQ(during, "4711");  // its own box takes the texts meanwhile
-  ASSERT_EQ(machine.statusBox.texts.size(), 2u);
-  EXPECT_EQ(machine.statusBox.texts[0].text, "reading");
-  EXPECT_EQ(machine.statusBox.texts[1].text, "writing");
-  EXPECT_EQ(machine.statusBox.texts[1].windowHandle, 900);
+  std::string passed;
+  for (const auto& [window, text] : machine.statusBox.texts) passed += std::to_string(window) + text + ' ';
+  EXPECT_EQ(passed, "900reading 900writing ");
   EXPECT_EQ(Handle("StatusHWNDKestrel Ledger"), "900");
 }
 
@@ -163,7 +140,7 @@ TEST_F(LauncherTest, ModeTwoWaitsForOneThatRunsAlready) {
   };
   Launch("KTLFFS", 2);
   EXPECT_EQ(desk.refreshes, 3);
-  EXPECT_TRUE(desk.boxes.empty());
+  EXPECT_TRUE(desk.Boxes().empty());
 }
 
 TEST_F(LauncherTest, TheFilterLeavesItsAnswer) {

@@ -13,8 +13,7 @@ class OptionsTest : public FrameFixture {
 };
 
 TEST_F(OptionsTest, DefaultsStandWithoutRows) {
-  Sql("DELETE FROM MAS_OPTSET");
-  Sql("DELETE FROM MAS_OPTSETFEATURE");
+  for (const char* table : {"MAS_OPTSET", "MAS_OPTSETFEATURE"}) Sql("DELETE FROM " + std::string(table));
   session.options.EMPIDCAP = "of an earlier load";
   session.features.switches["LOANYN"] = true;
   LoadOptionSet(session);
@@ -42,15 +41,13 @@ TEST_F(OptionsTest, NullsGiveWayToDefaults) {
 TEST_F(OptionsTest, SwitchesComparedWithOneAndSwitchesConverted) {
   Sql("UPDATE MAS_OPTSET SET EMPREFNOYN = 2, TDSMAR2FEB = 2");
   Sql("UPDATE MAS_OPTSETFEATURE SET LOANYN = 2, ADVMGALYN = 2, SSSYN = 1, EMPLOCKYN = 0");
-  Sql("DELETE FROM MAS_ATTHEAD");
-  Sql("INSERT INTO MAS_ATTHEAD (ATTHEADID, OT2YN) VALUES (1, 1)");
+  Fill("MAS_ATTHEAD", "(ATTHEADID, OT2YN) VALUES (1, 1)");
   LoadOptionSet(session);
   EXPECT_FALSE(session.options.EMPREFNOYN);
   EXPECT_TRUE(session.options.TDSMAR2FEB);
-  EXPECT_FALSE(session.features.On("LOANYN"));
-  EXPECT_TRUE(session.features.On("ADVMGALYN"));
-  EXPECT_TRUE(session.features.On("SSSYN"));
-  EXPECT_FALSE(session.features.On("EMPLOCKYN"));
+  const std::pair<const char*, bool> switches[] = {
+      {"LOANYN", false}, {"ADVMGALYN", true}, {"SSSYN", true}, {"EMPLOCKYN", false}};
+  for (const auto& [name, on] : switches) EXPECT_EQ(session.features.On(name), on) << name;
   EXPECT_FALSE(session.options.hasOvertime1);
   EXPECT_TRUE(session.options.hasOvertime2);
 }
@@ -58,7 +55,7 @@ TEST_F(OptionsTest, SwitchesComparedWithOneAndSwitchesConverted) {
 TEST_F(OptionsTest, AdministratorSeesEveryClass) {
   Sql("UPDATE MAS_OPTSET SET CLASSSECURITYN = 1");
   for (const auto& [user, on] : {std::pair{"admin", false}, {"RAVI", true}}) {
-    machine.settings.Set("Settings", "User", user);
+    Setting("User", user);
     LoadOptionSet(session);
     EXPECT_EQ(session.options.CLASSSECURITYN, on) << user;
   }
@@ -73,14 +70,13 @@ TEST_F(OptionsTest, AMissingColumnIsAFailureButForOne) {
 }
 
 TEST_F(OptionsTest, CompaniesRenameHeadsAndTypes) {
-  Sql("DELETE FROM MAS_PULLDOWNVALUES");
-  Sql("DELETE FROM MAS_EXTCAPTION");
-  Sql("INSERT INTO MAS_PULLDOWNVALUES (REFID, PDID, PDLISTNAME, PDLISTDESC) VALUES (26, 1, 'a', 'Post'), "
-      "(26, 3, 'a', ''), (26, 6, 'a', 'Site'), (26, 8, 'a', 'Nothing'), (5, 2, 'a', 'Staff Loan'), (5, 4, "
-      "'a', NULL), "
-      "(5, 6, 'a', 'Nothing')");
-  Sql("INSERT INTO MAS_EXTCAPTION (Masterid, Caption, Transfered) VALUES (1, 'Title', 1), (2, 'Trade', 0), "
-      "(5, '', 1), (6, 'Zone', 1), (19, 'Shift', 0)");
+  Fill("MAS_PULLDOWNVALUES",
+       "(REFID, PDID, PDLISTNAME, PDLISTDESC) VALUES (26, 1, 'a', 'Post'), (26, 3, 'a', ''), "
+       "(26, 6, 'a', 'Site'), (26, 8, 'a', 'Nothing'), (5, 2, 'a', 'Staff Loan'), (5, 4, 'a', NULL), (5, 6, "
+       "'a', 'Nothing')");
+  Fill("MAS_EXTCAPTION",
+       "(Masterid, Caption, Transfered) VALUES (1, 'Title', 1), (2, 'Trade', 0), (5, '', 1), "
+       "(6, 'Zone', 1), (19, 'Shift', 0)");
   session.captions.types[4] = "of an earlier load";
   LoadCaptions(session);
   LoadFeatureSet(session);
@@ -95,16 +91,13 @@ TEST_F(OptionsTest, CompaniesRenameHeadsAndTypes) {
 }
 
 TEST_F(OptionsTest, EmployeeDetailForFormulas) {
-  Sql("DELETE FROM MAS_EMPLOYEE");
-  Sql("INSERT INTO MAS_EMPLOYEE (EMPID, EMPNAME, DOJ) VALUES (1, 'Asha Rane', '05/Apr/2010')");
-  for (const char* table : {"MAS_BRANCH", "MAS_ATTHEAD", "MAS_SALSTRUCT", "MAS_EMPLOYEEDET"})
-    Sql("DELETE FROM " + std::string(table));
-  Sql("INSERT INTO MAS_BRANCH (BRANCHID, BRANCHNAME) VALUES (3, 'Pune')");
-  Sql("INSERT INTO MAS_ATTHEAD (ATTHEADID, ATTHEADNAME) VALUES (4, 'Works')");
-  Sql("INSERT INTO MAS_SALSTRUCT (STRUCTID, STRUCTDESC) VALUES (5, 'Staff')");
-  Sql("INSERT INTO MAS_EMPLOYEEDET (EMPDETID, EMPID, BRANCHID, ATTHEADID, STRUCTID, GRADE, EFFFROMDATE) "
-      "VALUES "
-      "(1, 1, 3, 4, 5, 'G2', '01/Apr/2010')");
+  Fill("MAS_EMPLOYEE", "(EMPID, EMPNAME, DOJ) VALUES (1, 'Asha Rane', '05/Apr/2010')");
+  Fill("MAS_BRANCH", "(BRANCHID, BRANCHNAME) VALUES (3, 'Pune')");
+  Fill("MAS_ATTHEAD", "(ATTHEADID, ATTHEADNAME) VALUES (4, 'Works')");
+  Fill("MAS_SALSTRUCT", "(STRUCTID, STRUCTDESC) VALUES (5, 'Staff')");
+  Fill("MAS_EMPLOYEEDET",
+       "(EMPDETID, EMPID, BRANCHID, ATTHEADID, STRUCTID, GRADE, EFFFROMDATE) VALUES (1, 1, 3, 4, 5, 'G2', "
+       "'01/Apr/2010')");
   LoadEmployeeDetail(session, 1, 1);
   EXPECT_EQ(session.employeeDetail.BRANCHNAME + session.employeeDetail.ATTHEADNAME, "PuneWorks");
   EXPECT_EQ(session.employeeDetail.STRUCTDESC + session.employeeDetail.GRADE, "StaffG2");

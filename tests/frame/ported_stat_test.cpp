@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <set>
+#include <tuple>
 
 #include "database/recordset.h"
 #include "frame/frame_fixture.h"
@@ -16,13 +16,10 @@ class PortedStatTest : public FrameFixture {
  protected:
   PortedStatTest() {
     Connect();
-    MakeLocalStore({2010, 2011, 2012});  // financial years 2009 to 2011
-    Sql("DELETE FROM MAS_MONTHYEAR");
-    Sql("INSERT INTO MAS_MONTHYEAR (MONTHYEAR) VALUES (24112), (24123), (24133)");  // 2009 and 2010
-    Sql("DELETE FROM MAS_EMPLOYEE");
-    Sql("INSERT INTO MAS_EMPLOYEE (EMPID, EMPNAME, TDSYN) VALUES (1, 'Asha Rane', 1), (2, 'Vikram Desai', "
-        "1), "
-        "(3, 'Leela Nair', 0)");
+    MakeLocalStore({2010, 2011, 2012});                                     // financial years 2009 to 2011
+    Fill("MAS_MONTHYEAR", "(MONTHYEAR) VALUES (24112), (24123), (24133)");  // 2009 and 2010
+    Fill("MAS_EMPLOYEE",
+         "(EMPID, EMPNAME, TDSYN) VALUES (1, 'Asha Rane', 1), (2, 'Vikram Desai', 1), (3, 'Leela Nair', 0)");
   }
 
   // "EMPID/YEAR:COLUMN" of every flag that is 1; all nineteen are written "ALL".
@@ -47,13 +44,8 @@ using Marked = std::set<std::string>;
 TEST_F(PortedStatTest, EachCodeMarksItsFlags) {
   const Marked allOfOne = {"1/2009:ALL", "1/2010:ALL"};
   const Marked allOfBoth = {"1/2009:ALL", "1/2010:ALL", "2/2009:ALL", "2/2010:ALL"};
-  const struct {
-    int code;
-    long fromMonth;
-    const char* date;
-    long toMonth;
-    Marked marked;
-  } cases[] = {
+  // code, from month, date, to month
+  const std::tuple<int, long, const char*, long, Marked> cases[] = {
       {0, 0, "", 0, {"0/2009:ALL", "0/2010:ALL"}},
       {1, 24123, "", 0, {"1/2009:MONTH12YN"}},
       {1, 24123, "15/Apr/2010", 0, {"1/2010:MONTH01YN"}},
@@ -74,10 +66,10 @@ TEST_F(PortedStatTest, EachCodeMarksItsFlags) {
       {14, 0, "31/03/2011", 0, {"1/2010:INSOTHERYN"}},
       {16, 24133, "", 24133, {}},
   };
-  for (const auto& c : cases) {
+  for (const auto& [code, fromMonth, date, toMonth, marked] : cases) {
     Sql("DELETE FROM INC_PORTEDSTAT");
-    UpdateIncPortedStat(session, c.code, 1, c.fromMonth, c.date, c.toMonth, "EMPID < 9");
-    EXPECT_EQ(Marks(), c.marked) << "code " << c.code << " from " << c.fromMonth;
+    UpdateIncPortedStat(session, code, 1, fromMonth, date, toMonth, "EMPID < 9");
+    EXPECT_EQ(Marks(), marked) << "code " << code << " from " << fromMonth;
   }
   Sql("INSERT INTO INC_PORTEDSTAT (EMPID, FINYEAR, RMBYN) VALUES (1, 2009, 1), (2, 2009, 1)");
   UpdateIncPortedStat(session, 3, 1, 0, "", 0);
@@ -103,20 +95,17 @@ TEST_F(PortedStatTest, YearsThatBeginInMarch) {
 }
 
 TEST_F(PortedStatTest, YearsAreClampedToTheTaxSettings) {
-  const struct {
-    std::vector<int> assessmentYears;
-    Marked marked;
-  } cases[] = {
+  const std::pair<std::vector<int>, Marked> cases[] = {
       {{2011, 2012}, {"0/2010:ALL"}},
       {{2008, 2009, 2010}, {"0/2009:ALL"}},
       {{2012}, {}},  // every year lies below
       {{2009}, {}},  // every year lies above
   };
-  for (const auto& c : cases) {
+  for (const auto& [assessmentYears, marked] : cases) {
     Sql("DELETE FROM INC_PORTEDSTAT");
-    MakeLocalStore(c.assessmentYears);
+    MakeLocalStore(assessmentYears);
     UpdateIncPortedStat(session, 0, 7, 0, "", 0);
-    EXPECT_EQ(Marks(), c.marked) << c.assessmentYears.front();
+    EXPECT_EQ(Marks(), marked) << assessmentYears.front();
   }
 }
 

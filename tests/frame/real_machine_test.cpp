@@ -3,43 +3,37 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 
 #include "runtime/errors.h"
+#include "support/temporary_folder.h"
 
 namespace ktl {
 namespace {
 
-namespace fs = std::filesystem;
-
 class RealMachineTest : public testing::Test {
  protected:
   RealMachineTest() {
-    std::string pattern = (fs::temp_directory_path() / "ktl-machine-XXXXXX").string();
-    folder_ = ::mkdtemp(pattern.data());
-    ::setenv("KTL_FOLDER", folder_.c_str(), 1);
-    ::setenv("KTL_SETTINGS", (folder_ / "settings.ini").c_str(), 1);
+    ::setenv("KTL_FOLDER", folder_.path().c_str(), 1);
+    ::setenv("KTL_SETTINGS", (folder_.path() / "settings.ini").c_str(), 1);
     ::setenv("KTL_TODAY", "2026-02-28", 1);
   }
   ~RealMachineTest() override {
     for (const char* name : {"KTL_FOLDER", "KTL_SETTINGS", "KTL_TODAY"}) ::unsetenv(name);
-    fs::remove_all(folder_);
   }
 
-  fs::path folder_;
+  TemporaryFolder folder_;
 };
 
 TEST_F(RealMachineTest, FollowsTheEnvironment) {
   RealMachine real("/opt/ktl/KTLStIns.exe");
   const Machine machine = real.machine();
   EXPECT_EQ(machine.environment.ExecutableName(), "KTLStIns");
-  EXPECT_EQ(machine.folder.Path(), folder_.string());
+  EXPECT_EQ(machine.folder.Path(), folder_.path().string());
   EXPECT_EQ(machine.clock.Now(), *Date::FromYmd(2026, 2, 28));
   machine.settings.Set("Settings", "User", "RAVI");
   EXPECT_TRUE(machine.folder.HasFile("settings.ini"));
   EXPECT_FALSE(machine.folder.HasFile("SIRoundNone.dat"));
-  fs::create_directory(folder_ / "SIRoundNone.dat");
+  std::filesystem::create_directory(folder_.path() / "SIRoundNone.dat");
   EXPECT_FALSE(machine.folder.HasFile("SIRoundNone.dat"));
 }
 

@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "database/recordset.h"
+#include <tuple>
+
 #include "frame/frame_fixture.h"
 #include "screen/controls.h"
 #include "screen/screen.h"
@@ -21,18 +22,17 @@ struct ThreeButtons final : Screen {
 class RightsTest : public FrameFixture {
  protected:
   RightsTest() {
-    machine.settings.Set("Settings", "User", "RAVI");
+    Setting("User", "RAVI");
     Connect();
     session.hostName = "PC1";
     session.MultiLoginYN = true;
-    machine.settings.Set("Settings", "DBType", "SQL");
-    for (const char* table : {"SEC_USERLIST", "SEC_BUTDET", "SEC_BUTPER"})
-      Sql("DELETE FROM " + std::string(table));
-    Sql("INSERT INTO SEC_USERLIST (UserID, USERNAME, GROUPID) VALUES (2, 'RAVI', 3), (3, 'MEENA', 4)");
+    Setting("DBType", "SQL");
+    Fill("SEC_USERLIST", "(UserID, USERNAME, GROUPID) VALUES (2, 'RAVI', 3), (3, 'MEENA', 4)");
     // A name is found only with asterisks around it.
-    Sql("INSERT INTO SEC_BUTDET (BUTID, FORMID, BUTNAME) VALUES (218, 52, '*Save*'), (219, 53, '*Delete*'), "
-        "(220, 52, 'Delete'), (300, 52, 'Preset')");
-    Sql("INSERT INTO SEC_BUTPER (BUTID, GROUPID, BUTALLOWYN) VALUES (218, 3, 0), (300, 3, 0), (218, 4, 1)");
+    Fill("SEC_BUTDET",
+         "(BUTID, FORMID, BUTNAME) VALUES (218, 52, '*Save*'), (219, 53, '*Delete*'), "
+         "(220, 52, 'Delete'), (300, 52, 'Preset')");
+    Fill("SEC_BUTPER", "(BUTID, GROUPID, BUTALLOWYN) VALUES (218, 3, 0), (300, 3, 0), (218, 4, 1)");
     screen.cmdPreset.tag = "300";
   }
   ThreeButtons screen;
@@ -47,9 +47,7 @@ TEST_F(RightsTest, RefusedButtonsCarryTheMark) {
   EXPECT_FALSE(FnBlnPermitted(session, screen.cmdDelete));
   EXPECT_TRUE(desk.Boxes().empty());
   EXPECT_TRUE(FnBlnPermitted(session, screen.cmdSave));
-  EXPECT_EQ(desk.LastBox().text, "Permission denied.");
-  EXPECT_EQ(desk.LastBox().title, kApplicationTitle);
-  EXPECT_EQ(desk.LastBox().icon, Icon::Exclamation);
+  EXPECT_EQ(desk.TakeLines(), "Exclamation | KestrelLedger - Standing Instruction | Permission denied.");
 
   ApplyButtonRights(session, screen, 52);
   EXPECT_EQ(screen.cmdSave.tag, "218NANA");
@@ -58,25 +56,19 @@ TEST_F(RightsTest, RefusedButtonsCarryTheMark) {
 }
 
 TEST_F(RightsTest, WhoIsNotRefused) {
-  const struct {
-    const char* user;
-    bool multiLogin;
-    const char* saveTag;
-    const char* presetTag;
-  } cases[] = {
-      {"MEENA", true, "218", "300"},  // allowed, and no row at all
-      {"admin", true, "", "300"},
-      {"RAVI", false, "", "300"},
-      {"O'BRIEN", true, "218", "300"},
+  const std::tuple<const char*, bool, const char*> cases[] = {
+      {"MEENA", true, "218"},  // allowed, and no row at all
+      {"admin", true, ""},
+      {"RAVI", false, ""},
+      {"O'BRIEN", true, "218"},
   };
-  for (const auto& c : cases) {
-    ThreeButtons fresh;
-    fresh.cmdPreset.tag = "300";
-    machine.settings.Set("Settings", "User", c.user);
-    session.MultiLoginYN = c.multiLogin;
-    ApplyButtonRights(session, fresh, 52);
-    EXPECT_EQ(fresh.cmdSave.tag, c.saveTag) << c.user;
-    EXPECT_EQ(fresh.cmdPreset.tag, c.presetTag) << c.user;
+  for (const auto& [user, multiLogin, saveTag] : cases) {
+    screen.cmdSave.tag.clear();
+    Setting("User", user);
+    session.MultiLoginYN = multiLogin;
+    ApplyButtonRights(session, screen, 52);
+    EXPECT_EQ(screen.cmdSave.tag, saveTag) << user;
+    EXPECT_EQ(screen.cmdPreset.tag, "300") << user;
   }
 }
 
@@ -92,23 +84,18 @@ TEST_F(RightsTest, AuditTrailIsReadBack) {
   Sql("DELETE FROM SEC_AUDITTRAIL");
   WriteAuditTrail(session, 19, 17, "Standing Instructions - Loan Created/Updated",
                   "::SI Type = Loan:SI Name = Car Loan:Remarks = wife's car", "by [phone]");
-  const Recordset row(session.Cn, "SELECT * FROM SEC_AUDITTRAIL");
-  ASSERT_EQ(row.RecordCount(), 1u);
-  EXPECT_EQ(row["USERNAME"].ToText(), "RAVI");
-  EXPECT_EQ(row["MENUNO"].ToLong(), 19);
-  EXPECT_EQ(row["EMPID"].ToLong(), 17);
-  EXPECT_EQ(row["ACTIONTEXT"].ToText(), "Standing Instructions - Loan Created/Updated");
-  EXPECT_EQ(row["DETAILTEXT"].ToText().find('\''), std::string::npos);
-  EXPECT_EQ(row["DETAILTEXT"].ToText().rfind("::SI Type = Loan:SI Name = Car Loan:Remarks = wife", 0), 0u);
-  EXPECT_EQ(row["EXTRATEXT"].TextOrEmpty(), "by phone");
-  EXPECT_EQ(row["WINUSER"].ToText(), "RaviKumar");
+  EXPECT_EQ(
+      company.Rows("SELECT USERNAME, MENUNO, EMPID, ACTIONTEXT, EXTRATEXT, WINUSER FROM SEC_AUDITTRAIL"),
+      "RAVI|19|17|Standing Instructions - Loan Created/Updated|by phone|RaviKumar");
+  const std::string detail = company.One("SELECT DETAILTEXT FROM SEC_AUDITTRAIL").ToText();
+  EXPECT_TRUE(detail.starts_with("::SI Type = Loan:SI Name = Car Loan:Remarks = wife")) << detail;
+  EXPECT_EQ(detail.find('\''), std::string::npos);
 }
 
 TEST_F(RightsTest, TheAuditSwitchIsAskedOnce) {
   for (const bool on : {true, false}) {
     session.auditOn.reset();
-    Sql(on ? "UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 1"
-           : "UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 0");
+    Sql("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = " + std::string(on ? "1" : "0"));
     EXPECT_EQ(FnBlnAuditOn(session), on);
     Sql("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 1 - AUDITTRAILYN");
     EXPECT_EQ(FnBlnAuditOn(session), on);
@@ -116,16 +103,13 @@ TEST_F(RightsTest, TheAuditSwitchIsAskedOnce) {
 }
 
 TEST_F(RightsTest, EmployeeLocks) {
-  Sql("DELETE FROM MAS_EMPLOYEE");
-  Sql("INSERT INTO MAS_EMPLOYEE (EMPID, EMPNAME, LOCKYN) VALUES (1, 'Asha Rane', 1), (2, 'Vikram Desai', "
-      "NULL)");
-  Sql("DELETE FROM SEC_EMPLOCK");
-  Sql("INSERT INTO SEC_EMPLOCK (EMPID, MONTHYEAR, LOCKYN) VALUES (2, 24125, 1)");
+  Fill("MAS_EMPLOYEE", "(EMPID, EMPNAME, LOCKYN) VALUES (1, 'Asha Rane', 1), (2, 'Vikram Desai', NULL)");
+  Fill("SEC_EMPLOCK", "(EMPID, MONTHYEAR, LOCKYN) VALUES (2, 24125, 1)");
   Sql("UPDATE MAS_OPTSETFEATURE SET EMPLOCKYN = 1");
-  EXPECT_EQ(ReadEmpLockStatus(session, 1), 1);
-  EXPECT_EQ(session.EmpLockStatus, 1);
-  EXPECT_EQ(ReadEmpLockStatus(session, 2), 0);
-  EXPECT_EQ(session.EmpLockStatus, 0);
+  for (const auto& [employee, locked] : {std::pair{1, 1}, {2, 0}}) {
+    EXPECT_EQ(ReadEmpLockStatus(session, employee), locked);
+    EXPECT_EQ(session.EmpLockStatus, locked);
+  }
   EXPECT_TRUE(IsEmployeeLocked(session, 2, 24121, "DEFAULT"));
   EXPECT_TRUE(IsEmployeeLocked(session, 2, 24125, "24125"));
   EXPECT_FALSE(IsEmployeeLocked(session, 2, 24121, "24124"));
@@ -133,19 +117,16 @@ TEST_F(RightsTest, EmployeeLocks) {
 }
 
 TEST_F(RightsTest, ClassSecurityFillsTheWorkstationsTable) {
-  Sql("DELETE FROM SEC_CLASSEMP");
-  Sql("INSERT INTO SEC_CLASSEMP (USERNAME, EMPID) VALUES ('RAVI', 5), ('MEENA', 6)");
-  Sql("INSERT INTO MAS_EMPLOYEE (EMPID, EMPNAME) SELECT 5, 'Asha Rane' WHERE NOT EXISTS "
-      "(SELECT * FROM MAS_EMPLOYEE WHERE EMPID = 5)");
+  Fill("SEC_CLASSEMP", "(USERNAME, EMPID) VALUES ('RAVI', 5), ('MEENA', 6)");
+  Fill("MAS_EMPLOYEE", "(EMPID, EMPNAME) VALUES (5, 'Asha Rane'), (6, 'Vikram Desai')");
   EXPECT_EQ(ClassSecurityCondition(session), "");
   Sql("UPDATE MAS_OPTSET SET CLASSSECURITYN = 1");
   for (const bool forNewestMonth : {true, false}) {
     const std::string condition = ClassSecurityCondition(session, forNewestMonth);
     EXPECT_EQ(condition, " WHERE EMPID  IN (SELECT EMPID FROM [TMPPC1])");
-    EXPECT_EQ(Number("SELECT MIN(EMPID) FROM MAS_EMPLOYEE" + condition), 5);
-    EXPECT_EQ(Number("SELECT MAX(EMPID) FROM MAS_EMPLOYEE" + condition), 5);
+    EXPECT_EQ(company.Rows("SELECT EMPID FROM MAS_EMPLOYEE" + condition), "5");
   }
-  machine.settings.Set("Settings", "User", "ADMIN");
+  Setting("User", "ADMIN");
   EXPECT_NE(ClassSecurityCondition(session), "");  // the administrator is not exempt here
   session.ExtendedYN = true;
   session.WinUserID = "ravi";

@@ -1,12 +1,12 @@
 #include "frame/settings_store.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
-#include <sstream>
+
+#include "support/temporary_folder.h"
 
 namespace ktl {
 namespace {
@@ -15,29 +15,13 @@ namespace fs = std::filesystem;
 
 class SettingsStoreTest : public testing::Test {
  protected:
-  SettingsStoreTest() {
-    std::string pattern = (fs::temp_directory_path() / "ktl-settings-XXXXXX").string();
-    folder_ = ::mkdtemp(pattern.data());
-    path_ = folder_ / "config" / "kestrel-ledger" / "settings.ini";
-  }
-  ~SettingsStoreTest() override { fs::remove_all(folder_); }
-
   void WriteFile(const std::string& text) {
     fs::create_directories(path_.parent_path());
     std::ofstream(path_, std::ios::binary) << text;
   }
-  std::string FileText() const {
-    std::ostringstream text;
-    text << std::ifstream(path_, std::ios::binary).rdbuf();
-    return text.str();
-  }
-  static int ModeOf(const fs::path& path) {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 ? static_cast<int>(status.st_mode & 0777) : -1;
-  }
 
-  fs::path folder_;
-  fs::path path_;
+  TemporaryFolder folder_;
+  const fs::path path_ = folder_.path() / "config" / "kestrel-ledger" / "settings.ini";
 };
 
 TEST_F(SettingsStoreTest, ValuesComeBackByteForByte) {
@@ -64,7 +48,7 @@ TEST_F(SettingsStoreTest, NamesKnowNoLetterCaseAndSectionsAreApart) {
   store.Set("ExeTalk", "User", "other");
   EXPECT_EQ(store.Get("settings", "user"), "MEENA");
   EXPECT_EQ(store.Get("EXETALK", "uSER"), "other");
-  EXPECT_EQ(FileText(), "[Settings]\nUSER=MEENA\n[ExeTalk]\nUser=other\n");
+  EXPECT_EQ(ReadAll(path_), "[Settings]\nUSER=MEENA\n[ExeTalk]\nUser=other\n");
 }
 
 TEST_F(SettingsStoreTest, WhatTheHostWroteStays) {
@@ -72,7 +56,7 @@ TEST_F(SettingsStoreTest, WhatTheHostWroteStays) {
   SettingsFile store(path_);
   EXPECT_EQ(store.Get("Settings", "Path"), "/data");
   store.Set("Settings", "User", "RAVI");
-  EXPECT_EQ(FileText(),
+  EXPECT_EQ(ReadAll(path_),
             "; of the host\r\n[Settings]\r\nPath = /data \r\nUser=RAVI\n\r\n[ExeTalk]\nFilter=1\n");
 
   SettingsFile(path_).Set("ExeTalk", "Filter", "0");
@@ -84,11 +68,11 @@ TEST_F(SettingsStoreTest, WhatTheHostWroteStays) {
 TEST_F(SettingsStoreTest, BelongsToItsUserAlone) {
   SettingsFile store(path_);
   store.Set("Settings", "User", "RAVI");
-  EXPECT_EQ(ModeOf(path_), 0600);
-  EXPECT_EQ(ModeOf(path_.parent_path()), 0700);
+  EXPECT_EQ(fs::status(path_).permissions(), fs::perms(0600));
+  EXPECT_EQ(fs::status(path_.parent_path()).permissions(), fs::perms(0700));
   fs::permissions(path_, fs::perms(0644));
   store.Set("Settings", "User", "MEENA");
-  EXPECT_EQ(ModeOf(path_), 0600);
+  EXPECT_EQ(fs::status(path_).permissions(), fs::perms(0600));
 }
 
 TEST_F(SettingsStoreTest, RefusesWhatItCannotUnderstandAndLeavesItAlone) {
@@ -110,7 +94,7 @@ TEST_F(SettingsStoreTest, RefusesWhatItCannotUnderstandAndLeavesItAlone) {
       EXPECT_NE(error.description().find(why), std::string::npos) << error.description();
     }
     EXPECT_THROW(store.Set("Settings", "User", "RAVI"), SettingsError);
-    EXPECT_EQ(FileText(), text);
+    EXPECT_EQ(ReadAll(path_), text);
   }
   fs::remove(path_);
   fs::create_directory(path_);
@@ -125,22 +109,17 @@ TEST_F(SettingsStoreTest, TwoProgramsWriteAtOnceAndNothingIsLost) {
   };
   const pid_t child = ::fork();
   if (child == 0) {
-    try {
-      write("child");
-      ::_exit(0);
-    } catch (...) {
-      ::_exit(1);
-    }
+    [&]() noexcept { write("child"); }();  // what it throws aborts it
+    ::_exit(0);
   }
   write("parent");
   int status = -1;
   ASSERT_EQ(::waitpid(child, &status, 0), child);
   ASSERT_EQ(status, 0);
   SettingsFile store(path_);
-  for (int i = 0; i < kWrites; ++i) {
-    EXPECT_EQ(store.Get("ExeTalk", "child" + std::to_string(i)), std::to_string(i));
-    EXPECT_EQ(store.Get("ExeTalk", "parent" + std::to_string(i)), std::to_string(i));
-  }
+  for (const std::string who : {"child", "parent"})
+    for (int i = 0; i < kWrites; ++i)
+      EXPECT_EQ(store.Get("ExeTalk", who + std::to_string(i)), std::to_string(i)) << who;
 }
 
 }  // namespace

@@ -3,13 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <tuple>
 
 #include "common/amounts.h"
 #include "frame/connect.h"
 #include "frame/frame_fixture.h"
 #include "frame/top_level.h"
 #include "frame/workstation_objects.h"
-#include "runtime/errors.h"
+#include "support/errors.h"
 
 namespace ktl {
 namespace {
@@ -27,22 +28,19 @@ std::string Scrambled(const std::string& text) { return clsGenCmn::FnStrEncryptW
 
 TEST_F(ConnectTest, HostTellsTheCompany) {
   const std::string trusted = "Provider=SQLNCLI;Server=SRV1;Database=PAYDB;Trusted_Connection=yes;";
-  const struct {
-    std::string defLnk, connection;
-    std::optional<std::string> expected;
-  } cases[] = {
+  const std::tuple<std::string, const char*, std::optional<std::string>> cases[] = {
       {Scrambled("Provider=SQLite;Data Source=/d/c.kldb;"), "A", "Provider=SQLite;Data Source=/d/c.kldb;"},
       {"anything", "trust", trusted},
       {"anything", "Trust", trusted},
       {"", "TRUST", std::nullopt},
       {"   ", "A", std::nullopt},
   };
-  machine.settings.Set("Settings", "DBService", "srv1");
-  machine.settings.Set("Settings", "DBName", "PayDb");
-  for (const auto& c : cases) {
-    machine.settings.Set("Settings", "DefLnk", c.defLnk);
-    machine.settings.Set("Settings", "Connection", c.connection);
-    EXPECT_EQ(ConnectionOfHost(session), c.expected) << c.defLnk << ", " << c.connection;
+  Setting("DBService", "srv1");
+  Setting("DBName", "PayDb");
+  for (const auto& [defLnk, connection, expected] : cases) {
+    Setting("DefLnk", defLnk);
+    Setting("Connection", connection);
+    EXPECT_EQ(ConnectionOfHost(session), expected) << defLnk << ", " << connection;
   }
   EXPECT_EQ(session.DataPath, machine.folder.path);
 }
@@ -58,16 +56,9 @@ TEST_F(ConnectTest, DataFileTellsTheCompany) {
   };
   for (const auto& [text, expected] : cases) EXPECT_EQ(ConnectionOfFile(File(text)), expected) << text;
 
-  const std::pair<std::string, long> failures[] = {{File("x:Srv"), 9}, {Folder() + "/missing.txt", 53}};
-  for (const auto& [path, number] : failures) {
-    try {
-      ConnectionOfFile(path);
-      ADD_FAILURE() << path;
-    } catch (const RuntimeError& error) {
-      EXPECT_EQ(error.number(), number);
-    }
-  }
-  EXPECT_THROW(ConnectionOfFile(File("x:Srv:db:user")), RuntimeError);
+  EXPECT_EQ(ErrorOf([&] { ConnectionOfFile(Folder() + "/missing.txt"); }), 53);
+  for (const char* text : {"x:Srv", "x:Srv:db:user"})
+    EXPECT_EQ(ErrorOf([&] { ConnectionOfFile(File(text)); }), 9) << text;
 }
 
 // A top-level screen that notes what it finds.
@@ -88,19 +79,17 @@ class ProbeScreen final : public Screen {
 class StartupTest : public FrameFixture {
  protected:
   StartupTest() {
-    machine.settings.Set("Settings", "DefLnk", Scrambled(company.ConnectionString()));
-    machine.settings.Set("ExeTalk", "StatusHWNDKestrel Ledger", "99");
+    Setting("DefLnk", Scrambled(company.ConnectionString()));
+    Talk("StatusHWNDKestrel Ledger", "99");
+  }
+  static std::unique_ptr<Screen> Probe(Session& opened, Screen*) {
+    return std::make_unique<ProbeScreen>(opened, "modAdvLoan");
   }
 };
 
 TEST_F(StartupTest, EveryCodeOpensItsScreen) {
-  const struct {
-    const char* line;
-    const char* screen;
-    int siType;
-    long employee;
-    const char* argument;
-  } cases[] = {
+  const std::tuple<const char*, const char*, int, long, const char*> cases[] = {
+      // screen, SIType, employee, argument
       {"1500,17,Apr/2010#False#0#0", "modEMIEmp", 0, 17, "Apr/2010"},
       {"1501#False#0#0", "modAdvLoan", 1, 0, ""},
       {"1502#False#0#0", "modAdvLoan", 2, 0, ""},
@@ -112,16 +101,15 @@ TEST_F(StartupTest, EveryCodeOpensItsScreen) {
       {"1509, 24121 #False#0#0", "modSalSIAdj", 0, 0, "24121"},
       {"1510#False#0#0", "frmSepInt", 0, 0, ""},
   };
-  for (const auto& c : cases) {
+  for (const auto& [line, screen, siType, employee, argument] : cases) {
+    SCOPED_TRACE(line);
     Session run(machine.machine(), desk);
-    run.screens.Add(c.screen, [&](Session& opened, Screen*) {
-      EXPECT_EQ(opened.SIType, c.siType) << c.line;
-      EXPECT_EQ(opened.FormEmpId, c.employee) << c.line;
-      EXPECT_EQ(opened.FormArgText, c.argument) << c.line;
-      return std::make_unique<ProbeScreen>(opened, c.screen);
+    run.screens.Add(screen, [&](Session& opened, Screen*) {
+      EXPECT_EQ(std::tie(run.SIType, run.FormEmpId, run.FormArgText), std::tie(siType, employee, argument));
+      return std::make_unique<ProbeScreen>(opened, screen);
     });
-    EXPECT_EQ(RunProgram(run, c.line), 0) << c.line;
-    EXPECT_EQ(desk.ShownScreens().back(), c.screen) << c.line;
+    EXPECT_EQ(RunProgram(run, line), 0);
+    EXPECT_EQ(desk.ShownScreens().back(), screen);
   }
   EXPECT_TRUE(desk.Boxes().empty());
   EXPECT_EQ(machine.settings.Get("ExeTalk", "HWNDKTLStIns"), "0");
@@ -134,20 +122,17 @@ TEST_F(StartupTest, TheScreenFindsTheSessionFilled) {
   Sql("UPDATE MAS_OPTSET SET TDSMAR2FEB = 1, EMPIDCAP = 'Code'");
   Sql("UPDATE SEC_USERLIST SET MULTILOGIN = 1");
   Sql("INSERT INTO SEC_USERLIST (UserID, USERNAME, GROUPID, READONLYYN) VALUES (2, 'RAVI', 3, 1)");
-  machine.settings.Set("Settings", "User", "RAVI");
-  machine.settings.Set("ExeTalk", "KTLExtendedYN", "True");
-  machine.settings.Set("Settings", "WinUserID", "ravi");
-  session.screens.Add("modAdvLoan", [](Session& opened, Screen*) {
-    return std::make_unique<ProbeScreen>(opened, "modAdvLoan");
-  });
+  Setting("User", "RAVI");
+  Talk("KTLExtendedYN", "True");
+  Setting("WinUserID", "ravi");
+  session.screens.Add("modAdvLoan", Probe);
   ASSERT_EQ(RunProgram(session, "1502#True#4#0$Loans #1"), 0);
   EXPECT_EQ(session.title, "Loans #1");
   EXPECT_TRUE(session.MultiLoginYN);  // of the ADMIN row
   EXPECT_TRUE(session.ReadOnlyUser);
   EXPECT_TRUE(session.TdsMar2Feb);
   EXPECT_EQ(session.options.EMPIDCAP, "Code");
-  EXPECT_EQ(session.FilterTableName, "[TMPFILTERPC1ravi]");
-  EXPECT_EQ(session.EmployeeViewName, "[vw_MAS_EMPLOYEEPC1ravi]");
+  EXPECT_EQ(session.FilterTableName + session.EmployeeViewName, "[TMPFILTERPC1ravi][vw_MAS_EMPLOYEEPC1ravi]");
   EXPECT_TRUE(session.ReportFlag);
   EXPECT_EQ(session.ReportNumber, 4);
 }
@@ -155,21 +140,19 @@ TEST_F(StartupTest, TheScreenFindsTheSessionFilled) {
 // The user's name is put in as it stands: a quote in it fails the statement, which is told, and the start
 // goes on.
 TEST_F(StartupTest, AFailedStatementDoesNotStopTheStart) {
-  machine.settings.Set("Settings", "User", "O'BRIEN");
+  Setting("User", "O'BRIEN");
   session.ReadOnlyUser = true;
-  session.screens.Add("modAdvLoan", [](Session& opened, Screen*) {
-    return std::make_unique<ProbeScreen>(opened, "modAdvLoan");
-  });
+  session.screens.Add("modAdvLoan", Probe);
   EXPECT_EQ(RunProgram(session, "1501#False#0#0"), 0);
   ASSERT_EQ(desk.Boxes().size(), 1u);
-  EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
+  EXPECT_TRUE(desk.TakeLines().starts_with("Critical | "));
   EXPECT_FALSE(session.ReadOnlyUser);
 }
 
 TEST_F(StartupTest, AHelpFileCountsOnlyWhenItIsThere) {
   ProbeScreen screen(session, "modAdvLoan");
   const std::string file = Folder() + "/help.chm";
-  machine.settings.Set("ExeTalk", "HelpFile", file);
+  Talk("HelpFile", file);
   EnterTopLevel(session, screen);
   EXPECT_EQ(session.helpFile, "");
   std::ofstream{file};
@@ -178,46 +161,39 @@ TEST_F(StartupTest, AHelpFileCountsOnlyWhenItIsThere) {
 }
 
 TEST_F(StartupTest, NoScreenIsOpened) {
-  const struct {
-    const char* line;
-    const char* text;
-    Icon icon;
-  } cases[] = {
-      {"1506#False#0#0", "Invalid form reference", Icon::Critical},
-      {"1499#False#0#0", "Invalid form reference", Icon::Critical},
-      {"1511#False#0#0", "Invalid form reference", Icon::Critical},
-      {"1510#False#0#0", "The screen \"frmSepInt\" is not part of this build yet.", Icon::Information},
+  const std::string invalid = "Critical | KestrelLedger - Standing Instruction | Invalid form reference";
+  const std::pair<const char*, std::string> cases[] = {
+      {"1506#False#0#0", invalid},
+      {"1499#False#0#0", invalid},
+      {"1511#False#0#0", invalid},
+      {"1510#False#0#0",
+       "Information | KestrelLedger - Standing Instruction | The screen \"frmSepInt\" is not part of this "
+       "build yet."},
   };
-  for (const auto& c : cases) {
+  for (const auto& [line, box] : cases) {
     Session run(machine.machine(), desk);
-    EXPECT_EQ(RunProgram(run, c.line), 1);
-    ASSERT_EQ(desk.Boxes().size(), 1u);
-    EXPECT_EQ(desk.LastBox().text, c.text);
-    EXPECT_EQ(desk.LastBox().icon, c.icon);
-    EXPECT_EQ(desk.LastBox().title, kApplicationTitle);
-    desk.TakeBoxes();
+    EXPECT_EQ(RunProgram(run, line), 1);
+    EXPECT_EQ(desk.TakeLines(), box);
   }
   EXPECT_EQ(machine.statusBox.texts.size(), std::size(cases));
 
-  machine.settings.Set("Settings", "DefLnk", " ");
+  Setting("DefLnk", " ");
   Session run(machine.machine(), desk);
   EXPECT_EQ(RunProgram(run, "1502#False#0#0"), 1);
-  EXPECT_EQ(desk.LastBox().text, "Please open the Kestrel Ledger file.");
-  EXPECT_EQ(desk.LastBox().icon, Icon::Exclamation);
+  EXPECT_EQ(desk.TakeLines(), "Exclamation | Kestrel Ledger | Please open the Kestrel Ledger file.");
   EXPECT_FALSE(run.Cn.IsOpen());
 }
 
 TEST_F(StartupTest, WhatCannotBeReadEndsTheRun) {
   EXPECT_THROW(RunProgram(session, "1502#False"), RuntimeError);
-  machine.settings.Set("Settings", "DefLnk", Scrambled("Provider=SQLite;Data Source=/nowhere/at/all.kldb;"));
+  Setting("DefLnk", Scrambled("Provider=SQLite;Data Source=/nowhere/at/all.kldb;"));
   EXPECT_THROW(RunProgram(session, "1502#False#0#0"), DatabaseError);
-  machine.settings.Set("ExeTalk", "KTLExtendedYN", "perhaps");
+  Talk("KTLExtendedYN", "perhaps");
   EXPECT_THROW(RunProgram(session, "1502#False#0#0"), RuntimeError);
 }
 
 TEST_F(StartupTest, EachStartSetsTheFilterBack) {
-  Sql("DELETE FROM MAS_EMPLOYEE");
-  Sql("INSERT INTO MAS_EMPLOYEE (EMPID, EMPNAME) VALUES (1, 'Asha Rane')");
+  Fill("MAS_EMPLOYEE", "(EMPID, EMPNAME) VALUES (1, 'Asha Rane')");
   Connect();
   PrepareWorkstationObjects(session);
   Sql("UPDATE [TMPFILTERPC1] SET FILTERYN1 = 0, REPTYN1 = 0");
@@ -228,17 +204,15 @@ TEST_F(StartupTest, EachStartSetsTheFilterBack) {
 }
 
 TEST_F(StartupTest, AFailureToClearTheStatusLineIsShown) {
-  machine.statusBox.failWith = 521;
-  StatusClose(session);
+  for (const long number : {521, 70}) {
+    machine.statusBox.failWith = number;
+    StatusClose(session);
+  }
   EXPECT_EQ(
-      desk.LastBox().text,
-      "Your system is running 'Out of Memory'.\r\n\r\nClose the appliations currently running or restart the "
-      "computer to resolve the problem.");
-  machine.statusBox.failWith = 70;
-  StatusClose(session);
-  EXPECT_EQ(desk.LastBox().text, "The clipboard cannot be opened");
-  EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
-  EXPECT_EQ(desk.LastBox().title, "Kestrel Ledger");
+      desk.TakeLines(),
+      "Critical | Kestrel Ledger | Your system is running 'Out of Memory'.\r\n\r\nClose the appliations "
+      "currently running or restart the computer to resolve the problem.\nCritical | Kestrel Ledger | The "
+      "clipboard cannot be opened");
 }
 
 }  // namespace

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "runtime/errors.h"
+#include "support/errors.h"
 
 namespace ktl {
 namespace {
@@ -10,16 +13,6 @@ namespace {
 constexpr long kOverflow = 6;
 constexpr long kTypeMismatch = 13;
 constexpr long kNullUsed = 94;
-
-template <typename Conversion>
-long ErrorOf(Conversion convert) {
-  try {
-    convert();
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-  return 0;
-}
 
 const Date kApril = *Date::FromYmd(2010, 4, 1);
 
@@ -65,11 +58,10 @@ TEST(Values, ConvertToTexts) {
 
 TEST(Values, NullConvertsToNothing) {
   const Value null = Null{};
-  EXPECT_EQ(ErrorOf([&] { null.ToDouble(); }), kNullUsed);
-  EXPECT_EQ(ErrorOf([&] { null.ToLong(); }), kNullUsed);
-  EXPECT_EQ(ErrorOf([&] { null.ToBoolean(); }), kNullUsed);
-  EXPECT_EQ(ErrorOf([&] { null.ToDate(); }), kNullUsed);
-  EXPECT_EQ(ErrorOf([&] { null.ToText(); }), kNullUsed);
+  const std::function<void()> conversions[] = {[&] { null.ToDouble(); }, [&] { null.ToLong(); },
+                                               [&] { null.ToBoolean(); }, [&] { null.ToDate(); },
+                                               [&] { null.ToText(); }};
+  for (const auto& convert : conversions) EXPECT_EQ(ErrorOf(convert), kNullUsed);
   EXPECT_EQ(null.NumberOr0(), 0);
   EXPECT_EQ(null.TextOrEmpty(), "");
   EXPECT_EQ(Value(2.5).NumberOr0(), 2.5);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <tuple>
 
 #include "runtime/errors.h"
 #include "screen/grid.h"
@@ -37,10 +38,7 @@ class ValueScreen final : public Screen {
 };
 
 TEST(Controls, RaiseTheirHandlerOnlyWhenTheValueDiffers) {
-  const struct {
-    const char* what;
-    std::function<void(ValueScreen&)> set;
-  } cases[] = {
+  const std::pair<const char*, std::function<void(ValueScreen&)>> cases[] = {
       {"text", [](ValueScreen& s) { s.txt.SetText("12"); }},
       {"combo text", [](ValueScreen& s) { s.cmb.SetText("Meera"); }},
       {"combo value", [](ValueScreen& s) { s.cmb.SetBoundText("8"); }},
@@ -92,36 +90,26 @@ TEST(Controls, ACombosBoundValueFollowsItsTextAndTheRowThatWasChosen) {
 }
 
 TEST(Controls, TypingPassesTheKeyFilterAndRaisesOneChange) {
-  const auto digitsAndOnePoint = [](ValueScreen& s) {
-    return [&s](int key) {
-      if (key == '.') return s.txt.Text().find('.') == std::string::npos ? key : 0;
-      return key >= '0' && key <= '9' ? key : 0;
-    };
+  using Filter = std::function<int(const ValueScreen&, int)>;
+  const Filter digitsAndOnePoint = [](const ValueScreen& screen, int key) {
+    if (key == '.') return screen.txt.Text().find('.') == std::string::npos ? key : 0;
+    return key >= '0' && key <= '9' ? key : 0;
   };
-  const auto euroForE = [](ValueScreen&) { return [](int key) { return key == 'e' ? 0x20AC : key; }; };
-  const struct {
-    std::function<std::function<int(int)>(ValueScreen&)> filter;
-    std::size_t maxLength;
-    const char* typed;
-    const char* expected;
-    int changes;
-  } cases[] = {
+  const Filter euroForE = [](const ValueScreen&, int key) { return key == 'e' ? 0x20AC : key; };
+  const std::tuple<Filter, std::size_t, const char*, const char*, int> cases[] = {
       {digitsAndOnePoint, 0, "12,50a.5", "1250.5", 1},
       {digitsAndOnePoint, 0, "1.2.3", "1.23", 1},
       {digitsAndOnePoint, 0, "x0.5y", "0.5", 0},
       {digitsAndOnePoint, 3, "1a2b3c4", "123", 1},
       {digitsAndOnePoint, 0, "", "", 1},
-      {euroForE, 3,
-       "\xC3\xBC"
-       "e\xE2\x82\xB9z",
-       "\xC3\xBC\xE2\x82\xAC\xE2\x82\xB9", 1},
+      {euroForE, 3, "üe₹z", "ü€₹", 1},
   };
   for (const auto& [filter, maxLength, typed, expected, changes] : cases) {
     SCOPED_TRACE(typed);
     ValueScreen screen;
     screen.txt.SetText("0.5");
     screen.raised = 0;
-    screen.txt.onKeyPress = filter(screen);
+    screen.txt.onKeyPress = [&, keep = filter](int key) { return keep(screen, key); };
     screen.txt.maxLength = maxLength;
     screen.txt.TypeOver(typed);
     EXPECT_EQ(screen.txt.Text(), expected);

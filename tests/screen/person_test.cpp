@@ -4,8 +4,6 @@
 
 #include <functional>
 
-#include "support/scripted_desk.h"
-
 namespace ktl {
 namespace {
 
@@ -18,6 +16,10 @@ class DiaryScreen final : public Screen {
       box->onLeave = [this, box] { Note(box->name() + " left"); };
     }
     cmd.onClick = [this] { Note("clicked"); };
+    cmdOff.enabled = false;
+    mnuHidden.visible = false;
+    txtLocked.locked = true;
+    cmbFixed.editable = false;
     cmb.SetRows({{"Loan", "2"}});
     cmb.onChange = [this] { Note("cmb changed"); };
     cmb.onLeave = [this] { Note("cmb left"); };
@@ -30,24 +32,30 @@ class DiaryScreen final : public Screen {
     fpg.AddRow();
     fpg.AddRow();
     fpg.rows[fpg.AddRow()].hidden = true;
-    fpg.onRowClick = [this](std::size_t row, std::size_t column) { NoteCell("row", row, column); };
-    fpg.onCellChange = [this](std::size_t row, std::size_t column) { NoteCell("cell", row, column); };
-    fpg.onDblClick = [this](std::size_t row, std::size_t column) { NoteCell("dbl", row, column); };
+    const auto note = [this](const std::string& what) {
+      return [this, what](std::size_t row, std::size_t column) {
+        Note(what + " " + std::to_string(row) + "/" + std::to_string(column));
+      };
+    };
+    fpg.onRowClick = note("row");
+    fpg.onCellChange = note("cell");
+    fpg.onDblClick = note("dbl");
   }
 
   void Note(const std::string& what) { diary += (diary.empty() ? "" : ", ") + what; }
-  void NoteCell(const std::string& what, std::size_t row, std::size_t column) {
-    Note(what + " " + std::to_string(row) + "/" + std::to_string(column));
-  }
   std::string TakeDiary() { return std::exchange(diary, {}); }
 
   TextBox txtA{*this, "txtA"};
   TextBox txtB{*this, "txtB"};
+  TextBox txtLocked{*this, "txtLocked"};
   ComboBox cmb{*this, "cmb"};
+  ComboBox cmbFixed{*this, "cmbFixed"};
   ListBox lst{*this, "lst"};
   Tabs tabs{*this, "tabs"};
   Button cmd{*this, "cmd"};
+  Button cmdOff{*this, "cmdOff"};
   Menu mnu{*this, "mnu", "Delete"};
+  Menu mnuHidden{*this, "mnuHidden", "Print"};
   Grid fpg{*this, "fpg"};
   std::string diary;
 };
@@ -134,36 +142,13 @@ TEST(Person, WorksOnAGridAsAHandWould) {
 }
 
 TEST(Person, CannotUseWhatIsNotThere) {
-  const struct {
-    const char* why;
-    std::function<void(DiaryScreen&)> act;
-  } cases[] = {
-      {"cmd is disabled",
-       [](DiaryScreen& s) {
-         s.cmd.enabled = false;
-         Click(s.cmd);
-       }},
-      {"mnu is hidden",
-       [](DiaryScreen& s) {
-         s.mnu.visible = false;
-         Click(s.mnu);
-       }},
-      {"txtA is locked",
-       [](DiaryScreen& s) {
-         s.txtA.locked = true;
-         Type(s.txtA, "1");
-       }},
-      {"cmd is on a closed screen",
-       [](DiaryScreen& s) {
-         s.Unload();
-         Click(s.cmd);
-       }},
+  const std::pair<const char*, std::function<void(DiaryScreen&)>> cases[] = {
+      {"cmdOff is disabled", [](DiaryScreen& s) { Click(s.cmdOff); }},
+      {"mnuHidden is hidden", [](DiaryScreen& s) { Click(s.mnuHidden); }},
+      {"txtLocked is locked", [](DiaryScreen& s) { Type(s.txtLocked, "1"); }},
+      {"cmd is on a closed screen", [](DiaryScreen& s) { s.Unload(), Click(s.cmd); }},
       {"cmb does not list \"Advance\"", [](DiaryScreen& s) { Pick(s.cmb, "Advance"); }},
-      {"cmb takes no typing",
-       [](DiaryScreen& s) {
-         s.cmb.editable = false;
-         Type(s.cmb, "Loan");
-       }},
+      {"cmbFixed takes no typing", [](DiaryScreen& s) { Type(s.cmbFixed, "Loan"); }},
       {"lst does not list \"Anil\"", [](DiaryScreen& s) { Pick(s.lst, "Anil"); }},
       {"lst has no ticks", [](DiaryScreen& s) { Tick(s.lst, 0, true); }},
       {"tabs has no page 4", [](DiaryScreen& s) { ShowPage(s.tabs, 3); }},
@@ -195,29 +180,6 @@ TEST(Person, AHandlerMayCloseItsOwnScreen) {
   Type(screen.txtA, "1");
   EXPECT_TRUE(screen.IsUnloaded());
   EXPECT_EQ(screen.diary, "") << "nothing is left on a closed screen";
-}
-
-TEST(ScriptedDesk, GivesQueuedAnswersToBoxesThatOfferAChoice) {
-  ScriptedDesk desk;
-  desk.WillAnswer({Answer::Yes, Answer::Cancel});
-  desk.Inform("Updated", "Saving");
-  EXPECT_TRUE(desk.Confirm("Sure?", "Delete"));
-  EXPECT_EQ(desk.MsgBox({.text = "Save?", .buttons = Buttons::YesNoCancel}), Answer::Cancel);
-  EXPECT_FALSE(desk.Confirm("Sure?", "Delete")) << "No is the default";
-  EXPECT_EQ(desk.TakeTexts(), (std::vector<std::string>{"Updated", "Sure?", "Save?", "Sure?"}));
-  EXPECT_TRUE(desk.Boxes().empty());
-}
-
-TEST(ScriptedDesk, WorksOnModalScreensAndClosesThem) {
-  ScriptedDesk desk;
-  DiaryScreen first;
-  DiaryScreen second;
-  desk.WillWorkOn<DiaryScreen>([](DiaryScreen& screen) { Click(screen.cmd); });
-  desk.ShowModal(first);
-  desk.ShowModal(second);
-  EXPECT_EQ(first.diary, "clicked");
-  EXPECT_EQ(second.diary, "");
-  EXPECT_TRUE(first.IsUnloaded() && second.IsUnloaded());
 }
 
 }  // namespace

@@ -61,11 +61,6 @@ NameBuilder& NameBuilder::Reducing(double rate) {
   return rate == 0 ? *this : Set("INTRRATE", rate);
 }
 
-NameBuilder& NameBuilder::Limit(double amount) {
-  Set("ALLOWLIMIT", true);
-  return Set("AMTLIMIT", amount);
-}
-
 TestCompany::TestCompany() : file_(NewFile()) {
   std::ofstream(file_, std::ios::binary) << Template();
   cn_.SetClient({"PC1", "ADMIN", [] { return *Date::FromYmd(2025, 1, 15, 10, 30, 0); }});

@@ -35,7 +35,6 @@ class EmployeeBuilder : public RowBuilder {
   EmployeeBuilder& Joined(const char* date) { return Set("DOJ", date); }
   EmployeeBuilder& Left(const char* date) { return Set("DOL", date); }
   EmployeeBuilder& Taxed(bool on = true) { return Set("TDSYN", on); }
-  EmployeeBuilder& Locked(bool on = true) { return Set("lockyn", on); }
 
  private:
   EmployeeBuilder& Set(const char* column, Value value) {
@@ -50,9 +49,6 @@ class NameBuilder : public RowBuilder {
   NameBuilder& Reducing(double rate = 0);
   NameBuilder& SeparateInterest() { return Set("SEPPIYN", true); }
   NameBuilder& Benefit() { return Set("SBIIFBYN", true); }
-  NameBuilder& Preference(int number) { return Set("SIPREF", number); }
-  NameBuilder& Limit(double amount);
-  NameBuilder& TaxReference(int number) { return Set("TDSREFNO", number); }
 
  private:
   NameBuilder& Set(const char* column, Value value) {

@@ -1,5 +1,6 @@
 #include "support/scripted_desk.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -25,6 +26,15 @@ std::vector<std::string> ScriptedDesk::TakeTexts() {
   std::vector<std::string> texts;
   for (ShownBox& box : TakeBoxes()) texts.push_back(std::move(box.text));
   return texts;
+}
+
+std::string ScriptedDesk::TakeLines() {
+  std::string lines;
+  for (const ShownBox& box : TakeBoxes()) {
+    if (!lines.empty()) lines += '\n';
+    lines += fmt::format("{} | {} | {}", NameOf(box.icon), box.title, box.text);
+  }
+  return lines;
 }
 
 Answer ScriptedDesk::AnswerTo(const MessageBox& box) {

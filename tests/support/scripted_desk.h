@@ -21,7 +21,7 @@ struct ShownBox {
 
 // A person with a plan: answers are queued, boxes recorded, and each modal screen is worked on by a function.
 // The acts on a screen are those of screen/person.h.
-class ScriptedDesk final : public Desk {
+class ScriptedDesk : public Desk {
  public:
   using ScreenScript = std::function<void(Screen&)>;
 
@@ -39,15 +39,14 @@ class ScriptedDesk final : public Desk {
   void WillWorkOn(std::function<void(ScreenType&)> script) {
     WillWorkOn(ScreenScript([script](Screen& screen) { script(dynamic_cast<ScreenType&>(screen)); }));
   }
-  std::size_t ScriptsLeft() const { return scripts_.size(); }
 
   const std::vector<ShownBox>& Boxes() const { return boxes_; }
   const ShownBox& LastBox() const;       // throws when there is none
   std::vector<ShownBox> TakeBoxes();     // and forgets them
   std::vector<std::string> TakeTexts();  // of the boxes; forgets them
-  const std::vector<std::string>& ShownScreens() const {
-    return shownScreens_;
-  }  // names, in order of opening
+  std::string TakeLines();               // "ICON | TITLE | TEXT" of the boxes, a line each; forgets them
+  // Names, in order of opening.
+  const std::vector<std::string>& ShownScreens() const { return shownScreens_; }
 
   Answer MsgBox(const MessageBox& box) override;
   void ShowModal(Screen& screen) override;

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "runtime/errors.h"
+
+namespace ktl {
+
+// The number of the run-time error that an act ends with; 0 when it ends well.
+template <typename Act>
+long ErrorOf(const Act& act) {
+  try {
+    act();
+  } catch (const RuntimeError& error) {
+    return error.number();
+  }
+  return 0;
+}
+
+}  // namespace ktl
