@@ -15,11 +15,6 @@ std::string ErrorOf(const CompanyOptions& options) {
   return "created";
 }
 
-std::string Read(const std::filesystem::path& file) {
-  std::ifstream stream(file);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 TEST(CreateCompany, SameArgumentsGiveTheSameCompany) {
   const Folder folder;
   auto options = Options(folder / "a.kldb", 150);
@@ -82,7 +77,7 @@ TEST(CreateCompany, AnExistingFileStaysWithoutForce) {
   std::ofstream(folder / "a.kldb") << "mine";
   auto options = Options(folder / "a.kldb");
   EXPECT_THROW(CreateCompany(options), CompanyError);
-  EXPECT_EQ(Read(options.file), "mine");
+  EXPECT_EQ(ReadAll(options.file), "mine");
   EXPECT_EQ(folder.Names(), std::vector<std::string>{"a.kldb"});
 
   // Logs of the old file would be played into the new one.
