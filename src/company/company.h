@@ -23,6 +23,8 @@ struct TableSum {
   std::string table;
   std::int64_t rows = 0;
   std::uint64_t checksum = 0;
+
+  bool operator==(const TableSum&) const = default;
 };
 
 // Makes a company in a file beside the wanted one and puts it there when it is whole; the local store

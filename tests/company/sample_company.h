@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -10,32 +9,21 @@
 
 #include "company/company.h"
 #include "company/company_error.h"
+#include "support/temporary_folder.h"
 
 namespace ktl {
 
-// A folder of its own that goes with the test.
-class Folder {
+class Folder : public TemporaryFolder {
  public:
-  Folder() {
-    static int made = 0;
-    path_ = std::filesystem::temp_directory_path() /
-            ("ktl-company-" + std::to_string(::getpid()) + "-" + std::to_string(++made));
-    std::filesystem::create_directories(path_);
-  }
-  ~Folder() { std::filesystem::remove_all(path_); }
-  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-  const std::filesystem::path& path() const { return path_; }
+  std::filesystem::path operator/(const std::string& name) const { return path() / name; }
 
   std::vector<std::string> Names() const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(path_))
+    for (const auto& entry : std::filesystem::directory_iterator(path()))
       names.push_back(entry.path().filename());
     std::sort(names.begin(), names.end());
     return names;
   }
-
- private:
-  std::filesystem::path path_;
 };
 
 inline CompanyOptions Options(const std::filesystem::path& file, int employees = kAnchors) {

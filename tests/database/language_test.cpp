@@ -69,11 +69,8 @@ TEST(Language, ExpressionsAnswerAsTheServerDoes) {
 
 TEST(Language, WhatCannotBeReadIsRefusedWithItsPlace) {
   TestCompany company;
-  const auto repeated = [](const std::string& text, int times) {
-    std::string all;
-    for (int i = 0; i < times; ++i) all += text;
-    return all;
-  };
+  std::string sum = "SELECT 1", negation = "SELECT ";
+  for (int i = 0; i < 10000; ++i) sum += " + 1", negation += "NOT ";
   const std::pair<std::string, const char*> table[] = {
       {"SELECT *\nFROM\n  WHERE A = 1",
        "line 3, column 3: \"WHERE\" where a name is expected, near \"SELECT * FROM   WHERE A = 1\""},
@@ -92,10 +89,10 @@ TEST(Language, WhatCannotBeReadIsRefusedWithItsPlace) {
       {"SELECT 1e999", "the number is too large"},
       {"UPDATE T SET A = 1 FROM T LEFT JOIN U ON T.X = U.X", "an outer join in UPDATE"},
       {"", "the end where a statement is expected"},
-      {"SELECT " + repeated("(", 10000) + "1" + repeated(")", 10000), "nested too deeply"},
-      {"SELECT 1" + repeated(" + 1", 10000), "nested too deeply"},
-      {"SELECT " + repeated("NOT ", 10000) + "1", "nested too deeply"},
-      {"SELECT '" + repeated("x", 1'000'000) + "'", "too long"},
+      {"SELECT " + std::string(10000, '(') + "1" + std::string(10000, ')'), "nested too deeply"},
+      {sum, "nested too deeply"},
+      {negation + "1", "nested too deeply"},
+      {"SELECT '" + std::string(1'000'000, 'x') + "'", "too long"},
   };
   for (const auto& [sql, reason] : table) {
     const std::string told = FailureOf([&] { company.Cn().Query(sql); }).description();

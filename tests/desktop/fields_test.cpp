@@ -3,15 +3,7 @@
 namespace ktl {
 namespace {
 
-class FieldsTest : public ToyTest {
- protected:
-  // Works on one widget of the screen.
-  template <class Widget>
-  void WorkAt(const char* name, std::function<void(Widget&)> work) {
-    Work([=](ScreenWindow& window) { work(Find<Widget>(window, name)); });
-  }
-  void WorkAtAmount(std::function<void(QLineEdit&)> work) { WorkAt<QLineEdit>("txtAmount", work); }
-};
+using FieldsTest = ToyTest;
 
 TEST_F(FieldsTest, TypingPassesTheFilterAndKeepsTheCursor) {
   WorkAt<QLineEdit>("txtCount", [this](QLineEdit& count) {
@@ -25,7 +17,7 @@ TEST_F(FieldsTest, TypingPassesTheFilterAndKeepsTheCursor) {
 }
 
 TEST_F(FieldsTest, EnterLeavesTheFieldAndBackspaceAtItsStartGoesBack) {
-  WorkAtAmount([this](QLineEdit& amount) {
+  WorkAt<QLineEdit>("txtAmount", [this](QLineEdit& amount) {
     Enter(amount, "12");
     QTest::keyClick(&amount, Qt::Key_Return);
     Settle();
@@ -64,7 +56,7 @@ TEST_F(FieldsTest, WhatThePropertiesSayIsWhatTheFieldDoes) {
 TEST_F(FieldsTest, AnAmountToReadIsGroupedAndOneToTypeIsNot) {
   screen.txtAmount.rightAligned = true;
   screen.txtAmount.SetText("1234567.89");
-  WorkAtAmount([this](QLineEdit& amount) {
+  WorkAt<QLineEdit>("txtAmount", [this](QLineEdit& amount) {
     EXPECT_EQ(amount.text(), "1234567.89");
     screen.txtAmount.locked = true;
     desk.Refresh();
@@ -77,7 +69,7 @@ TEST_F(FieldsTest, AnAmountToReadIsGroupedAndOneToTypeIsNot) {
 }
 
 TEST_F(FieldsTest, DoubleClickAndF2OpenTheCalendar) {
-  WorkAtAmount([this](QLineEdit& amount) {
+  WorkAt<QLineEdit>("txtAmount", [this](QLineEdit& amount) {
     QTest::mouseDClick(&amount, Qt::LeftButton);
     amount.setFocus();
     QTest::keyClick(&amount, Qt::Key_F2);

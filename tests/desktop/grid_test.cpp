@@ -10,9 +10,6 @@ enum Column { kPick, kMonth, kId, kAmount };
 
 class GridTest : public ToyTest {
  protected:
-  void Work(std::function<void(QTableView&)> work) {
-    ToyTest::Work([work](ScreenWindow& window) { work(Find<QTableView>(window, "fpgRows")); });
-  }
   static void Click(QTableView& view, int row, int column) {
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, Place(view, row, column));
     Settle();
@@ -35,7 +32,7 @@ class GridTest : public ToyTest {
 };
 
 TEST_F(GridTest, AClickIsHeardWithItsRowActive) {
-  Work([this](QTableView& view) {
+  WorkAt<QTableView>("fpgRows", [this](QTableView& view) {
     Click(view, 1, kAmount);
     EXPECT_EQ(screen.fpgRows.activeRow, 1u);
     EXPECT_EQ(screen.heard, Heard{"row 1"});
@@ -47,7 +44,7 @@ TEST_F(GridTest, AClickIsHeardWithItsRowActive) {
 }
 
 TEST_F(GridTest, ATickIsTheWholeCellAndTheRowIsClickedFirst) {
-  Work([this](QTableView& view) {
+  WorkAt<QTableView>("fpgRows", [this](QTableView& view) {
     const QRect cell = view.visualRect(view.model()->index(1, kPick));
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, cell.topLeft() + QPoint(3, 3));
     Settle();
@@ -62,7 +59,7 @@ TEST_F(GridTest, ATickIsTheWholeCellAndTheRowIsClickedFirst) {
 }
 
 TEST_F(GridTest, ATypedCellIsToldAfterItsEditorIsClosed) {
-  Work([this](QTableView& view) {
+  WorkAt<QTableView>("fpgRows", [this](QTableView& view) {
     Click(view, 0, kMonth);
     screen.heard.clear();
     screen.fpgRows.onCellChange = [this, &view](std::size_t, std::size_t column) {
@@ -87,7 +84,7 @@ TEST_F(GridTest, ShowsWhatTheControlHolds) {
   screen.fpgRows.rows[1].hidden = true;
   screen.fpgRows.activeRow = 2;
   screen.fpgRows.PaintRow(2, 0xC0FFC0);
-  Work([this](QTableView& view) {
+  WorkAt<QTableView>("fpgRows", [this](QTableView& view) {
     EXPECT_TRUE(view.isColumnHidden(kId));
     EXPECT_TRUE(view.isRowHidden(1));
     EXPECT_EQ(view.currentIndex().row(), 2);
@@ -107,7 +104,7 @@ TEST_F(GridTest, ShowsWhatTheControlHolds) {
 TEST_F(GridTest, CopiesSelectionOrAll) {
   screen.fpgRows.At(0, kPick).text = "1";
   screen.fpgRows.rows[2].hidden = true;
-  Work([](QTableView& view) {
+  WorkAt<QTableView>("fpgRows", [](QTableView& view) {
     const QString heading = "Pick\tMonth\tAmount\n", second = "No\tMay/2026\t200.00\n";
     const QString all = heading + "Yes\tApr/2026\t100.00\n" + second;
     view.setFocus();
@@ -133,7 +130,7 @@ TEST_F(GridTest, GroupsAmountsForReadingOnly) {
   screen.fpgRows.rows.clear();
   for (const auto& [text, grouped] : shown) screen.fpgRows.rows.push_back({{{"0"}, {text}, {text}, {text}}});
   screen.fpgRows.columns[kAmount].locked = false;
-  Work([&](QTableView& view) {
+  WorkAt<QTableView>("fpgRows", [&](QTableView& view) {
     for (int row = 0; row < int(std::size(shown)); ++row) {
       EXPECT_EQ(Shown(view, row, kAmount), shown[row].second);
       EXPECT_EQ(Shown(view, row, kMonth), shown[row].first);  // no number column
@@ -148,7 +145,7 @@ TEST_F(GridTest, GroupsAmountsForReadingOnly) {
 }
 
 TEST_F(GridTest, TheRightButtonOpensTheScreensMenu) {
-  Work([this](QTableView& view) {
+  WorkAt<QTableView>("fpgRows", [this](QTableView& view) {
     QTimer::singleShot(20, qApp, [] {
       auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
       ASSERT_TRUE(menu);

@@ -146,6 +146,10 @@ using Heard = std::vector<std::string>;
 class ToyTest : public testing::Test {
  protected:
   void Work(std::function<void(ScreenWindow&)> work) { WorkOn(desk, screen, std::move(work)); }
+  template <class Widget>
+  void WorkAt(const char* name, std::function<void(Widget&)> work) {
+    Work([=](ScreenWindow& window) { work(Find<Widget>(window, name)); });
+  }
   static void PressSave(ScreenWindow& window) {
     QTest::mouseClick(&Find<QPushButton>(window, "cmdSave"), Qt::LeftButton);
   }

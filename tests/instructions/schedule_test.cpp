@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "runtime/errors.h"
+#include "support/errors.h"
 
 namespace ktl {
 namespace {
@@ -26,12 +26,7 @@ std::vector<double> Amounts(const ScheduleTerms& terms) {
 }
 
 long ErrorOf(const ScheduleTerms& terms) {
-  try {
-    GenerateSchedule(terms);
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-  return 0;
+  return ktl::ErrorOf([&] { GenerateSchedule(terms); });
 }
 
 TEST(Schedule, CountOnlyLeadsToAnInstalmentAndTheLastRowIsShort) {
