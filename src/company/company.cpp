@@ -84,7 +84,10 @@ std::vector<TableSum> Fill(const fs::path& file, const CompanyOptions& options) 
   database.Run("COMMIT");
   if (!options.empty) FillSample(database, options.sample);
   database.Run("PRAGMA analysis_limit = 1000; ANALYZE;");
-  return TableSums(database);
+  auto sums = TableSums(database);
+  // As the program keeps it, so that the first workstations to open it need not change it.
+  database.Run("PRAGMA journal_mode = WAL");
+  return sums;
 }
 
 // The local store belongs to the program's folder and may hold years of its own: one that is there stays.
