@@ -3,43 +3,15 @@
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
-#include <filesystem>
-#include <memory>
+#include <string>
+#include <vector>
 
-#include "bench_company.h"
-#include "common/amounts.h"
+#include "bench_session.h"
 #include "database/recordset.h"
-#include "frame/connect.h"
-#include "frame/real_machine.h"
-#include "frame/startup.h"
-#include "instructions/advloan_write.h"
 #include "instructions/modAdvLoan.h"
-#include "quiet_desk.h"
 
 namespace ktl {
 namespace {
-
-// A settings store of its own, so that the user's stays as it is.
-struct Bench {
-  explicit Bench(int employees) : Bench(BenchCompany(employees)) {}
-  explicit Bench(const std::filesystem::path& company) {
-    const auto settings = std::filesystem::temp_directory_path() / "ktl-bench-settings.ini";
-    std::filesystem::remove(settings);
-    setenv("KTL_SETTINGS", settings.c_str(), 1);
-    WriteSettings(settings, company);
-    real = std::make_unique<RealMachine>("bench");
-    session = std::make_unique<Session>(real->machine(), desk);
-  }
-
-  void Connect(const std::filesystem::path& company) {
-    OpenConnection(*session, ConnectionStringOf(company));
-    LoadOptionSet(*session);
-  }
-
-  QuietDesk desk;
-  std::unique_ptr<RealMachine> real;
-  std::unique_ptr<Session> session;
-};
 
 void StartToOpenEntry(benchmark::State& state) {
   const int employees = static_cast<int>(state.range(0));
@@ -72,29 +44,12 @@ void ChooseEmployee(benchmark::State& state) {
 }
 BENCHMARK(ChooseEmployee)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
-constexpr int kInstalments = 360;
-
-std::filesystem::path ScratchCompany() {
-  const auto scratch = std::filesystem::temp_directory_path() / "ktl-bench-scratch.kldb";
-  for (const char* ending : {"", "-wal", "-shm"}) std::filesystem::remove(scratch.string() + ending);
-  std::filesystem::copy_file(BenchCompany(1000), scratch);
-  return scratch;
-}
-
 void SaveLoanOf360(benchmark::State& state) {
   const auto company = ScratchCompany();
   Bench bench(company);
   bench.Connect(company);
   bench.session->SIType = 2;
-  AdvLoanEntry entry;
-  entry.key = {100, 2, 1000};
-  entry.name = "Consumer Loan";
-  entry.institution = "1";
-  entry.date = "15/10/2026";
-  entry.amount = "360000";
-  entry.instalment = "1000";
-  entry.recoverFrom = "Nov/2026";
-  entry.newRecord = true;
+  AdvLoanEntry entry = LoanOf360();
   for (auto _ : state) {
     ++entry.key.serial;
     WriteAdvLoan(*bench.session, entry);

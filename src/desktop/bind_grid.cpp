@@ -131,6 +131,10 @@ bool GridBinding::Filter(QEvent& event) {
   switch (event.type()) {
     case QEvent::KeyPress:
       return KeyPress(static_cast<QKeyEvent&>(event));
+    case QEvent::FocusIn:  // the view would make its first row the current one, which nobody has clicked
+      if (view_.currentIndex().isValid()) return false;
+      view_.update();
+      return true;
     case QEvent::MouseMove:  // no selecting by dragging: a row that is active without a click would mislead
       return static_cast<QMouseEvent&>(event).buttons() != Qt::NoButton;
     case QEvent::MouseButtonRelease:

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <map>
+#include <set>
 
 #include "common/month_year.h"
 #include "database/recordset.h"
@@ -77,6 +78,16 @@ bool SalaryHasTaken(Session& session, const InstructionKey& key, long monthYear)
     if (!rs[1].IsNull() && rs[1].ToDouble() > -1) return true;
   }
   return false;
+}
+
+// The months that SalaryHasTaken needs asking about: few of a long schedule.
+std::set<long> ReadCalculatedMonths(Session& session, const InstructionKey& key) {
+  std::set<long> months;
+  for (Recordset rs(session.Cn, "Select DISTINCT E.MONTHYEAR " + CalculatedSalaryOf(key)); !rs.Eof();
+       rs.MoveNext()) {
+    months.insert(rs[0].ToLong());
+  }
+  return months;
 }
 
 void AddFigures(Session& session, AdvLoanListRow& row, const InstructionKey& key, long salaryFrom) {
@@ -228,6 +239,7 @@ std::vector<AdvLoanListRow> ReadAdvLoanList(Session& session, long employee) {
 
 std::vector<EmiRow> ReadSchedule(Session& session, const InstructionKey& key) {
   const std::map<long, bool> marks = ReadHandMarks(session, key);
+  const std::set<long> calculated = ReadCalculatedMonths(session, key);
   std::vector<EmiRow> schedule;
   for (Recordset rs(session.Cn, ScheduleStatement(key)); !rs.Eof(); rs.MoveNext()) {
     EmiRow row;
@@ -242,7 +254,7 @@ std::vector<EmiRow> ReadSchedule(Session& session, const InstructionKey& key) {
     row.modifiedInterest = rs["MDFINTAMT"];
     if (rs.HasField("INSTNAME")) row.institution = rs["INSTNAME"].TextOrEmpty();
     if (const auto mark = marks.find(row.counter); mark != marks.end()) row.markedRecovered = mark->second;
-    row.recoveredBySalary = SalaryHasTaken(session, key, row.monthYear);
+    row.recoveredBySalary = calculated.contains(row.monthYear) && SalaryHasTaken(session, key, row.monthYear);
     schedule.push_back(std::move(row));
   }
   return schedule;

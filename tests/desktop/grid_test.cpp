@@ -43,6 +43,20 @@ TEST_F(GridTest, AClickIsHeardWithItsRowActive) {
   });
 }
 
+TEST_F(GridTest, TheFocusAlonePicksNoRow) {
+  screen.fpgRows.activeRow = kNoRow;
+  Work([this](QTableView& view) {
+    view.clearFocus();
+    view.setFocus();
+    Settle();
+    EXPECT_EQ(screen.heard, Heard{});
+    EXPECT_EQ(screen.fpgRows.activeRow, kNoRow);
+    QTest::keyClick(&view, Qt::Key_Down);
+    Settle();
+    EXPECT_EQ(screen.heard, Heard{"row 0"});
+  });
+}
+
 TEST_F(GridTest, ATickIsTheWholeCellAndTheRowIsClickedFirst) {
   WorkAt<QTableView>("fpgRows", [this](QTableView& view) {
     const QRect cell = view.visualRect(view.model()->index(1, kPick));
