@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "common/month_year.h"
 #include "formula/clsEvalFormula.h"
@@ -54,10 +55,10 @@ class DayTest : public testing::Test {
         "(8, 'WFH', 0, 0)");
   }
 
-  // Statements without a result, one a line.
+  // Statements without a result, with ";" after each but the last.
   void Run(const std::string& statements) {
-    for (const auto& line : Split(statements, "\n"))
-      if (!Trim(line).empty()) company.Execute(line);
+    for (const auto& statement : Split(statements, ";"))
+      if (!Trim(statement).empty()) company.Execute(statement);
   }
 
   TestCompany company;

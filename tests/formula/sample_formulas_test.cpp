@@ -51,31 +51,24 @@ TEST_F(SampleFormulas, OfEmployeesWithSomethingMissing) {
     return clsEvalFormula(office.session)
         .FnDblEvalFormula(formula, employee, *detail, Month(month), days.first, days.last);
   };
-  const struct {
-    long formula, employee;
-    const char* month;
-    double amount;
-    bool box;
-  } cases[] = {{1, 22, "Sep/2026", 0, false},      // no salary rate
-               {1, 45, "Mar/2026", -1, false},     // no detail row yet
-               {5, 46, "Sep/2026", 0, true},       // no extended details
-               {10, 33, "May/2026", 1800, false},  // in the fund, and later not
-               {10, 33, "Sep/2026", 0, false},
-               {12, 33, "Apr/2026", 1, false},
-               {12, 33, "Mar/2026", 2, false},
-               {16, 19, "May/2026", 20000.0 / 31 * 17, false}};  // joined on the 15th
-  for (const auto& c : cases) {
-    EXPECT_NEAR(amount(c.formula, c.employee, c.month), c.amount, 1e-9) << c.formula << " of " << c.employee;
-    EXPECT_EQ(office.desk.TakeBoxes().size(), c.box ? 1U : 0U) << c.formula << " of " << c.employee;
+  const std::tuple<long, long, const char*, double, bool> cases[] = {
+      {1, 22, "Sep/2026", 0, false},      // no salary rate
+      {1, 45, "Mar/2026", -1, false},     // no detail row yet
+      {5, 46, "Sep/2026", 0, true},       // no extended details
+      {10, 33, "May/2026", 1800, false},  // in the fund, and later not
+      {10, 33, "Sep/2026", 0, false},
+      {12, 33, "Apr/2026", 1, false},
+      {12, 33, "Mar/2026", 2, false},
+      {16, 19, "May/2026", 20000.0 / 31 * 17, false}};  // joined on the 15th
+  for (const auto& [formula, employee, month, expected, box] : cases) {
+    EXPECT_NEAR(amount(formula, employee, month), expected, 1e-9) << formula << " of " << employee;
+    EXPECT_EQ(office.desk.TakeBoxes().size(), box ? 1U : 0U) << formula << " of " << employee;
   }
 }
 
 TEST_F(SampleFormulas, ReportTellsWhyAnAmountIsWhatItIs) {
   const FormulaRequest request{.empId = 1, .empDetId = 1, .monthYear = 24321, .period = MonthOf("Sep/2026")};
-  const struct {
-    long formula;
-    const char* lines;
-  } cases[] = {
+  const std::tuple<long, const char*> cases[] = {
       {18,
        "employee 1, detail row 1, Sep/2026: 01/Sep/2026 to 30/Sep/2026\n"
        "formula 18: Leave{CL} * 100\n"
@@ -92,10 +85,10 @@ TEST_F(SampleFormulas, ReportTellsWhyAnAmountIsWhatItIs) {
        "not replaced: Component{BONUS}\n"
        "evaluated: COMPONENT{BONUS}\nvalue: ERROR: Invalid expression\namount: 0\n"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [formula, lines] : cases) {
     FormulaRequest asked = request;
-    asked.formulaId = c.formula;
-    EXPECT_EQ(FormulaReport(office.session, asked), c.lines);
+    asked.formulaId = formula;
+    EXPECT_EQ(FormulaReport(office.session, asked), lines);
   }
 }
 
