@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "common/month_year.h"
 #include "formula/clsEvalFormula.h"
@@ -36,6 +37,12 @@ inline DayRange MonthOf(const char* text) {
   return {first, first.AddMonths(1).AddDays(-1)};
 }
 
+// Before the rows of weekly days off by date, and of leave by date.
+inline constexpr const char* kRotation =
+    "INSERT INTO ATT_WKLYROT (EMPID, ATTHEADID, WEEKDATE, FIRSTHALFYN, SECONDHALFYN) VALUES ";
+inline constexpr const char* kLeave =
+    "INSERT INTO ATT_DETAIL (EMPID, LEVDATE, LEVID, FIRSTHALFYN, SECONDHALFYN) VALUES ";
+
 // Employee 17 with detail row 5 on head 1 of branch 1. The first of April 2010 is a Thursday, so that the
 // Sundays are the 4th, 11th, 18th and 25th and the Saturdays the days before them.
 class DayTest : public testing::Test {
@@ -54,10 +61,10 @@ class DayTest : public testing::Test {
         "(8, 'WFH', 0, 0)");
   }
 
-  // Statements without a result, one a line.
+  // Statements without a result, with ";" after each but the last.
   void Run(const std::string& statements) {
-    for (const auto& line : Split(statements, "\n"))
-      if (!Trim(line).empty()) company.Execute(line);
+    for (const auto& statement : Split(statements, ";"))
+      if (!Trim(statement).empty()) company.Execute(statement);
   }
 
   TestCompany company;
