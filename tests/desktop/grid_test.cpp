@@ -45,7 +45,7 @@ TEST_F(GridTest, AClickIsHeardWithItsRowActive) {
 
 TEST_F(GridTest, TheFocusAlonePicksNoRow) {
   screen.fpgRows.activeRow = kNoRow;
-  Work([this](QTableView& view) {
+  WorkAt<QTableView>("fpgRows", [this](QTableView& view) {
     view.clearFocus();
     view.setFocus();
     Settle();
