@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "runtime/numbers.h"
+#include "runtime/value.h"
 
 namespace ktl {
 namespace {
@@ -106,6 +107,10 @@ double FnDblRoundByType(int type, double value) {
 }
 
 double FnDblRoundUp(double value) { return NextRupee(value, 2); }
+
+std::string ShownAmount(double amount) { return FormatNumber(amount, "0.00"); }
+
+std::string ShownAmount(const Value& amount) { return amount.IsNull() ? "" : ShownAmount(amount.ToDouble()); }
 
 bool FnBlnWithinLimit(std::string_view text, double limit) { return clsGenCmn::FnDblTrimVal(text) <= limit; }
 

@@ -8,6 +8,7 @@ namespace ktl {
 
 class DataAccess;
 class Desk;
+class Value;
 enum class Answer;
 
 inline constexpr double kAmountLimit = 9999999999.99;
@@ -16,6 +17,9 @@ inline constexpr double kAmountLimit = 9999999999.99;
 // type gives 0. The sign is set aside and put back.
 double FnDblRoundByType(int type, double value);
 double FnDblRoundUp(double value);
+// As lists show an amount: two decimals, nothing for null.
+std::string ShownAmount(double amount);
+std::string ShownAmount(const Value& amount);
 bool FnBlnWithinLimit(std::string_view text, double limit);
 
 // Formatting, words and keystroke filters. A filter takes a character code and gives it back, another one, or

@@ -1,7 +1,7 @@
 #include "common/amounts.h"
 #include "common/fetch.h"
+#include "common/sql_text.h"
 #include "database/recordset.h"
-#include "runtime/text.h"
 
 namespace ktl {
 namespace {
@@ -16,8 +16,7 @@ bool clsCtrlDep::FnBlnMatchedWithList(std::string_view field, std::string_view t
                                       std::string_view condition) {
   const std::string name(field);
   return data_.FnBlnRecExists("Select " + name + " From  " + std::string(table) + " Where str(" + name +
-                              ") = '" + ReplaceAll(std::string(value), "'", "''") + "'" +
-                              Joined(" And ", condition));
+                              ") = '" + DoubleQuotes(value) + "'" + Joined(" And ", condition));
 }
 
 long clsCtrlDep::FnLngGetNextNumber(std::string_view field, std::string_view table,

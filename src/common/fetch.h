@@ -39,6 +39,8 @@ class DataAccess {
   std::string title_ = kApplicationTitle;
 };
 
+// Whether the flag of a row is on; null is off.
+inline bool IsSet(const Value& flag) { return flag.NumberOr0() != 0; }
 // Null becomes the alternative; so does a number that is exactly 0 when zeroToo is set.
 Value CNull(Value value, Value alternative, bool zeroToo = false);
 

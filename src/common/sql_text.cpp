@@ -17,9 +17,9 @@ std::string Without(std::string_view text, std::string_view dropped) {
   return kept;
 }
 
-std::string DoubleQuotes(std::string_view text) { return ReplaceAll(std::string(text), "'", "''"); }
-
 }  // namespace
+
+std::string DoubleQuotes(std::string_view text) { return ReplaceAll(std::string(text), "'", "''"); }
 
 clsSPChar::clsSPChar(std::string_view dbType) : dbType_(UpperCase(dbType)) {}
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "common/month_year.h"
+#include "common/sql_text.h"
 #include "database/recordset.h"
 #include "formula/token_rows.h"
 #include "frame/session.h"
@@ -167,7 +168,7 @@ std::vector<clsEvalFormula::SalaryHead> clsEvalFormula::SalaryHeads(const std::s
           ? "Select * From MAS_SALARYHEAD ORDER BY SALHEADING"
           : fmt::format("Select * From MAS_SALARYHEAD WHERE CHARINDEX('{{'+SALHEADING+'}}','{}')>0 ORDER BY "
                         "SALHEADING ",
-                        ReplaceAll(formula, "'", "''")));
+                        DoubleQuotes(formula)));
   std::vector<SalaryHead> heads;
   for (; !rows.Eof(); rows.MoveNext()) {
     const bool earning = rows["PAYTYPEYN"].NumberOr0() == 0;

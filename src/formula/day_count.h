@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "common/fetch.h"
 #include "database/connection.h"
 #include "runtime/date.h"
 #include "runtime/value.h"
@@ -87,8 +88,6 @@ DayCounts CountDays(const DayRules& rules, const DayRange& month, const DayReque
 Value ReadValue(Connection& cn, const std::string& sql, Value defaultValue);
 double ReadHeadDays(Connection& cn, long attHeadId, long monthYear);
 
-// Whether the flag of a row is on; null is off.
-inline bool IsSet(const Value& flag) { return flag.NumberOr0() != 0; }
 // "2026-09-14"
 inline std::string IsoDay(const Date& date) { return FormatDate(date, "yyyy-MM-dd"); }
 

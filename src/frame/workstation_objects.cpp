@@ -2,14 +2,14 @@
 
 #include <fmt/format.h>
 
+#include "common/sql_text.h"
 #include "frame/session.h"
-#include "runtime/text.h"
 
 namespace ktl {
 
 namespace {
 
-std::string Quoted(const std::string& name) { return "'" + ReplaceAll(name, "'", "''") + "'"; }
+std::string Quoted(const std::string& name) { return "'" + DoubleQuotes(name) + "'"; }
 
 // New employees are added, and every flag is set back to 1.
 std::string FilterTableBatch(const std::string& name) {

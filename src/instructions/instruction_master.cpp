@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "common/fetch.h"
 #include "database/recordset.h"
 #include "frame/ported_stat.h"
 #include "frame/session.h"
@@ -29,8 +30,6 @@ std::optional<double> OptionalDouble(const Value& value) {
   if (value.IsNull()) return std::nullopt;
   return value.ToDouble();
 }
-
-bool IsSet(const Value& flag) { return flag.NumberOr0() != 0; }
 
 InstructionMaster MasterOf(const Recordset& row) {
   return {

@@ -1,6 +1,7 @@
 // What the entry of advances and loans lists: instructions, the schedule, receipts, the overview.
 #include <fmt/format.h>
 
+#include "common/amounts.h"
 #include "common/month_year.h"
 #include "database/recordset.h"
 #include "frame/session.h"
@@ -17,8 +18,6 @@ constexpr Colour kRecoveryEqualColour = 0xFFC0C0;
 constexpr Colour kRecoveryUnequalColour = 0xB0B0FF;
 constexpr const char* kTakenBySalary = "salary";  // the tag of such a row
 
-std::string Amount(double amount) { return FormatNumber(amount, "0.00"); }
-std::string Amount(const Value& amount) { return amount.IsNull() ? "" : Amount(amount.ToDouble()); }
 std::string DateText(const Value& date) { return date.IsDate() ? FormatDate(date.date(), "dd/mm/yyyy") : ""; }
 
 }  // namespace
@@ -82,12 +81,12 @@ void modAdvLoan::RefreshDetail() {
     fpgAdvLoan.At(row, kListName).text = instruction.name;
     fpgAdvLoan.At(row, kListAccount).text = instruction.account;
     fpgAdvLoan.At(row, kListDate).text = DateText(instruction.date);
-    fpgAdvLoan.At(row, kListAmount).text = Amount(instruction.amount);
-    fpgAdvLoan.At(row, kListInterest).text = Amount(instruction.interest);
-    fpgAdvLoan.At(row, kListEmi).text = Amount(instruction.emi);
-    fpgAdvLoan.At(row, kListEmi).tag = Amount(instruction.emiInterest);
-    fpgAdvLoan.At(row, kListRecovered).text = Amount(instruction.recovered);
-    fpgAdvLoan.At(row, kListReceipts).text = Amount(instruction.receipts);
+    fpgAdvLoan.At(row, kListAmount).text = ShownAmount(instruction.amount);
+    fpgAdvLoan.At(row, kListInterest).text = ShownAmount(instruction.interest);
+    fpgAdvLoan.At(row, kListEmi).text = ShownAmount(instruction.emi);
+    fpgAdvLoan.At(row, kListEmi).tag = ShownAmount(instruction.emiInterest);
+    fpgAdvLoan.At(row, kListRecovered).text = ShownAmount(instruction.recovered);
+    fpgAdvLoan.At(row, kListReceipts).text = ShownAmount(instruction.receipts);
     fpgAdvLoan.At(row, kListRemarks).text = instruction.remarks;
     PaintListRow(row, instruction);
     if (instruction.serial == serial_ && !newRecord_) fpgAdvLoan.activeRow = row;
@@ -113,13 +112,13 @@ void modAdvLoan::RefreshEMI() {
     fpgEMI.At(row, kEmiCounter).text = std::to_string(month.counter);
     fpgEMI.At(row, kEmiMonth).text = FnStrFormatMonthYear(month.monthYear);
     fpgEMI.At(row, kEmiRecovered).text = month.IsRecovered() ? "1" : "0";
-    fpgEMI.At(row, kEmiActualPrincipal).text = Amount(month.actualPrincipal);
-    fpgEMI.At(row, kEmiActualInterest).text = Amount(month.actualInterest);
-    fpgEMI.At(row, kEmiActualAmount).text = Amount(month.emiAmount);
-    fpgEMI.At(row, kEmiModifiedPrincipal).text = Amount(month.modifiedPrincipal);
-    fpgEMI.At(row, kEmiModifiedInterest).text = Amount(month.modifiedInterest);
-    fpgEMI.At(row, kEmiInterestAmount).text = Amount(month.interest);
-    fpgEMI.At(row, kEmiModifiedAmount).text = Amount(month.modifiedAmount);
+    fpgEMI.At(row, kEmiActualPrincipal).text = ShownAmount(month.actualPrincipal);
+    fpgEMI.At(row, kEmiActualInterest).text = ShownAmount(month.actualInterest);
+    fpgEMI.At(row, kEmiActualAmount).text = ShownAmount(month.emiAmount);
+    fpgEMI.At(row, kEmiModifiedPrincipal).text = ShownAmount(month.modifiedPrincipal);
+    fpgEMI.At(row, kEmiModifiedInterest).text = ShownAmount(month.modifiedInterest);
+    fpgEMI.At(row, kEmiInterestAmount).text = ShownAmount(month.interest);
+    fpgEMI.At(row, kEmiModifiedAmount).text = ShownAmount(month.modifiedAmount);
     fpgEMI.At(row, kEmiInstitution).text = month.institution;
     PaintEmiRow(row);
   }
@@ -163,20 +162,20 @@ void modAdvLoan::RefreshReceipts() {
     const std::size_t row = fpgReceipts.AddRow();
     fpgReceipts.At(row, kReceiptCounter).text = rs["COUNTER"].TextOrEmpty();
     fpgReceipts.At(row, kReceiptDate).text = DateText(rs["RCPTDATE"]);
-    fpgReceipts.At(row, kReceiptPrincipal).text = Amount(rs["RCPTPRNAMT"]);
-    fpgReceipts.At(row, kReceiptInterest).text = Amount(rs["RCPTINTAMT"]);
-    fpgReceipts.At(row, kReceiptTotal).text = Amount(rs["RCPTAMT"]);
+    fpgReceipts.At(row, kReceiptPrincipal).text = ShownAmount(rs["RCPTPRNAMT"]);
+    fpgReceipts.At(row, kReceiptInterest).text = ShownAmount(rs["RCPTINTAMT"]);
+    fpgReceipts.At(row, kReceiptTotal).text = ShownAmount(rs["RCPTAMT"]);
     fpgReceipts.At(row, kReceiptRemarks).text = rs["REMARKS"].TextOrEmpty();
   }
 }
 
 void modAdvLoan::UpdateOverview() {
   const AdvLoanTotals totals = employee_ == 0 ? AdvLoanTotals{} : ReadTotals(session_, employee_);
-  txtTotalAdv.SetText(Amount(totals.amount));
-  txtTotalInterest.SetText(Amount(totals.interest));
-  txtTotalReceipt.SetText(Amount(totals.receipts));
-  txtTotalDedSalary.SetText(Amount(totals.fromSalary));
-  txtTotalDue.SetText(Amount(totals.Due()));
+  txtTotalAdv.SetText(ShownAmount(totals.amount));
+  txtTotalInterest.SetText(ShownAmount(totals.interest));
+  txtTotalReceipt.SetText(ShownAmount(totals.receipts));
+  txtTotalDedSalary.SetText(ShownAmount(totals.fromSalary));
+  txtTotalDue.SetText(ShownAmount(totals.Due()));
 }
 
 void modAdvLoan::fpgAdvLoan_Click() {

@@ -73,10 +73,6 @@ std::vector<EmiMonth> ReadEmiMonths(Session& session, InstructionParent& parent)
   return months;
 }
 
-std::string ShownAmount(const Value& amount) {
-  return amount.IsNull() ? "" : FormatNumber(amount.ToDouble(), "0.00");
-}
-
 std::vector<AdjustableMonth> AdjustableMonths(const std::vector<EmiMonth>& months, Component component) {
   std::vector<AdjustableMonth> adjustable;
   adjustable.reserve(months.size());

@@ -43,9 +43,6 @@ struct OverviewAmounts {
 };
 OverviewAmounts ReadOverview(InstructionParent& parent);
 
-// As the grids show an amount: two decimals, nothing for a null.
-std::string ShownAmount(const Value& amount);
-
 // "No end" of a range of months, as the employee lock takes it.
 inline constexpr const char* kNoLastMonth = "36000";
 
