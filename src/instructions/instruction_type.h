@@ -1,26 +1,21 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace ktl {
 
 struct Session;
 
 // SITYPE, the kind of an instruction. 6 is not used.
-inline constexpr int kAdvanceType = 1;
-inline constexpr int kLoanType = 2;
-inline constexpr int kInsuranceType = 3;
-inline constexpr int kSssType = 4;
-inline constexpr int kGroupInsuranceType = 5;
-inline constexpr int kIncentiveType = 7;
-
-// Advances and loans stand in INS_ADVLOAN, all others in INS_OTHER.
-constexpr bool IsAdvanceOrLoan(int siType) { return siType == kAdvanceType || siType == kLoanType; }
-
-// Loans, insurance, SSS and group insurance name an institution month by month.
-constexpr bool HasInstitution(int siType) { return siType >= kLoanType && siType <= kGroupInsuranceType; }
-
-// The word that the company shows the type under, "" when it has none.
-std::string InstructionCaption(Session& session, int siType);
+enum class InstructionType : int {
+  None = 0,  // of screens that are opened without a type; has no facts
+  Advance = 1,
+  Loan = 2,
+  Insurance = 3,
+  Sss = 4,
+  GroupInsurance = 5,
+  Incentive = 7,
+};
 
 }  // namespace ktl
