@@ -37,13 +37,13 @@ std::string ForRunningEmployees(std::string condition) {
 
 std::string LenderOf(Session& session, const InstructionKey& key) {
   const Recordset lenders(session.Cn, "SELECT COUNT(INSTID) FROM INS_EMIDETAIL WHERE " +
-                                          WhereInstruction(key) + " GROUP BY INSTID");
+                                          WhereInstruction(key).text() + " GROUP BY INSTID");
   if (lenders.RecordCount() != 1) return "";
   return session.data
       .FnVarGetDbValue(
           "SELECT INSTNAME FROM MAS_INSTITUTION MI WHERE INSTID IN (SELECT TOP 1 INSTID FROM "
           "INS_EMIDETAIL WHERE INSTID = MI.INSTID AND " +
-              WhereInstruction(key) + ")",
+              WhereInstruction(key).text() + ")",
           "")
       .ToText();
 }
@@ -53,7 +53,7 @@ double RecoveredByHand(Session& session, const InstructionKey& key, long salaryF
   return ReadNumber(session,
                     fmt::format("Select Sum(E.MDFYAMT) From INS_EMIDETAIL E Where E.EMPID = {} And "
                                 "E.SERIALNO = {} And E.SITYPE = {} And E.EMIRECVYN = 1 And E.MONTHYEAR < {}",
-                                key.employee, key.serial, key.siType, salaryFrom));
+                                key.employee, key.serial, key.type, salaryFrom));
 }
 
 std::string CalculatedSalaryOf(const InstructionKey& key) {
@@ -63,17 +63,17 @@ std::string CalculatedSalaryOf(const InstructionKey& key) {
       "SE.MONTHYEAR And SE.SALID = SD.SALID And SE.INDICATOR <> 1  And E.EMPID = {} And E.SERIALNO = {} And "
       "E.SITYPE "
       "= {}",
-      key.employee, key.serial, key.siType);
+      key.employee, key.serial, key.type);
 }
 
 double RecoveredBySalary(Session& session, const InstructionKey& key) {
   return ReadNumber(session, fmt::format("Select Sum(E.MDFYAMT) {} And SD.{} > -1", CalculatedSalaryOf(key),
-                                         SalaryHeadOf(key.siType)));
+                                         FactsOf(key.type).salaryColumn));
 }
 
 bool SalaryHasTaken(Session& session, const InstructionKey& key, long monthYear) {
   Recordset rs(session.Cn, fmt::format("Select DISTINCT E.EMIRECVYN, SD.{} {} And E.MONTHYEAR = {}",
-                                       SalaryHeadOf(key.siType), CalculatedSalaryOf(key), monthYear));
+                                       FactsOf(key.type).salaryColumn, CalculatedSalaryOf(key), monthYear));
   for (; !rs.Eof(); rs.MoveNext()) {
     if (!rs[1].IsNull() && rs[1].ToDouble() > -1) return true;
   }
@@ -91,20 +91,21 @@ std::set<long> ReadCalculatedMonths(Session& session, const InstructionKey& key)
 }
 
 void AddFigures(Session& session, AdvLoanListRow& row, const InstructionKey& key, long salaryFrom) {
-  const Recordset sums(session.Cn,
-                       "Select Sum(MDFYAMT), Sum(INTAMT) From INS_EMIDETAIL Where " + WhereInstruction(key));
+  const Recordset sums(session.Cn, "Select Sum(MDFYAMT), Sum(INTAMT) From INS_EMIDETAIL Where " +
+                                       WhereInstruction(key).text());
   row.emi = sums[0].NumberOr0();
   if (ReadNameRules(session, row.name).REDUCINGBALYN) row.emiInterest = sums[1].NumberOr0();
-  row.receipts = ReadNumber(session, "Select Sum(RCPTAMT) From INS_RECEIPTS Where " + WhereInstruction(key));
+  row.receipts =
+      ReadNumber(session, "Select Sum(RCPTAMT) From INS_RECEIPTS Where " + WhereInstruction(key).text());
   row.recovered = RecoveredByHand(session, key, salaryFrom) + RecoveredBySalary(session, key);
 }
 
 std::string ScheduleStatement(const InstructionKey& key) {
-  if (key.siType == 1) {
+  if (key.type == InstructionType::Advance) {
     return "Select COUNTER, MONTHYEAR, EMIAMT, MDFYAMT, INTAMT, ACTPRNAMT, ACTINTAMT, MDFPRNAMT, MDFINTAMT "
            "From "
            "INS_EMIDETAIL Where " +
-           WhereInstruction(key) + " Order By MONTHYEAR";
+           WhereInstruction(key).text() + " Order By MONTHYEAR";
   }
   // A month without a lender of the type does not show.
   return fmt::format(
@@ -112,13 +113,13 @@ std::string ScheduleStatement(const InstructionKey& key) {
       "E.MDFINTAMT, I.INSTNAME From INS_EMIDETAIL E, MAS_INSTITUTION I Where E.INSTID = I.INSTID And "
       "I.TYPEID = "
       "E.SITYPE And E.EMPID = {} And E.SERIALNO = {} And E.SITYPE = {} Order By E.MONTHYEAR",
-      key.employee, key.serial, key.siType);
+      key.employee, key.serial, key.type);
 }
 
 std::map<long, bool> ReadHandMarks(Session& session, const InstructionKey& key) {
   std::map<long, bool> marks;
   for (Recordset rs(session.Cn,
-                    "Select COUNTER, EMIRECVYN From INS_EMIDETAIL Where " + WhereInstruction(key));
+                    "Select COUNTER, EMIRECVYN From INS_EMIDETAIL Where " + WhereInstruction(key).text());
        !rs.Eof(); rs.MoveNext()) {
     marks[rs[0].ToLong()] = rs[1].NumberOr0() == 1;
   }
@@ -126,10 +127,6 @@ std::map<long, bool> ReadHandMarks(Session& session, const InstructionKey& key) 
 }
 
 }  // namespace
-
-std::string_view SalaryHeadOf(int siType) { return siType == 1 ? "ADVANCE" : "LOAN"; }
-
-std::string_view AuditWordOf(int siType) { return siType == 1 ? "Advance" : "Loan"; }
 
 std::vector<ListRow> ReadEmployees(Session& session, bool withRunningEmi, std::string_view orderBy) {
   const std::string condition = ClassSecurityCondition(session);
@@ -197,7 +194,7 @@ bool MayHaveHouseLoan(Session& session, long employee, std::string_view name) {
 std::optional<AdvLoanDetail> ReadAdvLoan(Session& session, const InstructionKey& key) {
   const Recordset rs(session.Cn,
                      "Select SINAME, LOANACNO, SIDATE, ACTAMT, INTAMT, REMARKS From INS_ADVLOAN Where " +
-                         WhereInstruction(key));
+                         WhereInstruction(key).text());
   if (rs.Eof()) return std::nullopt;
   AdvLoanDetail detail;
   detail.name = rs["SINAME"].TextOrEmpty();
@@ -206,7 +203,7 @@ std::optional<AdvLoanDetail> ReadAdvLoan(Session& session, const InstructionKey&
   detail.amount = rs["ACTAMT"].NumberOr0();
   detail.interest = rs["INTAMT"].NumberOr0();
   detail.remarks = rs["REMARKS"].TextOrEmpty();
-  if (key.siType == 2) detail.institution = LenderOf(session, key);
+  if (key.type == InstructionType::Loan) detail.institution = LenderOf(session, key);
   return detail;
 }
 
@@ -231,28 +228,19 @@ std::vector<AdvLoanListRow> ReadAdvLoanList(Session& session, long employee) {
     row.amount = rs["ACTAMT"].NumberOr0();
     row.interest = rs["INTAMT"].NumberOr0();
     row.remarks = rs["REMARKS"].TextOrEmpty();
-    AddFigures(session, row, {employee, session.SIType, row.serial}, salaryFrom);
+    AddFigures(session, row, {employee, static_cast<InstructionType>(session.SIType), row.serial},
+               salaryFrom);
     list.push_back(std::move(row));
   }
   return list;
 }
 
-std::vector<EmiRow> ReadSchedule(Session& session, const InstructionKey& key) {
+std::vector<ScheduleMonth> ReadSchedule(Session& session, const InstructionKey& key) {
   const std::map<long, bool> marks = ReadHandMarks(session, key);
   const std::set<long> calculated = ReadCalculatedMonths(session, key);
-  std::vector<EmiRow> schedule;
+  std::vector<ScheduleMonth> schedule;
   for (Recordset rs(session.Cn, ScheduleStatement(key)); !rs.Eof(); rs.MoveNext()) {
-    EmiRow row;
-    row.counter = rs["COUNTER"].ToLong();
-    row.monthYear = rs["MONTHYEAR"].ToLong();
-    row.emiAmount = rs["EMIAMT"];
-    row.modifiedAmount = rs["MDFYAMT"];
-    row.interest = rs["INTAMT"];
-    row.actualPrincipal = rs["ACTPRNAMT"];
-    row.actualInterest = rs["ACTINTAMT"];
-    row.modifiedPrincipal = rs["MDFPRNAMT"];
-    row.modifiedInterest = rs["MDFINTAMT"];
-    if (rs.HasField("INSTNAME")) row.institution = rs["INSTNAME"].TextOrEmpty();
+    ScheduleMonth row = ReadScheduleMonth(rs);
     if (const auto mark = marks.find(row.counter); mark != marks.end()) row.markedRecovered = mark->second;
     row.recoveredBySalary = calculated.contains(row.monthYear) && SalaryHasTaken(session, key, row.monthYear);
     schedule.push_back(std::move(row));

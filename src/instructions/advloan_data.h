@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "instructions/instruction_parent.h"
+#include "instructions/schedule_month.h"
 #include "runtime/date.h"
 #include "runtime/value.h"
 #include "screen/controls.h"
@@ -41,19 +42,6 @@ struct AdvLoanListRow {
   bool RecoveryEqualsPayment() const { return recovered + receipts == amount + interest; }
 };
 
-// One month of a schedule.
-struct EmiRow {
-  long counter = 0;
-  long monthYear = 0;
-  Value emiAmount, modifiedAmount, interest;
-  Value actualPrincipal, actualInterest, modifiedPrincipal, modifiedInterest;
-  std::string institution;
-  bool markedRecovered = false;    // EMIRECVYN
-  bool recoveredBySalary = false;  // a calculated salary has taken it
-
-  bool IsRecovered() const { return markedRecovered || recoveredBySalary; }
-};
-
 struct AdvLoanDetail {
   std::string name, account, remarks;
   Value date;
@@ -70,11 +58,6 @@ struct AdvLoanTotals {
   double Due() const { return amount + interest - (receipts + fromSalary); }
 };
 
-// The column of SLC_SALARYCALC_D for advances and loans.
-std::string_view SalaryHeadOf(int siType);
-// "Advance" or "Loan", as audit texts have it whatever the company calls the type.
-std::string_view AuditWordOf(int siType);
-
 std::vector<ListRow> ReadEmployees(Session& session, bool withRunningEmi, std::string_view orderBy);
 std::vector<ListRow> ReadNames(Session& session);
 std::vector<ListRow> ReadInstitutions(Session& session);
@@ -87,7 +70,7 @@ bool MayHaveHouseLoan(Session& session, long employee, std::string_view name);
 
 std::optional<AdvLoanDetail> ReadAdvLoan(Session& session, const InstructionKey& key);
 std::vector<AdvLoanListRow> ReadAdvLoanList(Session& session, long employee);
-std::vector<EmiRow> ReadSchedule(Session& session, const InstructionKey& key);
+std::vector<ScheduleMonth> ReadSchedule(Session& session, const InstructionKey& key);
 AdvLoanTotals ReadTotals(Session& session, long employee);
 
 // The employee's next serial number of the session's type.

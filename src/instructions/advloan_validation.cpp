@@ -29,7 +29,8 @@ Checked EndQuietly(EntryField focus = EntryField::None) { return Refusal{"", foc
 double Number(const std::string& text) { return clsGenCmn::FnDblTrimVal(text); }
 
 bool IsStored(Session& session, const AdvLoanEntry& entry) {
-  return session.data.FnBlnRecExists("Select SERIALNO From INS_ADVLOAN Where " + WhereInstruction(entry.key));
+  return session.data.FnBlnRecExists("Select SERIALNO From INS_ADVLOAN Where " +
+                                     WhereInstruction(entry.key).text());
 }
 
 // Counts the entry itself when it is stored already, so the last one allowed cannot be saved again.
@@ -38,7 +39,7 @@ long TimesGiven(Session& session, const AdvLoanEntry& entry) {
       .FnVarGetDbValue(
           fmt::format("select Count(serialno) as Total from INS_ADVLOAN Where EMPID={} And SITYPE = {} AND "
                       " SINAME = '{}'",
-                      entry.key.employee, entry.key.siType, SqlText(session, entry.name)),
+                      entry.key.employee, entry.key.type, SqlText(session, entry.name)),
           0)
       .ToLong();
 }
@@ -73,7 +74,7 @@ Checked CheckWhoAndWhat(Session& session, const AdvLoanEntry& entry) {
 }
 
 Checked CheckLoanAccount(Session& session, const AdvLoanEntry& entry, const AskToContinue& ask) {
-  if (entry.key.siType != 2) return {};
+  if (entry.key.type != InstructionType::Loan) return {};
   if (entry.institution.empty() && !IsStored(session, entry)) {
     return Refuse("Select institution.", EntryField::Institution);
   }
@@ -84,7 +85,7 @@ Checked CheckLoanAccount(Session& session, const AdvLoanEntry& entry, const AskT
       fmt::format(
           "Select COUNT(SERIALNO) From INS_ADVLOAN Where SITYPE = {} AND LOANACNO = '{}' AND (EMPID <> {} OR "
           "SERIALNO <> {})",
-          entry.key.siType, SqlText(session, account), entry.key.employee, entry.key.serial),
+          entry.key.type, SqlText(session, account), entry.key.employee, entry.key.serial),
       0);
   if (others.NumberOr0() > 0 &&
       !ask("Loan Account number already exist(s). Do you want to continue ?", Icon::Question, Answer::Yes)) {

@@ -20,7 +20,7 @@ constexpr const char* kLoanNumbersMarker = "BrookfieldFarmCustom.dat";
 
 // The row's columns in their order, and the audit text that grows with them.
 std::string StoreInstruction(Recordset& row, const AdvLoanEntry& entry) {
-  std::string audit = fmt::format("SI Type = {}", AuditWordOf(entry.key.siType));
+  std::string audit = fmt::format("SI Type = {}", FactsOf(entry.key.type).word);
   const auto assign = [&](const char* column, Value value, const char* label, const std::string& shown) {
     row.Set(column, std::move(value));
     if (label != nullptr) audit += fmt::format(":{} = {}", label, shown);
@@ -31,9 +31,9 @@ std::string StoreInstruction(Recordset& row, const AdvLoanEntry& entry) {
   const std::string remarks = Trim(entry.remarks);
   assign("EMPID", entry.key.employee, nullptr, "");
   assign("SERIALNO", entry.key.serial, nullptr, "");
-  assign("SITYPE", entry.key.siType, nullptr, "");
+  assign("SITYPE", NumberOf(entry.key.type), nullptr, "");
   assign("SINAME", name, "SI Name", name);
-  assign("LOANACNO", account, entry.key.siType == 2 ? "A/c No." : nullptr, account);
+  assign("LOANACNO", account, entry.key.type == InstructionType::Loan ? "A/c No." : nullptr, account);
   assign("SIDATE", date, "Date", date);
   assign("ACTAMT", entry.Amount(), "Amount", NumberText(entry.Amount()));
   assign("INTAMT", entry.Interest(), "Interest Amount", NumberText(entry.Interest()));
@@ -77,7 +77,7 @@ void GiveLoanNumber(Session& session, const InstructionKey& key) {
 
 void Audit(Session& session, const InstructionKey& key, std::string_view what, const std::string& detail) {
   if (!FnBlnAuditOn(session)) return;
-  const std::string done = fmt::format("{} {}", AuditWordOf(key.siType), what);
+  const std::string done = fmt::format("{} {}", FactsOf(key.type).word, what);
   WriteAuditTrail(session, kMenuNumber, key.employee, "Standing Instructions - " + done,
                   done + "::" + detail);
 }
@@ -88,18 +88,18 @@ void ZeroInstalments(Session& session, const InstructionKey& key) {
   if (months.empty()) return;
   session.Cn.Execute(
       fmt::format("Update INS_EMIDETAIL Set EMIAMT = 0 Where {} And MONTHYEAR Between {} And {}",
-                  WhereInstruction(key), months.front(), months.back()));
+                  WhereInstruction(key).text(), months.front(), months.back()));
 }
 
 void DeleteRows(Session& session, const char* table, const InstructionKey& key) {
-  session.Cn.Execute(fmt::format("Delete From {} Where  {}", table, WhereInstruction(key)));
+  session.Cn.Execute(fmt::format("Delete From {} Where  {}", table, WhereInstruction(key).text()));
 }
 
 }  // namespace
 
 bool WriteAdvLoan(Session& session, const AdvLoanEntry& entry) {
   if (entry.Amount() <= 0) return false;
-  Recordset row(session.Cn, "Select * From INS_ADVLOAN Where " + WhereInstruction(entry.key),
+  Recordset row(session.Cn, "Select * From INS_ADVLOAN Where " + WhereInstruction(entry.key).text(),
                 OpenMode::Update);
   const bool isNew = row.Eof();
   if (isNew) row.AddNew();
@@ -112,7 +112,8 @@ bool WriteAdvLoan(Session& session, const AdvLoanEntry& entry) {
   Audit(session, entry.key, "Added", audit + RecoveryAuditText(entry));
   RaiseEditMode(session, entry.key.employee, MonthsOfInstruction(entry.key),
                 AttendanceWording::EmployeeFirst);
-  if (isNew && entry.key.siType == 2 && session.machine.folder.HasFile(kLoanNumbersMarker)) {
+  if (isNew && entry.key.type == InstructionType::Loan &&
+      session.machine.folder.HasFile(kLoanNumbersMarker)) {
     GiveLoanNumber(session, entry.key);
   }
   return true;
@@ -120,8 +121,8 @@ bool WriteAdvLoan(Session& session, const AdvLoanEntry& entry) {
 
 std::vector<long> ReadScheduleMonths(Session& session, const InstructionKey& key) {
   std::vector<long> months;
-  Recordset rs(session.Cn,
-               "Select MONTHYEAR From INS_EMIDETAIL Where " + WhereInstruction(key) + " ORDER BY MONTHYEAR");
+  Recordset rs(session.Cn, "Select MONTHYEAR From INS_EMIDETAIL Where " + WhereInstruction(key).text() +
+                               " ORDER BY MONTHYEAR");
   for (; !rs.Eof(); rs.MoveNext()) months.push_back(rs[0].ToLong());
   return months;
 }
@@ -139,8 +140,8 @@ void DeleteAdvLoan(Session& session, const InstructionKey& key, const AdvLoanDet
   DeleteRows(session, "INS_EMIDETAIL", key);
   DeleteRows(session, "INS_ADVLOAN", key);
 
-  std::string audit = fmt::format("SI Type = {}:SI Name = {}", AuditWordOf(key.siType), detail.name);
-  if (key.siType == 2) audit += ":A/c No. = " + detail.account;
+  std::string audit = fmt::format("SI Type = {}:SI Name = {}", FactsOf(key.type).word, detail.name);
+  if (key.type == InstructionType::Loan) audit += ":A/c No. = " + detail.account;
   audit += fmt::format(":Date = {}:Amount = {}:Interest Amount = {}:Remarks = {}",
                        detail.date.IsDate() ? FormatDate(detail.date.date(), "dd/mm/yyyy") : "",
                        NumberText(detail.amount), NumberText(detail.interest), detail.remarks);
@@ -148,8 +149,10 @@ void DeleteAdvLoan(Session& session, const InstructionKey& key, const AdvLoanDet
 }
 
 void DeleteInstalment(Session& session, const InstructionKey& key, const InstalmentToDelete& instalment) {
-  const std::string thisMonth = fmt::format("{} And COUNTER = {}", WhereInstruction(key), instalment.counter);
-  RaiseEditMode(session, key.employee, "IN (Select MONTHYEAR From INS_EMIDETAIL Where " + thisMonth + ")",
+  const std::string thisMonth =
+      fmt::format("{} And COUNTER = {}", WhereInstruction(key).text(), instalment.counter);
+  RaiseEditMode(session, key.employee,
+                Statement("IN (Select MONTHYEAR From INS_EMIDETAIL Where " + thisMonth + ")"),
                 AttendanceWording::LockFirst);
   session.Cn.Execute("Delete From INS_EMIDETAIL Where " + thisMonth);
 }
@@ -160,13 +163,13 @@ void SpreadDeleted(Session& session, const InstructionKey& key, const std::vecto
     session.Cn.Execute(
         fmt::format("Update INS_EMIDETAIL SET MDFYAMT = {} Where EMPID={} AND SITYPE={} AND MONTHYEAR={} AND "
                     "SERIALNO = {}",
-                    SqlAmount(month.modifiedAmount), key.employee, key.siType, month.monthYear, key.serial));
+                    SqlAmount(month.modifiedAmount), key.employee, key.type, month.monthYear, key.serial));
   }
 }
 
 void AuditDeletedInstalments(Session& session, const InstructionKey& key, std::string_view name,
                              const std::vector<InstalmentToDelete>& deleted, std::string_view adjustment) {
-  std::string audit = fmt::format(":SI Type = {}:SI Name = {}", AuditWordOf(key.siType), name);
+  std::string audit = fmt::format(":SI Type = {}:SI Name = {}", FactsOf(key.type).word, name);
   for (const InstalmentToDelete& instalment : deleted) {
     audit += fmt::format("::Month/Year = {}:EMI Amount = {}", FnStrFormatMonthYear(instalment.monthYear),
                          instalment.amount);
@@ -190,12 +193,12 @@ void LowerTotalInterest(Session& session, const InstructionKey& key, std::string
   session.Cn.Execute(
       fmt::format("UPDATE INS_ADVLOAN SET INTAMT = (INTAMT - {}) WHERE SITYPE={} AND SERIALNO = {} AND "
                   "EMPID = {} AND SINAME='{}'",
-                  SqlAmount(interest), key.siType, key.serial, key.employee, SqlText(session, name)));
+                  SqlAmount(interest), key.type, key.serial, key.employee, SqlText(session, name)));
 }
 
 void MarkRecovered(Session& session, const InstructionKey& key, long counter, bool recovered) {
   session.Cn.Execute(fmt::format("Update INS_EMIDETAIL SET EMIRECVYN={} Where {} And COUNTER = {}",
-                                 recovered ? 1 : 0, WhereInstruction(key), counter));
+                                 recovered ? 1 : 0, WhereInstruction(key).text(), counter));
 }
 
 }  // namespace ktl

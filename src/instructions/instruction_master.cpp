@@ -33,7 +33,7 @@ std::optional<double> OptionalDouble(const Value& value) {
 
 InstructionMaster MasterOf(const Recordset& row) {
   return {
-      .siType = static_cast<int>(row["SITYPE"].ToLong()),
+      .type = static_cast<InstructionType>(row["SITYPE"].ToLong()),
       .siName = row["SINAME"].TextOrEmpty(),
       .accCode = row["ACCCODE"].TextOrEmpty(),
       .tdsYn = IsSet(row["TDSYN"]),
@@ -57,7 +57,7 @@ Value ValueOrNull(const std::optional<Number>& number) {
 Value Flag(bool on) { return on ? 1 : 0; }
 
 void AssignRules(Recordset& row, const InstructionMaster& master) {
-  row.Set("SITYPE", master.siType);
+  row.Set("SITYPE", NumberOf(master.type));
   row.Set("SINAME", master.siName);
   row.Set("ACCCODE", master.accCode.empty() ? Value(Null{}) : Value(master.accCode));
   row.Set("TDSYN", Flag(master.tdsYn));
@@ -79,7 +79,7 @@ void AssignAdvancedOptions(Recordset& row, const InstructionMaster& master, bool
 void WriteByRecordset(Session& session, const InstructionMaster& master, const std::string& oldName,
                       bool advanced) {
   Recordset row(session.Cn,
-                fmt::format("Select * From INS_MASTER Where SITYPE = {}{}", master.siType,
+                fmt::format("Select * From INS_MASTER Where SITYPE = {}{}", master.type,
                             NameCondition(session, oldName)),
                 OpenMode::Update);
   if (row.Eof()) row.AddNew();
@@ -95,7 +95,7 @@ void ExecuteAll(Session& session, const std::vector<std::string>& statements) {
 std::string HouseLoanCondition(Session& session, const InstructionMaster& master) {
   const std::string pair = EmployeeSerialPair(kMasterDialect);
   return fmt::format(" Where SITYPE = {0} And {1} In (Select {1} From INS_ADVLOAN Where SITYPE = {0}{2})",
-                     master.siType, pair, NameCondition(session, master.siName));
+                     master.type, pair, NameCondition(session, master.siName));
 }
 
 std::optional<MasterRefusal> FindAdvancedRefusal(const InstructionMaster& master,
@@ -110,20 +110,20 @@ std::optional<MasterRefusal> FindAdvancedRefusal(const InstructionMaster& master
 }
 
 bool IsNameTaken(Session& session, const InstructionMaster& master) {
-  return session.data.FnBlnRecExists(fmt::format("Select * From INS_MASTER Where SITYPE = {}{}",
-                                                 master.siType, NameCondition(session, master.siName)));
+  return session.data.FnBlnRecExists(fmt::format("Select * From INS_MASTER Where SITYPE = {}{}", master.type,
+                                                 NameCondition(session, master.siName)));
 }
 
 bool NeedsSection(const InstructionMaster& master) {
-  return master.siType >= kInsuranceType && master.siType <= kGroupInsuranceType && master.tdsYn;
+  return master.type >= InstructionType::Insurance && master.type <= InstructionType::GroupInsurance &&
+         master.tdsYn;
 }
 
 }  // namespace
 
-std::vector<InstructionMaster> ReadInstructionMasters(Session& session, int siType) {
+std::vector<InstructionMaster> ReadInstructionMasters(Session& session, InstructionType type) {
   std::vector<InstructionMaster> masters;
-  Recordset rows(session.Cn,
-                 fmt::format("Select * From INS_MASTER Where SITYPE = {} Order By SINAME", siType));
+  Recordset rows(session.Cn, fmt::format("Select * From INS_MASTER Where SITYPE = {} Order By SINAME", type));
   for (; !rows.Eof(); rows.MoveNext()) masters.push_back(MasterOf(rows));
   return masters;
 }
@@ -144,10 +144,10 @@ std::optional<MasterRefusal> FindMasterRefusal(Session& session, const Instructi
 
 std::optional<MasterRefusal> FindPreferenceRefusal(Session& session, const InstructionMaster& master,
                                                    const std::string& oldName, const std::string& caption) {
-  if (!IsAdvanceOrLoan(master.siType) || master.siPref == 0) return std::nullopt;
+  if (!IsAdvanceOrLoan(master.type) || master.siPref == 0) return std::nullopt;
   const std::string others = oldName.empty() ? "" : NameCondition(session, oldName, "<>");
   if (!session.data.FnBlnRecExists(
-          fmt::format("Select SIPREF From INS_MASTER Where SITYPE = {} And SIPREF = {}{}", master.siType,
+          fmt::format("Select SIPREF From INS_MASTER Where SITYPE = {} And SIPREF = {}{}", master.type,
                       master.siPref, others)))
     return std::nullopt;
   return MasterRefusal{
@@ -178,22 +178,22 @@ void WriteInstructionMaster(Session& session, const InstructionMaster& master, c
   transaction.Commit();
 }
 
-bool IsMasterInUse(Session& session, int siType, const std::string& siName) {
+bool IsMasterInUse(Session& session, InstructionType type, const std::string& siName) {
   const std::string name = Quoted(session, siName);
   return session.data.FnBlnRecExists(
-      IsAdvanceOrLoan(siType)
-          ? fmt::format("Select SITYPE From INS_ADVLOAN Where SITYPE = {} And SINAME = {}", siType, name)
-          : fmt::format("Select SITYPE From INS_OTHER Where SITYPE = {} And OTHNAME = {}", siType, name));
+      IsAdvanceOrLoan(type)
+          ? fmt::format("Select SITYPE From INS_ADVLOAN Where SITYPE = {} And SINAME = {}", type, name)
+          : fmt::format("Select SITYPE From INS_OTHER Where SITYPE = {} And OTHNAME = {}", type, name));
 }
 
-void DeleteInstructionMaster(Session& session, int siType, const std::string& siName) {
-  session.Cn.Execute(fmt::format("Delete From INS_MASTER Where SITYPE = {} And SINAME = {}", siType,
-                                 Quoted(session, siName)));
+void DeleteInstructionMaster(Session& session, InstructionType type, const std::string& siName) {
+  session.Cn.Execute(
+      fmt::format("Delete From INS_MASTER Where SITYPE = {} And SINAME = {}", type, Quoted(session, siName)));
 }
 
-void MarkInstructionsForPorting(Session& session, int siType, const std::string& siName, int code) {
+void MarkInstructionsForPorting(Session& session, InstructionType type, const std::string& siName, int code) {
   Recordset rows(session.Cn, fmt::format("SELECT * FROM INS_OTHER WHERE OTHNAME ={} AND SITYPE={}",
-                                         Quoted(session, siName), siType));
+                                         Quoted(session, siName), type));
   for (; !rows.Eof(); rows.MoveNext()) {
     const long employee = rows["EMPID"].ToLong();
     UpdateIncPortedStat(session, code, employee, CNull(rows["STARTMY"], 0).ToLong(), "",

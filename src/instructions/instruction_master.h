@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "instructions/instruction_type.h"
+
 namespace ktl {
 
 struct Session;
@@ -11,7 +13,7 @@ struct Session;
 // A row of INS_MASTER: a name under which instructions of one type can be given, and its rules. An advanced
 // option that is not set is Null in the row.
 struct InstructionMaster {
-  int siType = 0;
+  InstructionType type = InstructionType::None;
   std::string siName;
   std::string accCode;             // "" is stored as Null
   bool tdsYn = false;              // of a loan: it has house-loan details
@@ -27,7 +29,7 @@ struct InstructionMaster {
 };
 
 // The rows of the type, ordered by name.
-std::vector<InstructionMaster> ReadInstructionMasters(Session& session, int siType);
+std::vector<InstructionMaster> ReadInstructionMasters(Session& session, InstructionType type);
 
 enum class MasterField { Name, MaxAmount, MaxAllowed, RecEMI, InterestRate, Section, DedPref };
 
@@ -53,11 +55,11 @@ void DeleteHouseLoanDetails(Session& session, const InstructionMaster& master);
 void WriteInstructionMaster(Session& session, const InstructionMaster& master, const std::string& oldName,
                             bool advanced);
 
-bool IsMasterInUse(Session& session, int siType, const std::string& siName);
-void DeleteInstructionMaster(Session& session, int siType, const std::string& siName);
+bool IsMasterInUse(Session& session, InstructionType type, const std::string& siName);
+void DeleteInstructionMaster(Session& session, InstructionType type, const std::string& siName);
 
 // Marks the employees who have an instruction under the name for a new tax porting, by the code of
 // UpdateIncPortedStat.
-void MarkInstructionsForPorting(Session& session, int siType, const std::string& siName, int code);
+void MarkInstructionsForPorting(Session& session, InstructionType type, const std::string& siName, int code);
 
 }  // namespace ktl

@@ -26,7 +26,7 @@ int Flag(bool on) { return on ? 1 : 0; }
 std::string InsertStatement(Session& session, const InstructionMaster& master) {
   return fmt::format(
       "INSERT INTO INS_MASTER VALUES ({}, '{}', {}, {}, {}, {}, Null, Null, Null, Null, 0, {}, {})",
-      master.siType, SqlText(session, master.siName), TextOrNull(session, master.accCode), Flag(master.tdsYn),
+      master.type, SqlText(session, master.siName), TextOrNull(session, master.accCode), Flag(master.tdsYn),
       PreferenceOrNull(master.siPref), NumberOrNull(master.tdsRefNo), Flag(master.sepPiYn),
       Flag(master.sbiIfbYn));
 }
@@ -37,7 +37,7 @@ std::string UpdateStatement(Session& session, const InstructionMaster& master) {
       "UPDATE INS_MASTER SET ACCCODE = {}, TDSYN = {}, SIPREF = {}, TDSREFNO = {}"
       " Where SINAME = '{}' AND SITYPE={}",
       TextOrNull(session, master.accCode), Flag(master.tdsYn), PreferenceOrNull(master.siPref),
-      NumberOrNull(master.tdsRefNo), SqlText(session, master.siName), master.siType);
+      NumberOrNull(master.tdsRefNo), SqlText(session, master.siName), master.type);
 }
 
 std::string AdvancedStatement(Session& session, const InstructionMaster& master) {
@@ -46,7 +46,7 @@ std::string AdvancedStatement(Session& session, const InstructionMaster& master)
       " REDUCINGBALYN = {} Where SINAME = '{}' AND SITYPE={}",
       NumberOrNull(master.amtLimit), NumberOrNull(master.allowLimit), NumberOrNull(master.emiRecCnt),
       NumberOrNull(master.intrRate), Flag(master.reducingBalYn), SqlText(session, master.siName),
-      master.siType);
+      master.type);
 }
 
 }  // namespace
@@ -65,9 +65,9 @@ std::vector<std::string> RenameStatements(Session& session, const InstructionMas
   const std::string to = SqlText(session, master.siName);
   return {
       fmt::format("Update INS_ADVLOAN Set SINAME = '{}' Where SINAME = '{}' AND SITYPE={}", to, from,
-                  master.siType),
+                  master.type),
       fmt::format("Update INS_OTHER Set OTHNAME = '{}' Where OTHNAME = '{}' AND SITYPE={}", to, from,
-                  master.siType),
+                  master.type),
   };
 }
 
@@ -83,7 +83,7 @@ std::vector<std::string> OraSaveStatements(Session& session, const InstructionMa
   if (advanced) statements.push_back(AdvancedStatement(session, master));
   if (renamed) {
     statements.push_back(fmt::format("Delete From INS_MASTER Where SINAME = '{}' AND SITYPE={}",
-                                     SqlText(session, oldName), master.siType));
+                                     SqlText(session, oldName), master.type));
   }
   return statements;
 }

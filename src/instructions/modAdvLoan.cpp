@@ -8,7 +8,7 @@
 #include "frame/rights.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
-#include "instructions/instruction_type.h"
+#include "instructions/type_rights.h"
 #include "runtime/numbers.h"
 
 namespace ktl {
@@ -18,14 +18,12 @@ namespace {
 constexpr const char* kNoRoundingMarker = "SIRoundNone.dat";
 constexpr Colour kWarningColour = 0x2020C0;
 
-long FormIdOf(int siType) { return siType == 1 ? 48 : 54; }
-
 }  // namespace
 
-modAdvLoan::modAdvLoan(Session& session) : Screen("modAdvLoan"), session_(session), siType_(session.SIType) {
+modAdvLoan::modAdvLoan(Session& session, InstructionType type)
+    : Screen("modAdvLoan"), session_(session), type_(type) {
   caption = session.title;
   PlaceInFrames();
-  SetButtonTags();
   SetKeyFilters();
   ConnectHandlers();
 }
@@ -110,28 +108,6 @@ void modAdvLoan::PlaceInFrames() {
   }
 }
 
-void modAdvLoan::SetButtonTags() {
-  struct TaggedButton {
-    Button* button;
-    const char* advance;
-    const char* loan;
-  };
-  for (const TaggedButton& row : {TaggedButton{&cmdMaster, "198", "222"},
-                                  {&cmdInstitution, "", "223"},
-                                  {&cmdFmeFormula, "199", "224"},
-                                  {&cmdSave, "200", "225"},
-                                  {&cmdDelete, "201", "226"},
-                                  {&cmdMonthly, "202", "227"},
-                                  {&cmdMultiAllot, "203", "228"},
-                                  {&cmdAccept, "204", "229"},
-                                  {&cmdAdvFormulate, "205", "230"},
-                                  {&cmdEMIDelete, "206", "231"},
-                                  {&cmdEmi, "207", "232"},
-                                  {&cmdReceipts, "208", "233"}}) {
-    row.button->tag = siType_ == 1 ? row.advance : row.loan;
-  }
-}
-
 void modAdvLoan::SetKeyFilters() {
   for (TextBox* box : {&txtAdvAmount, &txtInterestAmt, &txtInstlAmt}) {
     box->rightAligned = true;
@@ -157,7 +133,7 @@ void modAdvLoan::Form_Load() {
   SetGridColumns();
   session_.AdvanceMgmtYN = session_.features.On("ADVMGALYN");
   WithErrorBox(session_, [this] { FillLists(); })();
-  ApplyButtonRights(session_, *this, FormIdOf(siType_));
+  ApplyTypeRights(session_, *this, type_);
   ShowFormulaFrame(false);
   ClearInstruction();
   ShowScheduleInputs(true);
@@ -174,23 +150,24 @@ void modAdvLoan::FillLists() {
 }
 
 void modAdvLoan::SetCaptions() {
-  caption_ = InstructionCaption(session_, siType_);
+  caption_ = InstructionCaption(session_, type_);
   caption = caption_ + " - " + session_.title;
-  tabDetails.pages = {
-      {caption_ + " N&ame"}, {"EMI Details"}, {siType_ == 1 ? "R&eceipts Recovered" : "D&eposits"}};
+  tabDetails.pages = {{caption_ + " N&ame"},
+                      {"EMI Details"},
+                      {type_ == InstructionType::Advance ? "R&eceipts Recovered" : "D&eposits"}};
   lblALName.caption = caption_ + " Name";
   fmeTransaction.caption = caption_ + " Details";
   lblAdvLoan.caption = "Total " + caption_;
   lblLoanAccNo.caption = caption_ + " A/c No.";
-  lblTotRcpt.caption = siType_ == 1 ? "Total Receipts" : "Total Deposits";
-  cmdReceipts.caption = siType_ == 1 ? "&Receipts" : "&Deposits";
+  lblTotRcpt.caption = type_ == InstructionType::Advance ? "Total Receipts" : "Total Deposits";
+  cmdReceipts.caption = type_ == InstructionType::Advance ? "&Receipts" : "&Deposits";
   lblEmpIDRef.caption = session_.options.REFNOCAP;
 }
 
 void modAdvLoan::ShowForType() {
   for (Control* control : std::initializer_list<Control*>{&lblLoanAccNo, &txtLoanAccNo, &lblInstitution,
                                                           &cmbInstitution, &cmdInstitution}) {
-    control->visible = siType_ == 2;
+    control->visible = type_ == InstructionType::Loan;
   }
   cmdTDSDet.visible = false;
   optRoundNone.visible = session_.machine.folder.HasFile(kNoRoundingMarker);
@@ -271,7 +248,8 @@ void modAdvLoan::cmbALName_Change() {
       optInstlLumpSum.SetValue(true);
     }
   }
-  cmdTDSDet.visible = siType_ == 2 && employee_ != 0 && MayHaveHouseLoan(session_, employee_, name);
+  cmdTDSDet.visible =
+      type_ == InstructionType::Loan && employee_ != 0 && MayHaveHouseLoan(session_, employee_, name);
   session_.SepPiYN = ReadSepPiYN(session_, name);
   ShowInterestLock();
   ShowComponentColumns();
@@ -301,8 +279,8 @@ void modAdvLoan::txtSerialNo_Change() {
     ShowScheduleInputs(true);
     newRecord_ = serial_ > 0;
   }
-  cmdTDSDet.visible =
-      siType_ == 2 && employee_ != 0 && MayHaveHouseLoan(session_, employee_, cmbALName.Text());
+  cmdTDSDet.visible = type_ == InstructionType::Loan && employee_ != 0 &&
+                      MayHaveHouseLoan(session_, employee_, cmbALName.Text());
   RefreshEMI();
   RefreshReceipts();
 }

@@ -54,7 +54,7 @@ class modAdvLoan final : public Screen, public InstructionParent {
     kReceiptRemarks,
   };
 
-  explicit modAdvLoan(Session& session);
+  modAdvLoan(Session& session, InstructionType type);
 
   // Employee
   Label lblEmpName{*this, "lblEmpName", "Employee Name"};
@@ -187,11 +187,11 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void fpgAdvLoan_Click();
   void fpgEMI_CellChange(std::size_t row, std::size_t column);
 
-  InstructionKey Key() const override { return {employee_, siType_, serial_}; }
+  InstructionKey Key() const override { return {employee_, type_, serial_}; }
   std::string InstructionName() const override { return cmbALName.Text(); }
-  bool ReducingBalance() const override { return rules_.REDUCINGBALYN; }
-  Grid& OverviewGrid() override { return fpgAdvLoan; }
-  Grid& EmiGrid() override { return fpgEMI; }
+  InstructionTotals Totals() const override;
+  std::set<long> RecoveredMonths() const override;
+  bool ComponentsApart() const override { return rules_.REDUCINGBALYN; }
   void RefreshDetail() override;
   void RefreshEMI() override;
   void RefreshReceipts() override;
@@ -202,7 +202,6 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void ConnectHandlers();
   void PlaceInFrames();
   void SetCaptions();
-  void SetButtonTags();
   void SetGridColumns();
   void ShowComponentColumns();
   void SetKeyFilters();
@@ -243,13 +242,14 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void OpenOnInstruction(const char* screenName);
 
   Session& session_;
-  int siType_;
+  InstructionType type_;
   std::string caption_;  // the company's word for the type
   long employee_ = 0;
   long serial_ = 0;
   bool newRecord_ = false;  // from the moment an unknown serial number is typed until it is saved
   NameRules rules_;
-  double formulaMonths_ = 0;  // of the accepted formula, 0 for none
+  std::vector<AdvLoanListRow> instructions_;  // the rows of fpgAdvLoan
+  double formulaMonths_ = 0;                  // of the accepted formula, 0 for none
 };
 
 }  // namespace ktl

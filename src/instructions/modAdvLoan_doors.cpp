@@ -132,7 +132,7 @@ void modAdvLoan::cmdReceipts_Click() {
 void modAdvLoan::cmdReport_Click() {
   if (FnBlnPermitted(session_, cmdReport)) return;
   StartExternal(session_, {"KTLSIRep", "KestrelLedger - Reports",
-                           fmt::format("{}#{}#{}#0", siType_ == 1 ? "1521" : "1522",
+                           fmt::format("{}#{}#{}#0", type_ == InstructionType::Advance ? "1521" : "1522",
                                        Value(session_.ReportFlag).ToText(), session_.ReportNumber)});
 }
 

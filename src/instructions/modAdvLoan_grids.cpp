@@ -3,10 +3,10 @@
 
 #include "common/amounts.h"
 #include "common/month_year.h"
-#include "database/recordset.h"
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/modAdvLoan.h"
+#include "instructions/receipts.h"
 #include "runtime/numbers.h"
 
 namespace ktl {
@@ -18,17 +18,21 @@ constexpr Colour kRecoveryEqualColour = 0xFFC0C0;
 constexpr Colour kRecoveryUnequalColour = 0xB0B0FF;
 constexpr const char* kTakenBySalary = "salary";  // the tag of such a row
 
+std::string Shown(const ScheduleMonth::Amount& amount) { return amount ? ShownAmount(*amount) : ""; }
+
+double AsShown(double amount) { return clsGenCmn::FnDblTrimVal(ShownAmount(amount)); }
+
 std::string DateText(const Value& date) { return date.IsDate() ? FormatDate(date.date(), "dd/mm/yyyy") : ""; }
 
 }  // namespace
 
 void modAdvLoan::SetGridColumns() {
-  const std::string received = siType_ == 1 ? "Receipts" : "Deposits";
-  const std::string receipt = siType_ == 1 ? "Receipt" : "Deposit";
+  const std::string received = type_ == InstructionType::Advance ? "Receipts" : "Deposits";
+  const std::string receipt = type_ == InstructionType::Advance ? "Receipt" : "Deposit";
   fpgAdvLoan.columns = {
       {"Sl.No.", CellType::Number, 60},
       {caption_ + " Name", CellType::Text, 180},
-      {caption_ + " A/c No.", CellType::Text, 120, siType_ == 1},
+      {caption_ + " A/c No.", CellType::Text, 120, type_ == InstructionType::Advance},
       {"Date", CellType::Date, 90},
       {"Amount", CellType::Number, 110},
       {"Interest", CellType::Number, 100},
@@ -49,7 +53,7 @@ void modAdvLoan::SetGridColumns() {
       {"Modified Interest", CellType::Number, 120},
       {"Interest Amount", CellType::Number, 120},
       {"Modified Amount", CellType::Number, 125},
-      {"Institution", CellType::Text, 180, siType_ == 1},
+      {"Institution", CellType::Text, 180, type_ == InstructionType::Advance},
   };
   fpgReceipts.columns = {
       {"Counter", CellType::Number, 70, true},   {receipt + " Date", CellType::Date, 110},
@@ -74,8 +78,10 @@ void modAdvLoan::ShowComponentColumns() {
 
 void modAdvLoan::RefreshDetail() {
   fpgAdvLoan.Clear();
+  instructions_.clear();
   if (employee_ == 0) return;
-  for (const AdvLoanListRow& instruction : ReadAdvLoanList(session_, employee_)) {
+  instructions_ = ReadAdvLoanList(session_, employee_);
+  for (const AdvLoanListRow& instruction : instructions_) {
     const std::size_t row = fpgAdvLoan.AddRow();
     fpgAdvLoan.At(row, kListSerial).text = std::to_string(instruction.serial);
     fpgAdvLoan.At(row, kListName).text = instruction.name;
@@ -101,24 +107,42 @@ void modAdvLoan::PaintListRow(std::size_t row, const AdvLoanListRow& instruction
   fpgAdvLoan.At(row, kListReceipts).backColour = total;
 }
 
+InstructionTotals modAdvLoan::Totals() const {
+  for (const AdvLoanListRow& row : instructions_) {
+    if (row.serial != serial_) continue;
+    return {AsShown(row.amount), AsShown(row.interest), AsShown(row.emi), AsShown(row.recovered),
+            AsShown(row.receipts)};
+  }
+  return {};
+}
+
+std::set<long> modAdvLoan::RecoveredMonths() const {
+  std::set<long> months;
+  for (std::size_t row = 0; row < fpgEMI.rows.size(); ++row) {
+    if (fpgEMI.IsTicked(row, kEmiRecovered))
+      months.insert(clsDateHandle::FnLngFindMonthValue(fpgEMI.Text(row, kEmiMonth)));
+  }
+  return months;
+}
+
 void modAdvLoan::RefreshEMI() {
   fpgEMI.Clear();
   chkSelectAll.SetValue(false);
   if (serial_ == 0 || newRecord_) return;
-  for (const EmiRow& month : ReadSchedule(session_, Key())) {
+  for (const ScheduleMonth& month : ReadSchedule(session_, Key())) {
     const std::size_t row = fpgEMI.AddRow();
     fpgEMI.rows[row].tag = month.recoveredBySalary ? kTakenBySalary : "";
     fpgEMI.At(row, kEmiTick).text = "0";
     fpgEMI.At(row, kEmiCounter).text = std::to_string(month.counter);
     fpgEMI.At(row, kEmiMonth).text = FnStrFormatMonthYear(month.monthYear);
     fpgEMI.At(row, kEmiRecovered).text = month.IsRecovered() ? "1" : "0";
-    fpgEMI.At(row, kEmiActualPrincipal).text = ShownAmount(month.actualPrincipal);
-    fpgEMI.At(row, kEmiActualInterest).text = ShownAmount(month.actualInterest);
-    fpgEMI.At(row, kEmiActualAmount).text = ShownAmount(month.emiAmount);
-    fpgEMI.At(row, kEmiModifiedPrincipal).text = ShownAmount(month.modifiedPrincipal);
-    fpgEMI.At(row, kEmiModifiedInterest).text = ShownAmount(month.modifiedInterest);
-    fpgEMI.At(row, kEmiInterestAmount).text = ShownAmount(month.interest);
-    fpgEMI.At(row, kEmiModifiedAmount).text = ShownAmount(month.modifiedAmount);
+    fpgEMI.At(row, kEmiActualPrincipal).text = Shown(month.ACTPRNAMT);
+    fpgEMI.At(row, kEmiActualInterest).text = Shown(month.ACTINTAMT);
+    fpgEMI.At(row, kEmiActualAmount).text = Shown(month.EMIAMT);
+    fpgEMI.At(row, kEmiModifiedPrincipal).text = Shown(month.MDFPRNAMT);
+    fpgEMI.At(row, kEmiModifiedInterest).text = Shown(month.MDFINTAMT);
+    fpgEMI.At(row, kEmiInterestAmount).text = Shown(month.INTAMT);
+    fpgEMI.At(row, kEmiModifiedAmount).text = Shown(month.MDFYAMT);
     fpgEMI.At(row, kEmiInstitution).text = month.institution;
     PaintEmiRow(row);
   }
@@ -155,17 +179,15 @@ void modAdvLoan::chkSelectAll_Click() {
 void modAdvLoan::RefreshReceipts() {
   fpgReceipts.Clear();
   if (serial_ == 0 || newRecord_) return;
-  Recordset rs(session_.Cn,
-               "Select COUNTER, RCPTDATE, RCPTPRNAMT, RCPTINTAMT, RCPTAMT, REMARKS From INS_RECEIPTS Where " +
-                   WhereInstruction(Key()) + " Order By RCPTDATE");
-  for (; !rs.Eof(); rs.MoveNext()) {
+  for (const Receipt& receipt : ReadReceipts(session_, Key())) {
     const std::size_t row = fpgReceipts.AddRow();
-    fpgReceipts.At(row, kReceiptCounter).text = rs["COUNTER"].TextOrEmpty();
-    fpgReceipts.At(row, kReceiptDate).text = DateText(rs["RCPTDATE"]);
-    fpgReceipts.At(row, kReceiptPrincipal).text = ShownAmount(rs["RCPTPRNAMT"]);
-    fpgReceipts.At(row, kReceiptInterest).text = ShownAmount(rs["RCPTINTAMT"]);
-    fpgReceipts.At(row, kReceiptTotal).text = ShownAmount(rs["RCPTAMT"]);
-    fpgReceipts.At(row, kReceiptRemarks).text = rs["REMARKS"].TextOrEmpty();
+    fpgReceipts.At(row, kReceiptCounter).text = std::to_string(receipt.counter);
+    fpgReceipts.At(row, kReceiptDate).text =
+        receipt.RCPTDATE ? FormatDate(*receipt.RCPTDATE, "dd/mm/yyyy") : "";
+    fpgReceipts.At(row, kReceiptPrincipal).text = Shown(receipt.RCPTPRNAMT);
+    fpgReceipts.At(row, kReceiptInterest).text = Shown(receipt.RCPTINTAMT);
+    fpgReceipts.At(row, kReceiptTotal).text = Shown(receipt.RCPTAMT);
+    fpgReceipts.At(row, kReceiptRemarks).text = receipt.remarks;
   }
 }
 

@@ -193,13 +193,14 @@ bool modAdvLoan::ConfirmCascades(const InstructionKey& key) {
                     caption_, found),
         session_.title);
   };
-  if (session_.data.FnBlnRecExists("Select EMPID From INS_RECEIPTS Where " + WhereInstruction(key)) &&
+  if (session_.data.FnBlnRecExists("Select EMPID From INS_RECEIPTS Where " + WhereInstruction(key).text()) &&
       !confirmed("receipts.  Receipts")) {
     return false;
   }
-  return !(cmdTDSDet.visible &&
-           session_.data.FnBlnRecExists("Select EMPID From INS_HLOAN Where " + WhereInstruction(key)) &&
-           !confirmed("house loan details.  These details"));
+  return !(
+      cmdTDSDet.visible &&
+      session_.data.FnBlnRecExists("Select EMPID From INS_HLOAN Where " + WhereInstruction(key).text()) &&
+      !confirmed("house loan details.  These details"));
 }
 
 bool modAdvLoan::AreMonthsFree(const InstructionKey& key) {

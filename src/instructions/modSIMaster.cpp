@@ -8,7 +8,7 @@
 #include "frame/error_box.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
-#include "instructions/instruction_type.h"
+#include "instructions/type_rights.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
 
@@ -20,19 +20,6 @@ constexpr long kLoanFormCode = 1502;
 constexpr Colour kDeleteColour = 0xFFE0E0;
 constexpr int kPortInsOther = 12;
 constexpr int kPortInsurance = 13;
-
-struct TypeRights {
-  int siType;
-  const char* saveTag;
-  const char* deleteTag;
-  long formId;
-};
-
-constexpr TypeRights kTypeRights[] = {
-    {kAdvanceType, "209", "210", 49},        {kLoanType, "234", "235", 55},
-    {kInsuranceType, "256", "257", 61},      {kSssType, "287", "288", 70},
-    {kGroupInsuranceType, "270", "271", 65}, {kIncentiveType, "300", "301", 74},
-};
 
 const char* Word(bool yes) { return yes ? "Yes" : "No"; }
 
@@ -64,7 +51,8 @@ AuditField OptionField(std::string label, const CheckBox& box, const TextBox& va
 
 }  // namespace
 
-modSIMaster::modSIMaster(Session& session, Screen*) : Screen("modSIMaster"), session_(session) {
+modSIMaster::modSIMaster(Session& session, InstructionType type)
+    : Screen("modSIMaster"), session_(session), type_(type) {
   for (Control* control : std::initializer_list<Control*>{&chkMaxAmount, &txtMaxAmount, &chkMaxAllowed,
                                                           &txtMaxAllowed, &chkRecEMI, &txtRecEMI,
                                                           &chkInterestRate, &txtInterestRate, &chkRedBal})
@@ -114,17 +102,12 @@ void modSIMaster::Form_Load() { Guarded (&modSIMaster::OpenForm)(); }
 void modSIMaster::Form_Activate() { Guarded (&modSIMaster::ShowForType)(); }
 
 void modSIMaster::OpenForm() {
-  caption_ = InstructionCaption(session_, session_.SIType);
+  caption_ = InstructionCaption(session_, type_);
   caption = caption_ + " Master";
   lblSIName.caption = caption_ + " Name";
   txtDedPref.toolTip =
       "Enter the order in which " + caption_ + " is to be considered for deduction in Salary Calculation.";
-  const auto rights = std::ranges::find(kTypeRights, session_.SIType, &TypeRights::siType);
-  if (rights != std::end(kTypeRights)) {
-    cmdSave.tag = rights->saveTag;
-    cmdDelete.tag = rights->deleteTag;
-    ApplyButtonRights(session_, *this, rights->formId);
-  }
+  ApplyTypeRights(session_, *this, type_);
   SetUpGrid();
   FillSections();
   FillGrid();
@@ -132,10 +115,11 @@ void modSIMaster::OpenForm() {
 }
 
 void modSIMaster::ShowForType() {
-  const int type = session_.SIType;
+  const InstructionType type = type_;
   const bool companyTds = clsCtrlDep(session_.data).FnBlnGetYesNo("TDSYN", "MAS_COMPANY");
-  const bool withSection = companyTds && type >= kInsuranceType && type <= kGroupInsuranceType;
-  chkTDSAppl.visible = withSection || (companyTds && type == kIncentiveType);
+  const bool withSection =
+      companyTds && type >= InstructionType::Insurance && type <= InstructionType::GroupInsurance;
+  chkTDSAppl.visible = withSection || (companyTds && type == InstructionType::Incentive);
   lblSection.visible = cmbSection.visible = withSection;
   lblDedPref.visible = txtDedPref.visible = IsAdvanceOrLoan(type);
   chkType.visible = IsAdvanceOrLoan(type);
@@ -144,14 +128,14 @@ void modSIMaster::ShowForType() {
 }
 
 void modSIMaster::SetUpGrid() {
-  const int type = session_.SIType;
+  const InstructionType type = type_;
   const bool advanced = HasAdvancedOptions();
   const bool advLoan = IsAdvanceOrLoan(type);
   const bool loanScreen = session_.FormCode == kLoanFormCode;
   fpgSIMaster.columns = {
       {.caption = caption_ + " Name", .width = 180},
       {.caption = "Account Code", .width = 110},
-      {.caption = "TDS", .type = CellType::Tick, .width = 50, .hidden = type == kLoanType},
+      {.caption = "TDS", .type = CellType::Tick, .width = 50, .hidden = type == InstructionType::Loan},
       {.caption = "Section"},
       {.caption = "Deduction Pref.", .type = CellType::Number, .hidden = !advLoan},
       {.caption = "Max. Limit", .type = CellType::Number, .width = 110, .hidden = !advanced},
@@ -173,7 +157,7 @@ void modSIMaster::FillSections() {
 }
 
 void modSIMaster::FillGrid() {
-  masters_ = ReadInstructionMasters(session_, session_.SIType);
+  masters_ = ReadInstructionMasters(session_, type_);
   fpgSIMaster.Clear();
   fpgSIMaster.activeRow = kNoRow;
   clickedName_.clear();
@@ -278,7 +262,7 @@ void modSIMaster::NoteOldValues() {
 
 InstructionMaster modSIMaster::FromFields() const {
   InstructionMaster master{
-      .siType = session_.SIType,
+      .type = type_,
       .siName = Trim(txtSIName.Text()),
       .accCode = Trim(txtAccCode.Text()),
       .tdsYn = chkTDSAppl.Value(),
@@ -323,9 +307,9 @@ void modSIMaster::Save() {
 
   WriteInstructionMaster(session_, master, oldName_, advanced);
   oldName_ = master.siName;  // a failure from here on leaves the written row in the fields
-  if (!IsAdvanceOrLoan(session_.SIType) && chkTDSAppl.IsShown())
-    MarkInstructionsForPorting(session_, session_.SIType, master.siName,
-                               session_.SIType == kIncentiveType ? kPortInsurance : kPortInsOther);
+  if (!IsAdvanceOrLoan(type_) && chkTDSAppl.IsShown())
+    MarkInstructionsForPorting(session_, type_, master.siName,
+                               type_ == InstructionType::Incentive ? kPortInsurance : kPortInsOther);
   WriteAudit(" Master Created/Updated");
   ShowSaved(session_);
   FillGrid();
@@ -353,7 +337,8 @@ void modSIMaster::Refuse(const MasterRefusal& refusal) {
 }
 
 bool modSIMaster::MayDropHouseLoan(const InstructionMaster& master) {
-  if (master.siType != kLoanType || master.tdsYn || !HasHouseLoanDetails(session_, master)) return true;
+  if (master.type != InstructionType::Loan || master.tdsYn || !HasHouseLoanDetails(session_, master))
+    return true;
   if (!session_.desk.Confirm("TDS details for " + master.siName +
                                  " found.\r\nRemoving 'House Loan' status will remove these details.\r\n"
                                  "Do you want to continue?",
@@ -369,7 +354,7 @@ void modSIMaster::Delete() {
   if (FnBlnPermitted(session_, cmdDelete) || clickedName_.empty()) return;
   const auto clicked = std::ranges::find(masters_, clickedName_, &InstructionMaster::siName);
   const auto row = static_cast<std::size_t>(clicked - masters_.begin());
-  if (IsMasterInUse(session_, session_.SIType, clickedName_)) {
+  if (IsMasterInUse(session_, type_, clickedName_)) {
     fpgSIMaster.PaintRow(row, kNoColour);
     session_.Inform("Entries found in " + caption_ + " details for selected " + caption_ +
                     ".\r\nCannot delete.");
@@ -381,9 +366,9 @@ void modSIMaster::Delete() {
   if (!confirmed) return;
 
   // A name without instructions marks nobody; the code differs from the one of saving.
-  if (session_.SIType == kIncentiveType && chkTDSAppl.IsShown())
-    MarkInstructionsForPorting(session_, session_.SIType, clickedName_, kPortInsOther);
-  DeleteInstructionMaster(session_, session_.SIType, clickedName_);
+  if (type_ == InstructionType::Incentive && chkTDSAppl.IsShown())
+    MarkInstructionsForPorting(session_, type_, clickedName_, kPortInsOther);
+  DeleteInstructionMaster(session_, type_, clickedName_);
   LoadFields(*clicked);
   WriteAudit(" Master Deleted");
   FillGrid();

@@ -6,6 +6,7 @@
 #include "frame/session.h"
 #include "instructions/audit_text.h"
 #include "instructions/instruction_master.h"
+#include "instructions/instruction_type.h"
 #include "screen/controls.h"
 #include "screen/grid.h"
 #include "screen/screen.h"
@@ -16,7 +17,7 @@ namespace ktl {
 // for.
 class modSIMaster final : public Screen {
  public:
-  modSIMaster(Session& session, Screen* parent);
+  modSIMaster(Session& session, InstructionType type);
 
   Label lblSIName{*this, "lblSIName", "Name"};
   TextBox txtSIName{*this, "txtSIName"};
@@ -105,6 +106,7 @@ class modSIMaster final : public Screen {
   bool HasAdvancedOptions() const { return session_.features.On("ADVMGALYN"); }
 
   Session& session_;
+  InstructionType type_;
   std::string caption_;                     // of the instruction type
   std::vector<InstructionMaster> masters_;  // the rows of the grid
   std::string oldName_;                     // of the row in the fields, empty for a new one
