@@ -11,12 +11,6 @@ std::string WhereInstruction(const InstructionKey& key) {
   return fmt::format("EMPID = {} And SERIALNO = {} And SITYPE = {}", key.employee, key.serial, key.siType);
 }
 
-std::string SqlAmount(double amount) {
-  std::string text = fmt::format("{:.15g}", amount);
-  if (text.find('e') != std::string::npos) text = fmt::format("{:.6f}", amount);
-  return text;
-}
-
 std::string SqlText(Session& session, std::string_view text) {
   return clsSPChar(session.machine.settings.Get("Settings", "DBType", "ACC97")).FnStrSpSQL(text);
 }

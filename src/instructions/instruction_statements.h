@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "common/statement.h"
 #include "instructions/instruction_parent.h"
 
 namespace ktl {
@@ -11,8 +12,6 @@ struct Session;
 
 // "EMPID = 17 And SERIALNO = 3 And SITYPE = 2"
 std::string WhereInstruction(const InstructionKey& key);
-// An amount as a statement takes it: a decimal point, never an exponent.
-std::string SqlAmount(double amount);
 // A typed text inside a quoted literal, quotes doubled by the dialect of the settings.
 std::string SqlText(Session& session, std::string_view text);
 
