@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -51,6 +52,16 @@ class DataAccess {
 
 // Whether the flag of a row is on; null is off.
 inline bool IsSet(const Value& flag) { return flag.NumberOr0() != 0; }
+// What a column holds that may be null, or hold no date.
+inline std::optional<double> NumberIfAny(const Value& value) {
+  return value.IsNull() ? std::nullopt : std::optional(value.ToDouble());
+}
+inline std::optional<long> WholeIfAny(const Value& value) {
+  return value.IsNull() ? std::nullopt : std::optional<long>(value.ToLong());
+}
+inline std::optional<Date> DateIfAny(const Value& value) {
+  return value.IsDate() ? std::optional(value.date()) : std::nullopt;
+}
 // Null becomes the alternative; so does a number that is exactly 0 when zeroToo is set.
 Value CNull(Value value, Value alternative, bool zeroToo = false);
 

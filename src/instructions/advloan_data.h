@@ -8,8 +8,6 @@
 #include "instructions/instruction_parent.h"
 #include "instructions/schedule_month.h"
 #include "runtime/date.h"
-#include "runtime/value.h"
-#include "screen/controls.h"
 
 namespace ktl {
 
@@ -24,19 +22,18 @@ struct NameRules {
   bool REDUCINGBALYN = false;
 };
 
-// One row of the list of an employee's instructions.
+// One row of the list of an employee's instructions, rupees.
 struct AdvLoanListRow {
   long serial = 0;
   std::string name;
   std::string account;
-  Value date;
+  std::optional<Date> date;
   double amount = 0;
   double interest = 0;
   double emi = 0;          // sum of the modified instalments
   double emiInterest = 0;  // their interest, of a reducing name only
   double receipts = 0;
   double recovered = 0;
-
   std::string remarks;
 
   bool RecoveryEqualsPayment() const { return recovered + receipts == amount + interest; }
@@ -44,7 +41,7 @@ struct AdvLoanListRow {
 
 struct AdvLoanDetail {
   std::string name, account, remarks;
-  Value date;
+  std::optional<Date> date;
   double amount = 0;
   double interest = 0;
   std::string institution;  // of a loan whose months have one and the same lender, else ""
@@ -58,25 +55,21 @@ struct AdvLoanTotals {
   double Due() const { return amount + interest - (receipts + fromSalary); }
 };
 
-std::vector<ListRow> ReadEmployees(Session& session, bool withRunningEmi, std::string_view orderBy);
-std::vector<ListRow> ReadNames(Session& session);
-std::vector<ListRow> ReadInstitutions(Session& session);
-std::vector<ListRow> ReadFormulas(Session& session);
+bool NameExists(Session& session, InstructionType type, std::string_view name);
+NameRules ReadNameRules(Session& session, InstructionType type, std::string_view name);
+bool ReadSepPiYN(Session& session, InstructionType type, std::string_view name);
+bool MayHaveHouseLoan(Session& session, long employee, InstructionType type, std::string_view name);
 
-bool NameExists(Session& session, std::string_view name);
-NameRules ReadNameRules(Session& session, std::string_view name);
-bool ReadSepPiYN(Session& session, std::string_view name);
-bool MayHaveHouseLoan(Session& session, long employee, std::string_view name);
-
+bool IsAdvLoanStored(Session& session, const InstructionKey& key);
 std::optional<AdvLoanDetail> ReadAdvLoan(Session& session, const InstructionKey& key);
-std::vector<AdvLoanListRow> ReadAdvLoanList(Session& session, long employee);
+std::vector<AdvLoanListRow> ReadAdvLoanList(Session& session, long employee, InstructionType type);
 std::vector<ScheduleMonth> ReadSchedule(Session& session, const InstructionKey& key);
-AdvLoanTotals ReadTotals(Session& session, long employee);
+AdvLoanTotals ReadTotals(Session& session, long employee, InstructionType type);
 
-// The employee's next serial number of the session's type.
-long NextSerial(Session& session, long employee);
-// Nothing while the employee is in service.
-std::optional<Date> ReadDateOfLeaving(Session& session, long employee);
+bool HasReceipts(Session& session, const InstructionKey& key);
+bool HasHouseLoan(Session& session, const InstructionKey& key);
+// The employee's next serial number of the type.
+long NextSerial(Session& session, long employee, InstructionType type);
 
 // Carries the monthly interest of reducing schedules to the total interest of their instructions, for all
 // employees. An instruction whose interest is null is never refreshed.

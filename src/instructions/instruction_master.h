@@ -4,7 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "frame/refusal.h"
 #include "instructions/instruction_type.h"
+#include "screen/controls.h"
 
 namespace ktl {
 
@@ -26,17 +28,17 @@ struct InstructionMaster {
   std::optional<long> emiRecCnt;   // default number of instalments
   std::optional<double> intrRate;  // percent a year
   bool reducingBalYn = false;
+  std::string section = {};  // TDSREF of tdsRefNo, read with the list
 };
 
 // The rows of the type, ordered by name.
 std::vector<InstructionMaster> ReadInstructionMasters(Session& session, InstructionType type);
+// The sections under which a name can be taxed.
+std::vector<ListRow> ReadSections(Session& session);
 
 enum class MasterField { Name, MaxAmount, MaxAllowed, RecEMI, InterestRate, Section, DedPref };
 
-struct MasterRefusal {
-  std::string text;
-  MasterField field;
-};
+using MasterRefusal = Refusal<MasterField>;
 
 // What is asked of a row before anything is written; the first that does not hold. oldName is empty for a new
 // row. Advanced options are looked at only when the company has them (advanced).

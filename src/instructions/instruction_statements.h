@@ -1,7 +1,6 @@
 #pragma once
 
-#include <string>
-#include <string_view>
+#include <vector>
 
 #include "common/statement.h"
 #include "instructions/instruction_parent.h"
@@ -12,8 +11,6 @@ struct Session;
 
 // "EMPID = 17 And SERIALNO = 3 And SITYPE = 2"
 Statement WhereInstruction(const InstructionKey& key);
-// A typed text inside a quoted literal, quotes doubled by the dialect of the settings.
-std::string SqlText(Session& session, std::string_view text);
 
 // Where the condition on the unit's lock stands in the attendance statement: the writers differ in it.
 enum class AttendanceWording { EmployeeFirst, LockFirst };
@@ -26,6 +23,8 @@ Statement MonthsOfInstruction(const InstructionKey& key);
 // "= 24121"
 Statement OneMonth(long monthYear);
 
+// The months of the schedule in their order.
+std::vector<long> ReadScheduleMonths(Session& session, const InstructionKey& key);
 bool IsMonthLocked(Session& session, long monthYear);
 // The highest counter of the instruction plus 1; 1 when it has no month.
 long NextCounter(Session& session, const InstructionKey& key);

@@ -20,7 +20,6 @@ enum class InstructionType : int {
 
 // The type as a column holds it.
 constexpr int NumberOf(InstructionType type) { return static_cast<int>(type); }
-constexpr int format_as(InstructionType type) { return NumberOf(type); }
 
 // Advances and loans stand in INS_ADVLOAN, all others in INS_OTHER.
 constexpr bool IsAdvanceOrLoan(InstructionType type) {
@@ -43,6 +42,7 @@ struct TypeFacts {
   std::string_view salaryHead;   // the same with the table in front, SE or SD: "SD.GRPINSURANCE"
   std::string_view receiptWord;  // "Receipt" of advances, "Deposit" of the others
   int report;                    // its number for the report program
+  int masterPortCode;            // of the tax flags that a saved name marks, 0 for none
 };
 
 // Throws RuntimeError 5 for a type without facts.

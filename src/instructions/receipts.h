@@ -6,6 +6,7 @@
 
 #include "instructions/instruction_parent.h"
 #include "runtime/date.h"
+#include "screen/grid_list.h"
 
 namespace ktl {
 
@@ -21,5 +22,8 @@ struct Receipt {
 
 // In the order of their dates.
 std::vector<Receipt> ReadReceipts(Session& session, const InstructionKey& key);
+
+// As every list of receipts shows them.
+std::vector<GridList<Receipt>::Column> ReceiptColumns(InstructionType type);
 
 }  // namespace ktl

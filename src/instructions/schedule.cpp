@@ -1,7 +1,5 @@
 #include "instructions/schedule.h"
 
-#include <fmt/format.h>
-
 #include "common/amounts.h"
 #include "database/recordset.h"
 #include "frame/session.h"
@@ -81,8 +79,10 @@ std::vector<ScheduleRow> GenerateSchedule(const ScheduleTerms& terms) {
 
 bool WriteSchedule(Session& session, const InstructionKey& key, const ScheduleTerms& terms, long institution,
                    ScheduleForm form) {
-  if (session.data.FnBlnRecExists("Select EMPID From INS_EMIDETAIL Where " + WhereInstruction(key).text()))
+  if (session.data.FnBlnRecExists(
+          session.Sql("Select EMPID From INS_EMIDETAIL Where {}", WhereInstruction(key)))) {
     return false;
+  }
   const std::vector<ScheduleRow> schedule = GenerateSchedule(terms);
   Recordset rows(session.Cn, "Select * From INS_EMIDETAIL", OpenMode::AddOnly);
   for (const ScheduleRow& row : schedule) AddScheduleRow(rows, key, row, institution, form);

@@ -12,8 +12,7 @@ ScheduleMonth ReadScheduleMonth(const Recordset& row) {
     return row.HasField(column) ? static_cast<long>(row[column].NumberOr0()) : 0;
   };
   const auto amount = [&row](std::string_view column) -> ScheduleMonth::Amount {
-    if (!row.HasField(column) || row[column].IsNull()) return std::nullopt;
-    return row[column].ToDouble();
+    return row.HasField(column) ? NumberIfAny(row[column]) : std::nullopt;
   };
   const auto text = [&row](std::string_view column) {
     return row.HasField(column) ? row[column].TextOrEmpty() : "";
@@ -30,7 +29,7 @@ ScheduleMonth ReadScheduleMonth(const Recordset& row) {
       .MDFINTAMT = amount("MDFINTAMT"),
       .institution = text("INSTNAME"),
       .remarks = text("REMARKS"),
-      .markedRecovered = row.HasField("EMIRECVYN") && row["EMIRECVYN"].NumberOr0() == 1,
+      .markedRecovered = row.HasField("EMIRECVYN") && IsSet(row["EMIRECVYN"]),
   };
 }
 
