@@ -14,7 +14,7 @@ using RunStatement = std::function<void(const std::string&)>;
 
 std::string ConditionOf(const InstructionKey& key, long monthYear) {
   return fmt::format("Where EMPID={} AND SITYPE={} AND MONTHYEAR={} AND SERIALNO = {}", key.employee,
-                     key.siType, monthYear, key.serial);
+                     key.type, monthYear, key.serial);
 }
 
 std::string SumStatement(double amount, std::string_view otherColumn, const std::string& condition) {
@@ -51,7 +51,7 @@ bool Ask(Session& session, AdjustmentQuestion question) {
 }
 
 void RaiseFlags(Session& session, const InstructionKey& key, long monthYear) {
-  RaiseEditMode(session, key.employee, fmt::format("= {}", monthYear), AttendanceWording::EmployeeFirst);
+  RaiseEditMode(session, key.employee, OneMonth(monthYear), AttendanceWording::EmployeeFirst);
 }
 
 void SpreadInEditor(Session& session, InstructionParent& parent, Component component,
@@ -153,10 +153,11 @@ void CreateRecoveryMonthRed(Session& session, InstructionParent& parent, double 
                             double dblInterest) {
   const std::string principal = SqlAmount(dblPrincipal);
   const std::string interest = SqlAmount(dblInterest < 0 ? 0 : dblInterest);
-  const long added = AddMonth(session, parent,
-                              {.amount = dblPrincipal,
-                               .furtherColumns = ",ACTPRNAMT,MDFPRNAMT,ACTINTAMT,MDFINTAMT",
-                               .furtherValues = fmt::format(",{0},{0},{1},{1}", principal, interest)});
+  const long added =
+      AddMonth(session, parent,
+               {.amount = dblPrincipal,
+                .furtherColumns = Statement(",ACTPRNAMT,MDFPRNAMT,ACTINTAMT,MDFINTAMT"),
+                .furtherValues = Statement(fmt::format(",{0},{0},{1},{1}", principal, interest))});
   if (added != 0)
     session.Cn.Execute(SumStatement(dblPrincipal, "MDFINTAMT", ConditionOf(parent.Key(), added)));
 }
@@ -193,18 +194,18 @@ void AddRecoveryMonth(Session& session, InstructionParent& parent, double dblAmo
 
 void AddRecoveryMonthRed(Session& session, InstructionParent& parent, double dblPrincipal,
                          double dblInterest) {
-  const long added = AddMonth(
-      session, parent,
-      {.amount = dblPrincipal + dblInterest,
-       .furtherColumns = ",ACTPRNAMT,ACTINTAMT,MDFPRNAMT,MDFINTAMT",
-       .furtherValues = fmt::format(",{0},{1},{0},{1}", SqlAmount(dblPrincipal), SqlAmount(dblInterest))});
+  const long added = AddMonth(session, parent,
+                              {.amount = dblPrincipal + dblInterest,
+                               .furtherColumns = Statement(",ACTPRNAMT,ACTINTAMT,MDFPRNAMT,MDFINTAMT"),
+                               .furtherValues = Statement(fmt::format(
+                                   ",{0},{1},{0},{1}", SqlAmount(dblPrincipal), SqlAmount(dblInterest)))});
   if (added != 0) RaiseFlags(session, parent.Key(), added);
 }
 
 void WriteMonthInterest(Session& session, const InstructionKey& key, long monthYear, double interest) {
   const std::string condition =
-      fmt::format("WHERE SITYPE={} AND EMPID = {} AND SERIALNO = {} AND MONTHYEAR={}", key.siType,
-                  key.employee, key.serial, monthYear);
+      fmt::format("WHERE SITYPE={} AND EMPID = {} AND SERIALNO = {} AND MONTHYEAR={}", key.type, key.employee,
+                  key.serial, monthYear);
   session.Cn.Execute(fmt::format("UPDATE INS_EMIDETAIL SET MDFINTAMT={} {}", SqlAmount(interest), condition));
   session.Cn.Execute(SumStatement(interest, "MDFPRNAMT", condition));
 }

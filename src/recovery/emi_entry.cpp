@@ -30,15 +30,15 @@ std::optional<EmiRefusal> CheckAmount(const EmiEntry& entry) {
 // Neither month lies before the month of the instruction's date.
 std::optional<EmiRefusal> CheckGivenDate(Session& session, const InstructionKey& key,
                                          const MonthRangeText& months) {
-  if (!IsAdvanceOrLoan(key.siType)) return std::nullopt;
+  if (!IsAdvanceOrLoan(key.type)) return std::nullopt;
   const Value given =
-      session.data.FnVarGetDbValue("Select SIDATE From INS_ADVLOAN Where " + WhereInstruction(key));
+      session.data.FnVarGetDbValue("Select SIDATE From INS_ADVLOAN Where " + WhereInstruction(key).text());
   if (!given.IsDate()) return std::nullopt;
   const long givenMonth = MonthYearOf(given.date());
   const auto refuse = [&key](const char* which, EmiField field) {
     return EmiRefusal{
-        fmt::format("'{} Month' cannot be before the {} given date", which, TypeWordOf(key.siType)), field,
-        Icon::None};
+        fmt::format("'{} Month' cannot be before the {} given date", which, FactsOf(key.type).salaryColumn),
+        field, Icon::None};
   };
   if (months.FromMonth() < givenMonth) return refuse("From", EmiField::From);
   if (months.ToMonth() < givenMonth) return refuse("To", EmiField::To);
@@ -50,7 +50,7 @@ void StartMonth(Recordset& row, const InstructionKey& key, long monthYear, long 
   row.Set("EMPID", key.employee);
   row.Set("SERIALNO", key.serial);
   row.Set("MONTHYEAR", monthYear);
-  row.Set("SITYPE", key.siType);
+  row.Set("SITYPE", NumberOf(key.type));
   row.Set("Counter", counter);
 }
 
@@ -75,25 +75,6 @@ long MonthRangeText::ToMonth() const { return FnLngMonthYear(to); }
 
 double EditedAmount::Now() const { return clsGenCmn::FnDblTrimVal(text); }
 double EditedAmount::Before() const { return clsGenCmn::FnDblTrimVal(tag); }
-
-std::string TypeWordOf(int siType) {
-  switch (siType) {
-    case kAdvanceType:
-      return "ADVANCE";
-    case kLoanType:
-      return "LOAN";
-    case kInsuranceType:
-      return "INSURANCE";
-    case kSssType:
-      return "SSS";
-    case kGroupInsuranceType:
-      return "GRPINSURANCE";
-    case kIncentiveType:
-      return "SIEARNING";
-    default:
-      return "";
-  }
-}
 
 std::optional<EmiRefusal> CheckMonthRange(Session& session, const MonthRangeText& months) {
   const long startMonth = session.options.STARTMONTHYEAR;
@@ -122,7 +103,7 @@ std::optional<EmiRefusal> CheckEmiEntry(Session& session, const InstructionKey& 
   if (const auto refusal = CheckMonthRange(session, entry.months)) return refusal;
   if (const auto refusal = CheckAmount(entry)) return refusal;
   if (const auto refusal = CheckGivenDate(session, key, entry.months)) return refusal;
-  if (HasInstitution(key.siType) && entry.institution.empty())
+  if (HasInstitution(key.type) && entry.institution.empty())
     return EmiRefusal{"Select Institution.", EmiField::Institution};
   if (const auto refusal = CheckMonthLocks(session, entry.months)) return refusal;
   if (IsEmployeeLocked(session, key.employee, entry.months.FromMonth(), kNoLastMonth)) {
@@ -134,15 +115,15 @@ std::optional<EmiRefusal> CheckEmiEntry(Session& session, const InstructionKey& 
 
 bool WriteEmiMonths(Session& session, InstructionParent& parent, const EmiEntry& entry) {
   const InstructionKey key = parent.Key();
-  const bool reducing = parent.ReducingBalance();
-  const long institution = HasInstitution(key.siType) ? static_cast<long>(Val(entry.institution)) : 0;
+  const bool reducing = parent.ComponentsApart();
+  const long institution = HasInstitution(key.type) ? static_cast<long>(Val(entry.institution)) : 0;
   bool added = false;
   for (long month = entry.months.FromMonth(); month <= entry.months.ToMonth(); ++month) {
     Recordset row(
         session.Cn,
         fmt::format("Select * From INS_EMIDETAIL Where EMPID = {} And SERIALNO = {} And MONTHYEAR = "
                     "{} And SITYPE = {}",
-                    key.employee, key.serial, month, key.siType),
+                    key.employee, key.serial, month, key.type),
         OpenMode::Update);
     if (row.Eof()) {
       StartMonth(row, key, month, parent.FnLngGetCounter());
@@ -154,7 +135,7 @@ bool WriteEmiMonths(Session& session, InstructionParent& parent, const EmiEntry&
     row.Set("REMARKS", Left(Trim(entry.remarks), kRemarksLength));
     row.Update();
     row.Close();
-    RaiseEditMode(session, key.employee, fmt::format("= {}", month), AttendanceWording::EmployeeFirst);
+    RaiseEditMode(session, key.employee, OneMonth(month), AttendanceWording::EmployeeFirst);
   }
   return added;
 }

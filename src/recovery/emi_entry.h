@@ -59,7 +59,4 @@ std::optional<EmiRefusal> CheckEmiEntry(Session& session, const InstructionKey& 
 // Updates the months of the range that are there, adds the others, flags all. True when one was added.
 bool WriteEmiMonths(Session& session, InstructionParent& parent, const EmiEntry& entry);
 
-// "ADVANCE", "LOAN", "INSURANCE", "SSS", "GRPINSURANCE", "SIEARNING".
-std::string TypeWordOf(int siType);
-
 }  // namespace ktl

@@ -2,13 +2,10 @@
 
 #include <fmt/format.h>
 
-#include "common/amounts.h"
 #include "database/recordset.h"
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/instruction_type.h"
-#include "instructions/modAdvLoan.h"
-#include "runtime/numbers.h"
 
 namespace ktl {
 
@@ -20,8 +17,8 @@ constexpr const char* kColumns =
 
 std::string ListStatement(const InstructionKey& key) {
   const std::string where = fmt::format("Where EMI.EMPID = {} And EMI.SERIALNO = {} And EMI.SITYPE = {}",
-                                        key.employee, key.serial, key.siType);
-  if (!HasInstitution(key.siType)) {
+                                        key.employee, key.serial, key.type);
+  if (!HasInstitution(key.type)) {
     return fmt::format(
         "Select {}, '' As INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI {} Order By EMI.MONTHYEAR", kColumns,
         where);
@@ -30,75 +27,48 @@ std::string ListStatement(const InstructionKey& key) {
       "Select {}, INST.INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI, MAS_INSTITUTION INST {} And EMI.INSTID "
       "= "
       "INST.INSTID And INST.TYPEID = {} Order By EMI.MONTHYEAR",
-      kColumns, where, key.siType);
-}
-
-// Row for row: both lists hold the same months.
-void MarkRecovered(std::vector<EmiMonth>& months, const Grid& parentList) {
-  for (std::size_t row = 0; row < months.size() && row < parentList.rows.size(); ++row) {
-    months[row].recovered = parentList.IsTicked(row, modAdvLoan::kEmiRecovered);
-  }
+      kColumns, where, key.type);
 }
 
 }  // namespace
 
-double EmiMonth::Of(Component component) const {
+double AmountOf(const ScheduleMonth& month, Component component) {
   switch (component) {
     case Component::Principal:
-      return MDFPRNAMT.NumberOr0();
+      return month.MDFPRNAMT.value_or(0);
     case Component::Interest:
-      return MDFINTAMT.NumberOr0();
+      return month.MDFINTAMT.value_or(0);
     case Component::Amount:
       break;
   }
-  return MDFYAMT.NumberOr0();
+  return month.MDFYAMT.value_or(0);
 }
 
-std::vector<EmiMonth> ReadEmiMonths(Session& session, InstructionParent& parent) {
+std::vector<ScheduleMonth> ReadEmiMonths(Session& session, InstructionParent& parent) {
   const InstructionKey key = parent.Key();
-  std::vector<EmiMonth> months;
+  const std::set<long> recovered = IsAdvanceOrLoan(key.type) ? parent.RecoveredMonths() : std::set<long>();
+  std::vector<ScheduleMonth> months;
   for (Recordset rs(session.Cn, ListStatement(key)); !rs.Eof(); rs.MoveNext()) {
-    months.push_back({.counter = rs["COUNTER"].ToLong(),
-                      .monthYear = rs["MONTHYEAR"].ToLong(),
-                      .ACTPRNAMT = rs["ACTPRNAMT"],
-                      .ACTINTAMT = rs["ACTINTAMT"],
-                      .EMIAMT = rs["EMIAMT"],
-                      .MDFPRNAMT = rs["MDFPRNAMT"],
-                      .MDFINTAMT = rs["MDFINTAMT"],
-                      .MDFYAMT = rs["MDFYAMT"],
-                      .institution = rs["INSTNAME"].TextOrEmpty(),
-                      .remarks = rs["REMARKS"].TextOrEmpty()});
+    ScheduleMonth& month = months.emplace_back(ReadScheduleMonth(rs));
+    month.markedRecovered = recovered.contains(month.monthYear);
   }
-  if (IsAdvanceOrLoan(key.siType)) MarkRecovered(months, parent.EmiGrid());
   return months;
 }
 
-std::vector<AdjustableMonth> AdjustableMonths(const std::vector<EmiMonth>& months, Component component) {
+std::vector<AdjustableMonth> AdjustableMonths(const std::vector<ScheduleMonth>& months, Component component) {
   std::vector<AdjustableMonth> adjustable;
   adjustable.reserve(months.size());
-  for (const EmiMonth& month : months) {
-    adjustable.push_back(
-        {month.monthYear, month.Of(component), month.Of(Component::Principal), month.recovered});
+  for (const ScheduleMonth& month : months) {
+    adjustable.push_back({month.monthYear, AmountOf(month, component), AmountOf(month, Component::Principal),
+                          month.IsRecovered()});
   }
   return adjustable;
 }
 
-OverviewAmounts ReadOverview(InstructionParent& parent) {
-  const Grid& list = parent.OverviewGrid();
-  const std::string serial = std::to_string(parent.Key().serial);
-  for (std::size_t row = 0; row < list.rows.size(); ++row) {
-    if (list.Text(row, modAdvLoan::kListSerial) != serial) continue;
-    const auto amount = [&](std::size_t column) { return clsGenCmn::FnDblTrimVal(list.Text(row, column)); };
-    return {amount(modAdvLoan::kListAmount), amount(modAdvLoan::kListInterest), amount(modAdvLoan::kListEmi),
-            amount(modAdvLoan::kListRecovered), amount(modAdvLoan::kListReceipts)};
-  }
-  return {};
-}
-
 std::string ReadInstructionName(Session& session, const InstructionKey& key) {
-  const char* query = IsAdvanceOrLoan(key.siType) ? "Select SINAME From INS_ADVLOAN Where "
-                                                  : "Select OTHNAME From INS_OTHER Where ";
-  return session.data.FnVarGetDbValue(query + WhereInstruction(key), "").ToText();
+  const char* query = IsAdvanceOrLoan(key.type) ? "Select SINAME From INS_ADVLOAN Where "
+                                                : "Select OTHNAME From INS_OTHER Where ";
+  return session.data.FnVarGetDbValue(query + WhereInstruction(key).text(), "").ToText();
 }
 
 long CountLockedMonths(Session& session, long firstMonth, long lastMonth) {

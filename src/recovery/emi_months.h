@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "instructions/instruction_parent.h"
+#include "instructions/schedule_month.h"
 #include "recovery/adjustment.h"
-#include "runtime/value.h"
 
 namespace ktl {
 
@@ -14,34 +14,13 @@ struct Session;
 // Which of the modified amounts of a month is meant: MDFYAMT, MDFPRNAMT, MDFINTAMT.
 enum class Component { Amount, Principal, Interest };
 
-// One month of an instruction as stored.
-struct EmiMonth {
-  long counter = 0;
-  long monthYear = 0;
-  Value ACTPRNAMT, ACTINTAMT, EMIAMT;
-  Value MDFPRNAMT, MDFINTAMT, MDFYAMT;
-  std::string institution;
-  std::string remarks;
-  bool recovered = false;  // as the parent's list marks it, types 1 and 2 only
-
-  double Of(Component component) const;  // 0 for a null
-};
+double AmountOf(const ScheduleMonth& month, Component component);  // 0 for a null
 
 // In the order of the months. Of the types with institutions a month without one is not listed, as in the
-// parent.
-std::vector<EmiMonth> ReadEmiMonths(Session& session, InstructionParent& parent);
+// parent. Recovered, of advances and loans only, is what the parent's list marks.
+std::vector<ScheduleMonth> ReadEmiMonths(Session& session, InstructionParent& parent);
 
-std::vector<AdjustableMonth> AdjustableMonths(const std::vector<EmiMonth>& months, Component component);
-
-// Of the parent's overview row of the instruction; all 0 when it has none.
-struct OverviewAmounts {
-  double amount = 0;
-  double interest = 0;
-  double emi = 0;
-  double recovered = 0;
-  double receipts = 0;
-};
-OverviewAmounts ReadOverview(InstructionParent& parent);
+std::vector<AdjustableMonth> AdjustableMonths(const std::vector<ScheduleMonth>& months, Component component);
 
 // "No end" of a range of months, as the employee lock takes it.
 inline constexpr const char* kNoLastMonth = "36000";

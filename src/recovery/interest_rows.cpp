@@ -17,7 +17,7 @@ std::string JoinOf(Session& session, const InstructionKey& key, const std::strin
   return fmt::format(
       "FROM INS_EMIDETAIL IED, INS_ADVLOAN ILA WHERE IED.EMPID=ILA.EMPID AND IED.SITYPE=ILA.SITYPE AND "
       "IED.SERIALNO=ILA.SERIALNO AND IED.SITYPE={} AND IED.EMPID={} AND IED.SERIALNO={} AND ILA.SINAME='{}'",
-      key.siType, key.employee, key.serial, SqlText(session, name));
+      key.type, key.employee, key.serial, SqlText(session, name));
 }
 
 std::string Parts(const Value& principal, const Value& interest, const Value& total) {
@@ -78,14 +78,13 @@ std::string WriteInterestRows(Session& session, const InstructionKey& key, const
   for (const InterestRow& row : rows) {
     if (audited) audit += AuditOfRow(session, row, join);
     WriteRow(session, row, join);
-    RaiseEditMode(session, key.employee, fmt::format("= {}", row.monthYear),
-                  AttendanceWording::EmployeeFirst);
+    RaiseEditMode(session, key.employee, OneMonth(row.monthYear), AttendanceWording::EmployeeFirst);
     interest += row.modifiedInterest;
   }
   session.Cn.Execute(
       fmt::format("UPDATE INS_ADVLOAN SET INTAMT = {} WHERE SITYPE={} AND SERIALNO = {} AND EMPID = {} AND "
                   "SINAME='{}'",
-                  SqlAmount(interest), key.siType, key.serial, key.employee, SqlText(session, name)));
+                  SqlAmount(interest), key.type, key.serial, key.employee, SqlText(session, name)));
   return audit;
 }
 

@@ -8,7 +8,7 @@
 #include "frame/rights.h"
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
-#include "instructions/instruction_type.h"
+#include "instructions/type_rights.h"
 #include "recovery/working.h"
 #include "runtime/numbers.h"
 
@@ -18,25 +18,6 @@ namespace {
 
 constexpr const char* kMonthFormat = "Jan/2005(mmm/yyyy)";
 
-struct Rights {
-  int siType;
-  const char* save;
-  const char* remove;
-  const char* institution;
-  long group;
-};
-constexpr Rights kRights[] = {
-    {1, "218", "219", "", 52},    {2, "244", "245", "246", 58}, {3, "259", "260", "261", 63},
-    {4, "290", "291", "292", 72}, {5, "273", "274", "275", 67}, {7, "303", "304", "", 76},
-};
-
-const Rights& RightsOf(int siType) {
-  for (const Rights& rights : kRights) {
-    if (rights.siType == siType) return rights;
-  }
-  return kRights[0];
-}
-
 }  // namespace
 
 modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
@@ -44,7 +25,7 @@ modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
       session_(session),
       parent_(parent),
       key_(parent.Key()),
-      reducing_(parent.ReducingBalance()) {
+      reducing_(parent.ComponentsApart()) {
   caption = "EMI Details";
   for (Control* control : std::initializer_list<Control*>{
            &lblInt, &txtInt, &lblIntFrom, &txtIntFrom, &lblIntTo, &txtIntTo, &chkCalculationOn, &chkEffDate,
@@ -60,7 +41,6 @@ modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
     box->toolTip = kMonthFormat;
     box->onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnlyWithAlpha(key); };
   }
-  SetButtonTags();
   ConnectHandlers();
 }
 
@@ -91,23 +71,16 @@ void modEMIDet::ConnectHandlers() {
   cmdIntClose.onClick = [this] { cmdIntClose_Click(); };
 }
 
-void modEMIDet::SetButtonTags() {
-  const Rights& rights = RightsOf(key_.siType);
-  cmdSave.tag = rights.save;
-  cmdDelete.tag = rights.remove;
-  cmdInstitution.tag = rights.institution;
-}
-
-bool modEMIDet::IsAdvanceOrLoan() const { return ktl::IsAdvanceOrLoan(key_.siType); }
+bool modEMIDet::IsAdvanceOrLoan() const { return ktl::IsAdvanceOrLoan(key_.type); }
 
 void modEMIDet::Form_Load() {
-  strTypeDesc = InstructionCaption(session_, key_.siType);
+  strTypeDesc = InstructionCaption(session_, key_.type);
   if (!IsAdvanceOrLoan()) caption = "Payment Detail";
   SetColumns();
   FillInstitutions();
   FillEmiGrid();
   lngCounter = 0;
-  ApplyButtonRights(session_, *this, RightsOf(key_.siType).group);
+  ApplyTypeRights(session_, *this, key_.type);
 }
 
 void modEMIDet::SetColumns() {
@@ -121,7 +94,7 @@ void modEMIDet::SetColumns() {
       {"Modified Principle Amount", CellType::Number, 160, !apart},
       {"Modified Interest Amount", CellType::Number, 150, !apart},
       {"Modified Amount", CellType::Number, 125},
-      {"Institution", CellType::Text, 180, !HasInstitution(key_.siType)},
+      {"Institution", CellType::Text, 180, !HasInstitution(key_.type)},
       {"Remarks", CellType::Text, 200},
       {"EMI Rec", CellType::Number, 60, true},
   };
@@ -134,7 +107,7 @@ void modEMIDet::Form_Activate() {
 
 void modEMIDet::ShowForType() {
   for (Control* control : std::initializer_list<Control*>{&lblInstitution, &cmbInstitution, &cmdInstitution})
-    control->visible = HasInstitution(key_.siType);
+    control->visible = HasInstitution(key_.type);
   lblInterest.visible = txtInterest.visible = IsAdvanceOrLoan();
   txtInterest.enabled = reducing_;
   if (IsAdvanceOrLoan() && reducing_) lblAmount.caption = "Modified Principle";
@@ -151,7 +124,7 @@ void modEMIDet::FillEmiGrid() {
   months_ = ReadEmiMonths(session_, parent_);
   const std::size_t active = fpgEMIDetail.activeRow;
   fpgEMIDetail.Clear();
-  for (const EmiMonth& month : months_) {
+  for (const ScheduleMonth& month : months_) {
     const std::size_t row = fpgEMIDetail.AddRow();
     fpgEMIDetail.At(row, kCounter).text = std::to_string(month.counter);
     fpgEMIDetail.At(row, kMonth).text = FnStrFormatMonthYear(month.monthYear);
@@ -170,9 +143,9 @@ void modEMIDet::FillEmiGrid() {
 
 void modEMIDet::FillInstitutions() {
   std::vector<ListRow> rows;
-  if (HasInstitution(key_.siType)) {
+  if (HasInstitution(key_.type)) {
     Recordset rs(session_.Cn, "Select INSTID, INSTNAME From MAS_INSTITUTION Where TYPEID = " +
-                                  std::to_string(key_.siType) + " Order By INSTNAME");
+                                  std::to_string(NumberOf(key_.type)) + " Order By INSTNAME");
     for (; !rs.Eof(); rs.MoveNext())
       rows.push_back({rs["INSTNAME"].TextOrEmpty(), rs["INSTID"].TextOrEmpty()});
   }
@@ -210,7 +183,7 @@ void modEMIDet::cmdNew_Click() { NewEmiRow(); }
 void modEMIDet::NewEmiRow() {
   ClearEmiFields();
   const Recordset last(session_.Cn, "Select Max(COUNTER), Max(MONTHYEAR) From INS_EMIDETAIL Where " +
-                                        WhereInstruction(key_) + " And EMIAMT <> 0");
+                                        WhereInstruction(key_).text() + " And EMIAMT <> 0");
   const bool hasMonth = !last.Eof() && !last[1].IsNull();
   if (hasMonth) {
     lngCounter = last[0].ToLong() + 1;

@@ -92,7 +92,6 @@ class modEMIDet final : public Screen {
 
  private:
   void ConnectHandlers();
-  void SetButtonTags();
   void SetColumns();
   void ShowForType();
   void EnableByRights();
@@ -110,10 +109,10 @@ class modEMIDet final : public Screen {
 
   // The row picked for deletion, after the checks and questions before it.
   std::optional<std::size_t> RowToDelete();
-  bool MayDelete(const EmiMonth& month);
-  void DeleteMonth(const EmiMonth& month, std::optional<Answer> answer);
-  void AdjustDeleted(Answer answer, const EmiMonth& deleted);
-  void AuditDeleted(const EmiMonth& month, std::optional<Answer> answer);
+  bool MayDelete(const ScheduleMonth& month);
+  void DeleteMonth(const ScheduleMonth& month, std::optional<Answer> answer);
+  void AdjustDeleted(Answer answer, const ScheduleMonth& deleted);
+  void AuditDeleted(const ScheduleMonth& month, std::optional<Answer> answer);
   void WriteAudit(const std::string& deed, const std::string& detail);
 
   // Shows what stands against a computation; true when there is nothing.
@@ -125,11 +124,11 @@ class modEMIDet final : public Screen {
   InstructionKey key_;
   bool reducing_;
   std::string strTypeDesc;
-  std::vector<EmiMonth> months_;  // the rows of the grid
+  std::vector<ScheduleMonth> months_;  // the rows of the grid
   bool blnNewRow = false;
   long lngCounter = 0;           // of the month picked, the next one after cmdNew, 0 for none
   std::size_t lngActiveRow = 0;  // in the grid, when a save or a delete began
-  EmiMonth picked_;              // as it was before editing
+  ScheduleMonth picked_;         // as it was before editing
 };
 
 }  // namespace ktl

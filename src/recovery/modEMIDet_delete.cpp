@@ -35,7 +35,7 @@ void modEMIDet::cmdDelete_Click() {
   if (FnBlnPermitted(session_, cmdDelete)) return;
   const std::optional<std::size_t> row = RowToDelete();
   if (!row) return;
-  const EmiMonth month = months_[*row];
+  const ScheduleMonth month = months_[*row];
   fpgEMIDetail.PaintRow(*row, kDeleteColour);
   const bool confirmed = MayDelete(month);
   std::optional<Answer> answer;
@@ -58,7 +58,7 @@ std::optional<std::size_t> modEMIDet::RowToDelete() {
     session_.Inform("No records to delete.");
     return std::nullopt;
   }
-  const auto picked = std::ranges::find(months_, lngCounter, &EmiMonth::counter);
+  const auto picked = std::ranges::find(months_, lngCounter, &ScheduleMonth::counter);
   if (lngCounter == 0 || picked == months_.end()) {
     session_.Inform("Select record to delete.");
     return std::nullopt;
@@ -66,7 +66,7 @@ std::optional<std::size_t> modEMIDet::RowToDelete() {
   return static_cast<std::size_t>(picked - months_.begin());
 }
 
-bool modEMIDet::MayDelete(const EmiMonth& month) {
+bool modEMIDet::MayDelete(const ScheduleMonth& month) {
   if (IsMonthLocked(session_, month.monthYear)) {
     session_.desk.Warn("Month/Year locked. Cannot delete.", session_.title);
     return false;
@@ -80,13 +80,12 @@ bool modEMIDet::MayDelete(const EmiMonth& month) {
                                session_.title);
 }
 
-void modEMIDet::DeleteMonth(const EmiMonth& month, std::optional<Answer> answer) {
+void modEMIDet::DeleteMonth(const ScheduleMonth& month, std::optional<Answer> answer) {
   session_.Cn.Execute(fmt::format(
       "Delete From INS_EMIDETAIL Where EMPID = {} And SERIALNO = {} And MONTHYEAR = {} And SITYPE = "
       "{} And COUNTER = {}",
-      key_.employee, key_.serial, month.monthYear, key_.siType, month.counter));
-  RaiseEditMode(session_, key_.employee, fmt::format("= {}", month.monthYear),
-                AttendanceWording::EmployeeFirst);
+      key_.employee, key_.serial, month.monthYear, key_.type, month.counter));
+  RaiseEditMode(session_, key_.employee, OneMonth(month.monthYear), AttendanceWording::EmployeeFirst);
   AuditDeleted(month, answer);
   if (answer) {
     RefreshParent();
@@ -99,10 +98,10 @@ void modEMIDet::DeleteMonth(const EmiMonth& month, std::optional<Answer> answer)
   blnNewRow = false;
 }
 
-void modEMIDet::AdjustDeleted(Answer answer, const EmiMonth& deleted) {
-  const double amount = deleted.Of(Component::Amount);
-  const double principal = deleted.Of(Component::Principal);
-  const double interest = deleted.Of(Component::Interest);
+void modEMIDet::AdjustDeleted(Answer answer, const ScheduleMonth& deleted) {
+  const double amount = AmountOf(deleted, Component::Amount);
+  const double principal = AmountOf(deleted, Component::Principal);
+  const double interest = AmountOf(deleted, Component::Interest);
   using Mode = EditorDifference::Mode;
   if (answer == Answer::Cancel) return;
   if (answer == Answer::Yes && reducing_) {
@@ -118,14 +117,17 @@ void modEMIDet::AdjustDeleted(Answer answer, const EmiMonth& deleted) {
   RefreshParent();
 }
 
-void modEMIDet::AuditDeleted(const EmiMonth& month, std::optional<Answer> answer) {
-  const auto shown = [&month](Component component) { return FormatNumber(month.Of(component), "0.00"); };
+void modEMIDet::AuditDeleted(const ScheduleMonth& month, std::optional<Answer> answer) {
+  const auto shown = [&month](Component component) {
+    return FormatNumber(AmountOf(month, component), "0.00");
+  };
   std::string detail = ":Month/Year = " + FnStrFormatMonthYear(month.monthYear);
   if (reducing_) {
-    detail += fmt::format(
-        "::Principle Amount = {}:Interest Amount = {}:EMI Amount = {}", shown(Component::Principal),
-        shown(Component::Interest),
-        FormatNumber(month.Of(Component::Principal) + month.Of(Component::Interest), "#,##,###.00"));
+    detail +=
+        fmt::format("::Principle Amount = {}:Interest Amount = {}:EMI Amount = {}",
+                    shown(Component::Principal), shown(Component::Interest),
+                    FormatNumber(AmountOf(month, Component::Principal) + AmountOf(month, Component::Interest),
+                                 "#,##,###.00"));
   } else {
     detail += "::EMI Amount = " + shown(Component::Amount);
     if (answer) detail += ":EMI Adjustment = " + AdjustmentWords(*answer);

@@ -56,7 +56,7 @@ bool modEMIDet::CheckInterestPanel(const MonthRangeText& range) {
     SetFocus(field);
     return false;
   };
-  const auto inRange = [&range](const EmiMonth& month) {
+  const auto inRange = [&range](const ScheduleMonth& month) {
     return month.monthYear >= range.FromMonth() && month.monthYear <= range.ToMonth();
   };
   if (!months_.empty() && range.FromMonth() < months_.front().monthYear) return empty(txtIntFrom);
@@ -82,13 +82,14 @@ void modEMIDet::WriteInterests(const MonthRangeText& range) {
   terms.daysBasis = chkCalculationOn.Value();
   terms.exactDates = chkEffDate.Value();
   std::vector<BalanceMonth> balances;
-  for (const EmiMonth& month : months_) balances.push_back({month.monthYear, month.Of(Component::Principal)});
+  for (const ScheduleMonth& month : months_)
+    balances.push_back({month.monthYear, AmountOf(month, Component::Principal)});
   const std::vector<double> interests = ReducingInterest(balances, terms);
   for (std::size_t row = 0; row < months_.size(); ++row) {
     const long month = months_[row].monthYear;
     if (month < range.FromMonth() || month > range.ToMonth()) continue;
     WriteMonthInterest(session_, key_, month, interests[row]);
-    RaiseEditMode(session_, key_.employee, fmt::format("= {}", month), AttendanceWording::EmployeeFirst);
+    RaiseEditMode(session_, key_.employee, OneMonth(month), AttendanceWording::EmployeeFirst);
   }
 }
 

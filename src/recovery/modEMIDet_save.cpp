@@ -111,11 +111,11 @@ std::optional<Answer> modEMIDet::AskAdjustment(const EmiEntry& entry) {
 // The typed amount alone counts, the principal of a reducing instruction.
 bool modEMIDet::MayRecoverMore(const EmiEntry& entry) {
   if (!IsAdvanceOrLoan()) return true;
-  const OverviewAmounts overview = ReadOverview(parent_);
-  double emi = overview.emi;
-  if (lngActiveRow < months_.size()) emi -= months_[lngActiveRow].Of(Component::Amount);
+  const InstructionTotals totals = parent_.Totals();
+  double emi = totals.emi;
+  if (lngActiveRow < months_.size()) emi -= AmountOf(months_[lngActiveRow], Component::Amount);
   const double entered = static_cast<double>(entry.months.Count()) * entry.amount.Now();
-  if (emi + overview.receipts + entered <= overview.amount + overview.interest) return true;
+  if (emi + totals.receipts + entered <= totals.amount + totals.interest) return true;
   return session_.desk.Confirm(
       "Entered EMI results in more recovery than required.\r\nDo you want to continue?", session_.title);
 }
@@ -133,10 +133,12 @@ void modEMIDet::AdjustSaved(Answer answer, const EmiEntry& entry) {
   const double less = (entry.amount.Before() - entry.amount.Now()) * months;
   using Mode = EditorDifference::Mode;
   if (answer == Answer::Yes && reducing_) {
-    AdjustFuturePrincipal(session_, parent_, {Mode::Save, lngActiveRow, picked_.Of(Component::Principal)});
-    AdjustFutureInterest(session_, parent_, {Mode::Save, lngActiveRow, picked_.Of(Component::Interest)});
+    AdjustFuturePrincipal(session_, parent_,
+                          {Mode::Save, lngActiveRow, AmountOf(picked_, Component::Principal)});
+    AdjustFutureInterest(session_, parent_,
+                         {Mode::Save, lngActiveRow, AmountOf(picked_, Component::Interest)});
   } else if (answer == Answer::Yes) {
-    AdjustFutureMonths(session_, parent_, {Mode::Save, lngActiveRow, picked_.Of(Component::Amount)});
+    AdjustFutureMonths(session_, parent_, {Mode::Save, lngActiveRow, AmountOf(picked_, Component::Amount)});
   } else if (reducing_) {
     const double dblDeletedInterest = (entry.interest.Before() - entry.interest.Now()) * months;
     CreateRecoveryMonthRed(session_, parent_, less, dblDeletedInterest);

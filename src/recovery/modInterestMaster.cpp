@@ -229,7 +229,7 @@ void modInterestMaster::cmdSave_Click() {
   if (rows.empty() || !MaySave(rows)) return;
   const std::string changes = WriteInterestRows(session_, key_, name_, rows);
   if (FnBlnAuditOn(session_)) {
-    const std::string typeDesc = InstructionCaption(session_, key_.siType);
+    const std::string typeDesc = InstructionCaption(session_, key_.type);
     WriteAuditTrail(
         session_, kMenuNumber, key_.employee, "Standing Instructions - " + typeDesc + " Interest Updated",
         fmt::format("{0} Interest Updated:::SI Type = {0}:SI Name = {1}:Serial No. = {2}::Interest "

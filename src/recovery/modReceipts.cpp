@@ -10,7 +10,7 @@
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
-#include "instructions/instruction_type.h"
+#include "instructions/type_rights.h"
 #include "recovery/emi_months.h"
 #include "recovery/working.h"
 #include "runtime/numbers.h"
@@ -48,14 +48,12 @@ modReceipts::modReceipts(Session& session, InstructionParent& parent)
       session_(session),
       parent_(parent),
       key_(parent.Key()),
-      reducing_(parent.ReducingBalance()),
-      strRcptWord(ReceiptWordOf(key_.siType)) {
-  caption = key_.siType == kAdvanceType ? "Receipts Recovered" : "Deposits";
+      reducing_(parent.ComponentsApart()),
+      strRcptWord(FactsOf(key_.type).receiptWord) {
+  caption = key_.type == InstructionType::Advance ? "Receipts Recovered" : "Deposits";
   lblRcptDate.caption = strRcptWord + " Date";
   txtCounter.container = &fmeHidden;
   fmeHidden.visible = false;
-  cmdSave.tag = key_.siType == kAdvanceType ? "220" : "247";
-  cmdDelete.tag = key_.siType == kAdvanceType ? "221" : "248";
   for (TextBox* box : {&txtAmount, &txtInterest}) {
     box->rightAligned = true;
     box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
@@ -80,7 +78,7 @@ void modReceipts::ConnectHandlers() {
 void modReceipts::Form_Load() {
   SetColumns();
   FillReceiptGrid();
-  ApplyButtonRights(session_, *this, key_.siType == kAdvanceType ? 53 : 59);
+  ApplyTypeRights(session_, *this, key_.type);
   cmdSave.enabled = cmdDelete.enabled = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
 }
 
@@ -98,8 +96,7 @@ void modReceipts::FillReceiptGrid() {
   for (const Receipt& receipt : receipts_) {
     const std::size_t row = fpgReceipts.AddRow();
     fpgReceipts.At(row, kCounter).text = std::to_string(receipt.counter);
-    fpgReceipts.At(row, kDate).text =
-        receipt.RCPTDATE.IsDate() ? FormatDate(receipt.RCPTDATE.date(), "dd/mm/yyyy") : "";
+    fpgReceipts.At(row, kDate).text = receipt.RCPTDATE ? FormatDate(*receipt.RCPTDATE, "dd/mm/yyyy") : "";
     fpgReceipts.At(row, kPrincipal).text = ShownAmount(receipt.RCPTPRNAMT);
     fpgReceipts.At(row, kInterest).text = ShownAmount(receipt.RCPTINTAMT);
     fpgReceipts.At(row, kTotal).text = ShownAmount(receipt.RCPTAMT);
@@ -197,17 +194,17 @@ bool modReceipts::SaveReceipt() {
 }
 
 bool modReceipts::MayExceedRecoverable(const ReceiptEntry& entry) {
-  const OverviewAmounts overview = ReadOverview(parent_);
-  const double recoverable = overview.amount + overview.interest - overview.recovered;
+  const InstructionTotals totals = parent_.Totals();
+  const double recoverable = totals.amount + totals.interest - totals.recovered;
   if (recoverable >= entry.Total()) return true;
   return session_.desk.Confirm(
       fmt::format("Entered amount is more than {} recoverable.\r\nDo you want to continue?",
-                  InstructionCaption(session_, key_.siType)),
+                  InstructionCaption(session_, key_.type)),
       session_.title);
 }
 
 ReceiptDifference modReceipts::MonthsOf(const ReceiptEntry& entry) {
-  const std::vector<EmiMonth> schedule = ReadEmiMonths(session_, parent_);
+  const std::vector<ScheduleMonth> schedule = ReadEmiMonths(session_, parent_);
   return {.lngFromMonth = SalaryMonthOf(session_, entry.date),
           .lngToMonth = schedule.empty() ? 0 : schedule.back().monthYear};
 }
@@ -308,7 +305,7 @@ void modReceipts::AdjustDeleted(Answer answer, const ReceiptEntry& entry, Receip
 
 void modReceipts::WriteAudit(const char* deed, const ReceiptEntry& entry, std::string_view adjustment) {
   if (!FnBlnAuditOn(session_)) return;
-  const std::string typeDesc = InstructionCaption(session_, key_.siType);
+  const std::string typeDesc = InstructionCaption(session_, key_.type);
   const std::string done = typeDesc + deed;
   std::string detail =
       fmt::format("{}:::SI Type = {}:SI Name = {}::Receipt Date = {}", done, typeDesc,

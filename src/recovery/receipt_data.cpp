@@ -19,26 +19,15 @@ long CounterOf(const std::string& text) { return static_cast<long>(Val(text)); }
 
 std::string WhereReceipt(const InstructionKey& key, const std::string& counter, const char* conjunction) {
   return fmt::format("EMPID = {1} {0} SERIALNO = {2} {0} COUNTER = {3} {0} SITYPE = {4}", conjunction,
-                     key.employee, key.serial, CounterOf(counter), key.siType);
+                     key.employee, key.serial, CounterOf(counter), key.type);
 }
 
 }  // namespace
 
-std::vector<Receipt> ReadReceipts(Session& session, const InstructionKey& key) {
-  std::vector<Receipt> receipts;
-  Recordset rs(session.Cn,
-               "Select COUNTER, RCPTDATE, RCPTPRNAMT, RCPTINTAMT, RCPTAMT, REMARKS From INS_RECEIPTS Where " +
-                   WhereInstruction(key) + " Order By RCPTDATE");
-  for (; !rs.Eof(); rs.MoveNext()) {
-    receipts.push_back({rs["COUNTER"].ToLong(), rs["RCPTDATE"], rs["RCPTPRNAMT"], rs["RCPTINTAMT"],
-                        rs["RCPTAMT"], rs["REMARKS"].TextOrEmpty()});
-  }
-  return receipts;
-}
-
 long NextReceiptCounter(Session& session, const InstructionKey& key) {
   return session.data
-             .FnVarGetDbValue("Select Max(COUNTER) From INS_RECEIPTS Where " + WhereInstruction(key), 0)
+             .FnVarGetDbValue("Select Max(COUNTER) From INS_RECEIPTS Where " + WhereInstruction(key).text(),
+                              0)
              .ToLong() +
          1;
 }
@@ -52,11 +41,9 @@ long SalaryMonthOf(Session& session, std::string_view dateText) {
   return clsDateHandle::FnLngFindMonthValue(FormatDateText(dateText, "MMM/YYYY"));
 }
 
-std::string ReceiptWordOf(int siType) { return siType == kAdvanceType ? "Receipt" : "Deposit"; }
-
 std::optional<ReceiptRefusal> CheckReceipt(Session& session, const InstructionKey& key,
                                            const ReceiptEntry& entry) {
-  const std::string word = ReceiptWordOf(key.siType);
+  const std::string word(FactsOf(key.type).receiptWord);
   if (entry.counter.empty()) return ReceiptRefusal{"Select record or click 'New'.", ReceiptField::New};
   const std::optional<Date> date = ParseDate(entry.date);
   if (!date) return ReceiptRefusal{"Specify date. Format dd/mm/yyyy.", ReceiptField::Date};
@@ -66,10 +53,10 @@ std::optional<ReceiptRefusal> CheckReceipt(Session& session, const InstructionKe
   if (!FnBlnWithinLimit(entry.amount.text, kAmountLimit))
     return ReceiptRefusal{"Amount should be less than 9,99,99,99,999.99", ReceiptField::Amount};
   const Value given =
-      session.data.FnVarGetDbValue("Select SIDATE From INS_ADVLOAN Where " + WhereInstruction(key));
+      session.data.FnVarGetDbValue("Select SIDATE From INS_ADVLOAN Where " + WhereInstruction(key).text());
   if (given.IsDate() && *date < given.date()) {
     return ReceiptRefusal{fmt::format("{} date cannot be before the {} given date.", word,
-                                      InstructionCaption(session, key.siType)),
+                                      InstructionCaption(session, key.type)),
                           ReceiptField::Date};
   }
   return std::nullopt;
@@ -83,7 +70,7 @@ void WriteReceipt(Session& session, const InstructionKey& key, const ReceiptEntr
     row.Set("EMPID", key.employee);
     row.Set("SERIALNO", key.serial);
     row.Set("Counter", CounterOf(entry.counter));
-    row.Set("SITYPE", key.siType);
+    row.Set("SITYPE", NumberOf(key.type));
     row.Set("RCPTDATE", FormatDateText(entry.date, "dd/mmm/yyyy"));
   }
   row.Set("RCPTPRNAMT", entry.amount.Now());

@@ -4,23 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "instructions/instruction_parent.h"
+#include "instructions/receipts.h"
 #include "recovery/emi_entry.h"
-#include "runtime/value.h"
 
 namespace ktl {
 
 struct Session;
 
-// A payment outside the salary.
-struct Receipt {
-  long counter = 0;
-  Value RCPTDATE, RCPTPRNAMT, RCPTINTAMT, RCPTAMT;
-  std::string remarks;
-};
-
-// In the order of their dates.
-std::vector<Receipt> ReadReceipts(Session& session, const InstructionKey& key);
 long NextReceiptCounter(Session& session, const InstructionKey& key);
 
 // The salary month that a date belongs to: of the calendar when no salary month holds it.
@@ -43,9 +33,6 @@ struct ReceiptRefusal {
   std::string text;
   ReceiptField field = ReceiptField::None;
 };
-
-// "Receipt" of an advance, "Deposit" of a loan.
-std::string ReceiptWordOf(int siType);
 
 // The checks before a save that ask nothing, in their fixed order.
 std::optional<ReceiptRefusal> CheckReceipt(Session& session, const InstructionKey& key,

@@ -62,7 +62,7 @@ InterestTerms ReadInterestTerms(Session& session, const InstructionKey& key) {
     return session.data.FnVarGetDbValue(
         fmt::format("SELECT ILA.{} FROM INS_ADVLOAN ILA WHERE ILA.EMPID = {} AND ILA.SERIALNO = {} AND "
                     "ILA.SITYPE = {}",
-                    column, key.employee, key.serial, key.siType));
+                    column, key.employee, key.serial, key.type));
   };
   InterestTerms terms;
   terms.balance = read("ACTAMT").NumberOr0();
