@@ -21,6 +21,16 @@ class DataAccess {
   // critical box with the description, " : " and the number (none when noMessage), and Empty instead of the
   // default.
   Value FnVarGetDbValue(std::string_view sql, Value defaultValue = {}, bool noMessage = false);
+  // The same, converted: 0 and "" when the statement fails.
+  long Long(std::string_view sql, long defaultValue = 0) {
+    return FnVarGetDbValue(sql, defaultValue).ToLong();
+  }
+  double Number(std::string_view sql, double defaultValue = 0) {
+    return FnVarGetDbValue(sql, defaultValue).ToDouble();
+  }
+  std::string Text(std::string_view sql, std::string_view defaultValue = {}) {
+    return FnVarGetDbValue(sql, defaultValue).ToText();
+  }
   // Throws when the statement fails.
   bool FnBlnRecExists(std::string_view sql);
   // False on any failure, with no message.

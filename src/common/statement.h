@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "runtime/date.h"
 
@@ -30,14 +31,15 @@ class Statement {
   std::string text_;
 };
 
-// What goes into one hole of a statement's text, by its type: a number as digits, an amount with a decimal point
-// and never an exponent, a text with its quotes doubled (the quotes around it stand in the statement), a date as
-// dd/Mmm/yyyy, another statement as it stands.
+// What goes into one hole of a statement's text, by its type: a number as digits, an amount with a decimal
+// point and never an exponent, a text with its quotes doubled (the quotes around it stand in the statement),
+// a date as dd/Mmm/yyyy, another statement as it stands.
 class StatementHole {
  public:
   template <typename Number>
-    requires((std::is_integral_v<Number> && !std::is_same_v<Number, bool>) || std::is_enum_v<Number>)
-  StatementHole(Number number) : text_(std::to_string(static_cast<long long>(number))) {}
+  requires((std::is_integral_v<Number> && !std::is_same_v<Number, bool>) || std::is_enum_v<Number>)
+      StatementHole(Number number)
+      : text_(std::to_string(static_cast<long long>(number))) {}
   StatementHole(double amount);
   StatementHole(const Date& date);
   StatementHole(std::string_view typed) : text_(typed), typed_(true) {}
@@ -46,6 +48,7 @@ class StatementHole {
   StatementHole(const Statement& part) : text_(part.text()) {}
   StatementHole(bool) = delete;  // a flag is said as 0 or 1
 
+  bool isTyped() const { return typed_; }  // by a person: the dialect of the literals counts
   std::string TextFor(const clsSPChar& literals) const;
 
  private:
@@ -53,8 +56,8 @@ class StatementHole {
   bool typed_ = false;
 };
 
-// The text with "{}", or "{0}" and on, filled in. A text with more holes than values is a mistake of the program
-// and throws.
+// The text with "{}", or "{0}" and on, filled in. A text with more holes than values is a mistake of the
+// program and throws.
 Statement BuildStatement(const clsSPChar& literals, std::string_view text,
                          std::initializer_list<StatementHole> holes);
 
