@@ -5,29 +5,26 @@
 #include "database/recordset.h"
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
-#include "instructions/instruction_type.h"
 
 namespace ktl {
 
 namespace {
 
-constexpr const char* kColumns =
-    "EMI.COUNTER, EMI.MONTHYEAR, EMI.EMIAMT, EMI.ACTPRNAMT, EMI.ACTINTAMT, EMI.MDFPRNAMT, EMI.MDFINTAMT, "
-    "EMI.MDFYAMT";
-
-std::string ListStatement(const InstructionKey& key) {
-  const std::string where = fmt::format("Where EMI.EMPID = {} And EMI.SERIALNO = {} And EMI.SITYPE = {}",
-                                        key.employee, key.serial, key.type);
+Statement ListStatement(Session& session, const InstructionKey& key) {
+  const Statement columns(
+      "EMI.COUNTER, EMI.MONTHYEAR, EMI.EMIAMT, EMI.ACTPRNAMT, EMI.ACTINTAMT, EMI.MDFPRNAMT, EMI.MDFINTAMT, "
+      "EMI.MDFYAMT");
+  const Statement where = session.Sql("Where EMI.EMPID = {} And EMI.SERIALNO = {} And EMI.SITYPE = {}",
+                                      key.employee, key.serial, key.type);
   if (!HasInstitution(key.type)) {
-    return fmt::format(
-        "Select {}, '' As INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI {} Order By EMI.MONTHYEAR", kColumns,
+    return session.Sql(
+        "Select {}, '' As INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI {} Order By EMI.MONTHYEAR", columns,
         where);
   }
-  return fmt::format(
+  return session.Sql(
       "Select {}, INST.INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI, MAS_INSTITUTION INST {} And EMI.INSTID "
-      "= "
-      "INST.INSTID And INST.TYPEID = {} Order By EMI.MONTHYEAR",
-      kColumns, where, key.type);
+      "= INST.INSTID And INST.TYPEID = {} Order By EMI.MONTHYEAR",
+      columns, where, key.type);
 }
 
 }  // namespace
@@ -44,11 +41,11 @@ double AmountOf(const ScheduleMonth& month, Component component) {
   return month.MDFYAMT.value_or(0);
 }
 
-std::vector<ScheduleMonth> ReadEmiMonths(Session& session, InstructionParent& parent) {
+std::vector<ScheduleMonth> ReadEmiMonths(Session& session, const InstructionParent& parent) {
   const InstructionKey key = parent.Key();
   const std::set<long> recovered = IsAdvanceOrLoan(key.type) ? parent.RecoveredMonths() : std::set<long>();
   std::vector<ScheduleMonth> months;
-  for (Recordset rs(session.Cn, ListStatement(key)); !rs.Eof(); rs.MoveNext()) {
+  for (Recordset rs(session.Cn, ListStatement(session, key)); !rs.Eof(); rs.MoveNext()) {
     ScheduleMonth& month = months.emplace_back(ReadScheduleMonth(rs));
     month.markedRecovered = recovered.contains(month.monthYear);
   }
@@ -65,10 +62,26 @@ std::vector<AdjustableMonth> AdjustableMonths(const std::vector<ScheduleMonth>& 
   return adjustable;
 }
 
-std::string ReadInstructionName(Session& session, const InstructionKey& key) {
-  const char* query = IsAdvanceOrLoan(key.type) ? "Select SINAME From INS_ADVLOAN Where "
-                                                : "Select OTHNAME From INS_OTHER Where ";
-  return session.data.FnVarGetDbValue(query + WhereInstruction(key).text(), "").ToText();
+std::optional<LastMonth> ReadLastMonth(Session& session, const InstructionKey& key) {
+  const Recordset last(session.Cn, session.Sql("Select Max(COUNTER), Max(MONTHYEAR) From INS_EMIDETAIL Where "
+                                               "{} And EMIAMT <> 0",
+                                               WhereInstruction(key)));
+  if (last.Eof() || last[1].IsNull()) return std::nullopt;
+  return LastMonth{last[0].ToLong(), last[1].ToLong()};
+}
+
+std::vector<ListRow> ReadInstitutionRows(Session& session, InstructionType type) {
+  std::vector<ListRow> rows;
+  if (!HasInstitution(type)) return rows;
+  Recordset rs(session.Cn, session.Sql("Select INSTID, INSTNAME From MAS_INSTITUTION Where TYPEID = {} Order "
+                                       "By INSTNAME",
+                                       type));
+  for (; !rs.Eof(); rs.MoveNext()) rows.push_back({rs["INSTNAME"].TextOrEmpty(), rs["INSTID"].TextOrEmpty()});
+  return rows;
+}
+
+void RaiseFlags(Session& session, const InstructionKey& key, long monthYear) {
+  RaiseEditMode(session, key.employee, OneMonth(monthYear), AttendanceWording::EmployeeFirst);
 }
 
 long CountLockedMonths(Session& session, long firstMonth, long lastMonth) {
@@ -78,12 +91,10 @@ long CountLockedMonths(Session& session, long firstMonth, long lastMonth) {
 }
 
 long CountLockedMonthsAtOnce(Session& session, long firstMonth, long lastMonth) {
-  return session.data
-      .FnVarGetDbValue(fmt::format("Select Count(MONTHYEAR) From MAS_MONTHYEAR Where LOCKEDYN = 1 And "
-                                   "MONTHYEAR >= {} AND MONTHYEAR <= {}",
-                                   firstMonth, lastMonth),
-                       0)
-      .ToLong();
+  return session.data.Long(
+      session.Sql("Select Count(MONTHYEAR) From MAS_MONTHYEAR Where LOCKEDYN = 1 And "
+                  "MONTHYEAR >= {} AND MONTHYEAR <= {}",
+                  firstMonth, lastMonth));
 }
 
 std::string LockedMonthsText(long count) {
