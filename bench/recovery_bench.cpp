@@ -19,13 +19,12 @@ namespace {
 struct LoanBench {
   explicit LoanBench(int employees) : company(ScratchCompany(employees)), bench(company) {
     bench.Connect(company);
-    bench.session->SIType = 2;
     const AdvLoanEntry loan = LoanOf360();
     WriteAdvLoan(*bench.session, loan);
     bench.desk.answer = Answer::Yes;
-    entry = std::make_unique<modAdvLoan>(*bench.session);
+    entry = std::make_unique<modAdvLoan>(*bench.session, InstructionType::Loan);
     entry->Load();
-    entry->cmbEmpName.SetBoundText(std::to_string(loan.key.employee));
+    entry->employee.cmbEmpName.SetBoundText(std::to_string(loan.key.employee));
     entry->txtSerialNo.SetText(std::to_string(loan.key.serial));
   }
 
