@@ -11,8 +11,8 @@
 
 namespace ktl {
 
-SmallParent::SmallParent(Session& session, InstructionKey key, bool reducing)
-    : key(key), reducing(reducing), session_(session) {
+SmallParent::SmallParent(Session& session, InstructionKey instruction, bool apart)
+    : key(instruction), reducing(apart), session_(session) {
   RefreshDetail();
   RefreshEMI();
 }

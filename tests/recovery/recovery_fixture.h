@@ -19,7 +19,7 @@ namespace ktl {
 // the last refresh.
 class SmallParent final : public InstructionParent {
  public:
-  SmallParent(Session& session, InstructionKey key, bool reducing);
+  SmallParent(Session& session, InstructionKey instruction, bool apart);
 
   InstructionKey Key() const override { return key; }
   std::string InstructionName() const override { return "Car Loan"; }
