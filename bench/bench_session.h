@@ -5,11 +5,11 @@
 #include <memory>
 
 #include "bench_company.h"
-#include "frame/connect.h"
-#include "frame/real_machine.h"
-#include "frame/startup.h"
 #include "instructions/advloan_write.h"
+#include "machine/real_machine.h"
 #include "quiet_desk.h"
+#include "start/connect.h"
+#include "start/startup.h"
 
 namespace ktl {
 

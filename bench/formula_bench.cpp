@@ -14,8 +14,8 @@
 #include "company/raw_database.h"
 #include "database/recordset.h"
 #include "formula/clsEvalFormula.h"
-#include "frame/real_machine.h"
 #include "frame/session.h"
+#include "machine/real_machine.h"
 
 namespace {
 
@@ -30,7 +30,8 @@ std::filesystem::path CompanyOf(int employees) {
   static std::map<int, std::filesystem::path> made;
   auto& file = made[employees];
   if (!file.empty()) return file;
-  file = std::filesystem::temp_directory_path() / ("ktl-formula-bench-" + std::to_string(employees) + ".kldb");
+  file =
+      std::filesystem::temp_directory_path() / ("ktl-formula-bench-" + std::to_string(employees) + ".kldb");
   ktl::CompanyOptions options;
   options.file = file;
   options.force = true;

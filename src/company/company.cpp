@@ -13,7 +13,7 @@
 #include "company/company_error.h"
 #include "company/sample_masters.h"
 #include "company/schema_texts.h"
-#include "frame/settings_store.h"
+#include "machine/settings_store.h"
 
 namespace ktl {
 namespace {

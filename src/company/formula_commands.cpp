@@ -9,8 +9,8 @@
 #include "company/company_error.h"
 #include "company/formula_report.h"
 #include "company/sql_command.h"
-#include "frame/real_machine.h"
 #include "frame/session.h"
+#include "machine/real_machine.h"
 
 namespace ktl {
 namespace {

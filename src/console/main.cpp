@@ -6,10 +6,10 @@
 #include <string>
 
 #include "console/script_desk.h"
-#include "frame/real_machine.h"
 #include "frame/session.h"
-#include "frame/startup.h"
+#include "machine/real_machine.h"
 #include "runtime/errors.h"
+#include "start/startup.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 
 #include "desktop/look.h"
 #include "desktop/qt_desk.h"
-#include "frame/real_machine.h"
 #include "frame/session.h"
-#include "frame/startup.h"
+#include "machine/real_machine.h"
 #include "runtime/errors.h"
+#include "start/startup.h"
 
 namespace {
 

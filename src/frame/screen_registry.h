@@ -12,8 +12,8 @@ namespace ktl {
 class Screen;
 struct Session;
 
-// Screens by name, so that a screen can open another one whose room it may not include; frame/startup fills
-// it.
+// Screens by name, so that a screen can open another one whose room it may not include; the
+// start fills it.
 class ScreenRegistry {
  public:
   // parent: the screen that opens it, null at the top.

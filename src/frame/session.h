@@ -7,9 +7,9 @@
 #include "common/titles.h"
 #include "database/connection.h"
 #include "frame/employee_detail.h"
-#include "frame/machine.h"
 #include "frame/options.h"
 #include "frame/screen_registry.h"
+#include "machine/machine.h"
 #include "screen/desk.h"
 
 namespace ktl {

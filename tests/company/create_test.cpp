@@ -1,5 +1,5 @@
 #include "common/amounts.h"
-#include "frame/settings_store.h"
+#include "machine/settings_store.h"
 #include "sample_company.h"
 
 namespace ktl {

@@ -8,7 +8,7 @@
 #include <functional>
 
 #include "frame/session.h"
-#include "frame/siblings.h"
+#include "machine/siblings.h"
 #include "runtime/errors.h"
 #include "support/fake_machine.h"
 #include "support/scripted_desk.h"

@@ -4,9 +4,9 @@
 
 #include <tuple>
 
-#include "frame/frame_fixture.h"
 #include "screen/controls.h"
 #include "screen/screen.h"
+#include "support/frame_fixture.h"
 
 namespace ktl {
 namespace {

@@ -4,12 +4,12 @@
 
 #include <numeric>
 
-#include "frame/connect.h"
 #include "frame/options.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/instruction_type.h"
 #include "instructions/modAdvLoan.h"
 #include "runtime/numbers.h"
+#include "start/connect.h"
 
 namespace ktl {
 

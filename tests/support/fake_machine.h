@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "frame/machine.h"
+#include "machine/machine.h"
 
 namespace ktl {
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "frame/machine.h"
+#include "machine/machine.h"
 
 namespace ktl {
 

@@ -1,4 +1,4 @@
-#include "frame/startup.h"
+#include "start/startup.h"
 
 #include <gtest/gtest.h>
 
@@ -6,11 +6,11 @@
 #include <tuple>
 
 #include "common/amounts.h"
-#include "frame/connect.h"
-#include "frame/frame_fixture.h"
 #include "frame/top_level.h"
 #include "frame/workstation_objects.h"
+#include "start/connect.h"
 #include "support/errors.h"
+#include "support/frame_fixture.h"
 
 namespace ktl {
 namespace {

@@ -1,12 +1,12 @@
-#include "frame/startup.h"
+#include "start/startup.h"
 
 #include <array>
 
-#include "frame/command_line.h"
-#include "frame/connect.h"
 #include "frame/top_level.h"
 #include "frame/workstation_objects.h"
 #include "runtime/numbers.h"
+#include "start/command_line.h"
+#include "start/connect.h"
 
 namespace ktl {
 

@@ -1,4 +1,4 @@
-#include "frame/connect.h"
+#include "start/connect.h"
 
 #include <fmt/format.h>
 
@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "common/amounts.h"
-#include "frame/command_line.h"
 #include "frame/session.h"
 #include "runtime/errors.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
+#include "start/command_line.h"
 
 namespace ktl {
 

@@ -1,4 +1,4 @@
-#include "frame/settings_store.h"
+#include "machine/settings_store.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

@@ -1,4 +1,4 @@
-#include "frame/settings_text.h"
+#include "machine/settings_text.h"
 
 #include <fmt/format.h>
 

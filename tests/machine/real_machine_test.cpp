@@ -1,4 +1,4 @@
-#include "frame/real_machine.h"
+#include "machine/real_machine.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "frame/frame_fixture.h"
+#include "support/frame_fixture.h"
 
 #include "company/schema_texts.h"
 #include "database/drivers/sqlite_file.h"
-#include "frame/connect.h"
+#include "start/connect.h"
 
 namespace ktl {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frame/machine.h"
+#include "machine/machine.h"
 
 namespace ktl {
 

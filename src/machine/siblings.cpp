@@ -1,4 +1,4 @@
-#include "frame/siblings.h"
+#include "machine/siblings.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -12,7 +12,7 @@
 #include <filesystem>
 #include <thread>
 
-#include "frame/files.h"
+#include "machine/files.h"
 
 namespace ktl {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "frame/machine.h"
+#include "machine/machine.h"
 #include "runtime/errors.h"
 
 namespace ktl {

@@ -1,4 +1,4 @@
-#include "frame/command_line.h"
+#include "start/command_line.h"
 
 #include <gtest/gtest.h>
 

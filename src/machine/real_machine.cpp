@@ -1,4 +1,4 @@
-#include "frame/real_machine.h"
+#include "machine/real_machine.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -9,9 +9,9 @@
 #include <filesystem>
 #include <optional>
 
-#include "frame/files.h"
-#include "frame/settings_store.h"
-#include "frame/siblings.h"
+#include "machine/files.h"
+#include "machine/settings_store.h"
+#include "machine/siblings.h"
 #include "runtime/errors.h"
 
 namespace ktl {

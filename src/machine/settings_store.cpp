@@ -1,4 +1,4 @@
-#include "frame/settings_store.h"
+#include "machine/settings_store.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -11,7 +11,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "frame/settings_text.h"
+#include "machine/settings_text.h"
 
 namespace ktl {
 

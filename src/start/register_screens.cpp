@@ -1,10 +1,10 @@
-#include "frame/startup.h"
 #include "instructions/modAdvLoan.h"
 #include "instructions/modSIMaster.h"
 #include "recovery/modEMIDet.h"
 #include "recovery/modInterestMaster.h"
 #include "recovery/modReceipts.h"
 #include "runtime/errors.h"
+#include "start/startup.h"
 
 namespace ktl {
 
