@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QListView>
 #include <QTimer>
 
 #include "desktop/binding.h"
@@ -26,15 +27,18 @@ class ListRows final : public QAbstractListModel {
     return ToQt(rows_[std::size_t(index.row())].text);
   }
   const std::vector<ListRow>& Rows() const { return rows_; }
-  void Take(const std::vector<ListRow>& rows) {
-    if (rows_ == rows) return;
+  void Take(const ComboBox& control) {
+    if (version_ == control.RowsVersion()) return;
+    version_ = control.RowsVersion();
+    if (rows_ == control.Rows()) return;
     beginResetModel();
-    rows_ = rows;
+    rows_ = control.Rows();
     endResetModel();
   }
 
  private:
   std::vector<ListRow> rows_;
+  std::size_t version_ = 0;
 };
 
 // Sees Enter before the list of suggestions does, which would only close itself on it.
@@ -82,7 +86,7 @@ class ComboBoxBinding final : public Binding {
   void Mirror() override {
     MirrorState(control_, combo_);
     colours_.Mirror(control_, combo_);
-    rows_.Take(control_.Rows());
+    rows_.Take(control_);
     MirrorText();
     QLineEdit* edit = combo_.lineEdit();
     if (!edit) return;
@@ -122,6 +126,8 @@ class ComboBoxBinding final : public Binding {
     completer->setCompletionMode(QCompleter::PopupCompletion);
     completer->setFilterMode(Qt::MatchContains);
     completer->setCaseSensitivity(Qt::CaseInsensitive);
+    auto* list = qobject_cast<QListView*>(completer->popup());
+    if (list) list->setUniformItemSizes(true);  // else each suggestion is measured at every key
     completer->popup()->installEventFilter(&suggestionKeys_);
   }
 

@@ -72,7 +72,10 @@ void TextBox::TypeOver(std::string_view typed) {
   if (text_ != before) Raise(onChange);
 }
 
-void ComboBox::SetRows(std::vector<ListRow> rows) { rows_ = std::move(rows); }
+void ComboBox::SetRows(std::vector<ListRow> rows) {
+  rows_ = std::move(rows);
+  ++rowsVersion_;
+}
 
 void ComboBox::SetText(std::string text) {
   if (text == text_) return;

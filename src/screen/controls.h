@@ -114,6 +114,8 @@ class ComboBox final : public Control {
   const std::vector<ListRow>& Rows() const { return rows_; }
   // Keeps the text; raises nothing.
   void SetRows(std::vector<ListRow> rows);
+  // Another number for every list of rows that was set: who copies them need not compare them.
+  std::size_t RowsVersion() const { return rowsVersion_; }
 
   const std::string& Text() const { return text_; }
   void SetText(std::string text);  // raises onChange when the text differs
@@ -136,6 +138,7 @@ class ComboBox final : public Control {
 
  private:
   std::vector<ListRow> rows_;
+  std::size_t rowsVersion_ = 0;
   std::string text_;
   std::optional<std::string> chosenValue_;
 };

@@ -96,6 +96,16 @@ TEST_F(FieldsTest, ComboTakesTypingAndTellsRowsOfTheSameTextApart) {
   });
 }
 
+TEST_F(FieldsTest, AListThatIsReadAnewIsShown) {
+  WorkAt<QComboBox>("cmbName", [this](QComboBox& combo) {
+    screen.cmbName.SetRows({{"Dev Nair", "12"}, {"Asha Rao", "11"}, {"Ishaan", "14"}, {"Meera", "15"}});
+    desk.Refresh();
+    EXPECT_EQ(combo.itemText(3), "Meera");
+    combo.setCurrentIndex(3);
+    EXPECT_EQ(screen.cmbName.BoundText(), "15");
+  });
+}
+
 TEST_F(FieldsTest, EnterInTheSuggestionsChoosesAndMovesOn) {
   WorkAt<QComboBox>("cmbName", [this](QComboBox& combo) {
     Enter(combo, "ish");
