@@ -94,28 +94,51 @@ class BadDay : public testing::Test {
 };
 
 TEST_F(BadDay, CommandLinesThatNameNoScreenEndWithOneLineOrOneBox) {
-  const struct {
-    const char* line;
-    const char* out;
-    const char* err;
-  } cases[] = {
-      {"", "", "Subscript out of range"},
-      {"1502#False", "", "Subscript out of range"},
-      {"1502#perhaps#0#0", "", "Type mismatch"},
-      {"1502#False#zero#0", "", "Type mismatch"},
-      {"99999999999#False#0#0", "", "Overflow"},
-      {"1502#False#32768#0", "", "Overflow"},
-      {"1506#False#0#0",
-       "box | Critical | KestrelLedger - Standing Instruction | Invalid form reference | OK\n", ""},
-      {"letters#False#0#0$Pay", "box | Critical | Pay | Invalid form reference | OK\n", ""},
-  };
-  for (const auto& c : cases) {
-    const Outcome outcome = Play(c.line);
-    EXPECT_EQ(outcome.status, 1) << c.line;
-    EXPECT_EQ(outcome.out, c.out) << c.line;
-    EXPECT_NE(outcome.err.find(c.err), std::string::npos) << c.line << ": " << outcome.err;
-    EXPECT_LE(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+  // What cannot be taken apart is told with an example, before anything is opened.
+  for (const char* line : {"", "1502#False", "1502#perhaps#0#0", "1502#False#zero#0", "99999999999#False#0#0",
+                           "1502#False#32768#0"}) {
+    const Outcome outcome = Play(line, "", "no-such.ini");
+    EXPECT_EQ(outcome.status, 2) << line;
+    EXPECT_EQ(outcome.out, "") << line;
+    EXPECT_NE(outcome.err.find(std::string("\"") + line + "\""), std::string::npos) << outcome.err;
+    EXPECT_NE(outcome.err.find("1502#False#0#0"), std::string::npos) << outcome.err;
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
   }
+  const std::pair<const char*, const char*> boxes[] = {
+      {"1506#False#0#0",
+       "box | Critical | KestrelLedger - Standing Instruction | Invalid form reference | OK\n"},
+      {"letters#False#0#0$Pay", "box | Critical | Pay | Invalid form reference | OK\n"}};
+  for (const auto& [line, box] : boxes) {
+    const Outcome outcome = Play(line);
+    EXPECT_EQ(outcome.status, 1) << line;
+    EXPECT_EQ(outcome.out, box);
+  }
+}
+
+TEST_F(BadDay, ATranscriptThatCannotBeWrittenIsAFailure) {
+  std::ofstream(Path("script")) << "screen\n";
+  const std::string run = "cd " + ShellQuoted(folder.path().string()) +
+                          " && KTL_SETTINGS=settings.ini KTL_FOLDER=. " KTL_BUILD_DIR
+                          "/KTLStInsConsole '1502#False#0#0' script 2>err >";
+  EXPECT_EQ(RunShell(run + "out"), 0);
+  EXPECT_EQ(RunShell(run + "/dev/full"), 1);
+  EXPECT_NE(ReadAll(Path("err")).find("cannot be written"), std::string::npos);
+}
+
+TEST_F(BadDay, WhatTheProgramsMakeOnlyTheirUserCanRead) {
+  ASSERT_EQ(RunShell("cd " + ShellQuoted(folder.path().string()) +
+                     " && umask 022 && mkdir own && " KTL_BUILD_DIR
+                     "/KTLCompany create own/c.kldb --settings own/s.ini >/dev/null && echo close | "
+                     "KTL_SETTINGS=own/s.ini "
+                     "KTL_FOLDER=own KTL_SQL_LOG=own/log " KTL_BUILD_DIR "/KTLStInsConsole '1502#False#0#0'"),
+            0);
+  std::size_t files = 0;
+  for (const auto& file : fs::directory_iterator(Path("own"))) {
+    EXPECT_EQ(file.status().permissions() & (fs::perms::group_all | fs::perms::others_all), fs::perms::none)
+        << file.path();
+    ++files;
+  }
+  EXPECT_GE(files, 4U);  // company, local store, settings, log
 }
 
 TEST_F(BadDay, FilesThatAreNoCompanyAreNamed) {
