@@ -49,7 +49,9 @@ int RunScript(const char* argv0, const Arguments& arguments) {
   const std::string complaint =
       ktl::CommandLineComplaint(arguments.commandLine, real.machine().environment.ExecutableName());
   if (!complaint.empty()) return Complain(complaint, kBadScript);
-  ktl::ScriptDesk desk(fromFile ? file : std::cin, std::cout);
+  ktl::EndOnSignals();
+  ktl::ScriptDesk desk(fromFile ? file : std::cin, std::cout,
+                       [&real] { return real.machine().environment.MustEnd(); });
   ktl::Session session(real.machine(), desk);
   const int status = ktl::RunProgram(session, arguments.commandLine);
   // Standard input may belong to somebody who keeps it open: what is left there is not asked for. Nor when no

@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -11,6 +12,7 @@
 #include "company/company.h"
 #include "database/connection.h"
 #include "database/recordset.h"
+#include "frame/settings_store.h"
 #include "shell.h"
 
 extern char** environ;
@@ -202,7 +204,8 @@ TEST_F(BadDay, LongAndForeignTextsAreKeptWhole) {
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL WHERE EMPID = 49"), "360\n");
 }
 
-pid_t Start(const std::vector<std::string>& arguments, const std::vector<std::string>& environment) {
+pid_t Start(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
+            const std::string& input = "/dev/null") {
   std::vector<char*> argv, env;
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   for (const std::string& variable : environment) env.push_back(const_cast<char*>(variable.c_str()));
@@ -211,11 +214,35 @@ pid_t Start(const std::vector<std::string>& arguments, const std::vector<std::st
   env.push_back(nullptr);
   posix_spawn_file_actions_t quiet;
   posix_spawn_file_actions_init(&quiet);
+  posix_spawn_file_actions_addopen(&quiet, 0, input.c_str(), O_RDONLY, 0);
   posix_spawn_file_actions_addopen(&quiet, 1, "/dev/null", O_WRONLY, 0);
   pid_t child = 0;
   if (posix_spawn(&child, argv[0], &quiet, nullptr, argv.data(), env.data()) != 0) child = 0;
   posix_spawn_file_actions_destroy(&quiet);
   return child;
+}
+
+// Asked to end, the program ends without a question and leaves no number of a window that has gone.
+TEST_F(BadDay, ASignalOrAWrongScriptLeavesNoWindowNumberBehind) {
+  SettingsFile settings(Path("settings.ini"));
+  const auto handle = [&] { return settings.Get("ExeTalk", "HWNDKTLStInsConsole", "none"); };
+  EXPECT_EQ(Play("1502#False#0#0", "click cmdNowhere\n").status, 2);
+  EXPECT_EQ(handle(), "0");
+  ASSERT_EQ(::mkfifo(Path("waits").c_str(), 0600), 0);
+  std::fstream script(Path("waits"), std::ios::in | std::ios::out);  // so that nobody waits to open it
+  const pid_t child =
+      Start({KTL_BUILD_DIR "/KTLStInsConsole", "1502#False#0#0"},
+            {"KTL_SETTINGS=" + Path("settings.ini").string(), "KTL_FOLDER=" + folder.path().string()},
+            Path("waits").string());
+  ASSERT_GT(child, 0);
+  script << kEnterLoan << std::flush;
+  while (handle() != std::to_string(child)) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  kill(child, SIGTERM);
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << status;
+  EXPECT_EQ(handle(), "0");
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN WHERE EMPID = 49"), "0\n");
 }
 
 // Cut off anywhere, a save leaves a sound company with nothing, the instruction, or the instruction with its
