@@ -26,6 +26,7 @@ function(ktl_room room)
   if(arg_PROGRAM)
     add_executable(${arg_PROGRAM} ${room}/main.cpp)
     target_link_libraries(${arg_PROGRAM} PRIVATE ktl_${room})
+    target_compile_definitions(${arg_PROGRAM} PRIVATE KTL_VERSION="${PROJECT_VERSION}")
     # All programs stand side by side: one folder holds them, and a program looks for its siblings in its own.
     set_target_properties(${arg_PROGRAM} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
   endif()

@@ -108,11 +108,9 @@ std::string clsGenCmn::FnStrPADL(std::string_view text, std::size_t width, char 
 }
 
 std::string clsGenCmn::FnStrEncryptWord(std::string_view text) {
-  std::string scrambled;
-  while (!text.empty()) {
-    const char32_t character = TakeCharacter(text);
-    AppendCharacter(scrambled, character < 128 ? character + 128 : character - 128);
-  }
+  constexpr unsigned char kHighBit = 0x80;
+  std::string scrambled(text);
+  for (char& byte : scrambled) byte = static_cast<char>(static_cast<unsigned char>(byte) ^ kHighBit);
   return scrambled;
 }
 

@@ -130,6 +130,7 @@ void ScriptDesk::ShowModal(Screen& screen) {
   FireTimers(screen);
   while (!screen.IsUnloaded()) {
     const auto line = script_.Next();
+    if (mustEnd_()) Fail(std::make_exception_ptr(ProgramFailure(kEndedBySignal)));
     if (!line) return CloseAtEnd(screen);
     RunCommand(*line, screen);
     FireTimers(screen);

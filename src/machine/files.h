@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/stat.h>
+
 #include <filesystem>
 
 namespace ktl {
@@ -9,5 +11,8 @@ inline bool FnBlnFileExists(const std::filesystem::path& path) {
   std::error_code ignored;
   return !path.empty() && std::filesystem::is_regular_file(path, ignored);
 }
+
+// What the program makes from now on (companies, stores, logs, workbooks) only its user can read.
+inline void KeepNewFilesPrivate() { ::umask(S_IRWXG | S_IRWXO); }
 
 }  // namespace ktl

@@ -47,6 +47,7 @@ class Environment {
   virtual std::string Variable(std::string_view name) const = 0;
   virtual std::string ExecutableName() const = 0;  // without folder and ending
   virtual long ProcessId() const = 0;              // stands for the window's handle in the settings store
+  virtual bool MustEnd() const = 0;                // somebody has asked the program to end, by a signal
 };
 
 struct Sibling {

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <climits>
+#include <csignal>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
@@ -59,6 +60,8 @@ class NoStatusBox final : public StatusBox {
   void ReplaceText(long, std::string_view) override {}
 };
 
+volatile std::sig_atomic_t endAsked = 0;
+
 class LocalEnvironment final : public Environment {
  public:
   explicit LocalEnvironment(const char* argv0)
@@ -75,6 +78,7 @@ class LocalEnvironment final : public Environment {
   }
   std::string ExecutableName() const override { return executableName_; }
   long ProcessId() const override { return ::getpid(); }
+  bool MustEnd() const override { return endAsked != 0; }
 
  private:
   std::string executableName_;
@@ -114,6 +118,12 @@ struct RealMachine::Parts {
   LocalEnvironment environment;
   LocalSiblings siblings;
 };
+
+void EndOnSignals() {
+  struct sigaction action {};
+  action.sa_handler = [](int) { endAsked = 1; };  // without SA_RESTART: a wait for the next line ends too
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) ::sigaction(signal, &action, nullptr);
+}
 
 RealMachine::RealMachine(const char* argv0) : parts_(std::make_unique<Parts>(argv0)) {}
 RealMachine::~RealMachine() = default;

@@ -6,6 +6,10 @@
 
 namespace ktl {
 
+// From now on SIGTERM, SIGINT and SIGHUP only make Environment::MustEnd true: the program ends by itself, in
+// order.
+void EndOnSignals();
+
 // The machine that the program runs on. Reads KTL_SETTINGS, KTL_FOLDER and KTL_TODAY from the environment.
 class RealMachine final {
  public:

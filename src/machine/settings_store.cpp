@@ -7,9 +7,11 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
+#include <thread>
 
 #include "machine/settings_text.h"
 
@@ -37,21 +39,31 @@ class FileDescriptor final {
   int fd_;
 };
 
+constexpr std::chrono::milliseconds kLockStep{20};
+
 // Held while one program reads, changes and replaces the file. The lock file stays: removing it would let a
 // third program lock another file than the second.
 class WriteLock final {
  public:
-  explicit WriteLock(const std::filesystem::path& path)
+  WriteLock(const std::filesystem::path& path, std::chrono::milliseconds patience)
       : file_(::open((path.string() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
     if (!file_.valid()) Fail(path, "locked");
-    while (::flock(file_.get(), LOCK_EX) != 0) {
-      if (errno != EINTR) Fail(path, "locked");
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (::flock(file_.get(), LOCK_EX | LOCK_NB) != 0) {
+      if (errno != EINTR && errno != EWOULDBLOCK) Fail(path, "locked");
+      if (std::chrono::steady_clock::now() >= deadline) {
+        throw SettingsError(
+            fmt::format("The settings file {} is being written by another program.", path.string()));
+      }
+      std::this_thread::sleep_for(kLockStep);
     }
   }
 
  private:
   FileDescriptor file_;
 };
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string ReadAll(const std::filesystem::path& path) {
   const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
@@ -63,7 +75,7 @@ std::string ReadAll(const std::filesystem::path& path) {
   char buffer[4096];
   for (;;) {
     const ssize_t count = ::read(file.get(), buffer, sizeof buffer);
-    if (count == 0) return text;
+    if (count == 0) return text.starts_with(kByteOrderMark) ? text.substr(kByteOrderMark.size()) : text;
     if (count > 0) {
       text.append(buffer, static_cast<std::size_t>(count));
     } else if (errno != EINTR) {
@@ -79,6 +91,13 @@ bool WriteAll(int fd, std::string_view text) {
     if (count > 0) text.remove_prefix(static_cast<std::size_t>(count));
   }
   return ::fsync(fd) == 0;
+}
+
+// What a link leads to is replaced, not the link.
+std::filesystem::path BehindLinks(const std::filesystem::path& path) {
+  std::error_code none;
+  const std::filesystem::path real = std::filesystem::weakly_canonical(path, none);
+  return none ? path : real;
 }
 
 // The file is there with its old or its new text, never with half of one.
@@ -135,11 +154,12 @@ std::string SettingsFile::Get(std::string_view section, std::string_view key, st
 }
 
 void SettingsFile::Set(std::string_view section, std::string_view key, std::string_view value) {
-  MakeFolder(path_.parent_path(), path_);
-  const WriteLock lock(path_);
+  const std::filesystem::path file = BehindLinks(path_);
+  MakeFolder(file.parent_path(), file);
+  const WriteLock lock(file, patience_);
   const std::string text =
-      Understanding(path_, [&] { return WithSetting(ReadAll(path_), section, key, value); });
-  Replace(path_, text);
+      Understanding(path_, [&] { return WithSetting(ReadAll(file), section, key, value); });
+  Replace(file, text);
 }
 
 std::filesystem::path DefaultSettingsPath() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -20,10 +21,14 @@ class SettingsError final : public RuntimeError {
 
 // The settings store as a text file of "[section]" and "key=value" lines, which the host writes too. Values
 // come back byte for byte. A missing file is an empty store; a file changed by another program is read again;
-// two programs may write at once. The file belongs to its user alone (mode 0600 in a folder of 0700).
+// two programs may write at once. A link stays a link; a byte order mark is passed over. The file belongs to
+// its user alone (mode 0600 in a folder of 0700).
 class SettingsFile final : public SettingsStore {
  public:
-  explicit SettingsFile(std::filesystem::path path) : path_(std::move(path)) {}
+  // patience: how long a Set waits for another program that is writing.
+  explicit SettingsFile(std::filesystem::path path,
+                        std::chrono::milliseconds patience = std::chrono::seconds(10))
+      : path_(std::move(path)), patience_(patience) {}
 
   // Both throw SettingsError.
   std::string Get(std::string_view section, std::string_view key,
@@ -45,6 +50,7 @@ class SettingsFile final : public SettingsStore {
   void ReadWhenChanged();
 
   std::filesystem::path path_;
+  std::chrono::milliseconds patience_;
   std::optional<Stamp> readAt_;
   Entries entries_;
 };

@@ -94,6 +94,8 @@ std::unique_ptr<SiblingProcess> LocalSiblings::Launch(const std::string& path, c
   ::fcntl(pipe[0], F_SETFL, O_NONBLOCK);
   posix_spawn_file_actions_t actions;
   ::posix_spawn_file_actions_init(&actions);
+  // Our standard input may be a script, which is ours to read.
+  ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   ::posix_spawn_file_actions_adddup2(&actions, pipe[1], STDOUT_FILENO);
   std::string program = path;
   std::string arguments = sibling.arguments;

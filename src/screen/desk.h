@@ -40,6 +40,8 @@ class ProgramFailure final : public std::exception {
   std::string text_;
 };
 
+inline constexpr const char* kEndedBySignal = "ended by a signal";
+
 // The person in front of the program.
 class Desk {
  public:

@@ -1,5 +1,7 @@
 #include "start/command_line.h"
 
+#include <fmt/format.h>
+
 #include "runtime/errors.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -49,6 +51,19 @@ LaunchFields ConvertFields(const CommandLine& line, std::string_view executableN
   fields.trailingNumber = Value(line.Field(fields.openedFromFile ? last - 1 : last)).ToLong();
   if (fields.openedFromFile) fields.connectionFile = line.Field(last);
   return fields;
+}
+
+std::string CommandLineComplaint(std::string_view text, std::string_view executableName) {
+  try {
+    ConvertFields(SplitCommandLine(text), executableName);
+    return "";
+  } catch (const RuntimeError&) {
+    return fmt::format(
+        "\"{}\" is no command line. One looks like '1502#False#0#0': a code (1501 advances, 1502 loans), "
+        "whether a "
+        "report called (True or False), the report's number, a reserved number.",
+        text);
+  }
 }
 
 }  // namespace ktl

@@ -35,4 +35,8 @@ struct LaunchFields {
 // Errors 9 (fewer than three fields), 13 and 6 (a field that does not convert).
 LaunchFields ConvertFields(const CommandLine& line, std::string_view executableName);
 
+// What is to be told to a person whose command line cannot be taken apart, and what one looks like; "" when
+// it can.
+std::string CommandLineComplaint(std::string_view text, std::string_view executableName);
+
 }  // namespace ktl

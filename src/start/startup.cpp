@@ -84,6 +84,15 @@ bool ReadReadOnlyFlag(Session& session) {
       .ToBoolean();
 }
 
+// The store must name no window of a program that has gone, however it went.
+void ForgetWindow(Session& session) noexcept {
+  try {
+    LeaveTopLevel(session);
+  } catch (...) {
+    // What ended the program is told, not that the store could not be written besides.
+  }
+}
+
 }  // namespace
 
 int RunProgram(Session& session, const std::string& commandLine) {
@@ -99,7 +108,12 @@ int RunProgram(Session& session, const std::string& commandLine) {
   LoadOptionSet(session);
   session.TdsMar2Feb = session.options.TDSMAR2FEB;
   PrepareWorkstationObjects(session);
-  return Dispatch(session, line);
+  try {
+    return Dispatch(session, line);
+  } catch (...) {
+    ForgetWindow(session);
+    throw;
+  }
 }
 
 }  // namespace ktl

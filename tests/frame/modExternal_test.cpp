@@ -133,6 +133,22 @@ TEST_F(LauncherTest, PassesStatusTextOn) {
   EXPECT_EQ(Handle("StatusHWNDKestrel Ledger"), "900");
 }
 
+TEST_F(LauncherTest, ASignalEndsTheWaitAndTheOtherProgramAndLeavesNoDeadNumbers) {
+  machine.settings.Set("ExeTalk", "StatusHWNDKestrel Ledger", "900");
+  Script(folder / "KTLLong", "echo $$ > \"$0.pid\"; exec sleep 60");
+  desk.meanwhile = [this] { machine.environment.mustEnd = !Written("KTLLong.pid").empty(); };
+  EXPECT_THROW(Launch("KTLLong", 3), ProgramFailure);
+  EXPECT_EQ(::kill(std::stoi(Written("KTLLong.pid")), 0), -1);
+  EXPECT_EQ(Handle("StatusHWNDKestrel Ledger"), "900");
+  EXPECT_EQ(Handle("HWNDKTLLong"), "0");
+}
+
+TEST_F(LauncherTest, OurStandardInputIsNotTheirs) {
+  Script(folder / "KTLReads", "cat > \"$0.out\"; echo done >> \"$0.out\"");
+  Launch("KTLReads", 3);
+  EXPECT_EQ(Written("KTLReads.out"), "done\n");
+}
+
 TEST_F(LauncherTest, ModeTwoWaitsForOneThatRunsAlready) {
   machine.settings.Set("ExeTalk", "HWNDKTLFFS", std::to_string(::getpid()));
   desk.meanwhile = [this] {

@@ -1,6 +1,8 @@
 #include "machine/settings_store.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -99,6 +101,35 @@ TEST_F(SettingsStoreTest, RefusesWhatItCannotUnderstandAndLeavesItAlone) {
   fs::remove(path_);
   fs::create_directory(path_);
   EXPECT_THROW(SettingsFile(path_).Get("Settings", "User"), SettingsError);
+}
+
+TEST_F(SettingsStoreTest, ALinkStaysALinkAndAByteOrderMarkIsPassedOver) {
+  const fs::path real = folder_.path() / "shared.ini";
+  std::ofstream(real, std::ios::binary) << "\xEF\xBB\xBF[Settings]\nUser=RAVI\n";
+  fs::create_directories(path_.parent_path());
+  fs::create_symlink(real, path_);
+  SettingsFile store(path_);
+  EXPECT_EQ(store.Get("Settings", "User"), "RAVI");
+  store.Set("Settings", "Path", "/data");
+  EXPECT_TRUE(fs::is_symlink(path_));
+  EXPECT_EQ(ReadAll(real), "[Settings]\nUser=RAVI\nPath=/data\n");
+}
+
+TEST_F(SettingsStoreTest, ALockThatIsHeldIsToldAfterAWhile) {
+  SettingsFile(path_).Set("Settings", "User", "RAVI");
+  const int lock = ::open((path_.string() + ".lock").c_str(), O_RDWR);
+  ASSERT_EQ(::flock(lock, LOCK_EX), 0);
+  SettingsFile store(path_, std::chrono::milliseconds(60));
+  try {
+    store.Set("Settings", "User", "MEENA");
+    ADD_FAILURE() << "written through a lock";
+  } catch (const SettingsError& error) {
+    EXPECT_NE(error.description().find("written by another program"), std::string::npos);
+  }
+  EXPECT_EQ(store.Get("Settings", "User"), "RAVI");
+  ::close(lock);
+  store.Set("Settings", "User", "MEENA");
+  EXPECT_EQ(store.Get("Settings", "User"), "MEENA");
 }
 
 TEST_F(SettingsStoreTest, TwoProgramsWriteAtOnceAndNothingIsLost) {
