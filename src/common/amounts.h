@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,7 @@ double FnDblRoundUp(double value);
 // As lists show an amount: two decimals, nothing for null.
 std::string ShownAmount(double amount);
 std::string ShownAmount(const Value& amount);
+std::string ShownAmount(const std::optional<double>& amount);
 bool FnBlnWithinLimit(std::string_view text, double limit);
 
 // Formatting, words and keystroke filters. A filter takes a character code and gives it back, another one, or

@@ -20,6 +20,10 @@ bool FnBlnAuditOn(Session& session);  // asked once a session
 // nobody's.
 void WriteAuditTrail(Session& session, long menuNumber, long employee, std::string_view action,
                      std::string_view detail, std::string_view extra = "");
+// What every writer of instructions ends in: what was done ("Loan Created/Updated") and its detail, of the
+// employee (0 for nobody's). Nothing while the audit is off; a detail that costs statements is for the caller
+// to spare then.
+void AuditInstruction(Session& session, long employee, std::string_view deed, const std::string& detail);
 
 // lockyn of the employee, kept in the session.
 long ReadEmpLockStatus(Session& session, long employee);

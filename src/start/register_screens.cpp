@@ -10,26 +10,43 @@ namespace ktl {
 
 namespace {
 
-// A screen that works on the instruction of the screen that opens it, and never without one.
-template <typename ScreenType>
-void AddOfInstruction(ScreenRegistry& screens, const char* name) {
-  screens.Add(name, [](Session& session, Screen* parent) -> std::unique_ptr<Screen> {
-    auto* instruction = dynamic_cast<InstructionParent*>(parent);
+// What a screen that is opened by its name gets for the arguments of its door.
+struct OpenedByName {
+  Session& session;
+  Screen* parent;
+
+  operator InstructionType() const { return static_cast<InstructionType>(session.SIType); }
+  operator InstructionParent&() const {
+    auto* const instruction = dynamic_cast<InstructionParent*>(parent);
     if (instruction == nullptr) throw RuntimeError::InvalidProcedureCall();
-    return std::make_unique<ScreenType>(session, *instruction);
+    return *instruction;
+  }
+};
+
+// A door that leads somewhere already stays as it is.
+template <typename ScreenType, typename... Arguments>
+void Register(Session& session, Door<Arguments...>& door) {
+  if (!door.IsThere()) {
+    door.LeadTo([](Session& opened, Arguments... arguments) {
+      return std::make_unique<ScreenType>(opened, arguments...);
+    });
+  }
+  session.screens.Add(door.screenName(), [](Session& opened, Screen* parent) {
+    const OpenedByName arguments{opened, parent};
+    return std::make_unique<ScreenType>(opened, static_cast<Arguments>(arguments)...);
   });
 }
 
 }  // namespace
 
-void RegisterScreens(ScreenRegistry& screens) {
-  screens.Add("modAdvLoan", [](Session& session, Screen*) { return std::make_unique<modAdvLoan>(session); });
-  screens.Add("modSIMaster", [](Session& session, Screen* parent) {
-    return std::make_unique<modSIMaster>(session, parent);
+void RegisterScreens(Session& session) {
+  session.screens.Add("modAdvLoan", [](Session& opened, Screen*) {
+    return std::make_unique<modAdvLoan>(opened, static_cast<InstructionType>(opened.SIType));
   });
-  AddOfInstruction<modEMIDet>(screens, "modEMIDet");
-  AddOfInstruction<modReceipts>(screens, "modReceipts");
-  AddOfInstruction<modInterestMaster>(screens, "modInterestMaster");
+  Register<modSIMaster>(session, session.doors.instructionMaster);
+  Register<modEMIDet>(session, session.doors.emiEditor);
+  Register<modReceipts>(session, session.doors.receipts);
+  Register<modInterestMaster>(session, session.doors.interestEditor);
 }
 
 }  // namespace ktl

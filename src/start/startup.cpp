@@ -96,7 +96,7 @@ void ForgetWindow(Session& session) noexcept {
 }  // namespace
 
 int RunProgram(Session& session, const std::string& commandLine) {
-  RegisterScreens(session.screens);
+  RegisterScreens(session);
   const CommandLine line = SplitCommandLine(commandLine);
   if (line.title) session.title = *line.title;
   session.data.SetTitle(session.title);

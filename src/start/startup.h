@@ -6,8 +6,8 @@
 
 namespace ktl {
 
-// Fills the registry with every screen of the program that is not in it yet.
-void RegisterScreens(ScreenRegistry& screens);
+// Fills the doors and the registry with every screen of the program that is not in them yet.
+void RegisterScreens(Session& session);
 
 // The whole run: reads the command line, connects, loads options, opens one screen modally and comes back
 // when it is gone. Registers the screens itself; one that the caller has put into the registry before stays.

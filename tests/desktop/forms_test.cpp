@@ -53,13 +53,13 @@ TEST(FormsTest, EveryScreenHasAFormWithAWidgetForEachControl) {
   FakeMachine machine;
   FormCheckDesk desk;
   Session session(machine.machine(), desk);
-  RegisterScreens(session.screens);
+  RegisterScreens(session);
   const std::vector<std::string> names = session.screens.Names();
   ASSERT_FALSE(names.empty());
   for (const std::string& name : names) {
     for (const int siType : {1, 2}) {
       session.SIType = siType;
-      modAdvLoan parent(session);  // of the screens that work on an instruction
+      modAdvLoan parent(session, InstructionType{siType});  // of the screens that work on an instruction
       session.screens.Show(session, name, &parent);
     }
   }

@@ -102,6 +102,23 @@ TEST_F(RightsTest, TheAuditSwitchIsAskedOnce) {
   }
 }
 
+TEST_F(RightsTest, AnInstructionsDeedIsAuditedWhileTheAuditIsOn) {
+  Sql("DELETE FROM SEC_AUDITTRAIL");
+  for (const bool on : {false, true}) {
+    session.auditOn = on;
+    AuditInstruction(session, 17, "Loan Created/Updated", "::SI Type = Loan");
+  }
+  EXPECT_EQ(company.Rows("SELECT MENUNO, EMPID, ACTIONTEXT, DETAILTEXT FROM SEC_AUDITTRAIL"),
+            "19|17|Standing Instructions - Loan Created/Updated|Loan Created/Updated::SI Type = Loan");
+}
+
+TEST_F(RightsTest, TypedTextsAreDoubledByTheSettingsDialect) {
+  EXPECT_EQ(session.Sql("A = {} And B = '{}'", 17, "O'Brien|").text(), "A = 17 And B = 'O''Brien|'");
+  Setting("DBType", "");
+  Setting("DBType", "ACC97");
+  EXPECT_EQ(session.Sql("'{}'", "|").text(), "'' & Chr$(124) & ''");
+}
+
 TEST_F(RightsTest, EmployeeLocks) {
   Fill("MAS_EMPLOYEE", "(EMPID, EMPNAME, LOCKYN) VALUES (1, 'Asha Rane', 1), (2, 'Vikram Desai', NULL)");
   Fill("SEC_EMPLOCK", "(EMPID, MONTHYEAR, LOCKYN) VALUES (2, 24125, 1)");
