@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "frame/frame_fixture.h"
+#include "support/frame_fixture.h"
 #include "frame/handler_guard.h"
 #include "frame/refusal.h"
 #include "runtime/errors.h"
