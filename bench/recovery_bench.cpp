@@ -19,13 +19,12 @@ namespace {
 struct LoanBench {
   explicit LoanBench(int employees) : company(ScratchCompany(employees)), bench(company) {
     bench.Connect(company);
-    bench.session->SIType = 2;
     const AdvLoanEntry loan = LoanOf360();
     WriteAdvLoan(*bench.session, loan);
     bench.desk.answer = Answer::Yes;
-    entry = std::make_unique<modAdvLoan>(*bench.session);
+    entry = std::make_unique<modAdvLoan>(*bench.session, InstructionType::Loan);
     entry->Load();
-    entry->cmbEmpName.SetBoundText(std::to_string(loan.key.employee));
+    entry->employee.cmbEmpName.SetBoundText(std::to_string(loan.key.employee));
     entry->txtSerialNo.SetText(std::to_string(loan.key.serial));
   }
 
@@ -58,12 +57,12 @@ BENCHMARK(SpreadOver360)->Unit(benchmark::kMillisecond);
 struct FinalizeStatement {
   void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 };
-using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
+using Prepared = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
-Statement Prepare(sqlite3* db, const char* sql) {
+Prepared Prepare(sqlite3* db, const char* sql) {
   sqlite3_stmt* statement = nullptr;
   sqlite3_prepare_v2(db, sql, -1, &statement, nullptr);
-  return Statement(statement);
+  return Prepared(statement);
 }
 
 // The rows of the statement, every column looked at.
@@ -85,10 +84,10 @@ void SpreadOver360Floor(benchmark::State& state) {
   sqlite3_open(loan.company.c_str(), &db);
   sqlite3_exec(db, "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL", nullptr, nullptr, nullptr);
   {
-    const Statement write = Prepare(db,
-                                    "UPDATE INS_EMIDETAIL SET MDFYAMT = ?1 WHERE EMPID = 100 AND SITYPE = 2 "
-                                    "AND SERIALNO = 1000 AND MONTHYEAR = ?2");
-    const Statement schedule = Prepare(
+    const Prepared write = Prepare(db,
+                                   "UPDATE INS_EMIDETAIL SET MDFYAMT = ?1 WHERE EMPID = 100 AND SITYPE = 2 "
+                                   "AND SERIALNO = 1000 AND MONTHYEAR = ?2");
+    const Prepared schedule = Prepare(
         db,
         "SELECT E.COUNTER, E.MONTHYEAR, E.EMIAMT, E.ACTPRNAMT, E.ACTINTAMT, E.MDFPRNAMT, E.MDFINTAMT, "
         "E.MDFYAMT, I.INSTNAME, E.REMARKS FROM INS_EMIDETAIL E JOIN MAS_INSTITUTION I ON E.INSTID = I.INSTID "

@@ -105,17 +105,17 @@ std::string AuditedAnswer(Answer answer) {
 
 }  // namespace
 
-MonthRange::MonthRange(std::string fromText, std::string toText)
-    : fromText(std::move(fromText)),
-      toText(std::move(toText)),
-      from(FnLngMonthYear(this->fromText)),
-      to(FnLngMonthYear(this->toText)) {}
+MonthRange::MonthRange(std::string typedFrom, std::string typedTo)
+    : fromText(std::move(typedFrom)),
+      toText(std::move(typedTo)),
+      from(FnLngMonthYear(fromText)),
+      to(FnLngMonthYear(toText)) {}
 
-EditedAmount::EditedAmount(std::string text, std::string textBefore)
-    : text(std::move(text)),
-      textBefore(std::move(textBefore)),
-      now(clsGenCmn::FnDblTrimVal(this->text)),
-      before(clsGenCmn::FnDblTrimVal(this->textBefore)) {}
+EditedAmount::EditedAmount(std::string typed, std::string tag)
+    : text(std::move(typed)),
+      textBefore(std::move(tag)),
+      now(clsGenCmn::FnDblTrimVal(text)),
+      before(clsGenCmn::FnDblTrimVal(textBefore)) {}
 
 std::optional<EmiRefusal> CheckEmiEntry(Session& session, const InstructionKey& key, const EmiEntry& entry) {
   if (entry.lngCounter < 1) return EmiRefusal{"Select record or click 'New'.", EmiField::New};

@@ -14,7 +14,7 @@ struct Session;
 
 // A range of months as typed.
 struct MonthRange {
-  MonthRange(std::string fromText, std::string toText);
+  MonthRange(std::string typedFrom, std::string typedTo);
 
   std::string fromText, toText;
   long from, to;  // 0 when the text is no month
@@ -26,7 +26,7 @@ struct MonthRange {
 // A field of an editor: what it holds and what it held when its row was picked.
 struct EditedAmount {
   EditedAmount() = default;
-  EditedAmount(std::string text, std::string textBefore);
+  EditedAmount(std::string typed, std::string tag);
 
   std::string text, textBefore;  // audit texts quote them
   double now = 0, before = 0;

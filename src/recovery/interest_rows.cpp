@@ -88,9 +88,9 @@ std::vector<ScheduleMonth> ReadInterestRows(Session& session, const InstructionK
   return months;
 }
 
-std::optional<Refusal<InterestField>> CheckInterestRows(Session& session, const InstructionKey& key,
-                                                        const std::vector<ScheduleMonth>& months) {
-  using Refused = Refusal<InterestField>;
+std::optional<Refusal<NoField>> CheckInterestRows(Session& session, const InstructionKey& key,
+                                                  const std::vector<ScheduleMonth>& months) {
+  using Refused = Refusal<NoField>;
   const long first = months.front().monthYear;
   const long locked = CountLockedMonthsAtOnce(session, first, months.back().monthYear);
   if (locked > 0) return Refused{fmt::format("{} month(s) locked.  Cannot save.", locked)};

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/refusal.h"
+#include "instructions/entry_questions.h"
 #include "instructions/instruction_parent.h"
 #include "instructions/schedule_month.h"
 
@@ -17,10 +17,9 @@ struct Session;
 std::vector<ScheduleMonth> ReadInterestRows(Session& session, const InstructionKey& key,
                                             const std::string& name);
 
-// Locks that stand against writing the months; a focus is not given.
-enum class InterestField { None };
-std::optional<Refusal<InterestField>> CheckInterestRows(Session& session, const InstructionKey& key,
-                                                        const std::vector<ScheduleMonth>& months);
+// Locks that stand against writing the months.
+std::optional<Refusal<NoField>> CheckInterestRows(Session& session, const InstructionKey& key,
+                                                  const std::vector<ScheduleMonth>& months);
 
 // Writes every month and flags it, then the total interest of the instruction, and the audit line with the
 // months that were changed.

@@ -71,8 +71,8 @@ void modInterestMaster::Form_Load() {
 }
 
 void modInterestMaster::SetColumns() {
-  const auto amount = [](const char* caption, int width, std::size_t column) {
-    return GridList<ScheduleMonth>::Column{{caption, CellType::Number, width, false, false},
+  const auto amount = [](const char* heading, int width, std::size_t column) {
+    return GridList<ScheduleMonth>::Column{{heading, CellType::Number, width, false, false},
                                            Amount(AmountOf(column))};
   };
   months_.SetColumns({

@@ -11,7 +11,6 @@
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "instructions/type_rights.h"
-#include "recovery/list_columns.h"
 #include "recovery/working.h"
 #include "runtime/numbers.h"
 
@@ -57,22 +56,10 @@ void modReceipts::ConnectHandlers() {
 }
 
 void modReceipts::Form_Load() {
-  SetColumns();
+  receipts_.SetColumns(ReceiptColumns(key_.type));
   FillReceiptGrid();
   ApplyTypeRights(session_, *this, key_.type);
   cmdSave.enabled = cmdDelete.enabled = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
-}
-
-void modReceipts::SetColumns() {
-  receipts_.SetColumns({
-      {{"Counter", CellType::Number, 70, true},
-       [](const Receipt& receipt) { return std::to_string(receipt.counter); }},
-      {{strRcptWord + " Date", CellType::Date, 110}, DateText},
-      {{"Principle Amt.", CellType::Number, 120}, Amount(&Receipt::RCPTPRNAMT)},
-      {{"Interest Amt.", CellType::Number, 120}, Amount(&Receipt::RCPTINTAMT)},
-      {{"Total Amount", CellType::Number, 120}, Amount(&Receipt::RCPTAMT)},
-      {{"Remarks", CellType::Text, 220}, &Receipt::remarks},
-  });
 }
 
 void modReceipts::FillReceiptGrid() {

@@ -50,7 +50,6 @@ class modReceipts final : public Screen {
 
  private:
   void ConnectHandlers();
-  void SetColumns();
   void ClearFields();
   void Delete();
 
