@@ -22,11 +22,11 @@ int WeekdayKey(const Date& date) {
 
 PeriodHolidays::PeriodHolidays(Connection& cn, const HolidayOwner& owner, const DayRange& range) {
   ReadRotation(cn, owner, range);
-  if (rotation_.empty()) ReadPattern(cn, owner, MonthYearOf(range.last));
+  ReadPattern(cn, owner, MonthYearOf(range.last));
   ReadGeneral(cn, owner, range);
 }
 
-// The first of employee, head and everybody that has a row in the range; it replaces the pattern altogether.
+// For one date the row of the employee comes before that of his head, and that before everybody's.
 void PeriodHolidays::ReadRotation(Connection& cn, const HolidayOwner& owner, const DayRange& range) {
   const std::string owners[] = {fmt::format("EMPID = {}", owner.empId),
                                 fmt::format("ATTHEADID = {} AND EMPID = 0", owner.attHeadId),
@@ -37,12 +37,13 @@ void PeriodHolidays::ReadRotation(Connection& cn, const HolidayOwner& owner, con
         cn, fmt::format("SELECT WEEKDATE, FIRSTHALFYN, SECONDHALFYN FROM ATT_WKLYROT WHERE {} AND WEEKDATE "
                         "BETWEEN '{}' AND '{}'",
                         ofOwner, IsoDay(range.first), IsoDay(range.last)));
+    std::map<Date, HolidayHalves> dates;
     for (; !rows.Eof(); rows.MoveNext()) {
-      HolidayHalves& halves = rotation_[rows["WEEKDATE"].ToDate().DayOnly()];
+      HolidayHalves& halves = dates[rows["WEEKDATE"].ToDate().DayOnly()];
       halves.first |= IsSet(rows["FIRSTHALFYN"]);
       halves.second |= IsSet(rows["SECONDHALFYN"]);
     }
-    if (!rotation_.empty()) return;
+    rotation_.merge(dates);
   }
 }
 
@@ -91,10 +92,7 @@ void PeriodHolidays::ReadGeneralOf(Connection& cn, const char* column, long id, 
 }
 
 HolidayHalves PeriodHolidays::Weekly(const Date& date) const {
-  if (!rotation_.empty()) {
-    const auto day = rotation_.find(date);
-    return day == rotation_.end() ? HolidayHalves() : day->second;
-  }
+  if (const auto day = rotation_.find(date); day != rotation_.end()) return day->second;
   const auto weekday = pattern_.find(WeekdayKey(date));
   return weekday == pattern_.end() ? HolidayHalves() : weekday->second;
 }
