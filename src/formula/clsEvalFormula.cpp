@@ -24,14 +24,18 @@ clsEvalFormula::clsEvalFormula(Session& session, std::shared_ptr<EmployeeReads> 
 double clsEvalFormula::FnDblEvalFormula(long lngFormulaID, long lngEmpID, long lngEmpDetID, long lngMonthYear,
                                         const Date& dteFrom, const Date& dteTo, bool blnAddArrears,
                                         std::string_view strGrossFromCalc) {
+  return FnDblEvalFormula({lngFormulaID,
+                           lngEmpID,
+                           lngEmpDetID,
+                           lngMonthYear,
+                           {dteFrom, dteTo},
+                           blnAddArrears,
+                           std::string(strGrossFromCalc)});
+}
+
+double clsEvalFormula::FnDblEvalFormula(const FormulaRequest& request) {
   try {
-    return Amount({lngFormulaID,
-                   lngEmpID,
-                   lngEmpDetID,
-                   lngMonthYear,
-                   {dteFrom, dteTo},
-                   blnAddArrears,
-                   std::string(strGrossFromCalc)});
+    return Amount(request);
   } catch (const RuntimeError& error) {
     session_.Inform(error.description());
     return 0;
@@ -96,18 +100,6 @@ void clsEvalFormula::FillFirstTable(TokenTable& table, const FormulaRequest& req
             "profession tax group of the branch");
   }
   AddNumber(table, "(SalaryMonth)", request.monthYear, "the month asked for");
-}
-
-std::optional<long> DetailRowOfMonth(Session& session, long empId, long monthYear) {
-  const Recordset rows(
-      session.Cn,
-      fmt::format(
-          "Select * From MAS_EMPLOYEEDET Where EMPID = {0} And MONTH(EFFFROMDATE) + (YEAR(EFFFROMDATE) * "
-          "12) = (Select Max(MONTH(EFFFROMDATE) + (YEAR(EFFFROMDATE) * 12)) From MAS_EMPLOYEEDET Where "
-          "EMPID = {0} And MONTH(EFFFROMDATE) + (YEAR(EFFFROMDATE) * 12) <= {1})",
-          empId, monthYear));
-  if (rows.Eof()) return std::nullopt;
-  return rows["EMPDETID"].ToLong();
 }
 
 }  // namespace ktl

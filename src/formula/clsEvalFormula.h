@@ -1,13 +1,13 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include "formula/attendance_tokens.h"
 #include "formula/clsExprEval.h"
 #include "formula/day_count.h"
+#include "formula/detail_rows.h"
 #include "formula/employee_tokens.h"
 #include "formula/family_counts.h"
 #include "formula/formula_request.h"
@@ -39,6 +39,7 @@ class clsEvalFormula final {
   double FnDblEvalFormula(long lngFormulaID, long lngEmpID, long lngEmpDetID, long lngMonthYear,
                           const Date& dteFrom, const Date& dteTo, bool blnAddArrears = false,
                           std::string_view strGrossFromCalc = "");
+  double FnDblEvalFormula(const FormulaRequest& request);
   // For the detail row that the month's salary was calculated for; 0 when there is none.
   double FnDblEvalSalFormula(long lngFormulaID, long lngEmpID, long lngMonthYear);
   // Appends the attendance families: all, or those that a formula mentions. blnZeroLeave makes all leave 0.
@@ -61,9 +62,5 @@ class clsEvalFormula final {
   AttendanceTokens attendance_;
   EmployeeTokens employee_;
 };
-
-// The detail row with the latest effective month that is not after the month: the one that the callers of a
-// formula take. Throws when the read fails.
-std::optional<long> DetailRowOfMonth(Session& session, long empId, long monthYear);
 
 }  // namespace ktl

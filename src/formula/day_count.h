@@ -14,6 +14,7 @@ struct DayCounts {
   double calendar = 0;
   double pay = 0;
   double present = 0;
+  bool operator==(const DayCounts&) const = default;
 };
 
 // First and last day, both included.

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 
 #include "common/amounts.h"
 #include "common/month_year.h"
@@ -11,6 +12,7 @@
 namespace ktl {
 namespace {
 
+constexpr int kDays = 31;
 constexpr int kWeeks = 5;
 constexpr int kNextWhole = 2;
 
@@ -27,7 +29,13 @@ void AddGeneral(EmployeeReads& reads, const char* column, long id, const DayRang
 }  // namespace
 
 int WeekdayKey(const Date& date) {
-  return date.weekday() * 10 + static_cast<int>(FnDblRoundByType(kNextWhole, date.day() / 7.0));
+  static const std::array<int, kDays> kWeekOfDay = [] {
+    std::array<int, kDays> weeks{};
+    for (int day = 1; day <= kDays; ++day)
+      weeks[static_cast<std::size_t>(day) - 1] = static_cast<int>(FnDblRoundByType(kNextWhole, day / 7.0));
+    return weeks;
+  }();
+  return date.weekday() * 10 + kWeekOfDay[static_cast<std::size_t>(date.day()) - 1];
 }
 
 PeriodHolidays::PeriodHolidays(EmployeeReads& reads, const HolidayOwner& owner, const DayRange& range) {
