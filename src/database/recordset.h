@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "database/connection.h"
 #include "database/driver.h"
@@ -22,6 +23,8 @@ class Recordset {
  public:
   Recordset() = default;
   Recordset(Connection& cn, std::string_view sql, OpenMode mode = OpenMode::ReadOnly) { Open(cn, sql, mode); }
+  // Rows that were read before.
+  explicit Recordset(ResultSet rows) : result_(std::move(rows)) {}
 
   void Open(Connection& cn, std::string_view sql, OpenMode mode = OpenMode::ReadOnly);
   void Close();

@@ -1,4 +1,4 @@
-// The token families of the employee: his detail row, custom fields and queries, dates, funds and units.
+#include "formula/employee_tokens.h"
 
 #include <fmt/format.h>
 
@@ -7,8 +7,6 @@
 #include <set>
 
 #include "common/month_year.h"
-#include "database/recordset.h"
-#include "formula/clsEvalFormula.h"
 #include "formula/token_rows.h"
 #include "frame/session.h"
 
@@ -34,7 +32,7 @@ constexpr Fund kFunds[] = {
     {"ESIYN", "ESIYN", "ESIEFFFROM", "MAS_ESIEFFFROMEXT", "EX.ESIEFFFROM"},
 };
 
-std::string FundSql(const Fund& fund, long empId, long monthYear) {
+std::string FundSql(const Fund& fund, const std::string& empId, long monthYear) {
   const std::string history =
       fmt::format("(SELECT TOP 1 {0} FROM {1} WHERE EMPID = {2} AND {3} <= {4} ORDER BY {3} DESC)", fund.flag,
                   fund.history, empId, fund.effective, monthYear);
@@ -50,15 +48,13 @@ std::string FundSql(const Fund& fund, long empId, long monthYear) {
 
 }  // namespace
 
-void clsEvalFormula::FillSecondTable(TokenTable& table, const FormulaRequest& request,
-                                     const FormulaText& formula) {
-  const bool details = formula.Mentions("EmpDet{");
-  if (details) {
+void EmployeeTokens::Fill(TokenTable& table, const FormulaRequest& request, const FormulaText& formula) {
+  if (formula.Mentions("EmpDet{")) {
     FillDetailFields(table, request);
-    if (CountCache().extendedFields > 0) FillExtendedFields(table, request);
+    if (counts_.HasExtendedFields()) FillExtendedFields(table, request);
   }
-  if (formula.Mentions("EmpCustDet{") && CountCache().customFields > 0) FillCustomFields(table, request);
-  if (formula.Mentions("CustQry{") && CountCache().customQueries > 0) FillCustomQueries(table, request);
+  if (formula.Mentions("EmpCustDet{") && counts_.HasCustomFields()) FillCustomFields(table, request);
+  if (formula.Mentions("CustQry{") && counts_.HasCustomQueries()) FillCustomQueries(table, request);
   if (formula.Mentions("Emp{")) FillDates(table, request);
   if (formula.Mentions("(PFYN)") || formula.Mentions("(RESPFYN)") || formula.Mentions("(ESIYN)"))
     FillFunds(table, request);
@@ -66,11 +62,12 @@ void clsEvalFormula::FillSecondTable(TokenTable& table, const FormulaRequest& re
     FillUnits(table, request);
 }
 
-void clsEvalFormula::FillDetailFields(TokenTable& table, const FormulaRequest& request) {
-  LoadEmployeeDetail(session_, request.empId, request.empDetId);
+void EmployeeTokens::FillDetailFields(TokenTable& table, const FormulaRequest& request) {
+  LoadEmployeeDetail(session_, reads_->Employee(request.empId), reads_->DetailRow(request.empDetId),
+                     [this](const std::string& sql) { return reads_->Rows(sql); });
   const EmployeeDetail& detail = session_.employeeDetail;
   std::set<long> transferred;
-  for (Recordset rows(session_.Cn, "Select MASTERID From MAS_EXTCAPTION WHERE Transfered = 1"); !rows.Eof();
+  for (Recordset rows = reads_->Rows("Select MASTERID From MAS_EXTCAPTION WHERE Transfered = 1"); !rows.Eof();
        rows.MoveNext())
     transferred.insert(rows[0].ToLong());
   const std::array values = {&detail.DESIGNATION, &detail.OCCUPATION, &detail.DEPARTMENT, &detail.DIVISION,
@@ -87,22 +84,25 @@ void clsEvalFormula::FillDetailFields(TokenTable& table, const FormulaRequest& r
 }
 
 // An employee without extended details fails here: there is no row to read from.
-void clsEvalFormula::FillExtendedFields(TokenTable& table, const FormulaRequest& request) {
+void EmployeeTokens::FillExtendedFields(TokenTable& table, const FormulaRequest& request) {
   const Date detailEnd =
-      session_.data
-          .FnVarGetDbValue(
-              fmt::format("Select EFFTODATE From MAS_EMPLOYEEDET Where EMPID = {} And EMPDETID = {}",
-                          request.empId, request.empDetId),
-              kOpenDate)
+      reads_
+          ->Fetch(fmt::format("Select EFFTODATE From MAS_EMPLOYEEDET Where EMPID = {} And EMPDETID = {}",
+                              reads_->Employee(request.empId), reads_->DetailRow(request.empDetId)),
+                  kOpenDate)
           .ToDate();
-  const Date cutOff = std::min(detailEnd, Value(FnStrMonthEndDate(request.monthYear)).ToDate());
-  const Recordset values(
-      session_.Cn,
+  const Date monthEnd = *reads_->Once<Date>(fmt::format("month end {}", request.monthYear), [&] {
+    return FnDteMonthEnd({reads_->data(), session_.features.On("CALCINMIDYN")}, request.monthYear);
+  });
+  // Few detail rows end by then; each of these is asked for alone.
+  const std::string employee =
+      detailEnd < monthEnd ? std::to_string(request.empId) : reads_->Employee(request.empId);
+  const Recordset values = reads_->Rows(
       fmt::format("Select * From MAS_EMPLOYEEEXTDET EX WHERE EX.EMPID = {} AND EX.EFFFROMDATE<= '{}' "
                   "ORDER BY EMPEXTID desc",
-                  request.empId, clsDateHandle::FnStrInDateDTM(cutOff)));
-  Recordset captions(session_.Cn,
-                     "Select CAPTION,MASTERID From MAS_EXTCAPTION WHERE EXPEDITORYN = 1 Order By MASTERID");
+                  employee, clsDateHandle::FnStrInDateDTM(std::min(detailEnd, monthEnd))));
+  Recordset captions =
+      reads_->Rows("Select CAPTION,MASTERID From MAS_EXTCAPTION WHERE EXPEDITORYN = 1 Order By MASTERID");
   for (; !captions.Eof(); captions.MoveNext()) {
     const std::string field = fmt::format("EXTCLASS{:02}", captions["MASTERID"].ToLong());
     AddText(table, "EmpDet{" + captions["CAPTION"].TextOrEmpty() + "}", values[field].TextOrEmpty(),
@@ -110,11 +110,11 @@ void clsEvalFormula::FillExtendedFields(TokenTable& table, const FormulaRequest&
   }
 }
 
-void clsEvalFormula::FillCustomFields(TokenTable& table, const FormulaRequest& request) {
-  const Recordset values(session_.Cn,
-                         fmt::format("Select * From MAS_EMPLOYEECUSTOM EX WHERE EMPID = {}", request.empId));
-  Recordset captions(session_.Cn,
-                     "SELECT COLNAME,COLID FROM MAS_EMPCUSCAPTION WHERE expryn=1   Order By COLID ");
+void EmployeeTokens::FillCustomFields(TokenTable& table, const FormulaRequest& request) {
+  const Recordset values = reads_->Rows(
+      fmt::format("Select * From MAS_EMPLOYEECUSTOM EX WHERE EMPID = {}", reads_->Employee(request.empId)));
+  Recordset captions =
+      reads_->Rows("SELECT COLNAME,COLID FROM MAS_EMPCUSCAPTION WHERE expryn=1   Order By COLID ");
   for (; !captions.Eof(); captions.MoveNext()) {
     const std::string field = fmt::format("FIEld{}", captions["COLID"].ToLong());
     AddText(table, "EmpCustDet{" + captions["COLNAME"].TextOrEmpty() + "}",
@@ -122,22 +122,24 @@ void clsEvalFormula::FillCustomFields(TokenTable& table, const FormulaRequest& r
   }
 }
 
-// All queries run as soon as the formula mentions one.
-void clsEvalFormula::FillCustomQueries(TokenTable& table, const FormulaRequest& request) {
-  Recordset queries(session_.Cn, "Select * From MAS_FORMULACUSTOM  EX WHERE MODULEID = 1");
+// All queries run as soon as the formula mentions one, and each anew: it may read what was written since.
+void EmployeeTokens::FillCustomQueries(TokenTable& table, const FormulaRequest& request) {
+  Recordset queries = reads_->Rows("Select * From MAS_FORMULACUSTOM  EX WHERE MODULEID = 1");
   for (; !queries.Eof(); queries.MoveNext()) {
     std::string sql = queries["FQUERY"].TextOrEmpty();
     sql = ReplaceAll(sql, "$EMPID$", std::to_string(request.empId));
     sql = ReplaceAll(sql, "$EMPDETID$", std::to_string(request.empDetId));
     sql = ReplaceAll(sql, "$MONTHYEAR$", std::to_string(request.monthYear));
     sql = ReplaceAll(sql, "$HOSTNAME$", session_.hostName);
-    AddText(table, "CustQry{" + queries["FNAME"].TextOrEmpty() + "}", TextOf(sql, "0"), "custom query");
+    AddText(table, "CustQry{" + queries["FNAME"].TextOrEmpty() + "}",
+            reads_->data().FnVarGetDbValue(sql, "0").ToText(), "custom query");
   }
 }
 
-void clsEvalFormula::FillDates(TokenTable& table, const FormulaRequest& request) {
+void EmployeeTokens::FillDates(TokenTable& table, const FormulaRequest& request) {
   constexpr const char* kSource = "dates of the employee";
-  LoadEmployeeDates(session_, request.empId);
+  LoadEmployeeDates(session_, reads_->Employee(request.empId),
+                    [this](const std::string& sql) { return reads_->Rows(sql); });
   const EmployeeDetail& dates = session_.employeeDetail;
   const auto orOpen = [](const std::string& date) { return date.empty() ? kOpenDate : date; };
   AddDate(table, "Emp{DOJ}", dates.DOJ, kSource);
@@ -150,34 +152,38 @@ void clsEvalFormula::FillDates(TokenTable& table, const FormulaRequest& request)
     AddDate(table, "Emp{DOB}", dates.DOB, kSource);
   }
   AddDate(table, "Emp{SALCALCFROM}", dates.SALCALCFROM, kSource);
-  AddText(table, "Emp{SEX}",
-          TextOf(fmt::format("SELECT SEX FROM MAS_EMPLOYEE WHERE EMPID = {}", request.empId), ""),
-          "SEX of the employee");
+  AddText(
+      table, "Emp{SEX}",
+      reads_->Text(
+          fmt::format("SELECT SEX FROM MAS_EMPLOYEE WHERE EMPID = {}", reads_->Employee(request.empId)), ""),
+      "SEX of the employee");
 }
 
-void clsEvalFormula::FillFunds(TokenTable& table, const FormulaRequest& request) {
+void EmployeeTokens::FillFunds(TokenTable& table, const FormulaRequest& request) {
+  const std::string employee = reads_->Employee(request.empId);
   for (const Fund& fund : kFunds)
-    AddText(table, fund.token, TextOf(FundSql(fund, request.empId, request.monthYear), ""),
+    AddText(table, fund.token, reads_->Text(FundSql(fund, employee, request.monthYear), ""),
             "fund status of the month");
 }
 
 // Units are read only where some structure has a formula with units, whoever's structure that is.
-void clsEvalFormula::FillUnits(TokenTable& table, const FormulaRequest& request) {
+void EmployeeTokens::FillUnits(TokenTable& table, const FormulaRequest& request) {
   AddNumber(table, "OT1UNIT", 0, "always 0");
   AddNumber(table, "OT2UNIT", 0, "always 0");
-  if (CountCache().unitHeads < 1 ||
-      !session_.data.FnBlnRecExists("SELECT STRUCTID FROM  SLC_SALSTRUCTDET DET ,MAS_FORMULA FR WHERE "
-                                    "FR.FORMULAID=DET.FORMULAID  AND CHARINDEX('UNIT{',FR.FORMULA)>0"))
+  if (!counts_.HasUnits() ||
+      !reads_->Exists("SELECT STRUCTID FROM  SLC_SALSTRUCTDET DET ,MAS_FORMULA FR WHERE "
+                      "FR.FORMULAID=DET.FORMULAID  AND CHARINDEX('UNIT{',FR.FORMULA)>0"))
     return;
-  const double structure =
-      NumberOf(fmt::format("Select STRUCTID From MAS_EMPLOYEEDET Where EMPID = {} And EMPDETID = {}",
-                           request.empId, request.empDetId));
-  for (Recordset heads(session_.Cn, "SELECT * FROM MAS_SALARYHEAD WHERE CALCFLDTYPE='C'"); !heads.Eof();
+  const std::string employee = reads_->Employee(request.empId);
+  const auto structure = static_cast<long>(
+      reads_->Number(fmt::format("Select STRUCTID From MAS_EMPLOYEEDET Where EMPID = {} And EMPDETID = {}",
+                                 employee, reads_->DetailRow(request.empDetId))));
+  for (Recordset heads = reads_->Rows("SELECT * FROM MAS_SALARYHEAD WHERE CALCFLDTYPE='C'"); !heads.Eof();
        heads.MoveNext()) {
-    const double units = NumberOf(fmt::format(
+    const double units = reads_->Number(fmt::format(
         "SELECT UNIT FROM SLC_COMPCALCDET WHERE PAYTYPEYN = {} AND SALHEADROWID = {} AND STRUCTID = "
         "{} AND EMPID = {} AND MONTHYEAR = {}",
-        heads["PAYTYPEYN"].ToLong(), heads["SALHEADROWID"].ToLong(), structure, request.empId,
+        heads["PAYTYPEYN"].ToLong(), heads["SALHEADROWID"].ToLong(), reads_->Structure(structure), employee,
         request.monthYear));
     AddNumber(table, "UNIT{" + heads["SALHEADING"].TextOrEmpty() + "}", units, "units of the month");
   }
