@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "database/database_error.h"
+#include "database/drivers/recently_used.h"
 #include "runtime/value.h"
 
 struct sqlite3;
@@ -83,7 +83,8 @@ class SqliteDatabase {
     void operator()(sqlite3* database) const noexcept;
   };
   std::unique_ptr<sqlite3, Closer> handle_;
-  std::unordered_map<std::string, std::unique_ptr<SqliteStatement>> idle_;
+  // Null for a statement that is in use.
+  RecentlyUsed<std::unique_ptr<SqliteStatement>> statements_;
 };
 
 // The one place where return codes become errors.

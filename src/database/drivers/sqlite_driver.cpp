@@ -4,7 +4,6 @@
 
 #include <cmath>
 
-#include "database/drivers/shared_text.h"
 #include "database/stored_date.h"
 #include "runtime/numbers.h"
 
@@ -52,10 +51,17 @@ Value DateFor(const Assignment& assignment) {
   return *date;
 }
 
+void Bind(SqliteStatement& statement, const std::vector<Value>& numbers) {
+  for (std::size_t i = 0; i < numbers.size(); ++i) statement.Bind(static_cast<int>(i), numbers[i]);
+}
+
 }  // namespace
 
 SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, const ClientIdentity& client)
-    : database_(std::move(database)), client_(client), host_{database_, client, {}} {
+    : database_(std::move(database)),
+      client_(client),
+      host_{database_, client, {}},
+      programs_(kMostPrograms) {
   RegisterFunctions(host_);
   if (kind == FileKind::Company) database_.Run(kMonthLockTrigger);
 }
@@ -73,57 +79,85 @@ void SqliteDriver::KeepStatistics() noexcept {
   }
 }
 
-std::shared_ptr<const tsql::Program> SqliteDriver::ProgramOf(std::string_view sql, bool updatable) {
-  std::string key(sql);
+SqliteDriver::ProgramPtr SqliteDriver::SharedProgram(const SharedText& shared, bool updatable) {
+  std::string key = shared.sql;
   if (updatable) key += '\n';
-  if (const auto found = programs_.find(key); found != programs_.end()) return found->second;
-  auto program = std::make_shared<const tsql::Program>(tsql::Translate(sql, updatable));
-  if (key.size() > kLongestKeptText) return program;
-  if (programs_.size() >= kMostPrograms) programs_.clear();
-  programs_.emplace(std::move(key), program);
+  if (const auto* kept = programs_.Find(key)) return *kept;
+  ProgramPtr program;
+  try {
+    program = std::make_shared<const tsql::Program>(
+        tsql::Translate(shared.sql, updatable, static_cast<int>(shared.numbers.size())));
+    const bool one = program->size() == 1 && (program->front().kind == tsql::StepKind::Rows ||
+                                              program->front().kind == tsql::StepKind::Change);
+    if (!one) program = nullptr;
+  } catch (const DatabaseError&) {
+    // Said again with its numbers in place, the text tells why it cannot be read.
+  }
+  if (key.size() <= kLongestKeptText) programs_.Keep(key, program);
   return program;
 }
 
-ResultSet SqliteDriver::Query(std::string_view sql, Fetch fetch, bool updatable) {
-  Outcome outcome;
+SqliteDriver::ProgramPtr SqliteDriver::ProgramOf(std::string_view sql, bool updatable) {
+  std::string key(sql);
+  if (updatable) key += '\n';
+  if (const auto* kept = programs_.Find(key)) return *kept;
+  auto program = std::make_shared<const tsql::Program>(tsql::Translate(sql, updatable));
+  if (key.size() <= kLongestKeptText) programs_.Keep(key, program);
+  return program;
+}
+
+void SqliteDriver::RunText(std::string_view sql, bool updatable, Run& run) {
   host_.variables.clear();
-  RunProgram(*ProgramOf(sql, updatable), fetch, true, outcome);
-  return std::move(outcome.result);
+  SharedText shared;
+  ShareNumbers(sql, shared);
+  if (!shared.numbers.empty()) {
+    if (const ProgramPtr program = SharedProgram(shared, updatable)) {
+      run.numbers = std::move(shared.numbers);
+      return RunProgram(*program, run);
+    }
+  }
+  const ProgramPtr program = ProgramOf(sql, updatable);
+  RunProgram(*program, run);
+}
+
+ResultSet SqliteDriver::Query(std::string_view sql, Fetch fetch, bool updatable) {
+  Run run{.fetch = fetch, .keepRows = true};
+  RunText(sql, updatable, run);
+  return std::move(run.result);
 }
 
 std::int64_t SqliteDriver::Execute(std::string_view sql) {
-  Outcome outcome;
-  host_.variables.clear();
-  RunProgram(*ProgramOf(sql, false), Fetch::AllRows, false, outcome);
-  return outcome.rows;
+  Run run;
+  RunText(sql, false, run);
+  return run.rows;
 }
 
-void SqliteDriver::RunProgram(const tsql::Program& program, Fetch fetch, bool keepRows, Outcome& outcome) {
-  for (const auto& step : program) RunStep(step, fetch, keepRows, outcome);
+void SqliteDriver::RunProgram(const tsql::Program& program, Run& run) {
+  for (const auto& step : program) RunStep(step, run);
 }
 
 // The first query of a batch gives its rows.
-void SqliteDriver::RunStep(const tsql::Step& step, Fetch fetch, bool keepRows, Outcome& outcome) {
+void SqliteDriver::RunStep(const tsql::Step& step, Run& run) {
   switch (step.kind) {
     case tsql::StepKind::Rows:
-      if (keepRows && !outcome.answered) {
-        outcome.result = ReadRows(step, fetch);
-        outcome.answered = true;
+      if (run.keepRows && !run.answered) {
+        run.result = ReadRows(step, run);
+        run.answered = true;
       } else {
-        outcome.rows += CountRows(step.sql);
+        run.rows += CountRows(step.sql, run.numbers);
       }
       break;
     case tsql::StepKind::Change: {
       const auto before = database_.TotalChanges();
-      CountRows(step.sql);
-      outcome.rows += database_.ChangesSince(before);
+      CountRows(step.sql, run.numbers);
+      run.rows += database_.ChangesSince(before);
       break;
     }
     case tsql::StepKind::Assign:
-      CountRows(step.sql);
+      CountRows(step.sql, run.numbers);
       break;
     case tsql::StepKind::Branch:
-      RunProgram(database_.Number(step.sql) != 0 ? step.then : step.otherwise, fetch, keepRows, outcome);
+      RunProgram(database_.Number(step.sql) != 0 ? step.then : step.otherwise, run);
       break;
     case tsql::StepKind::Call:
       Call(step);
@@ -131,20 +165,19 @@ void SqliteDriver::RunStep(const tsql::Step& step, Fetch fetch, bool keepRows, O
   }
 }
 
-std::int64_t SqliteDriver::CountRows(const std::string& sql) {
+std::int64_t SqliteDriver::CountRows(const std::string& sql, const Numbers& numbers) {
   SqliteDatabase::Lease statement(database_, sql);
+  Bind(*statement, numbers);
   std::int64_t rows = 0;
   while (statement->Step()) ++rows;
   return rows;
 }
 
-ResultSet SqliteDriver::ReadRows(const tsql::Step& step, Fetch fetch) {
-  const SharedText shared = ShareNumbers(step.sql);
-  SqliteDatabase::Lease statement(database_, shared.sql);
-  for (std::size_t i = 0; i < shared.numbers.size(); ++i)
-    statement->Bind(static_cast<int>(i), Value(shared.numbers[i]));
+ResultSet SqliteDriver::ReadRows(const tsql::Step& step, const Run& run) {
+  SqliteDatabase::Lease statement(database_, step.sql);
+  Bind(*statement, run.numbers);
   // A changed schema shows in the columns only after the first step.
-  bool more = fetch != Fetch::NoRows && statement->Step();
+  bool more = run.fetch != Fetch::NoRows && statement->Step();
   const int first = step.baseTable.empty() ? 0 : 1;
   const int count = statement->ColumnCount();
   ResultSet result;
@@ -157,7 +190,7 @@ ResultSet SqliteDriver::ReadRows(const tsql::Step& step, Fetch fetch) {
                     (fromBack < step.datesFromBack.size() && step.datesFromBack[fromBack]);
     if (column >= first) result.columns.push_back(statement->ColumnName(column));
   }
-  for (; more; more = fetch == Fetch::AllRows && statement->Step()) {
+  for (; more; more = run.fetch == Fetch::AllRows && statement->Step()) {
     ResultRow& row = result.rows.emplace_back();
     row.values.reserve(count - first);
     for (int column = first; column < count; ++column)

@@ -7,6 +7,8 @@
 
 #include "database/connection.h"
 #include "database/driver.h"
+#include "database/drivers/recently_used.h"
+#include "database/drivers/shared_text.h"
 #include "database/drivers/sqlite_database.h"
 #include "database/drivers/sqlite_file.h"
 #include "database/drivers/sqlite_functions.h"
@@ -35,20 +37,28 @@ class SqliteDriver final : public Driver {
  private:
   enum class FieldKind { Text, Integer, Real, Date };
   using Fields = std::unordered_map<std::string, FieldKind, tsql::WordHash, tsql::WordEqual>;
-  using Programs = std::unordered_map<std::string, std::shared_ptr<const tsql::Program>>;
+  using ProgramPtr = std::shared_ptr<const tsql::Program>;
+  // The numbers that a program's statements take.
+  using Numbers = std::vector<Value>;
 
-  // What one run of a program came to.
-  struct Outcome {
+  // One run of a text: how its rows are wanted, and what it came to.
+  struct Run {
+    Fetch fetch = Fetch::AllRows;
+    bool keepRows = false;
+    Numbers numbers;
     std::int64_t rows = 0;
     ResultSet result;
     bool answered = false;  // the result is there
   };
 
-  std::shared_ptr<const tsql::Program> ProgramOf(std::string_view sql, bool updatable);
-  void RunProgram(const tsql::Program& program, Fetch fetch, bool keepRows, Outcome& outcome);
-  void RunStep(const tsql::Step& step, Fetch fetch, bool keepRows, Outcome& outcome);
-  ResultSet ReadRows(const tsql::Step& step, Fetch fetch);
-  std::int64_t CountRows(const std::string& sql);
+  void RunText(std::string_view sql, bool updatable, Run& run);
+  // The program of all texts that differ in their numbers only; null when there is none.
+  ProgramPtr SharedProgram(const SharedText& shared, bool updatable);
+  ProgramPtr ProgramOf(std::string_view sql, bool updatable);
+  void RunProgram(const tsql::Program& program, Run& run);
+  void RunStep(const tsql::Step& step, Run& run);
+  ResultSet ReadRows(const tsql::Step& step, const Run& run);
+  std::int64_t CountRows(const std::string& sql, const Numbers& numbers);
 
   void Call(const tsql::Step& step);
   void FillClassTable(const std::string& table, const std::string& user);
@@ -61,7 +71,8 @@ class SqliteDriver final : public Driver {
   SqliteDatabase database_;
   const ClientIdentity& client_;
   FunctionHost host_;
-  Programs programs_;
+  // By their texts; null for a shared text that each text must be read for on its own.
+  RecentlyUsed<ProgramPtr> programs_;
   std::unordered_map<std::string, Fields, tsql::WordHash, tsql::WordEqual> fields_;
 };
 
