@@ -4,6 +4,7 @@
 
 #include "common/sql_text.h"
 #include "frame/session.h"
+#include "runtime/numbers.h"
 
 namespace ktl {
 
@@ -12,6 +13,12 @@ std::string WhereInstruction(const InstructionKey& key) {
 }
 
 std::string SqlAmount(double amount) {
+  if (WholePaise(amount)) {
+    std::string text = FormatNumber(amount, "0.00");
+    while (text.back() == '0') text.pop_back();
+    if (text.back() == '.') text.pop_back();
+    return text;
+  }
   std::string text = fmt::format("{:.15g}", amount);
   if (text.find('e') != std::string::npos) text = fmt::format("{:.6f}", amount);
   return text;

@@ -131,20 +131,11 @@ std::int64_t SqliteStatement::Integer(int column) const {
   return sqlite3_column_int64(handle_.get(), column);
 }
 
-SqliteDatabase::Lease::Lease(SqliteDatabase& database, std::string_view sql)
-    : database_(database), sql_(sql) {
-  if (auto* kept = database.statements_.Find(sql)) statement_ = std::move(*kept);
-  if (!statement_) statement_ = std::make_unique<SqliteStatement>(database.handle(), sql);
-}
-
-SqliteDatabase::Lease::~Lease() {
-  if (sql_.size() > kLongestKeptText) return;
-  statement_->Reset();
-  auto* kept = database_.statements_.Find(sql_);
-  if (kept == nullptr)
-    database_.statements_.Keep(sql_, std::move(statement_));
-  else if (!*kept)
-    *kept = std::move(statement_);
+SqliteDatabase::Lease::Lease(SqliteDatabase& database, std::string_view sql) {
+  const auto* kept = database.statements_.Find(sql);
+  const bool free = kept != nullptr && kept->use_count() == 1;
+  statement_ = free ? *kept : std::make_shared<SqliteStatement>(database.handle(), sql);
+  if (kept == nullptr && sql.size() <= kLongestKeptText) database.statements_.Keep(sql, statement_);
 }
 
 void SqliteDatabase::Closer::operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }

@@ -51,8 +51,9 @@ Value DateFor(const Assignment& assignment) {
   return *date;
 }
 
-void Bind(SqliteStatement& statement, const std::vector<Value>& numbers) {
-  for (std::size_t i = 0; i < numbers.size(); ++i) statement.Bind(static_cast<int>(i), numbers[i]);
+void Bind(SqliteStatement& statement, std::span<const Value> numbers) {
+  int parameter = 0;
+  for (const Value& number : numbers) statement.Bind(parameter++, number);
 }
 
 }  // namespace
@@ -79,19 +80,20 @@ void SqliteDriver::KeepStatistics() noexcept {
   }
 }
 
-SqliteDriver::ProgramPtr SqliteDriver::SharedProgram(const SharedText& shared, bool updatable) {
-  std::string key = shared.sql;
-  if (updatable) key += '\n';
+SqliteDriver::ProgramPtr SqliteDriver::SharedProgram(bool updatable) {
+  std::string marked;
+  if (updatable) marked = shared_.sql + '\n';
+  const std::string& key = updatable ? marked : shared_.sql;
   if (const auto* kept = programs_.Find(key)) return *kept;
   ProgramPtr program;
   try {
     program = std::make_shared<const tsql::Program>(
-        tsql::Translate(shared.sql, updatable, static_cast<int>(shared.numbers.size())));
-    const bool one = program->size() == 1 && (program->front().kind == tsql::StepKind::Rows ||
-                                              program->front().kind == tsql::StepKind::Change);
-    if (!one) program = nullptr;
+        tsql::Translate(shared_.sql, updatable, static_cast<int>(shared_.numbers.size())));
+    const auto kind = program->front().kind;
+    const bool plain = kind == tsql::StepKind::Rows || kind == tsql::StepKind::Change;
+    if (program->size() > 1 || !plain) program = nullptr;
   } catch (const DatabaseError&) {
-    // Said again with its numbers in place, the text tells why it cannot be read.
+    // Read with its numbers in place, the text tells why it cannot be.
   }
   if (key.size() <= kLongestKeptText) programs_.Keep(key, program);
   return program;
@@ -108,15 +110,13 @@ SqliteDriver::ProgramPtr SqliteDriver::ProgramOf(std::string_view sql, bool upda
 
 void SqliteDriver::RunText(std::string_view sql, bool updatable, Run& run) {
   host_.variables.clear();
-  SharedText shared;
-  ShareNumbers(sql, shared);
-  if (!shared.numbers.empty()) {
-    if (const ProgramPtr program = SharedProgram(shared, updatable)) {
-      run.numbers = std::move(shared.numbers);
-      return RunProgram(*program, run);
-    }
-  }
-  const ProgramPtr program = ProgramOf(sql, updatable);
+  ShareNumbers(sql, shared_);
+  ProgramPtr program;
+  if (!shared_.numbers.empty()) program = SharedProgram(updatable);
+  if (program)
+    run.numbers = shared_.numbers;
+  else
+    program = ProgramOf(sql, updatable);
   RunProgram(*program, run);
 }
 
@@ -165,7 +165,7 @@ void SqliteDriver::RunStep(const tsql::Step& step, Run& run) {
   }
 }
 
-std::int64_t SqliteDriver::CountRows(const std::string& sql, const Numbers& numbers) {
+std::int64_t SqliteDriver::CountRows(const std::string& sql, Numbers numbers) {
   SqliteDatabase::Lease statement(database_, sql);
   Bind(*statement, numbers);
   std::int64_t rows = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -39,7 +40,7 @@ class SqliteDriver final : public Driver {
   using Fields = std::unordered_map<std::string, FieldKind, tsql::WordHash, tsql::WordEqual>;
   using ProgramPtr = std::shared_ptr<const tsql::Program>;
   // The numbers that a program's statements take.
-  using Numbers = std::vector<Value>;
+  using Numbers = std::span<const Value>;
 
   // One run of a text: how its rows are wanted, and what it came to.
   struct Run {
@@ -52,13 +53,13 @@ class SqliteDriver final : public Driver {
   };
 
   void RunText(std::string_view sql, bool updatable, Run& run);
-  // The program of all texts that differ in their numbers only; null when there is none.
-  ProgramPtr SharedProgram(const SharedText& shared, bool updatable);
+  // The program of all texts that differ from this one in their numbers only; null when there is none.
+  ProgramPtr SharedProgram(bool updatable);
   ProgramPtr ProgramOf(std::string_view sql, bool updatable);
   void RunProgram(const tsql::Program& program, Run& run);
   void RunStep(const tsql::Step& step, Run& run);
   ResultSet ReadRows(const tsql::Step& step, const Run& run);
-  std::int64_t CountRows(const std::string& sql, const Numbers& numbers);
+  std::int64_t CountRows(const std::string& sql, Numbers numbers);
 
   void Call(const tsql::Step& step);
   void FillClassTable(const std::string& table, const std::string& user);
@@ -71,7 +72,9 @@ class SqliteDriver final : public Driver {
   SqliteDatabase database_;
   const ClientIdentity& client_;
   FunctionHost host_;
-  // By their texts; null for a shared text that each text must be read for on its own.
+  SharedText shared_;  // of the text being run
+  // By their texts, those of updatable ones with a line break behind. Null for a shared text whose texts must
+  // be read each on its own.
   RecentlyUsed<ProgramPtr> programs_;
   std::unordered_map<std::string, Fields, tsql::WordHash, tsql::WordEqual> fields_;
 };
