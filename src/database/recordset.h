@@ -23,7 +23,10 @@ class Recordset {
   Recordset() = default;
   Recordset(Connection& cn, std::string_view sql, OpenMode mode = OpenMode::ReadOnly) { Open(cn, sql, mode); }
 
+  Recordset(Connection& cn, const StatementTwin& twin) { Open(cn, twin); }
+
   void Open(Connection& cn, std::string_view sql, OpenMode mode = OpenMode::ReadOnly);
+  void Open(Connection& cn, const StatementTwin& twin);
   void Close();
   bool IsOpen() const { return cn_ != nullptr; }
 

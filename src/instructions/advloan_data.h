@@ -95,8 +95,4 @@ long NextSerial(Session& session, long employee);
 // Nothing while the employee is in service.
 std::optional<Date> ReadDateOfLeaving(Session& session, long employee);
 
-// Carries the monthly interest of reducing schedules to the total interest of their instructions, for all
-// employees. An instruction whose interest is null is never refreshed.
-void RefreshTotalInterest(Session& session);
-
 }  // namespace ktl

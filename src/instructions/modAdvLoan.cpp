@@ -9,6 +9,7 @@
 #include "frame/session.h"
 #include "frame/top_level.h"
 #include "instructions/instruction_type.h"
+#include "instructions/total_interest.h"
 #include "runtime/numbers.h"
 
 namespace ktl {

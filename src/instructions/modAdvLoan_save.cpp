@@ -8,6 +8,7 @@
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/modAdvLoan.h"
+#include "instructions/total_interest.h"
 #include "runtime/numbers.h"
 
 namespace ktl {

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "database/statement_twin.h"
 #include "database/stored_date.h"
 #include "runtime/numbers.h"
 
@@ -213,6 +214,35 @@ std::string SqliteDriver::Explain(std::string_view sql) {
   };
   tell(*ProgramOf(sql, false), "", tell);
   return text;
+}
+
+std::string_view SqliteDriver::Choose(const StatementTwin& twin) {
+  return twin.setup == nullptr || MakeReady(twin) ? twin.embedded : twin.said;
+}
+
+// A company made by an earlier release gets what the twin needs when it is needed first. Inside a transaction
+// nothing is made, since a rollback would take it away again.
+bool SqliteDriver::MakeReady(const StatementTwin& twin) {
+  if (twinTables_.contains(twin.table)) return true;
+  const auto isThere = [&] {
+    SqliteDatabase::Lease table(database_, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?1");
+    table->Bind(0, Value(twin.table));
+    return table->Step();
+  };
+  if (!isThere()) {
+    if (InTransaction()) return false;
+    Begin();
+    try {
+      // Another workstation may have been faster.
+      if (!isThere()) database_.RunScript(twin.setup);
+      Commit();
+    } catch (const DatabaseError&) {
+      if (InTransaction()) Rollback();
+      return false;
+    }
+  }
+  twinTables_.emplace(twin.table);
+  return true;
 }
 
 const SqliteDriver::Fields& SqliteDriver::FieldsOf(const std::string& table) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -28,6 +29,7 @@ class SqliteDriver final : public Driver {
   ResultSet Query(std::string_view sql, Fetch fetch, bool updatable) override;
   std::int64_t Execute(std::string_view sql) override;
   std::string Explain(std::string_view sql) override;
+  std::string_view Choose(const StatementTwin& twin) override;
   RowKey InsertRow(const std::string& table, const std::vector<Assignment>& values) override;
   void UpdateRow(const std::string& table, RowKey key, const std::vector<Assignment>& values) override;
   void Begin() override;
@@ -61,6 +63,8 @@ class SqliteDriver final : public Driver {
   ResultSet ReadRows(const tsql::Step& step, const Run& run);
   std::int64_t CountRows(const std::string& sql, Numbers numbers);
 
+  bool MakeReady(const StatementTwin& twin);
+
   void Call(const tsql::Step& step);
   void FillClassTable(const std::string& table, const std::string& user);
   void WriteAuditTrail(const tsql::Step& call);
@@ -76,6 +80,7 @@ class SqliteDriver final : public Driver {
   // By their texts, those of updatable ones with a line break behind. Null for a shared text whose texts must
   // be read each on its own.
   RecentlyUsed<ProgramPtr> programs_;
+  std::set<std::string, std::less<>> twinTables_;  // those known to be there
   std::unordered_map<std::string, Fields, tsql::WordHash, tsql::WordEqual> fields_;
 };
 
