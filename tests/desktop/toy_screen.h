@@ -28,7 +28,7 @@ namespace ktl {
 // A screen with a control of every kind. What its handlers hear goes into `heard`.
 class ToyScreen final : public Screen {
  public:
-  explicit ToyScreen(Desk& desk) : Screen("toy"), desk(desk) {
+  explicit ToyScreen(Desk& person) : Screen("toy"), desk(person) {
     caption = "Toy";
     Connect();
     FillLists();
