@@ -123,7 +123,8 @@ class ComboBox final : public Control {
   // chosen counts, else the first.
   std::string BoundText() const;
   // Shows the row with that value, nothing when there is none; raises onChange when the text or the row
-  // differs.
+  // differs. Called while this control's own change is under way it leaves a text that no row shows yet: a
+  // control that follows another must not take away what is being typed.
   void SetBoundText(std::string_view value);
   // What a choice in the open list does.
   void ChooseRow(std::size_t row);
@@ -141,6 +142,9 @@ class ComboBox final : public Control {
   std::size_t rowsVersion_ = 0;
   std::string text_;
   std::optional<std::string> chosenValue_;
+  bool changing_ = false;
+
+  void RaiseChange();
 };
 
 struct TickRow {

@@ -96,6 +96,25 @@ TEST_F(FieldsTest, ComboTakesTypingAndTellsRowsOfTheSameTextApart) {
   });
 }
 
+TEST_F(FieldsTest, TypingOverAChosenEntryKeepsEveryLetterInItsPlace) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {{"cmbName", "ish", ""},
+                                                                     {"cmbName", "ishaan", "14"},
+                                                                     {"cmbNumber", "K0", ""},
+                                                                     {"cmbNumber", "K04", "14"}};
+  for (const auto& [name, typed, chosen] : cases) {
+    SCOPED_TRACE(typed);
+    screen.cmbName.SetBoundText("11");
+    WorkAt<QComboBox>(name, [&](QComboBox& combo) {
+      combo.setFocus();
+      combo.lineEdit()->selectAll();
+      QTest::keyClicks(&combo, typed);
+      EXPECT_EQ(combo.currentText(), typed);
+      EXPECT_EQ(combo.lineEdit()->cursorPosition(), int(std::string(typed).size()));
+      EXPECT_EQ(screen.cmbName.BoundText(), chosen);
+    });
+  }
+}
+
 TEST_F(FieldsTest, AListThatIsReadAnewIsShown) {
   WorkAt<QComboBox>("cmbName", [this](QComboBox& combo) {
     screen.cmbName.SetRows({{"Dev Nair", "12"}, {"Asha Rao", "11"}, {"Ishaan", "14"}, {"Meera", "15"}});
@@ -116,7 +135,7 @@ TEST_F(FieldsTest, EnterInTheSuggestionsChoosesAndMovesOn) {
     QTest::keyClick(suggestions, Qt::Key_Return);
     Settle();
     EXPECT_EQ(screen.cmbName.BoundText(), "14");
-    EXPECT_EQ(screen.Focus(), &screen.chkAll);
+    EXPECT_EQ(screen.Focus(), &screen.cmbNumber);
   });
 }
 

@@ -41,6 +41,7 @@ class ToyScreen final : public Screen {
   TextBox txtCount{*this, "txtCount"};
   TextBox txtAmount{*this, "txtAmount"};
   ComboBox cmbName{*this, "cmbName"};
+  ComboBox cmbNumber{*this, "cmbNumber"};
   CheckBox chkAll{*this, "chkAll", "All"};
   Frame fmeMode{*this, "fmeMode", "Mode"};
   OptionButton optOne{*this, "optOne", "mode", "One"};
@@ -70,7 +71,13 @@ class ToyScreen final : public Screen {
     txtCount.onChange = [this] { heard.push_back("count " + txtCount.Text()); };
     txtAmount.onLeave = [this] { txtAmount.SetText(txtAmount.Text() + ".00"); };
     txtAmount.onDblClick = Hears("calendar");
-    cmbName.onChange = [this] { heard.push_back("name " + cmbName.Text() + "=" + cmbName.BoundText()); };
+    cmbName.onChange = [this] {
+      heard.push_back("name " + cmbName.Text() + "=" + cmbName.BoundText());
+      cmbNumber.SetBoundText(cmbName.BoundText());
+    };
+    cmbNumber.onChange = [this] {
+      if (cmbNumber.BoundText() != cmbName.BoundText()) cmbName.SetBoundText(cmbNumber.BoundText());
+    };
     chkAll.onClick = Hears("all");
     optTwo.onClick = Hears("two");
     cmdSave.onClick = [this] { heard.push_back("save " + txtAmount.Text()); };
@@ -90,6 +97,7 @@ class ToyScreen final : public Screen {
 
   void FillLists() {
     cmbName.SetRows({{"Asha Rao", "11"}, {"Dev Nair", "12"}, {"Dev Nair", "13"}, {"Ishaan", "14"}});
+    cmbNumber.SetRows({{"K01", "11"}, {"K02", "12"}, {"K03", "13"}, {"K04", "14"}});
     lstPeople.withTicks = true;
     lstPeople.rows = {{"Asha", "11"}, {"Dev", "12"}};
     fpgRows.columns = {{"Pick", CellType::Tick, 40, false, false},
@@ -118,6 +126,7 @@ inline std::unique_ptr<QWidget> ToyForm() {
   Place<QLineEdit>(*form, "txtCount");
   Place<QLineEdit>(*form, "txtAmount");
   Place<QComboBox>(*form, "cmbName");
+  Place<QComboBox>(*form, "cmbNumber");
   Place<QCheckBox>(*form, "chkAll");
   auto& mode = Place<QGroupBox>(*form, "fmeMode");
   new QVBoxLayout(&mode);
