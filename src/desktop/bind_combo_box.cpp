@@ -111,6 +111,7 @@ class ComboBoxBinding final : public Binding {
     return !edit || (edit->cursorPosition() == 0 && !edit->hasSelectedText());
   }
   Handler LeaveHandler() const override { return control_.onLeave; }
+  bool IsField() const override { return !control_.locked; }
   void SelectText() override {
     if (combo_.lineEdit()) combo_.lineEdit()->selectAll();
   }

@@ -30,6 +30,53 @@ TEST_F(FieldsTest, EnterLeavesTheFieldAndBackspaceAtItsStartGoesBack) {
   });
 }
 
+TEST_F(FieldsTest, EnterGoesOverTheFieldsAndEndsAtSave) {
+  screen.txtAmount.locked = true;
+  screen.optTwo.SetValue(true);
+  Work([this](ScreenWindow& window) {
+    std::vector<std::string> visited;
+    for (QWidget* at = &Find<QLineEdit>(window, "txtCount"); at->objectName() != "cmdSave";) {
+      at->setFocus();
+      QTest::keyClick(at, Qt::Key_Return);
+      Settle();
+      ASSERT_NE(window.focusWidget(), at);
+      at = window.focusWidget();
+      visited.push_back(at->objectName().toStdString());
+    }
+    EXPECT_EQ(visited, (Heard{"cmbName", "cmbNumber", "chkAll", "optTwo", "cmdSave"}));
+    EXPECT_EQ(screen.heard, Heard{"two"}) << "nothing was pressed";
+    QTest::keyClick(window.focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_EQ(window.focusWidget()->objectName(), "cmdMore") << "Tab goes over the buttons too";
+  });
+}
+
+TEST_F(FieldsTest, AGroupOfOptionsIsEnteredAtItsChoiceAndAlwaysHasOne) {
+  Work([this](ScreenWindow& window) {
+    auto& one = Find<QRadioButton>(window, "optOne");
+    auto& two = Find<QRadioButton>(window, "optTwo");
+    const auto tabInto = [&window] {
+      Find<QCheckBox>(window, "chkAll").setFocus();
+      QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+      return window.focusWidget();
+    };
+    EXPECT_EQ(tabInto(), &one) << "none is chosen";
+    QTest::keyClick(&one, Qt::Key_Space);
+    QTest::keyClick(&one, Qt::Key_Down);
+    EXPECT_TRUE(screen.optTwo.Value());
+    EXPECT_EQ(tabInto(), &two);
+    screen.optOne.SetValue(true);
+    desk.Refresh();
+    EXPECT_EQ(tabInto(), &one);
+    QTest::mouseClick(&one, Qt::LeftButton, {}, {5, one.height() / 2});
+    EXPECT_TRUE(one.isChecked() && screen.optOne.Value());
+    QTest::keyClick(&one, Qt::Key_Tab);
+    EXPECT_EQ(window.focusWidget()->objectName(), "cmdMore");
+    screen.optOne.enabled = false;
+    desk.Refresh();
+    EXPECT_EQ(tabInto(), &two) << "the choice cannot be used";
+  });
+}
+
 TEST_F(FieldsTest, WhatThePropertiesSayIsWhatTheFieldDoes) {
   screen.txtAmount.locked = true;
   screen.txtAmount.rightAligned = true;

@@ -46,6 +46,7 @@ class ToyScreen final : public Screen {
   Frame fmeMode{*this, "fmeMode", "Mode"};
   OptionButton optOne{*this, "optOne", "mode", "One"};
   OptionButton optTwo{*this, "optTwo", "mode", "Two"};
+  Button cmdMore{*this, "cmdMore", "..."};
   Button cmdSave{*this, "cmdSave", "&Save"};
   Label lblHelp{*this, "lblHelp", "Help"};
   Tabs tabPages{*this, "tabPages"};
@@ -132,7 +133,8 @@ inline std::unique_ptr<QWidget> ToyForm() {
   new QVBoxLayout(&mode);
   Place<QRadioButton>(mode, "optOne");
   Place<QRadioButton>(mode, "optTwo");
-  Place<QPushButton>(*form, "cmdSave");
+  Place<QPushButton>(*form, "cmdMore");
+  Place<QPushButton>(*form, "cmdSave").setProperty("primary", true);
   Place<QLabel>(*form, "lblHelp");
   auto& tabs = Place<QTabWidget>(*form, "tabPages");
   for (int i = 0; i < 3; ++i) tabs.addTab(new QWidget, {});
