@@ -111,6 +111,7 @@ class ComboBoxBinding final : public Binding {
     return !edit || (edit->cursorPosition() == 0 && !edit->hasSelectedText());
   }
   Handler LeaveHandler() const override { return control_.onLeave; }
+  bool IsField() const override { return !control_.locked; }
   void SelectText() override {
     if (combo_.lineEdit()) combo_.lineEdit()->selectAll();
   }
@@ -148,14 +149,13 @@ class ComboBoxBinding final : public Binding {
   void MirrorText() {
     const std::string& text = control_.Text();
     const int row = RowOf(text);
-    if (combo_.currentIndex() != row) combo_.setCurrentIndex(row);
-    if (!control_.editable) return;
-    const QString shown = ToQt(text);
-    if (combo_.currentText() == shown) return;
     QLineEdit* edit = combo_.lineEdit();
-    const int cursor = edit->cursorPosition();
-    combo_.setEditText(shown);
-    edit->setCursorPosition(std::min(cursor, int(shown.size())));
+    const int cursor = edit ? edit->cursorPosition() : 0;  // another row, and none too, moves it
+    if (combo_.currentIndex() != row) combo_.setCurrentIndex(row);
+    if (!edit) return;
+    const QString shown = ToQt(text);
+    if (combo_.currentText() != shown) combo_.setEditText(shown);
+    if (edit->cursorPosition() != cursor) edit->setCursorPosition(std::min(cursor, int(shown.size())));
   }
 
   // Of several rows with the same text the one that is bound.

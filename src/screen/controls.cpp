@@ -15,6 +15,19 @@ void Raise(Handler handler) {
   if (handler) handler();
 }
 
+// A flag that is set for as long as this stands.
+class Set {
+ public:
+  explicit Set(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
+  ~Set() { flag_ = before_; }
+  Set(const Set&) = delete;
+  Set& operator=(const Set&) = delete;
+
+ private:
+  bool& flag_;
+  bool before_;
+};
+
 // The bytes of the character that the text begins with, and its code point. A stray byte stands for itself.
 struct Character {
   std::size_t bytes = 1;
@@ -81,6 +94,11 @@ void ComboBox::SetText(std::string text) {
   if (text == text_) return;
   text_ = std::move(text);
   chosenValue_.reset();
+  RaiseChange();
+}
+
+void ComboBox::RaiseChange() {
+  const Set changing(changing_);
   Raise(onChange);
 }
 
@@ -100,7 +118,10 @@ std::string ComboBox::BoundText() const {
 void ComboBox::SetBoundText(std::string_view value) {
   const auto row =
       std::find_if(rows_.begin(), rows_.end(), [&](const ListRow& r) { return r.value == value; });
-  if (row == rows_.end()) return SetText({});
+  if (row == rows_.end()) {
+    if (!changing_ || MatchesList()) SetText({});
+    return;
+  }
   ChooseRow(static_cast<std::size_t>(row - rows_.begin()));
 }
 
@@ -109,7 +130,7 @@ void ComboBox::ChooseRow(std::size_t row) {
   const bool differs = chosen.text != text_ || chosen.value != BoundText();
   text_ = chosen.text;
   chosenValue_ = chosen.value;
-  if (differs) Raise(onChange);
+  if (differs) RaiseChange();
 }
 
 std::size_t ComboBox::FindRow(std::string_view text) const {

@@ -30,6 +30,53 @@ TEST_F(FieldsTest, EnterLeavesTheFieldAndBackspaceAtItsStartGoesBack) {
   });
 }
 
+TEST_F(FieldsTest, EnterGoesOverTheFieldsAndEndsAtSave) {
+  screen.txtAmount.locked = true;
+  screen.optTwo.SetValue(true);
+  Work([this](ScreenWindow& window) {
+    std::vector<std::string> visited;
+    for (QWidget* at = &Find<QLineEdit>(window, "txtCount"); at->objectName() != "cmdSave";) {
+      at->setFocus();
+      QTest::keyClick(at, Qt::Key_Return);
+      Settle();
+      ASSERT_NE(window.focusWidget(), at);
+      at = window.focusWidget();
+      visited.push_back(at->objectName().toStdString());
+    }
+    EXPECT_EQ(visited, (Heard{"cmbName", "cmbNumber", "chkAll", "optTwo", "cmdSave"}));
+    EXPECT_EQ(screen.heard, Heard{"two"}) << "nothing was pressed";
+    QTest::keyClick(window.focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_EQ(window.focusWidget()->objectName(), "cmdMore") << "Tab goes over the buttons too";
+  });
+}
+
+TEST_F(FieldsTest, AGroupOfOptionsIsEnteredAtItsChoiceAndAlwaysHasOne) {
+  Work([this](ScreenWindow& window) {
+    auto& one = Find<QRadioButton>(window, "optOne");
+    auto& two = Find<QRadioButton>(window, "optTwo");
+    const auto tabInto = [&window] {
+      Find<QCheckBox>(window, "chkAll").setFocus();
+      QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+      return window.focusWidget();
+    };
+    EXPECT_EQ(tabInto(), &one) << "none is chosen";
+    QTest::keyClick(&one, Qt::Key_Space);
+    QTest::keyClick(&one, Qt::Key_Down);
+    EXPECT_TRUE(screen.optTwo.Value());
+    EXPECT_EQ(tabInto(), &two);
+    screen.optOne.SetValue(true);
+    desk.Refresh();
+    EXPECT_EQ(tabInto(), &one);
+    QTest::mouseClick(&one, Qt::LeftButton, {}, {5, one.height() / 2});
+    EXPECT_TRUE(one.isChecked() && screen.optOne.Value());
+    QTest::keyClick(&one, Qt::Key_Tab);
+    EXPECT_EQ(window.focusWidget()->objectName(), "cmdMore");
+    screen.optOne.enabled = false;
+    desk.Refresh();
+    EXPECT_EQ(tabInto(), &two) << "the choice cannot be used";
+  });
+}
+
 TEST_F(FieldsTest, WhatThePropertiesSayIsWhatTheFieldDoes) {
   screen.txtAmount.locked = true;
   screen.txtAmount.rightAligned = true;
@@ -96,6 +143,25 @@ TEST_F(FieldsTest, ComboTakesTypingAndTellsRowsOfTheSameTextApart) {
   });
 }
 
+TEST_F(FieldsTest, TypingOverAChosenEntryKeepsEveryLetterInItsPlace) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {{"cmbName", "ish", ""},
+                                                                     {"cmbName", "ishaan", "14"},
+                                                                     {"cmbNumber", "K0", ""},
+                                                                     {"cmbNumber", "K04", "14"}};
+  for (const auto& [name, typed, chosen] : cases) {
+    SCOPED_TRACE(typed);
+    screen.cmbName.SetBoundText("11");
+    WorkAt<QComboBox>(name, [&](QComboBox& combo) {
+      combo.setFocus();
+      combo.lineEdit()->selectAll();
+      QTest::keyClicks(&combo, typed);
+      EXPECT_EQ(combo.currentText(), typed);
+      EXPECT_EQ(combo.lineEdit()->cursorPosition(), int(std::string(typed).size()));
+      EXPECT_EQ(screen.cmbName.BoundText(), chosen);
+    });
+  }
+}
+
 TEST_F(FieldsTest, AListThatIsReadAnewIsShown) {
   WorkAt<QComboBox>("cmbName", [this](QComboBox& combo) {
     screen.cmbName.SetRows({{"Dev Nair", "12"}, {"Asha Rao", "11"}, {"Ishaan", "14"}, {"Meera", "15"}});
@@ -116,7 +182,7 @@ TEST_F(FieldsTest, EnterInTheSuggestionsChoosesAndMovesOn) {
     QTest::keyClick(suggestions, Qt::Key_Return);
     Settle();
     EXPECT_EQ(screen.cmbName.BoundText(), "14");
-    EXPECT_EQ(screen.Focus(), &screen.chkAll);
+    EXPECT_EQ(screen.Focus(), &screen.cmbNumber);
   });
 }
 
