@@ -35,6 +35,7 @@ class ScriptDesk final : public Desk {
 
   Answer MsgBox(const MessageBox& box) override;
   void ShowModal(Screen& screen) override;
+  void NoteProgress(const std::string& words, int percent) override;
 
   // Throws ScriptError when a command is left that no screen is there for.
   void CheckAllRead();
@@ -47,6 +48,7 @@ class ScriptDesk final : public Desk {
 
   Answer AnswerTo(const MessageBox& box);
   void TakeLeadingAnswers();
+  bool RunProgressCommand(const std::string& verb, CommandWords& words);
   bool RunAnswerCommand(const std::string& verb, CommandWords& words);
   void RunCommand(const ScriptLine& line, Screen& screen);
   void FireTimers(Screen& screen);
@@ -60,6 +62,8 @@ class ScriptDesk final : public Desk {
   std::function<bool()> mustEnd_;
   std::deque<QueuedAnswer> answers_;
   int currentLine_ = 0;
+  bool tellsProgress_ = false;  // after "progress on"
+  int toldTenth_ = -1;
   std::exception_ptr failure_;
 };
 

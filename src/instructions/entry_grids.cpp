@@ -10,8 +10,6 @@ namespace ktl {
 
 namespace {
 
-std::string DateText(const std::optional<Date>& date) { return date ? FormatDate(*date, "dd/mm/yyyy") : ""; }
-
 template <typename Row, typename Amount>
 auto Shown(Amount Row::*amount) {
   return [amount](const Row& row) { return ShownAmount(row.*amount); };
@@ -34,7 +32,7 @@ void InstructionGrid::Describe(InstructionType type, const std::string& caption)
       {{"Sl.No.", CellType::Number, 60}, [](const Row& row) { return std::to_string(row.serial); }},
       {{caption + " Name", CellType::Text, 180}, [](const Row& row) { return row.name; }},
       {{caption + " A/c No.", CellType::Text, 120, noAccount}, [](const Row& row) { return row.account; }},
-      {{"Date", CellType::Date, 90}, [](const Row& row) { return DateText(row.date); }},
+      {{"Date", CellType::Date, 90}, [](const Row& row) { return ShownDate(row.date); }},
       {{"Amount", CellType::Number, 110}, Shown(&Row::amount)},
       {{"Interest", CellType::Number, 100}, Shown(&Row::interest)},
       {{"EMI", CellType::Number, 110}, Shown(&Row::emi)},

@@ -136,18 +136,20 @@ TEST_F(RightsTest, EmployeeLocks) {
 TEST_F(RightsTest, ClassSecurityFillsTheWorkstationsTable) {
   Fill("SEC_CLASSEMP", "(USERNAME, EMPID) VALUES ('RAVI', 5), ('MEENA', 6)");
   Fill("MAS_EMPLOYEE", "(EMPID, EMPNAME) VALUES (5, 'Asha Rane'), (6, 'Vikram Desai')");
-  EXPECT_EQ(ClassSecurityCondition(session), "");
+  EXPECT_TRUE(ClassSecurityCondition(session).empty());
   Sql("UPDATE MAS_OPTSET SET CLASSSECURITYN = 1");
   for (const bool forNewestMonth : {true, false}) {
-    const std::string condition = ClassSecurityCondition(session, forNewestMonth);
+    const std::string condition = ClassSecurityCondition(session, " WHERE EMPID ", forNewestMonth).text();
     EXPECT_EQ(condition, " WHERE EMPID  IN (SELECT EMPID FROM [TMPPC1])");
     EXPECT_EQ(company.Rows("SELECT EMPID FROM MAS_EMPLOYEE" + condition), "5");
   }
   Setting("User", "ADMIN");
-  EXPECT_NE(ClassSecurityCondition(session), "");  // the administrator is not exempt here
+  EXPECT_FALSE(ClassSecurityCondition(session).empty());  // the administrator is not exempt here
   session.ExtendedYN = true;
   session.WinUserID = "ravi";
-  EXPECT_EQ(ClassSecurityCondition(session), " WHERE EMPID  IN (SELECT EMPID FROM [TMPPC1ravi])");
+  EXPECT_EQ(ClassSecurityCondition(session, " AND ins.EMPID ").text(),
+            " AND ins.EMPID  IN (SELECT EMPID FROM [TMPPC1ravi])");
+  EXPECT_EQ(ClassSecurityCondition(session).text(), " WHERE EMPID  IN (SELECT EMPID FROM [TMPPC1ravi])");
   EXPECT_GE(Number("SELECT COUNT(*) FROM [TMPPC1ravi]"), 1);
 }
 
