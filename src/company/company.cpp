@@ -85,7 +85,7 @@ std::vector<TableSum> Fill(const fs::path& file, const CompanyOptions& options) 
   database.Run("COMMIT");
   if (!options.empty) FillSample(database, options.sample);
   database.Run(kTotalInterest.setup);  // behind the rows, which it need not watch being made
-  database.Run("PRAGMA analysis_limit = 1000; ANALYZE;");
+  database.Run("ANALYZE");
   auto sums = TableSums(database);
   // As the program keeps it, so that the first workstations to open it need not change it.
   database.Run("PRAGMA journal_mode = WAL");
