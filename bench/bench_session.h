@@ -47,15 +47,12 @@ inline constexpr int kInstalments = 360;
 
 // A loan of 360 instalments of 1000 from Nov/2026, not saved yet.
 inline AdvLoanEntry LoanOf360() {
-  AdvLoanEntry entry;
-  entry.key = {100, 2, 1000};
-  entry.name = "Consumer Loan";
-  entry.institution = "1";
-  entry.date = "15/10/2026";
-  entry.amount = "360000";
-  entry.instalment = "1000";
-  entry.recoverFrom = "Nov/2026";
-  entry.newRecord = true;
+  AdvLoanEntry entry{.key = {100, InstructionType::Loan, 1000}, .institution = 1, .newRecord = true};
+  entry.ReadTyped({.name = "Consumer Loan",
+                   .date = "15/10/2026",
+                   .amount = "360000",
+                   .instalment = "1000",
+                   .recoverFrom = "Nov/2026"});
   return entry;
 }
 

@@ -28,8 +28,7 @@ void ChooseEmployee(benchmark::State& state) {
   const auto company = BenchCompany(employees);
   Bench bench(company);
   bench.Connect(company);
-  bench.session->SIType = 2;
-  modAdvLoan entry(*bench.session);
+  modAdvLoan entry(*bench.session, InstructionType::Loan);
   entry.Load();
   std::vector<std::string> borrowers;
   for (Recordset rs(bench.session->Cn, "SELECT EMPID FROM INS_ADVLOAN WHERE SITYPE = 2 GROUP BY EMPID");
@@ -38,7 +37,7 @@ void ChooseEmployee(benchmark::State& state) {
   }
   std::size_t next = 0;
   for (auto _ : state) {
-    entry.cmbEmpName.SetBoundText(borrowers[next++ % borrowers.size()]);
+    entry.employee.cmbEmpName.SetBoundText(borrowers[next++ % borrowers.size()]);
     entry.txtSerialNo.SetText("1");  // with its schedule and receipts
   }
 }
@@ -48,7 +47,6 @@ void SaveLoanOf360(benchmark::State& state) {
   const auto company = ScratchCompany();
   Bench bench(company);
   bench.Connect(company);
-  bench.session->SIType = 2;
   AdvLoanEntry entry = LoanOf360();
   for (auto _ : state) {
     ++entry.key.serial;

@@ -12,12 +12,7 @@ constexpr Colour kWarningColour = 0x2020C0;
 
 }  // namespace
 
-EmployeeChoice::EmployeeChoice(Session& session, Screen& screen)
-    : lblEmpName(screen, "lblEmpName", "Employee Name"),
-      cmbEmpName(screen, "cmbEmpName"),
-      lblEmpIDRef(screen, "lblEmpIDRef"),
-      cmbEmpIDRef(screen, "cmbEmpIDRef"),
-      session_(session) {
+EmployeeChoice::EmployeeChoice(Session& session, Screen& screen) : screen_(screen), session_(session) {
   const HandlerGuard on(session, *this, ErrorStyle::NumberFirst);
   cmbEmpName.onChange = on(&EmployeeChoice::cmbEmpName_Change);
   cmbEmpIDRef.onChange = on(&EmployeeChoice::cmbEmpIDRef_Change);

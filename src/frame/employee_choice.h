@@ -12,13 +12,15 @@ struct Session;
 // The employee by name and by number: two lists of the same people that follow each other. The label over the
 // name tells who has left.
 class EmployeeChoice {
+  Screen& screen_;  // the controls register with it
+
  public:
   EmployeeChoice(Session& session, Screen& screen);
 
-  Label lblEmpName;
-  ComboBox cmbEmpName;
-  Label lblEmpIDRef;
-  ComboBox cmbEmpIDRef;
+  Label lblEmpName{screen_, "lblEmpName", "Employee Name"};
+  ComboBox cmbEmpName{screen_, "cmbEmpName"};
+  Label lblEmpIDRef{screen_, "lblEmpIDRef"};
+  ComboBox cmbEmpIDRef{screen_, "cmbEmpIDRef"};
   std::function<void()> onChosen;
 
   // The value of a row is EMPID. The choice stays.

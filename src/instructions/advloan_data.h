@@ -71,8 +71,4 @@ bool HasHouseLoan(Session& session, const InstructionKey& key);
 // The employee's next serial number of the type.
 long NextSerial(Session& session, long employee, InstructionType type);
 
-// Carries the monthly interest of reducing schedules to the total interest of their instructions, for all
-// employees. An instruction whose interest is null is never refreshed.
-void RefreshTotalInterest(Session& session);
-
 }  // namespace ktl

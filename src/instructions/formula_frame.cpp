@@ -23,16 +23,7 @@ std::optional<double> AmountByFormula(Session& session, long formula, long emplo
 }
 
 FormulaFrame::FormulaFrame(Session& session, Screen& screen, Frame& covered)
-    : fmeFormula(screen, "fmeFormula", "Amount by Formula"),
-      lblFormula(screen, "lblFormula", "Formula"),
-      cmbFormula(screen, "cmbFormula"),
-      cmdAdvFormulate(screen, "cmdAdvFormulate", "..."),
-      lblMonths(screen, "lblMonths", "Number of Months"),
-      txtMonths(screen, "txtMonths"),
-      cmdAccept(screen, "cmdAccept", "&Accept"),
-      cmdFrmlaClose(screen, "cmdFrmlaClose", "Cl&ose"),
-      session_(session),
-      covered_(covered) {
+    : screen_(screen), session_(session), covered_(covered) {
   fmeFormula.Hold({lblFormula, cmbFormula, cmdAdvFormulate, lblMonths, txtMonths, cmdAccept, cmdFrmlaClose});
   txtMonths.rightAligned = true;
   txtMonths.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
@@ -47,7 +38,7 @@ void FormulaFrame::FillList() { cmbFormula.SetRows(ReadFormulas(session_)); }
 void FormulaFrame::Show(bool shown) {
   fmeFormula.visible = shown;
   covered_.enabled = !shown;
-  if (shown) fmeFormula.screen().SetFocus(cmbFormula);
+  if (shown) screen_.SetFocus(cmbFormula);
 }
 
 void FormulaFrame::Forget() {
@@ -63,7 +54,7 @@ void FormulaFrame::Close() {
 
 void FormulaFrame::Refuse(const char* text, Control& field) {
   session_.Inform(text);
-  field.screen().SetFocus(field);
+  screen_.SetFocus(field);
 }
 
 void FormulaFrame::cmdAccept_Click() {

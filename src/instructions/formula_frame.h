@@ -14,17 +14,19 @@ std::optional<double> AmountByFormula(Session& session, long formula, long emplo
 
 // The frame in which an amount is computed by a formula. What it covers cannot be used while it is open.
 class FormulaFrame {
+  Screen& screen_;  // the controls register with it
+
  public:
   FormulaFrame(Session& session, Screen& screen, Frame& covered);
 
-  Frame fmeFormula;
-  Label lblFormula;
-  ComboBox cmbFormula;
-  Button cmdAdvFormulate;
-  Label lblMonths;
-  TextBox txtMonths;
-  Button cmdAccept;
-  Button cmdFrmlaClose;
+  Frame fmeFormula{screen_, "fmeFormula", "Amount by Formula"};
+  Label lblFormula{screen_, "lblFormula", "Formula"};
+  ComboBox cmbFormula{screen_, "cmbFormula"};
+  Button cmdAdvFormulate{screen_, "cmdAdvFormulate", "..."};
+  Label lblMonths{screen_, "lblMonths", "Number of Months"};
+  TextBox txtMonths{screen_, "txtMonths"};
+  Button cmdAccept{screen_, "cmdAccept", "&Accept"};
+  Button cmdFrmlaClose{screen_, "cmdFrmlaClose", "Cl&ose"};
 
   struct Subject {
     long employee = 0;

@@ -14,6 +14,7 @@
 #include "instructions/entry_lists.h"
 #include "instructions/entry_questions.h"
 #include "instructions/instruction_statements.h"
+#include "instructions/total_interest.h"
 #include "instructions/type_rights.h"
 #include "runtime/numbers.h"
 #include "workbook/grid_workbook.h"
@@ -40,6 +41,7 @@ modAdvLoan::modAdvLoan(Session& session, InstructionType type)
   PlaceInFrames();
   SetKeyFilters();
   ConnectHandlers();
+  ConnectPermitted();
   ConnectFormula();
 }
 
@@ -51,29 +53,38 @@ void modAdvLoan::ConnectHandlers() {
   txtAdvDate.onLeave = on_(&modAdvLoan::txtAdvDate_LostFocus);
   txtAdvDate.onDblClick = on_([this] { session_.doors.calendar(txtAdvDate); });
   txtAdvAmount.onLeave = on_(&modAdvLoan::txtAdvAmount_LostFocus);
-  cmdNew.onClick = on_(&modAdvLoan::cmdNew_Click);
-  cmdSave.onClick = on_(&modAdvLoan::cmdSave_Click);
-  cmdDelete.onClick = on_(&modAdvLoan::cmdDelete_Click);
-  cmdEMIDelete.onClick = on_(&modAdvLoan::cmdEMIDelete_Click);
-  cmdFmeFormula.onClick = on_(&modAdvLoan::cmdFmeFormula_Click);
-  cmdMaster.onClick = on_(&modAdvLoan::cmdMaster_Click);
-  cmdInstitution.onClick = on_(&modAdvLoan::cmdInstitution_Click);
-  cmdIntrCalc.onClick = on_(&modAdvLoan::cmdIntrCalc_Click);
-  cmdEmi.onClick = on_(&modAdvLoan::cmdEmi_Click);
-  cmdReceipts.onClick = on_(&modAdvLoan::cmdReceipts_Click);
-  cmdMonthly.onClick = on_(&modAdvLoan::cmdMonthly_Click);
-  cmdMultiAllot.onClick = on_(&modAdvLoan::cmdMultiAllot_Click);
-  cmdReport.onClick = on_(&modAdvLoan::cmdReport_Click);
-  cmdTDSDet.onClick = on_(&modAdvLoan::cmdTDSDet_Click);
-  overview.lblSummary.onClick = on_(&modAdvLoan::lblSummary_Click);
-  mnuExport.onClick = on_(&modAdvLoan::mnuExport_Click);
-  mnuBulkDelete.onClick = on_([this] { session_.doors.bulkDelete(type_); });
-  chkSelectAll.onClick = on_(&modAdvLoan::chkSelectAll_Click);
-  cmdClose.onClick = [this] { Unload(); };
+  chkSelectAll.onClick = on_([this] { schedule_.TickAllOpen(chkSelectAll.Value()); });
   fpgAdvLoan.onRowClick = on_(&modAdvLoan::fpgAdvLoan_Click);
   fpgEMI.onCellChange = on_(&modAdvLoan::fpgEMI_CellChange);
+  overview.lblSummary.onClick = on_([this] { OpenEmployeeSummary(session_, employee.Employee()); });
+  mnuExport.onClick = on_(&modAdvLoan::mnuExport_Click);
+  mnuBulkDelete.onClick = on_([this] { session_.doors.bulkDelete(type_); });
   fpgEMI.popup = {&mnuExport};
   fpgAdvLoan.popup = {&mnuBulkDelete};
+  cmdNew.onClick = on_(&modAdvLoan::cmdNew_Click);
+  cmdClose.onClick = [this] { Unload(); };
+}
+
+void modAdvLoan::ConnectPermitted() {
+  const auto permitted = [this](Button& button, std::function<void()> work) {
+    button.onClick = on_([this, &button, work = std::move(work)] {
+      if (!FnBlnPermitted(session_, button)) work();
+    });
+  };
+  permitted(cmdSave, [this] { cmdSave_Click(); });
+  permitted(cmdDelete, [this] { cmdDelete_Click(); });
+  permitted(cmdEMIDelete, [this] { cmdEMIDelete_Click(); });
+  permitted(cmdFmeFormula, [this] { formula.Show(true); });
+  permitted(cmdMaster, [this] { cmdMaster_Click(); });
+  permitted(cmdInstitution, [this] { cmdInstitution_Click(); });
+  permitted(cmdIntrCalc, [this] { CalculateInterest(); });
+  permitted(cmdEmi, [this] { OpenOnInstruction(session_.doors.emiEditor); });
+  permitted(cmdReceipts, [this] { OpenOnInstruction(session_.doors.receipts); });
+  permitted(cmdMonthly,
+            [this] { session_.doors.monthView({.employee = employee.Employee(), .lists = this}); });
+  permitted(cmdMultiAllot, [this] { cmdMultiAllot_Click(); });
+  permitted(cmdReport, [this] { cmdReport_Click(); });
+  permitted(cmdTDSDet, [this] { session_.doors.houseLoan(*this); });
 }
 
 void modAdvLoan::ConnectFormula() {
@@ -366,32 +377,25 @@ void modAdvLoan::fpgEMI_CellChange(std::size_t row, std::size_t column) {
   UpdateOverview();
 }
 
-void modAdvLoan::chkSelectAll_Click() { schedule_.TickAllOpen(chkSelectAll.Value()); }
-
-TypedAdvLoan modAdvLoan::Typed() const {
-  return {.serial = txtSerialNo.Text(),
-          .name = cmbALName.Text(),
-          .account = txtLoanAccNo.Text(),
-          .date = txtAdvDate.Text(),
-          .amount = txtAdvAmount.Text(),
-          .interest = txtInterestAmt.Text(),
-          .remarks = txtRemarks.Text(),
-          .instalment = recovery.txtInstlAmt.Text(),
-          .count = recovery.txtNoOfInstlmnts.Text(),
-          .recoverFrom = recovery.txtRecvrFrom.Text()};
-}
-
 AdvLoanEntry modAdvLoan::Entry() const {
   AdvLoanEntry entry{.key = Key(),
                      .caption = caption_,
                      .rules = rules_,
                      .newRecord = newRecord_,
                      .amountByFormula = formula.HasMonths()};
-  if (const std::string id = cmbInstitution.BoundText(); !id.empty()) {
+  if (const std::string id = cmbInstitution.BoundText(); !id.empty())
     entry.institution = static_cast<long>(Val(id));
-  }
   recovery.ReadChoices(entry);
-  entry.ReadTyped(Typed());
+  entry.ReadTyped({.serial = txtSerialNo.Text(),
+                   .name = cmbALName.Text(),
+                   .account = txtLoanAccNo.Text(),
+                   .date = txtAdvDate.Text(),
+                   .amount = txtAdvAmount.Text(),
+                   .interest = txtInterestAmt.Text(),
+                   .remarks = txtRemarks.Text(),
+                   .instalment = recovery.txtInstlAmt.Text(),
+                   .count = recovery.txtNoOfInstlmnts.Text(),
+                   .recoverFrom = recovery.txtRecvrFrom.Text()});
   return entry;
 }
 
@@ -415,7 +419,6 @@ void modAdvLoan::cmdNew_Click() {
 }
 
 void modAdvLoan::cmdSave_Click() {
-  if (FnBlnPermitted(session_, cmdSave)) return;
   const bool deducted = schedule_.AnyRecovered();
   if (deducted &&
       !session_.desk.Confirm("EMI already deducted. Do you want to modify the detail ?", session_.title)) {
@@ -465,7 +468,6 @@ void modAdvLoan::AfterSave() {
 }
 
 void modAdvLoan::cmdDelete_Click() {
-  if (FnBlnPermitted(session_, cmdDelete)) return;
   if (fpgAdvLoan.rows.empty()) return session_.Inform("No " + caption_ + " to delete.");
   const std::size_t row = fpgAdvLoan.activeRow;
   const auto paint = [this, row](Colour colour) {
@@ -516,7 +518,6 @@ bool modAdvLoan::ConfirmCascades() {
 }
 
 void modAdvLoan::cmdEMIDelete_Click() {
-  if (FnBlnPermitted(session_, cmdEMIDelete)) return;
   const std::vector<ScheduleMonth> deleted = MonthsToDelete();
   if (deleted.empty()) return;
   for (const ScheduleMonth& month : deleted) DeleteInstalment(session_, Key(), month.counter);
@@ -576,30 +577,18 @@ DeletedInstalments modAdvLoan::AdjustAfterDelete(const std::vector<ScheduleMonth
   return DeletedInstalments::NoAdjustment;
 }
 
-void modAdvLoan::cmdFmeFormula_Click() {
-  if (!FnBlnPermitted(session_, cmdFmeFormula)) formula.Show(true);
-}
-
 void modAdvLoan::cmdMaster_Click() {
-  if (FnBlnPermitted(session_, cmdMaster)) return;
   session_.doors.instructionMaster(type_);
   FillNames();
   cmdTDSDet.visible = false;
 }
 
 void modAdvLoan::cmdInstitution_Click() {
-  if (FnBlnPermitted(session_, cmdInstitution)) return;
   OpenInstitutionMaster(session_);
   cmbInstitution.SetRows(ReadInstitutions(session_, type_));
 }
 
-void modAdvLoan::cmdMonthly_Click() {
-  if (FnBlnPermitted(session_, cmdMonthly)) return;
-  session_.doors.monthView({.employee = employee.Employee(), .lists = this});
-}
-
 void modAdvLoan::cmdMultiAllot_Click() {
-  if (FnBlnPermitted(session_, cmdMultiAllot)) return;
   session_.doors.multipleAllotment(type_);
   RegisterWindow(session_);
 }
@@ -613,35 +602,16 @@ void modAdvLoan::OpenOnInstruction(const Door<InstructionParent&>& door) {
   RefreshAll();
 }
 
-void modAdvLoan::cmdEmi_Click() {
-  if (!FnBlnPermitted(session_, cmdEmi)) OpenOnInstruction(session_.doors.emiEditor);
-}
-
-void modAdvLoan::cmdReceipts_Click() {
-  if (!FnBlnPermitted(session_, cmdReceipts)) OpenOnInstruction(session_.doors.receipts);
-}
-
 void modAdvLoan::cmdReport_Click() {
-  if (FnBlnPermitted(session_, cmdReport)) return;
   StartExternal(session_, {"KTLSIRep", "KestrelLedger - Reports",
                            fmt::format("{}#{}#{}#0", FactsOf(type_).report,
                                        Value(session_.ReportFlag).ToText(), session_.ReportNumber)});
 }
 
-void modAdvLoan::lblSummary_Click() { OpenEmployeeSummary(session_, employee.Employee()); }
-
 void modAdvLoan::mnuExport_Click() {
   if (fpgEMI.rows.empty()) return session_.Inform("No Records Found");
   const std::string file = ExportGridToWorkbook(session_, fpgEMI, "EMI Details");
   if (!file.empty()) session_.Inform("The schedule has been written to " + file);
-}
-
-void modAdvLoan::cmdTDSDet_Click() {
-  if (!FnBlnPermitted(session_, cmdTDSDet)) session_.doors.houseLoan(*this);
-}
-
-void modAdvLoan::cmdIntrCalc_Click() {
-  if (!FnBlnPermitted(session_, cmdIntrCalc)) CalculateInterest();
 }
 
 void modAdvLoan::CalculateInterest() {

@@ -95,19 +95,11 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void cmdSave_Click();
   void cmdDelete_Click();
   void cmdEMIDelete_Click();
-  void cmdFmeFormula_Click();
   void cmdMaster_Click();
   void cmdInstitution_Click();
-  void cmdMonthly_Click();
   void cmdMultiAllot_Click();
-  void cmdIntrCalc_Click();
-  void cmdTDSDet_Click();
-  void cmdEmi_Click();
-  void cmdReceipts_Click();
   void cmdReport_Click();
-  void lblSummary_Click();
   void mnuExport_Click();
-  void chkSelectAll_Click();
   void fpgAdvLoan_Click(std::size_t row, std::size_t column);
   void fpgEMI_CellChange(std::size_t row, std::size_t column);
 
@@ -124,6 +116,7 @@ class modAdvLoan final : public Screen, public InstructionParent {
 
  private:
   void ConnectHandlers();
+  void ConnectPermitted();
   void ConnectFormula();
   void PlaceInFrames();
   void SetKeyFilters();
@@ -147,7 +140,6 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void ShowHouseLoan();
 
   AdvLoanEntry Entry() const;
-  TypedAdvLoan Typed() const;
   bool ValidateAndSave();
   void AfterSave();
   bool RefuseSave(const EntryRefusal& refusal);

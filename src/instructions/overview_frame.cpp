@@ -4,19 +4,7 @@
 
 namespace ktl {
 
-OverviewFrame::OverviewFrame(Screen& screen)
-    : fmeOverview(screen, "fmeOverview", "Overview on Calculated Salary"),
-      lblAdvLoan(screen, "lblAdvLoan"),
-      txtTotalAdv(screen, "txtTotalAdv"),
-      lblTotInterest(screen, "lblTotInterest", "Total Interest"),
-      txtTotalInterest(screen, "txtTotalInterest"),
-      lblTotRcpt(screen, "lblTotRcpt"),
-      txtTotalReceipt(screen, "txtTotalReceipt"),
-      lblTotDedSalary(screen, "lblTotDedSalary", "Deducted in Salary"),
-      txtTotalDedSalary(screen, "txtTotalDedSalary"),
-      lblTotDue(screen, "lblTotDue", "Total Due"),
-      txtTotalDue(screen, "txtTotalDue"),
-      lblSummary(screen, "lblSummary", "Summary") {
+OverviewFrame::OverviewFrame(Screen& screen) : screen_(screen) {
   fmeOverview.Hold({lblAdvLoan, txtTotalAdv, lblTotInterest, txtTotalInterest, lblTotRcpt, txtTotalReceipt,
                     lblTotDedSalary, txtTotalDedSalary, lblTotDue, txtTotalDue, lblSummary});
   for (TextBox* box : {&txtTotalAdv, &txtTotalInterest, &txtTotalReceipt, &txtTotalDedSalary, &txtTotalDue}) {

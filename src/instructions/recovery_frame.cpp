@@ -8,22 +8,7 @@
 
 namespace ktl {
 
-RecoveryFrame::RecoveryFrame(Session& session, Screen& screen)
-    : fmeInstallment(screen, "fmeInstallment", "Recovery"),
-      chkNoRecovery(screen, "chkNoRecovery", "No Recovery"),
-      optInstlLumpSum(screen, "optInstlLumpSum", "installment", "Lumpsum"),
-      optInstlCount(screen, "optInstlCount", "installment", "No. of Installments"),
-      lblInstlAmt(screen, "lblInstlAmt", "Instl. Amount"),
-      txtInstlAmt(screen, "txtInstlAmt"),
-      txtNoOfInstlmnts(screen, "txtNoOfInstlmnts"),
-      lblRecvrFrom(screen, "lblRecvrFrom", "Recover From"),
-      txtRecvrFrom(screen, "txtRecvrFrom"),
-      fmeInstallmentRoundOff(screen, "fmeInstallmentRoundOff", "EMI Round Off"),
-      optNearOneRupee(screen, "optNearOneRupee", "roundOff", "Higher 1 Rupee"),
-      optNearTenRupee(screen, "optNearTenRupee", "roundOff", "Higher 10 Rupees"),
-      optNearFiftyRupee(screen, "optNearFiftyRupee", "roundOff", "Higher 50 Rupees"),
-      optRoundNone(screen, "optRoundNone", "roundOff", "None"),
-      session_(session) {
+RecoveryFrame::RecoveryFrame(Session& session, Screen& screen) : screen_(screen), session_(session) {
   fmeInstallment.Hold({chkNoRecovery, optInstlLumpSum, optInstlCount, lblInstlAmt, txtInstlAmt,
                        txtNoOfInstlmnts, lblRecvrFrom, txtRecvrFrom});
   fmeInstallmentRoundOff.Hold({optNearOneRupee, optNearTenRupee, optNearFiftyRupee, optRoundNone});

@@ -9,23 +9,25 @@ struct Session;
 
 // How a new advance or loan is recovered: not at all, by a fixed instalment, or by a number of them.
 class RecoveryFrame {
+  Screen& screen_;  // the controls register with it
+
  public:
   RecoveryFrame(Session& session, Screen& screen);
 
-  Frame fmeInstallment;
-  CheckBox chkNoRecovery;
-  OptionButton optInstlLumpSum;
-  OptionButton optInstlCount;
-  Label lblInstlAmt;
-  TextBox txtInstlAmt;
-  TextBox txtNoOfInstlmnts;
-  Label lblRecvrFrom;
-  TextBox txtRecvrFrom;
-  Frame fmeInstallmentRoundOff;
-  OptionButton optNearOneRupee;
-  OptionButton optNearTenRupee;
-  OptionButton optNearFiftyRupee;
-  OptionButton optRoundNone;
+  Frame fmeInstallment{screen_, "fmeInstallment", "Recovery"};
+  CheckBox chkNoRecovery{screen_, "chkNoRecovery", "No Recovery"};
+  OptionButton optInstlLumpSum{screen_, "optInstlLumpSum", "installment", "Lumpsum"};
+  OptionButton optInstlCount{screen_, "optInstlCount", "installment", "No. of Installments"};
+  Label lblInstlAmt{screen_, "lblInstlAmt", "Instl. Amount"};
+  TextBox txtInstlAmt{screen_, "txtInstlAmt"};
+  TextBox txtNoOfInstlmnts{screen_, "txtNoOfInstlmnts"};
+  Label lblRecvrFrom{screen_, "lblRecvrFrom", "Recover From"};
+  TextBox txtRecvrFrom{screen_, "txtRecvrFrom"};
+  Frame fmeInstallmentRoundOff{screen_, "fmeInstallmentRoundOff", "EMI Round Off"};
+  OptionButton optNearOneRupee{screen_, "optNearOneRupee", "roundOff", "Higher 1 Rupee"};
+  OptionButton optNearTenRupee{screen_, "optNearTenRupee", "roundOff", "Higher 10 Rupees"};
+  OptionButton optNearFiftyRupee{screen_, "optNearFiftyRupee", "roundOff", "Higher 50 Rupees"};
+  OptionButton optRoundNone{screen_, "optRoundNone", "roundOff", "None"};
 
   void Show(bool shown);
   void Enable(bool enabled);
