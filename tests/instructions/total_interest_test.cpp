@@ -6,6 +6,8 @@
 #include <random>
 
 #include "database/drivers/sqlite_database.h"
+#include "database/drivers/sqlite_functions.h"
+#include "runtime/text.h"
 #include "support/company_fixture.h"
 
 namespace ktl::test {
@@ -164,6 +166,35 @@ TEST(TotalInterest, TheListIsEmptiedByWhatPutsTotalsInOrder) {
   EXPECT_EQ(listed(), Value(0));
   EXPECT_EQ(company.Rows("SELECT INTAMT FROM INS_ADVLOAN WHERE EMPID IN (110, 200) ORDER BY EMPID"),
             "5\n60.75");
+}
+
+TEST(TotalInterest, TheTwinStartsFromTheListInALargeCompany) {
+  TestCompany company;
+  company.Name(2, "Car Loan").Reducing(9);
+  Lend(company, 17, 0);
+  SqliteDatabase(company.File().string(), SqliteDatabase::Mode::Existing)
+      .RunScript(
+          "ANALYZE; DELETE FROM sqlite_stat1; INSERT INTO sqlite_stat1 VALUES"
+          " ('INS_ADVLOAN', 'IX_ADV_NAME', '117000 58500 10637'),"
+          " ('INS_ADVLOAN', 'sqlite_autoindex_INS_ADVLOAN_1', '117000 12 6 1'),"
+          " ('INS_EMIDETAIL', 'IX_EMI_KEYMONTH', '7000000 702 352 60 1 1'),"
+          " ('INS_EMIDETAIL', 'IX_EMI_MONTH', '7000000 44872 18919 4'),"
+          " ('INS_MASTER', 'sqlite_autoindex_INS_MASTER_1', '23 4 1');");
+  SqliteDatabase planned(company.File().string(), SqliteDatabase::Mode::Existing);
+  RegisterTextRules(planned);
+  int statements = 0;
+  for (const std::string& line : Split(company.Cn().Explain(kTotalInterest.embedded), "\n")) {
+    const std::string sql = ReplaceAll(Trim(line), "else: ", "");
+    SqliteDatabase::Lease plan(planned, "EXPLAIN QUERY PLAN " + sql);
+    for (++statements; plan->Step();) {
+      const std::string step = plan->Column(3).ToText();
+      EXPECT_TRUE(!step.starts_with("SCAN") || step == "SCAN T" || step == "SCAN CONSTANT ROW" ||
+                  step == "SCAN KTL_INTERESTTOUCHED")
+          << sql << "\n"
+          << step;
+    }
+  }
+  EXPECT_EQ(statements, 4);
 }
 
 // As an earlier release made it.
