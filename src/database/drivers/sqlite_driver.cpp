@@ -54,8 +54,8 @@ Value DateFor(const Assignment& assignment) {
 
 }  // namespace
 
-SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, const ClientIdentity& client)
-    : database_(std::move(database)), client_(client), host_{database_, client, {}} {
+SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, ClientIdentity client)
+    : database_(std::move(database)), client_(std::move(client)), host_{database_, client_, {}} {
   RegisterFunctions(host_);
   if (kind == FileKind::Company) database_.Run(kMonthLockTrigger);
 }
@@ -141,28 +141,23 @@ std::int64_t SqliteDriver::CountRows(const std::string& sql) {
 ResultSet SqliteDriver::ReadRows(const tsql::Step& step, Fetch fetch) {
   const SharedText shared = ShareNumbers(step.sql);
   SqliteDatabase::Lease statement(database_, shared.sql);
-  for (std::size_t i = 0; i < shared.numbers.size(); ++i)
-    statement->Bind(static_cast<int>(i), Value(shared.numbers[i]));
+  for (std::size_t i = 0; i < shared.numbers.size(); ++i) statement->Bind(i, Value(shared.numbers[i]));
   // A changed schema shows in the columns only after the first step.
   bool more = fetch != Fetch::NoRows && statement->Step();
-  const int first = step.baseTable.empty() ? 0 : 1;
-  const int count = statement->ColumnCount();
+  const std::size_t first = step.baseTable.empty() ? 0 : 1, count = statement->ColumnCount();
   ResultSet result;
   result.baseTable = step.baseTable;
   std::vector<bool> dates(count);
-  for (int column = 0; column < count; ++column) {
-    const auto fromBack = static_cast<std::size_t>(count - 1 - column);
-    dates[column] = statement->IsDeclaredDate(column) ||
-                    (column < std::ssize(step.datesFromFront) && step.datesFromFront[column]) ||
-                    (fromBack < step.datesFromBack.size() && step.datesFromBack[fromBack]);
-    if (column >= first) result.columns.push_back(statement->ColumnName(column));
+  for (std::size_t column = first; column < count; ++column) {
+    dates[column] = statement->IsDeclaredDate(column) || step.TellsDate(column, count);
+    result.columns.push_back(statement->ColumnName(column));
   }
   for (; more; more = fetch == Fetch::AllRows && statement->Step()) {
-    ResultRow& row = result.rows.emplace_back();
-    row.values.reserve(count - first);
-    for (int column = first; column < count; ++column)
-      row.values.push_back(statement->Column(column, dates[column]));
-    if (first > 0) row.key = statement->Integer(0);
+    auto& row = result.rows.emplace_back();
+    row.reserve(count - first);
+    for (std::size_t column = first; column < count; ++column)
+      row.push_back(statement->Column(column, dates[column]));
+    if (first > 0) result.keys.emplace_back(statement->Integer(0));
   }
   return result;
 }
@@ -229,22 +224,21 @@ RowKey SqliteDriver::InsertRow(const std::string& table, const std::vector<Assig
   SqliteDatabase::Lease insert(
       database_, values.empty() ? fmt::format("INSERT INTO [{}] DEFAULT VALUES", table)
                                 : "INSERT INTO [" + table + "] (" + columns + ") VALUES (" + marks + ")");
-  int parameter = 0;
-  for (const auto& assignment : values) insert->Bind(parameter++, Fitted(assignment, fields));
+  for (std::size_t i = 0; i < values.size(); ++i) insert->Bind(i, Fitted(values[i], fields));
   insert->Step();
   return database_.LastRowId();
 }
 
-void SqliteDriver::UpdateRow(const std::string& table, RowKey key, const std::vector<Assignment>& values) {
+void SqliteDriver::UpdateRow(const std::string& table, const RowKey& key,
+                             const std::vector<Assignment>& values) {
   if (values.empty()) return;
   const Fields& fields = FieldsOf(table);
   std::string columns;
   for (const auto& assignment : values)
     columns += (columns.empty() ? "[" : ", [") + assignment.column + "] = ?";
   SqliteDatabase::Lease update(database_, "UPDATE [" + table + "] SET " + columns + " WHERE rowid = ?");
-  int parameter = 0;
-  for (const auto& assignment : values) update->Bind(parameter++, Fitted(assignment, fields));
-  update->Bind(parameter, static_cast<long long>(key));
+  for (std::size_t i = 0; i < values.size(); ++i) update->Bind(i, Fitted(values[i], fields));
+  update->Bind(values.size(), std::any_cast<std::int64_t>(key));
   const auto before = database_.TotalChanges();
   update->Step();
   if (database_.ChangesSince(before) == 0)

@@ -5,7 +5,6 @@
 #include <unordered_map>
 #include <vector>
 
-#include "database/connection.h"
 #include "database/driver.h"
 #include "database/drivers/sqlite_database.h"
 #include "database/drivers/sqlite_file.h"
@@ -19,14 +18,14 @@ namespace ktl {
 // and the host's procedures are run here.
 class SqliteDriver final : public Driver {
  public:
-  SqliteDriver(SqliteDatabase database, FileKind kind, const ClientIdentity& client);
+  SqliteDriver(SqliteDatabase database, FileKind kind, ClientIdentity client);
   ~SqliteDriver() override;
 
   ResultSet Query(std::string_view sql, Fetch fetch, bool updatable) override;
   std::int64_t Execute(std::string_view sql) override;
   std::string Explain(std::string_view sql) override;
   RowKey InsertRow(const std::string& table, const std::vector<Assignment>& values) override;
-  void UpdateRow(const std::string& table, RowKey key, const std::vector<Assignment>& values) override;
+  void UpdateRow(const std::string& table, const RowKey& key, const std::vector<Assignment>& values) override;
   void Begin() override;
   void Commit() override;
   void Rollback() override;
@@ -59,7 +58,7 @@ class SqliteDriver final : public Driver {
   void KeepStatistics() noexcept;
 
   SqliteDatabase database_;
-  const ClientIdentity& client_;
+  ClientIdentity client_;
   FunctionHost host_;
   Programs programs_;
   std::unordered_map<std::string, Fields, tsql::WordHash, tsql::WordEqual> fields_;

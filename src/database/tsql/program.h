@@ -25,10 +25,17 @@ struct Step {
   std::vector<Step> then;                             // of Branch
   std::vector<Step> otherwise;
   // Of Rows: which columns are dates for certain, told from the front up to the first "*" and from the back
-  // down to the last one. A column behind both is judged by its declaration alone.
+  // down to the last one. A column between both is judged by its declaration alone.
   std::vector<bool> datesFromFront;
   std::vector<bool> datesFromBack;
   std::string baseTable;  // of Rows that can be updated: the first column is the row's key
+
+  // Of one column of a result of so many.
+  bool TellsDate(std::size_t column, std::size_t count) const {
+    const std::size_t fromBack = count - 1 - column;
+    return (column < datesFromFront.size() && datesFromFront[column]) ||
+           (fromBack < datesFromBack.size() && datesFromBack[fromBack]);
+  }
 };
 
 using Program = std::vector<Step>;
