@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "database/drivers/shared_text.h"
+#include "database/drivers/sqlite_writer.h"
 #include "database/stored_date.h"
 #include "runtime/numbers.h"
 
@@ -77,7 +78,7 @@ std::shared_ptr<const tsql::Program> SqliteDriver::ProgramOf(std::string_view sq
   std::string key(sql);
   if (updatable) key += '\n';
   if (const auto found = programs_.find(key); found != programs_.end()) return found->second;
-  auto program = std::make_shared<const tsql::Program>(tsql::Translate(sql, updatable));
+  auto program = std::make_shared<const tsql::Program>(SqliteWriter(sql).Translate(updatable));
   if (key.size() > kLongestKeptText) return program;
   if (programs_.size() >= kMostPrograms) programs_.clear();
   programs_.emplace(std::move(key), program);
