@@ -23,19 +23,25 @@ class SqliteStatement {
   // True while there is a row.
   bool Step();
   void Reset() noexcept;
-  void Bind(int parameter, const Value& value);
+  void Bind(std::size_t parameter, const Value& value);
+  void BindInteger(std::size_t parameter, std::int64_t number);
+  void BindReal(std::size_t parameter, double number);  // an infinite number is an error
+  void BindText(std::size_t parameter, std::string_view text);
+  void BindNull(std::size_t parameter);
 
-  int ColumnCount() const;
-  std::string ColumnName(int column) const;
-  bool IsDeclaredDate(int column) const;
+  std::size_t ColumnCount() const;
+  std::string ColumnName(std::size_t column) const;
+  bool IsDeclaredDate(std::size_t column) const;
   // date: a text in the stored form of dates is a date. An infinite number is an error.
-  Value Column(int column, bool date = false) const;
-  std::int64_t Integer(int column) const;
+  Value Column(std::size_t column, bool date = false) const;
+  std::int64_t Integer(std::size_t column) const;
 
  private:
   struct Finalizer {
     void operator()(sqlite3_stmt* statement) const noexcept;
   };
+  void Check(int code) const;
+
   std::unique_ptr<sqlite3_stmt, Finalizer> handle_;
 };
 
