@@ -9,8 +9,9 @@ class Sample : public testing::Test {
   static void SetUpTestSuite() {
     folder_ = std::make_unique<Folder>();
     CreateCompany(Options(File(), 400));
-    RawDatabase(File()).Run(
-        "CREATE VIEW SALARY AS SELECT * FROM SLC_SALARYCALC_E JOIN SLC_SALARYCALC_D USING (SALID)");
+    SqliteDatabase(File(), SqliteDatabase::Mode::Existing)
+        .RunScript(
+            "CREATE VIEW SALARY AS SELECT * FROM SLC_SALARYCALC_E JOIN SLC_SALARYCALC_D USING (SALID)");
   }
   static void TearDownTestSuite() { folder_.reset(); }
   static std::filesystem::path File() { return *folder_ / "sample.kldb"; }

@@ -179,8 +179,8 @@ void SqliteDatabase::Run(std::string_view sql, const std::vector<Value>& paramet
   }
 }
 
-void SqliteDatabase::RunScript(const char* script) {
-  CheckSqlite(sqlite3_exec(handle(), script, nullptr, nullptr, nullptr), handle());
+void SqliteDatabase::RunScript(const std::string& script) {
+  CheckSqlite(sqlite3_exec(handle(), script.c_str(), nullptr, nullptr, nullptr), handle());
 }
 
 std::int64_t SqliteDatabase::Number(std::string_view sql) {

@@ -75,7 +75,7 @@ class SqliteDatabase {
   // Runs a statement of the embedded dialect to its end.
   void Run(std::string_view sql, const std::vector<Value>& parameters = {});
   // Several statements, one after another.
-  void RunScript(const char* script);
+  void RunScript(const std::string& script);
   std::int64_t Number(std::string_view sql);
   // Of the statement run last; 0 when nothing has changed since the count given.
   std::int64_t ChangesSince(std::int64_t totalChanges) const;
