@@ -62,8 +62,7 @@ void TypeAtTheWindow(benchmark::State& state, std::string_view letters, bool eac
   Session session(bench.real->machine(), desk);
   OpenConnection(session, ConnectionStringOf(company));
   LoadOptionSet(session);
-  session.SIType = 2;
-  modAdvLoan entry(session);
+  modAdvLoan entry(session, InstructionType::Loan);
   QTimer::singleShot(0, qApp, [&] {
     QWidget* window = QApplication::activeModalWidget();
     auto& combo = *window->findChild<QComboBox*>("cmbEmpName");
@@ -72,7 +71,7 @@ void TypeAtTheWindow(benchmark::State& state, std::string_view letters, bool eac
     for (auto _ : state) {
       if (at == 0 || eachAlone) {
         state.PauseTiming();
-        ListAnew(desk, entry.cmbEmpName);
+        ListAnew(desk, entry.employee.cmbEmpName);
         combo.lineEdit()->selectAll();
         state.ResumeTiming();
       }
@@ -96,11 +95,10 @@ void TypeALetterFloor(benchmark::State& state) {
   const auto company = CompanyOfPeople(static_cast<int>(state.range(0)));
   Bench bench(company);
   bench.Connect(company);
-  bench.session->SIType = 2;
-  modAdvLoan entry(*bench.session);
+  modAdvLoan entry(*bench.session, InstructionType::Loan);
   entry.Load();
   std::vector<std::string> names;
-  for (const ListRow& row : entry.cmbEmpName.Rows()) names.push_back(LowerCase(row.text));
+  for (const ListRow& row : entry.employee.cmbEmpName.Rows()) names.push_back(LowerCase(row.text));
   std::size_t at = 0;
   for (auto _ : state) {
     const std::string letter(1, "aei"[at++ % 3]);

@@ -13,7 +13,8 @@
 #include "company/company_error.h"
 #include "company/sample_masters.h"
 #include "company/schema_texts.h"
-#include "frame/settings_store.h"
+#include "instructions/total_interest.h"
+#include "machine/settings_store.h"
 
 namespace ktl {
 namespace {
@@ -83,7 +84,8 @@ std::vector<TableSum> Fill(const fs::path& file, const CompanyOptions& options) 
   WriteMonths(database);
   database.Run("COMMIT");
   if (!options.empty) FillSample(database, options.sample);
-  database.Run("PRAGMA analysis_limit = 1000; ANALYZE;");
+  database.Run(kTotalInterest.setup);  // behind the rows, which it need not watch being made
+  database.Run("ANALYZE");
   auto sums = TableSums(database);
   // As the program keeps it, so that the first workstations to open it need not change it.
   database.Run("PRAGMA journal_mode = WAL");

@@ -8,6 +8,7 @@
 #include "database/drivers/sqlite_driver.h"
 #include "database/drivers/sqlite_file.h"
 #include "database/statement_log.h"
+#include "database/statement_twin.h"
 #include "runtime/text.h"
 
 namespace ktl {
@@ -84,6 +85,18 @@ std::int64_t Connection::Execute(std::string_view sql) {
 ResultSet Connection::Query(std::string_view sql, Fetch fetch, bool updatable) {
   return Timed(
       sql, [&] { return driver().Query(sql, fetch, updatable); },
+      [](const ResultSet& result) { return std::ssize(result.rows); });
+}
+
+std::int64_t Connection::Execute(const StatementTwin& twin) {
+  return Timed(
+      twin.said, [&] { return driver().Execute(driver().Choose(twin)); },
+      [](std::int64_t rows) { return rows; });
+}
+
+ResultSet Connection::Query(const StatementTwin& twin, Fetch fetch) {
+  return Timed(
+      twin.said, [&] { return driver().Query(driver().Choose(twin), fetch, false); },
       [](const ResultSet& result) { return std::ssize(result.rows); });
 }
 

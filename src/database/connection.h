@@ -53,6 +53,9 @@ class Connection {
   std::int64_t Execute(std::string_view sql);
   // The rows of a query; of a batch, those of its first query.
   ResultSet Query(std::string_view sql, Fetch fetch = Fetch::AllRows, bool updatable = false);
+  // The same with an equivalent for the embedded store.
+  std::int64_t Execute(const StatementTwin& twin);
+  ResultSet Query(const StatementTwin& twin, Fetch fetch = Fetch::AllRows);
   // Field 0 of the first row; nothing when there is no row. Steps once.
   std::optional<Value> FirstValue(std::string_view sql);
   bool HasRows(std::string_view sql);

@@ -31,6 +31,8 @@ struct Assignment {
 
 enum class Fetch { AllRows, FirstRow, NoRows };
 
+struct StatementTwin;
+
 // One database behind a connection. Texts are Transact-SQL. Every failure is a DatabaseError.
 class Driver {
  public:
@@ -40,6 +42,8 @@ class Driver {
   virtual ResultSet Query(std::string_view sql, Fetch fetch, bool updatable) = 0;
   virtual std::int64_t Execute(std::string_view sql) = 0;
   virtual std::string Explain(std::string_view sql) = 0;
+  // The text of the twin that this database is to get.
+  virtual std::string_view Choose(const StatementTwin& twin) = 0;
 
   // Texts assigned to date columns are read day first and stored as dates. Columns not named stay null.
   virtual RowKey InsertRow(const std::string& table, const std::vector<Assignment>& values) = 0;

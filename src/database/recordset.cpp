@@ -17,6 +17,12 @@ void Recordset::Open(Connection& cn, std::string_view sql, OpenMode mode) {
   mode_ = mode;
 }
 
+void Recordset::Open(Connection& cn, const StatementTwin& twin) {
+  Close();
+  result_ = cn.Query(twin);
+  cn_ = &cn;
+}
+
 void Recordset::Close() { *this = Recordset(); }
 
 std::size_t Recordset::IndexOf(std::string_view field) const {

@@ -7,6 +7,12 @@
 
 namespace ktl {
 
+namespace {
+
+constexpr long kInstructionsMenu = 19;
+
+}  // namespace
+
 bool FnBlnAuditOn(Session& session) {
   if (!session.auditOn) {
     LoadFeatureSet(session);
@@ -23,6 +29,12 @@ void WriteAuditTrail(Session& session, long menuNumber, long employee, std::stri
                                  session.CurrentUser(), menuNumber, employee,
                                  clsSPChar::FnStrClearAllSp(action), clsSPChar::FnStrClearAllSp(detail),
                                  clsSPChar::FnStrClearAllSp(extra), clsSPChar::FnStrClearAllSp(windowsUser)));
+}
+
+void AuditInstruction(Session& session, long employee, std::string_view deed, const std::string& detail) {
+  if (!FnBlnAuditOn(session)) return;
+  WriteAuditTrail(session, kInstructionsMenu, employee, fmt::format("Standing Instructions - {}", deed),
+                  fmt::format("{}{}", deed, detail));
 }
 
 }  // namespace ktl

@@ -28,29 +28,6 @@ class Set {
   bool before_;
 };
 
-// The bytes of the character that the text begins with, and its code point. A stray byte stands for itself.
-struct Character {
-  std::size_t bytes = 1;
-  int code = 0;
-};
-
-Character FirstCharacter(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text.front());
-  const std::size_t bytes = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  if (bytes == 1 || bytes > text.size()) return {1, lead};
-  int code = lead & (0xFF >> (bytes + 1));
-  for (std::size_t i = 1; i < bytes; ++i) code = code << 6 | (static_cast<unsigned char>(text[i]) & 0x3F);
-  return {bytes, code};
-}
-
-std::string Encoded(int code) {
-  const auto tail = [code](int shift) { return static_cast<char>(0x80 | (code >> shift & 0x3F)); };
-  if (code < 0x80) return {static_cast<char>(code)};
-  if (code < 0x800) return {static_cast<char>(0xC0 | code >> 6), tail(0)};
-  if (code < 0x10000) return {static_cast<char>(0xE0 | code >> 12), tail(6), tail(0)};
-  return {static_cast<char>(0xF0 | code >> 18), tail(12), tail(6), tail(0)};
-}
-
 }  // namespace
 
 Control::Control(Screen& screen, ControlKind kind, std::string name)
@@ -76,11 +53,15 @@ void TextBox::TypeOver(std::string_view typed) {
   const std::string before = std::exchange(text_, {});
   const auto filter = onKeyPress;
   while (!typed.empty()) {
-    const auto [bytes, code] = FirstCharacter(typed);
+    const std::string_view from = typed;
+    const int code = static_cast<int>(TakeCharacter(typed));
     const int kept = filter ? filter(code) : code;
-    const bool fits = maxLength == 0 || Length(text_) < maxLength;
-    if (kept != 0 && fits) text_ += kept == code ? std::string(typed.substr(0, bytes)) : Encoded(kept);
-    typed.remove_prefix(bytes);
+    if (kept == 0 || (maxLength != 0 && Length(text_) >= maxLength)) continue;
+    if (kept == code) {
+      text_ += from.substr(0, from.size() - typed.size());  // as it was typed, a stray byte too
+    } else {
+      AppendCharacter(text_, static_cast<char32_t>(kept));
+    }
   }
   if (text_ != before) Raise(onChange);
 }

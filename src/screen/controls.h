@@ -265,8 +265,18 @@ class Timer final : public Control {
     enabled = false;
   }
 
+  // Runs, and its time begins anew.
+  void Restart() {
+    enabled = true;
+    ++starts_;
+  }
+  int Starts() const { return starts_; }
+
   int intervalMs = 0;
   Handler onTimer;
+
+ private:
+  int starts_ = 0;
 };
 
 class ProgressBar final : public Control {

@@ -1,5 +1,5 @@
 #include "common/amounts.h"
-#include "frame/settings_store.h"
+#include "machine/settings_store.h"
 #include "sample_company.h"
 
 namespace ktl {
@@ -54,6 +54,9 @@ TEST(CreateCompany, TargetsAreMetExactly) {
   CreateCompany(options);
   EXPECT_EQ(Ask(options.file, "SELECT COUNT(*) FROM INS_ADVLOAN"), "500");
   EXPECT_EQ(Ask(options.file, "SELECT COUNT(*) FROM INS_EMIDETAIL"), "9001");
+  // What the planner knows is counted, not guessed.
+  EXPECT_EQ(Ask(options.file, "SELECT CAST(stat AS INTEGER) FROM sqlite_stat1 WHERE idx = 'IX_EMI_MONTH'"),
+            "9001");
 }
 
 TEST(CreateCompany, AnEmptyCompanyHasTheRequiredRowsAndTheMonths) {

@@ -11,7 +11,7 @@ namespace ktl {
 
 namespace {
 
-constexpr std::size_t kMostIdleStatements = 128;
+constexpr std::size_t kMostStatements = 128;
 constexpr std::size_t kLongestKeptText = 8192;
 
 std::string_view ColumnText(sqlite3_stmt* statement, int column) {
@@ -131,27 +131,16 @@ std::int64_t SqliteStatement::Integer(int column) const {
   return sqlite3_column_int64(handle_.get(), column);
 }
 
-SqliteDatabase::Lease::Lease(SqliteDatabase& database, std::string_view sql)
-    : database_(database), sql_(sql) {
-  const auto found = database.idle_.find(sql_);
-  if (found == database.idle_.end()) {
-    statement_ = std::make_unique<SqliteStatement>(database.handle(), sql);
-    return;
-  }
-  statement_ = std::move(found->second);
-  database.idle_.erase(found);
-}
-
-SqliteDatabase::Lease::~Lease() {
-  if (!statement_ || sql_.size() > kLongestKeptText) return;
-  statement_->Reset();
-  if (database_.idle_.size() >= kMostIdleStatements) database_.idle_.clear();
-  database_.idle_.insert_or_assign(std::move(sql_), std::move(statement_));
+SqliteDatabase::Lease::Lease(SqliteDatabase& database, std::string_view sql) {
+  const auto* kept = database.statements_.Find(sql);
+  const bool free = kept != nullptr && kept->use_count() == 1;
+  statement_ = free ? *kept : std::make_shared<SqliteStatement>(database.handle(), sql);
+  if (kept == nullptr && sql.size() <= kLongestKeptText) database.statements_.Keep(sql, statement_);
 }
 
 void SqliteDatabase::Closer::operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
 
-SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode) {
+SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode) : statements_(kMostStatements) {
   const int flags =
       SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (mode == Mode::New ? SQLITE_OPEN_CREATE : 0);
   sqlite3* raw = nullptr;

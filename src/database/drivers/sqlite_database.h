@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "database/database_error.h"
+#include "database/drivers/recently_used.h"
 #include "runtime/value.h"
 
 struct sqlite3;
@@ -42,20 +42,18 @@ class SqliteStatement {
 // An open file of the embedded database. Prepared statements are kept for the next use of the same text.
 class SqliteDatabase {
  public:
-  // A statement in use; given back, reset, when the lease ends.
+  // A statement in use; reset when the lease ends. A text leased twice at a time gets two statements.
   class Lease {
    public:
     Lease(SqliteDatabase& database, std::string_view sql);
-    ~Lease();
+    ~Lease() { statement_->Reset(); }
     Lease(const Lease&) = delete;
     Lease& operator=(const Lease&) = delete;
     SqliteStatement* operator->() { return statement_.get(); }
     SqliteStatement& operator*() { return *statement_; }
 
    private:
-    SqliteDatabase& database_;
-    std::string sql_;
-    std::unique_ptr<SqliteStatement> statement_;
+    std::shared_ptr<SqliteStatement> statement_;
   };
 
   enum class Mode { Existing, New };
@@ -83,7 +81,7 @@ class SqliteDatabase {
     void operator()(sqlite3* database) const noexcept;
   };
   std::unique_ptr<sqlite3, Closer> handle_;
-  std::unordered_map<std::string, std::unique_ptr<SqliteStatement>> idle_;
+  RecentlyUsed<std::shared_ptr<SqliteStatement>> statements_;
 };
 
 // The one place where return codes become errors.

@@ -34,7 +34,7 @@ struct Step {
 using Program = std::vector<Step>;
 
 // Throws DatabaseError when the text cannot be read. updatable: the text must be a SELECT * over one table,
-// which then answers the row's key in front.
-Program Translate(std::string_view text, bool updatable = false);
+// which then answers the row's key in front. parameters: how many numbers of the text are ?1, ?2, ...
+Program Translate(std::string_view text, bool updatable = false, int parameters = 0);
 
 }  // namespace ktl::tsql

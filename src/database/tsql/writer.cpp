@@ -8,8 +8,8 @@
 
 namespace ktl::tsql {
 
-Program Translate(std::string_view text, bool updatable) {
-  const Block block = Parse(text);
+Program Translate(std::string_view text, bool updatable, int parameters) {
+  const Block block = Parse(text, parameters);
   EmbeddedWriter writer(text);
   if (!updatable) return writer.Write(block);
   const QueryPtr* query = std::get_if<QueryPtr>(&block.front());

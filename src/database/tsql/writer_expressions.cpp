@@ -82,6 +82,11 @@ void EmbeddedWriter::WriteExpr(const Expr& expr) {
 void EmbeddedWriter::WriteLeaf(const Expr& expr) {
   if (!expr.qualifier.empty()) Name(expr.qualifier), out_ += '.';
   switch (expr.kind) {
+    case ExprKind::Number:
+      out_ += expr.text;
+      // The point of a parameter tells its type alone.
+      if (expr.text[0] == '?' && expr.text.ends_with('.')) out_.pop_back();
+      break;
     case ExprKind::Text:
       out_ += expr.text.substr(expr.text.find('\''));
       break;

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "frame/refusal.h"
+#include "instructions/instruction_parent.h"
+
+namespace ktl {
+
+// What every entry screen asks and refuses in the same way.
+
+// Asked before a new record that is not saved gives way: "Do you want to Save entered details?". False keeps
+// the record: Cancel, or a save that came to nothing.
+bool MayLeaveNewRecord(Session& session, const char* question, const std::function<bool()>& save);
+
+enum class NoField {};
+// What stands against deleting an instruction: locked months of its schedule, the employee's lock over all of
+// it. The caption is the company's word for the type.
+std::optional<Refusal<NoField>> FindDeleteRefusal(Session& session, const InstructionKey& key,
+                                                  const std::string& caption);
+
+// Opens the employee's full and final settlement, for users who may see it.
+void OpenEmployeeSummary(Session& session, long employee);
+
+}  // namespace ktl

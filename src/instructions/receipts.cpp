@@ -1,0 +1,42 @@
+#include "instructions/receipts.h"
+
+#include "common/amounts.h"
+#include "database/recordset.h"
+#include "frame/session.h"
+#include "instructions/instruction_statements.h"
+
+namespace ktl {
+
+std::vector<Receipt> ReadReceipts(Session& session, const InstructionKey& key) {
+  std::vector<Receipt> receipts;
+  Recordset rs(session.Cn, session.Sql("Select COUNTER, RCPTDATE, RCPTPRNAMT, RCPTINTAMT, RCPTAMT, REMARKS "
+                                       "From INS_RECEIPTS Where {} Order By RCPTDATE",
+                                       WhereInstruction(key)));
+  for (; !rs.Eof(); rs.MoveNext()) {
+    receipts.push_back({.counter = rs["COUNTER"].ToLong(),
+                        .RCPTDATE = DateIfAny(rs["RCPTDATE"]),
+                        .RCPTPRNAMT = NumberIfAny(rs["RCPTPRNAMT"]),
+                        .RCPTINTAMT = NumberIfAny(rs["RCPTINTAMT"]),
+                        .RCPTAMT = NumberIfAny(rs["RCPTAMT"]),
+                        .remarks = rs["REMARKS"].TextOrEmpty()});
+  }
+  return receipts;
+}
+
+std::vector<GridList<Receipt>::Column> ReceiptColumns(InstructionType type) {
+  const auto amount = [](std::optional<double> Receipt::*column) {
+    return [column](const Receipt& row) { return ShownAmount(row.*column); };
+  };
+  return {
+      {{"Counter", CellType::Number, 70, true},
+       [](const Receipt& row) { return std::to_string(row.counter); }},
+      {{std::string(FactsOf(type).receiptWord) + " Date", CellType::Date, 110},
+       [](const Receipt& row) { return row.RCPTDATE ? FormatDate(*row.RCPTDATE, "dd/mm/yyyy") : ""; }},
+      {{"Principle Amt.", CellType::Number, 120}, amount(&Receipt::RCPTPRNAMT)},
+      {{"Interest Amt.", CellType::Number, 120}, amount(&Receipt::RCPTINTAMT)},
+      {{"Total Amount", CellType::Number, 120}, amount(&Receipt::RCPTAMT)},
+      {{"Remarks", CellType::Text, 220}, [](const Receipt& row) { return row.remarks; }},
+  };
+}
+
+}  // namespace ktl
