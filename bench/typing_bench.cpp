@@ -33,10 +33,9 @@ std::filesystem::path CompanyOfPeople(int employees) {
 }
 
 void Press(QComboBox& combo, char letter) {
-  QWidget* popup = QApplication::activePopupWidget();
   const int key = letter == ' ' ? Qt::Key_Space : Qt::Key_A + (letter - 'a');
   QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, QString(QLatin1Char(letter)));
-  QApplication::sendEvent(popup ? popup : &combo, &press);
+  QApplication::sendEvent(&combo, &press);
   QApplication::processEvents();
 }
 
@@ -80,7 +79,6 @@ void TypeAtTheWindow(benchmark::State& state, std::string_view letters, bool eac
       at = (at + 1) % letters.size();
     }
     entry.ForceUnload();
-    if (QWidget* popup = QApplication::activePopupWidget()) popup->hide();
     window->close();
   });
   desk.ShowModal(entry);

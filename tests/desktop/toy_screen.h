@@ -97,6 +97,8 @@ class ToyScreen final : public Screen {
   }
 
   void FillLists() {
+    cmbName.beside = &cmbNumber;
+    cmbNumber.beside = &cmbName;
     cmbName.SetRows({{"Asha Rao", "11"}, {"Dev Nair", "12"}, {"Dev Nair", "13"}, {"Ishaan", "14"}});
     cmbNumber.SetRows({{"K01", "11"}, {"K02", "12"}, {"K03", "13"}, {"K04", "14"}});
     lstPeople.withTicks = true;
