@@ -55,13 +55,18 @@ bool Recordset::Find(std::string_view field, std::string_view text) {
   return false;
 }
 
+void Recordset::RequireWritable() const {
+  if (mode_ == OpenMode::ReadOnly) throw DatabaseError("The recordset was opened for reading only.", 3251);
+}
+
 void Recordset::AddNew() {
+  RequireWritable();
   pending_.clear();
   adding_ = true;
 }
 
 void Recordset::Set(std::string_view field, Value value) {
-  if (mode_ == OpenMode::ReadOnly) throw DatabaseError("The recordset was opened for reading only.", 3251);
+  RequireWritable();
   const std::size_t index = IndexOf(field);
   if (!adding_ && Eof()) throw DatabaseError("There is no current record.", kNoCurrentRowError);
   const std::string& column = result_.columns[index];
