@@ -9,8 +9,8 @@
 #include "company/company_error.h"
 #include "company/formula_report.h"
 #include "company/sql_command.h"
-#include "frame/real_machine.h"
 #include "frame/session.h"
+#include "machine/real_machine.h"
 
 namespace ktl {
 namespace {
@@ -50,14 +50,17 @@ DayRequest RequestFor(Session& session, long empId, const std::string& monthText
   const std::string month = FnStrCorrectMonth(monthText);
   if (month.empty())
     throw CompanyError(fmt::format("\"{}\" is no month; one looks like Apr/2026.", monthText));
+  if (!session.data.FnBlnRecExists(fmt::format("SELECT EMPID FROM MAS_EMPLOYEE WHERE EMPID = {}", empId)))
+    throw CompanyError(fmt::format("There is no employee {}.", empId));
   DayRequest request{.empId = empId, .monthYear = clsDateHandle::FnLngFindMonthValue(month)};
   request.period = clsNODNDP(session).SetMonthCalcDates(request.monthYear);
   const auto detail = DetailRowOfMonth(session, empId, request.monthYear);
   if (!detail) throw CompanyError(fmt::format("Employee {} has no detail row up to {}.", empId, month));
   request.empDetId = *detail;
   request.attHeadId =
-      ReadValue(session.Cn, fmt::format("Select ATTHEADID From MAS_EMPLOYEEDET Where EMPDETID = {}", *detail),
-                0)
+      session.data
+          .FnVarGetDbValue(fmt::format("Select ATTHEADID From MAS_EMPLOYEEDET Where EMPDETID = {}", *detail),
+                           0)
           .ToLong();
   if (!session.data.FnBlnRecExists(
           fmt::format("SELECT MONTHYEAR FROM MAS_MONTHYEAR WHERE MONTHYEAR = {}", request.monthYear)))

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/statement.h"
+
 namespace ktl {
 
 class Button;
@@ -31,8 +33,9 @@ long ReadEmpLockStatus(Session& session, long employee);
 // ("DEFAULT").
 bool IsEmployeeLocked(Session& session, long employee, long firstMonth, const std::string& lastMonth);
 
-// The condition that leaves the employees that the user may see, " WHERE EMPID  IN (SELECT ...)", or "" when
+// The condition that leaves the employees that the user may see, "LEAD IN (SELECT ...)", or nothing when
 // class security is off. Fills the workstation's table first.
-std::string ClassSecurityCondition(Session& session, bool forNewestMonth = true);
+Statement ClassSecurityCondition(Session& session, std::string_view lead = " WHERE EMPID ",
+                                 bool forNewestMonth = true);
 
 }  // namespace ktl

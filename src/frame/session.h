@@ -9,9 +9,9 @@
 #include "database/connection.h"
 #include "frame/doors.h"
 #include "frame/employee_detail.h"
-#include "frame/machine.h"
 #include "frame/options.h"
 #include "frame/screen_registry.h"
+#include "machine/machine.h"
 #include "screen/desk.h"
 
 namespace ktl {

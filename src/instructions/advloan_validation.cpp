@@ -153,11 +153,16 @@ Checked CheckTenure(const AdvLoanEntry& entry, const AskToContinue& ask) {
 // A lock at any month from the date on refuses.
 Checked CheckLocks(Session& session, const AdvLoanEntry& entry) {
   const long month = MonthYearOf(*entry.date);
-  const long locked = session.data.Long(session.Sql(
-      "Select Count(MONTHYEAR) From MAS_MONTHYEAR Where LOCKEDYN = 1 And MONTHYEAR >= {}", month));
+  const long locked =
+      session.data
+          .Guarding(session.Sql(
+              "Select Count(MONTHYEAR) From MAS_MONTHYEAR Where LOCKEDYN = 1 And MONTHYEAR >= {}", month))
+          .ToLong();
   if (locked >= 1) return Against(fmt::format("{} Month(s) locked. Cannot Save/Update.", locked));
   const long lastMonth =
-      session.data.Long(session.Sql("SELECT MAX(MONTHYEAR) FROM MAS_MONTHYEAR WHERE MONTHYEAR >= {}", month));
+      session.data
+          .Guarding(session.Sql("SELECT MAX(MONTHYEAR) FROM MAS_MONTHYEAR WHERE MONTHYEAR >= {}", month))
+          .ToLong();
   if (IsEmployeeLocked(session, entry.key.employee, month,
                        lastMonth == 0 ? "DEFAULT" : std::to_string(lastMonth)))
     return EntryRefusal{.text = "Employee has been locked. Cannot Save/Update.", .title = kDeniedTitle};

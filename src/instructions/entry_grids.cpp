@@ -8,12 +8,6 @@
 
 namespace ktl {
 
-namespace {
-
-std::string DateText(const std::optional<Date>& date) { return date ? FormatDate(*date, "dd/mm/yyyy") : ""; }
-
-}  // namespace
-
 double AsShown(const std::optional<double>& amount) { return RoundByPattern(amount.value_or(0), "0.00"); }
 
 double SumAsShown(const std::vector<ScheduleMonth>& months, ScheduleMonth::Amount ScheduleMonth::*amount) {
@@ -29,7 +23,7 @@ void InstructionGrid::Describe(InstructionType type, const std::string& caption)
       {{"Sl.No.", CellType::Number, 60}, [](const Row& row) { return std::to_string(row.serial); }},
       {{caption + " Name", CellType::Text, 180}, &Row::name},
       {{caption + " A/c No.", CellType::Text, 120, noAccount}, &Row::account},
-      {{"Date", CellType::Date, 90}, [](const Row& row) { return DateText(row.date); }},
+      {{"Date", CellType::Date, 90}, [](const Row& row) { return ShownDate(row.date); }},
       {{"Amount", CellType::Number, 110}, Amount(&Row::amount)},
       {{"Interest", CellType::Number, 100}, Amount(&Row::interest)},
       {{"EMI", CellType::Number, 110}, Amount(&Row::emi)},

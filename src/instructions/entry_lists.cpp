@@ -3,7 +3,6 @@
 #include "database/recordset.h"
 #include "frame/rights.h"
 #include "frame/session.h"
-#include "runtime/text.h"
 
 namespace ktl {
 
@@ -19,7 +18,7 @@ std::vector<ListRow> ReadList(Session& session, const Statement& sql, const char
 }  // namespace
 
 std::vector<ListRow> ReadEmployees(Session& session, const char* shownColumn) {
-  const Statement visible(ClassSecurityCondition(session));
+  const Statement visible = ClassSecurityCondition(session);
   return ReadList(session,
                   session.Sql("Select EMPID, EMPNAME, REFNO From MAS_EMPLOYEE {} Order By {}", visible,
                               Statement(shownColumn)),
@@ -29,7 +28,7 @@ std::vector<ListRow> ReadEmployees(Session& session, const char* shownColumn) {
 std::vector<ListRow> ReadEmployeesWithRunningEmi(Session& session, InstructionType type,
                                                  const char* shownColumn) {
   // Two tables have the column, and only the outer one is meant.
-  const Statement visible(ReplaceAll(ClassSecurityCondition(session), " WHERE EMPID ", " AND ins.EMPID "));
+  const Statement visible = ClassSecurityCondition(session, " AND ins.EMPID ");
   return ReadList(
       session,
       session.Sql(

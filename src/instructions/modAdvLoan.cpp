@@ -5,6 +5,7 @@
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "frame/modExternal.h"
+#include "frame/pickers.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
@@ -15,7 +16,7 @@
 #include "instructions/total_interest.h"
 #include "instructions/type_rights.h"
 #include "runtime/numbers.h"
-#include "workbook/grid_workbook.h"
+#include "workbook/export_menu.h"
 
 namespace ktl {
 
@@ -48,15 +49,14 @@ void modAdvLoan::ConnectHandlers() {
   cmbALName.onChange = on_(&modAdvLoan::cmbALName_Change);
   txtSerialNo.onChange = on_(&modAdvLoan::txtSerialNo_Change);
   txtAdvDate.onLeave = on_(&modAdvLoan::txtAdvDate_LostFocus);
-  txtAdvDate.onDblClick = on_([this] { session_.doors.calendar(txtAdvDate); });
+  AskForDate(session_, txtAdvDate);
   txtAdvAmount.onLeave = on_(&modAdvLoan::txtAdvAmount_LostFocus);
   chkSelectAll.onClick = on_([this] { schedule_.TickAllOpen(chkSelectAll.Value()); });
   fpgAdvLoan.onRowClick = on_(&modAdvLoan::fpgAdvLoan_Click);
   fpgEMI.onCellChange = on_(&modAdvLoan::fpgEMI_CellChange);
   overview.lblSummary.onClick = on_([this] { OpenEmployeeSummary(session_, employee.Employee()); });
-  mnuExport.onClick = on_(&modAdvLoan::mnuExport_Click);
+  BindExport(session_, mnuExport, fpgEMI, [] { return ExportWords{"EMI Details", "The schedule"}; });
   mnuBulkDelete.onClick = on_([this] { session_.doors.bulkDelete(type_); });
-  fpgEMI.popup = {&mnuExport};
   fpgAdvLoan.popup = {&mnuBulkDelete};
   cmdNew.onClick = on_(&modAdvLoan::cmdNew_Click);
   cmdClose.onClick = [this] { Unload(); };
@@ -584,12 +584,6 @@ void modAdvLoan::cmdReport_Click() {
   StartExternal(session_, {"KTLSIRep", "KestrelLedger - Reports",
                            fmt::format("{}#{}#{}#0", FactsOf(type_).report,
                                        Value(session_.ReportFlag).ToText(), session_.ReportNumber)});
-}
-
-void modAdvLoan::mnuExport_Click() {
-  if (fpgEMI.rows.empty()) return session_.Inform("No Records Found");
-  const std::string file = ExportGridToWorkbook(session_, fpgEMI, "EMI Details");
-  if (!file.empty()) session_.Inform("The schedule has been written to " + file);
 }
 
 void modAdvLoan::CalculateInterest() {

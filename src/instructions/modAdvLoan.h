@@ -99,7 +99,6 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void cmdInstitution_Click();
   void cmdMultiAllot_Click();
   void cmdReport_Click();
-  void mnuExport_Click();
   void fpgAdvLoan_Click(std::size_t row, std::size_t column);
   void fpgEMI_CellChange(std::size_t row, std::size_t column);
 

@@ -100,9 +100,7 @@ void modEMIDet::SetColumns() {
       {{"Institution", CellType::Text, 180, !HasInstitution(key_.type)}, &Month::institution},
       {{"Remarks", CellType::Text, 200}, &Month::remarks},
       {{"EMI Rec", CellType::Number, 60, true},
-       [marked](const Month& month) { return !marked               ? ""
-                                             : month.IsRecovered() ? "1"
-                                                                   : "0"; }},
+       [marked](const Month& month) { return marked ? std::to_string(month.IsRecovered()) : ""; }},
   });
 }
 

@@ -20,10 +20,6 @@ namespace {
 
 constexpr Colour kDeleteColour = 0xFFE0E0;
 
-std::string DateText(const Receipt& receipt) {
-  return receipt.RCPTDATE ? FormatDate(*receipt.RCPTDATE, "dd/mm/yyyy") : "";
-}
-
 }  // namespace
 
 modReceipts::modReceipts(Session& session, InstructionParent& parent)
@@ -75,7 +71,7 @@ void modReceipts::ShowReceiptRow(std::size_t lngRow) {
   const Receipt* receipt = receipts_.At(lngRow);
   if (receipt == nullptr) return;
   txtCounter.SetText(std::to_string(receipt->counter));
-  txtRcptDate.SetText(DateText(*receipt));
+  txtRcptDate.SetText(ShownDate(receipt->RCPTDATE));
   txtAmount.tag = ShownAmount(reducing_ ? receipt->RCPTPRNAMT : receipt->RCPTAMT);
   txtAmount.SetText(txtAmount.tag);
   txtInterest.SetText(ShownAmount(receipt->RCPTINTAMT));

@@ -9,8 +9,8 @@
 #include "desktop/dispatcher.h"
 #include "desktop/form_binder.h"
 #include "frame/session.h"
-#include "frame/startup.h"
 #include "instructions/modAdvLoan.h"
+#include "start/startup.h"
 #include "support/fake_machine.h"
 
 namespace ktl {

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "frame/frame_fixture.h"
 #include "screen/screen.h"
+#include "support/frame_fixture.h"
 
 namespace ktl {
 namespace {
