@@ -60,6 +60,9 @@ TEST_F(EntryScreen, TheListAddsWhatWasRecoveredAndPaysTheColours) {
   for (std::size_t row = 0; row < entry.fpgEMI.rows.size(); ++row)
     recovered += entry.fpgEMI.At(row, ScheduleGrid::kMonth).backColour == 0xC0FFC0u ? "R" : "-";
   EXPECT_EQ(recovered, "R-R--");
+  // What a salary has taken cannot be unmarked.
+  EXPECT_TRUE(entry.fpgEMI.IsLocked(2, ScheduleGrid::kRecovered));
+  EXPECT_FALSE(entry.fpgEMI.IsLocked(0, ScheduleGrid::kRecovered));
   EXPECT_EQ(entry.RecoveredMonths(), (std::set<long>{24319, 24321}));
   EXPECT_EQ(Line(entry.fpgReceipts, 0), "10/09/2026|||300.00|");
   // Advances 6000 and 10 of interest; receipts 300 and 1000 by hand; the overview counts salaries by
@@ -153,7 +156,10 @@ TEST_F(EntryScreen, LockedEmployeesAndReadOnlyUsersCannotWrite) {
     EXPECT_FALSE(button->enabled) << button->name();
   }
   EXPECT_TRUE(entry.cmdReceipts.enabled);
+  const auto& columns = entry.fpgEMI.columns;
+  EXPECT_TRUE(columns[ScheduleGrid::kTick].locked && columns[ScheduleGrid::kRecovered].locked);
   Pick(entry.employee.cmbEmpName, "Binod Sen");
+  EXPECT_FALSE(columns[ScheduleGrid::kTick].locked || columns[ScheduleGrid::kRecovered].locked);
   EXPECT_TRUE(entry.cmdSave.enabled && entry.cmdEmi.enabled);
   EXPECT_EQ(entry.employee.lblEmpName.caption, " Employee Left ");
   EXPECT_EQ(entry.employee.lblEmpName.toolTip, "31/Aug/2026");

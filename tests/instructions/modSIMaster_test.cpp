@@ -325,6 +325,11 @@ TEST_F(MasterScreen, RefusesAGroupWithoutTheRight) {
   EXPECT_EQ(desk.TakeTexts(), Texts{"Permission denied."});
   EXPECT_EQ(Rows("SELECT SINAME FROM INS_MASTER"), "");
   EXPECT_EQ(screen->cmdDelete.tag, "210");
+  Run("UPDATE SEC_BUTPER SET BUTALLOWYN = 0; INSERT INTO INS_MASTER (SITYPE, SINAME) VALUES (1, 'Kept')");
+  Open(1501);
+  ClickRow(screen->fpgSIMaster, 0);
+  AnswerDelete(Answer::Yes);
+  EXPECT_EQ(desk.TakeTexts(), Texts{"Permission denied."});
 }
 
 Texts TextsOf(const std::vector<Statement>& statements) {
