@@ -60,6 +60,7 @@ TEST_F(EntryScreen, TheListAddsWhatWasRecoveredAndPaysTheColours) {
   for (std::size_t row = 0; row < entry.fpgEMI.rows.size(); ++row)
     recovered += entry.fpgEMI.At(row, ScheduleGrid::kMonth).backColour == 0xC0FFC0u ? "R" : "-";
   EXPECT_EQ(recovered, "R-R--");
+  EXPECT_EQ(entry.RecoveredMonths(), (std::set<long>{24319, 24321}));
   EXPECT_EQ(Line(entry.fpgReceipts, 0), "10/09/2026|||300.00|");
   // Advances 6000 and 10 of interest; receipts 300 and 1000 by hand; the overview counts salaries by
   // INDICATOR 0 alone, so Nov counts too: 1000 + 1010 + 1000.
@@ -67,6 +68,18 @@ TEST_F(EntryScreen, TheListAddsWhatWasRecoveredAndPaysTheColours) {
                 entry.overview.txtTotalReceipt.Text() + " " + entry.overview.txtTotalDedSalary.Text() + " " +
                 entry.overview.txtTotalDue.Text(),
             "6000.00 10.00 1300.00 3010.00 1700.00");
+}
+
+TEST_F(EntryScreen, ChildScreensCountWhatTheListShows) {
+  company.Advance(17, 1, "Salary Advance", 1000.006, "01/Jul/2026").With("INTAMT", 9.994);
+  company.Emi(17, 1, 1, 1, 24320, 333.333);
+  company.Emi(17, 1, 1, 2, 24321, 333.333);
+  company.Receipt(17, 1, 1, 1, "10/Sep/2026", 20.5);
+  const InstructionTotals totals = OpenOnFirst(Advance).Totals();
+  EXPECT_EQ((std::vector{totals.amount, totals.interest, totals.emi, totals.receipts}),
+            (std::vector{1000.01, 9.99, 666.67, 20.5}));
+  Click(screen->cmdNew);
+  EXPECT_EQ(screen->Totals().amount, 0);
 }
 
 TEST_F(EntryScreen, MarkingAMonthAsRecoveredIsWrittenAndCounted) {
@@ -228,6 +241,19 @@ TEST_F(EntryScreen, DoorsNameWhatIsMissing) {
   session.ReportNumber = 4;
   Click(entry.cmdReport);
   EXPECT_EQ(machine.siblings.started.back().arguments, "1521#True#4#0");
+}
+
+TEST_F(EntryScreen, TheSummaryOpensForWhoMaySeeIt) {
+  modAdvLoan& entry = OpenOn(Advance);
+  Click(entry.overview.lblSummary);
+  EXPECT_EQ(machine.siblings.started.back().program, "KTLFFS");
+  EXPECT_EQ(machine.settings.Get("Settings", "EMPSUMMRY"), "17");
+  machine.siblings.started.clear();
+  Run("INSERT INTO SEC_USERLIST (UserID, USERNAME, GROUPID) VALUES (2, 'RAVI', 7);"
+      "INSERT INTO SEC_BUTPER (BUTID, GROUPID, BUTALLOWYN) VALUES (612, 7, 0)");
+  Click(entry.overview.lblSummary);
+  EXPECT_EQ(desk.TakeTexts(), Texts{"Permission denied."});
+  EXPECT_TRUE(machine.siblings.started.empty());
 }
 
 TEST_F(EntryScreen, TheNamesRulesDecideWhatIsShownAndTyped) {
