@@ -335,7 +335,10 @@ void modAdvLoan::RefreshDetail() {
 
 void modAdvLoan::RefreshEMI() {
   chkSelectAll.SetValue(false);
-  schedule_.Show(HasInstruction() ? ReadSchedule(session_, Key()) : std::vector<ScheduleMonth>());
+  std::vector<ScheduleMonth> months;
+  if (HasInstruction()) months = ReadSchedule(session_, Key());
+  if (!months.empty() && ComponentsApart()) CountComponents(session_, Key(), months);
+  schedule_.Show(std::move(months));
 }
 
 void modAdvLoan::RefreshReceipts() {

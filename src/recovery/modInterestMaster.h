@@ -24,6 +24,8 @@ class modInterestMaster final : public Screen {
 
   modInterestMaster(Session& session, InstructionParent& parent);
 
+  Label lblEmpIDRef{*this, "lblEmpIDRef"};
+  Label lblEmpName{*this, "lblEmpName"};
   Grid fpgSIMaster{*this, "fpgSIMaster"};
   Label lblCopyPaste{*this, "lblCopyPaste", "Click here to copy Actual Amounts to Modified Amounts."};
   Button cmdSave{*this, "cmdSave", "&Save"};
@@ -65,6 +67,7 @@ class modInterestMaster final : public Screen {
   Session& session_;
   InstructionKey key_;
   std::string name_;
+  bool reducing_;
   GridList<ScheduleMonth> months_{fpgSIMaster};  // the exact amounts: the cells show two decimals
   bool changed_ = false;
 };

@@ -36,6 +36,7 @@ modReceipts::modReceipts(Session& session, InstructionParent& parent)
   for (TextBox* box : {&txtAmount, &txtInterest}) {
     box->rightAligned = true;
     box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
+    box->onLeave = [box] { box->SetText(EditedAmount(box->Text(), "").text); };  // as it will be stored
   }
   txtRcptDate.onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnly(key); };
   ConnectHandlers();
@@ -117,8 +118,13 @@ void modReceipts::cmdSave_Click() {
   SaveReceipt();
 }
 
+const Receipt* modReceipts::StoredReceipt(const ReceiptEntry& entry) const {
+  const auto stored = std::ranges::find(receipts_.Rows(), entry.counter, &Receipt::counter);
+  return stored == receipts_.Rows().end() ? nullptr : &*stored;
+}
+
 bool modReceipts::SaveReceipt() {
-  const ReceiptEntry entry = Entry();
+  ReceiptEntry entry = Entry();
   if (const auto refusal = CheckReceipt(session_, key_, entry))
     return Refuse(session_, *this, *refusal, fields_);
   if (!MayExceedRecoverable(entry)) {
@@ -129,6 +135,7 @@ bool modReceipts::SaveReceipt() {
   const ReceiptDifference months = MonthsOfReceipt(session_, parent_, entry.date);
   const std::optional<Answer> answer = AskAdjustment(entry, months);
   if (!AreMonthsFree(answer, months)) return false;
+  if (const Receipt* stored = StoredReceipt(entry)) entry.date = DateText(*stored);
   WriteReceipt(session_, key_, entry);
   if (answer && *answer != Answer::Cancel) {
     AdjustSavedReceipt(session_, parent_, *answer, entry, months);
@@ -187,11 +194,10 @@ void modReceipts::cmdDelete_Click() {
 
 void modReceipts::Delete() {
   if (receipts_.Rows().empty()) return session_.Inform("No records to delete.");
-  const ReceiptEntry entry = Entry();
-  const auto picked = std::ranges::find(receipts_.Rows(), entry.counter, &Receipt::counter);
-  if (entry.amount.now == 0 || picked == receipts_.Rows().end())
-    return session_.Inform("Select record to delete.");
-  const auto row = static_cast<std::size_t>(picked - receipts_.Rows().begin());
+  ReceiptEntry entry = Entry();
+  const Receipt* const stored = StoredReceipt(entry);
+  if (entry.amount.now == 0 || stored == nullptr) return session_.Inform("Select record to delete.");
+  const auto row = static_cast<std::size_t>(stored - receipts_.Rows().data());
   fpgReceipts.PaintRow(row, kDeleteColour);
   const bool confirmed = session_.desk.Confirm("Delete selected " + strRcptWord + "?", session_.title);
   if (!confirmed) return fpgReceipts.PaintRow(row, kWhite);
@@ -200,6 +206,8 @@ void modReceipts::Delete() {
   const Answer answer = AskAboutAmount("Create New Month for Recovery");
   fpgReceipts.PaintRow(row, kWhite);
   if (!AreMonthsFree(answer, months)) return;
+  entry.date = DateText(*stored);
+  entry.remarks = stored->remarks;
   DeleteReceipt(session_, key_, *entry.counter);
   if (answer != Answer::Cancel) {
     AdjustDeletedReceipt(session_, parent_, answer, entry, months);

@@ -54,6 +54,7 @@ class modReceipts final : public Screen {
   void Delete();
 
   ReceiptEntry Entry() const;
+  const Receipt* StoredReceipt(const ReceiptEntry& entry) const;  // null for a new one
   bool MayExceedRecoverable(const ReceiptEntry& entry);
   // Nothing when no question was due: months are tested for locks all the same.
   std::optional<Answer> AskAdjustment(const ReceiptEntry& entry, const ReceiptDifference& months);
@@ -67,8 +68,10 @@ class modReceipts final : public Screen {
   bool reducing_;
   std::string strRcptWord;
   GridList<Receipt> receipts_{fpgReceipts};
-  const std::map<ReceiptField, Control*> fields_{
-      {ReceiptField::New, &cmdNew}, {ReceiptField::Date, &txtRcptDate}, {ReceiptField::Amount, &txtAmount}};
+  const std::map<ReceiptField, Control*> fields_{{ReceiptField::New, &cmdNew},
+                                                 {ReceiptField::Date, &txtRcptDate},
+                                                 {ReceiptField::Amount, &txtAmount},
+                                                 {ReceiptField::Interest, &txtInterest}};
   bool blnNewRow = false;
 };
 
