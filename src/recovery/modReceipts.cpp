@@ -135,7 +135,7 @@ bool modReceipts::SaveReceipt() {
   const ReceiptDifference months = MonthsOfReceipt(session_, parent_, entry.date);
   const std::optional<Answer> answer = AskAdjustment(entry, months);
   if (!AreMonthsFree(answer, months)) return false;
-  if (const Receipt* stored = StoredReceipt(entry)) entry.date = DateText(*stored);
+  if (const Receipt* stored = StoredReceipt(entry)) entry.date = ShownDate(stored->RCPTDATE);
   WriteReceipt(session_, key_, entry);
   if (answer && *answer != Answer::Cancel) {
     AdjustSavedReceipt(session_, parent_, *answer, entry, months);
@@ -206,7 +206,7 @@ void modReceipts::Delete() {
   const Answer answer = AskAboutAmount("Create New Month for Recovery");
   fpgReceipts.PaintRow(row, kWhite);
   if (!AreMonthsFree(answer, months)) return;
-  entry.date = DateText(*stored);
+  entry.date = ShownDate(stored->RCPTDATE);
   entry.remarks = stored->remarks;
   DeleteReceipt(session_, key_, *entry.counter);
   if (answer != Answer::Cancel) {
