@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "frame/session.h"
 #include "frame/top_level.h"
 #include "frame/workstation_objects.h"
 #include "runtime/numbers.h"

@@ -2,9 +2,10 @@
 
 #include <string>
 
-#include "frame/session.h"
-
 namespace ktl {
+
+class ScreenRegistry;
+struct Session;
 
 // Fills the registry with every screen of the program that is not in it yet.
 void RegisterScreens(ScreenRegistry& screens);
