@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <iostream>
+#include <optional>
 
 #include "common/month_year.h"
 #include "company/company_error.h"
@@ -70,55 +70,30 @@ DayRequest RequestFor(Session& session, long empId, const std::string& monthText
 
 }  // namespace
 
-FormulaCommands::FormulaCommands(CLI::App& app)
-    : eval_(app.add_subcommand("eval", "Print the value of an expression")),
-      formula_(app.add_subcommand("formula", "Show what a formula gives an employee in a month, and why")),
-      days_(app.add_subcommand("days", "Show the days, holidays and leave of an employee in a month")) {
-  eval_->add_option("EXPRESSION", expression_, "As in KLRound(1234.5, 5, \"n\")")->required();
-  for (CLI::App* command : {formula_, days_}) {
-    command->add_option("FILE", file_, "The company's file")->required();
-    if (command == formula_) command->add_option("FORMULAID", formulaId_, "The formula's number")->required();
-    command->add_option("EMPID", empId_, "The employee's number")->required();
-    command->add_option("MONTH", month_, "As in Apr/2026")->required();
-  }
-}
-
-std::optional<int> FormulaCommands::Run(const char* argv0) const {
-  if (eval_->parsed()) {
-    Eval(argv0);
-  } else if (formula_->parsed()) {
-    Formula(argv0);
-  } else if (days_->parsed()) {
-    Days(argv0);
-  } else {
-    return std::nullopt;
-  }
-  return 0;
-}
-
-void FormulaCommands::Eval(const char* argv0) const {
+void PrintExpression(const char* argv0, const std::string& expression) {
   RealMachine real(argv0);
   const clsExprEval evaluator([&] { return real.machine().clock.Now(); });
-  std::cout << ResultText(evaluator.EvaluateExpression(expression_)) << '\n';
+  std::cout << ResultText(evaluator.EvaluateExpression(expression)) << '\n';
 }
 
-void FormulaCommands::Formula(const char* argv0) const {
-  CompanySession company(argv0, file_);
+void PrintFormula(const char* argv0, const FormulaArguments& arguments) {
+  const auto& [file, formulaId, empId, month] = arguments;
+  CompanySession company(argv0, file);
   Session& session = company.session();
-  const DayRequest days = RequestFor(session, empId_, month_);
+  const DayRequest days = RequestFor(session, empId, month);
   if (!session.data.FnBlnRecExists(
-          fmt::format("SELECT FORMULAID FROM MAS_FORMULA WHERE FORMULAID = {}", formulaId_)))
-    std::cerr << "There is no formula " << formulaId_ << ".\n";
-  std::cout << FormulaReport(session, {.formulaId = formulaId_,
-                                       .empId = empId_,
+          fmt::format("SELECT FORMULAID FROM MAS_FORMULA WHERE FORMULAID = {}", formulaId)))
+    std::cerr << "There is no formula " << formulaId << ".\n";
+  std::cout << FormulaReport(session, {.formulaId = formulaId,
+                                       .empId = empId,
                                        .empDetId = days.empDetId,
                                        .monthYear = days.monthYear,
                                        .period = days.period});
 }
 
-void FormulaCommands::Days(const char* argv0) const {
-  CompanySession company(argv0, file_);
-  std::cout << DaysReport(company.session(), RequestFor(company.session(), empId_, month_));
+void PrintDays(const char* argv0, const FormulaArguments& arguments) {
+  CompanySession company(argv0, arguments.file);
+  std::cout << DaysReport(company.session(), RequestFor(company.session(), arguments.empId, arguments.month));
 }
 
 }  // namespace ktl
