@@ -25,8 +25,8 @@ enum class Topic : std::uint64_t {
 // SplitMix64.
 class Random final {
  public:
-  Random(std::uint64_t seed, std::uint64_t employee, Topic topic)
-      : state_(seed ^ (employee * 0x9E3779B97F4A7C15ULL) ^
+  Random(std::uint64_t seed, int employee, Topic topic)
+      : state_(seed ^ (static_cast<std::uint64_t>(employee) * 0x9E3779B97F4A7C15ULL) ^
                (static_cast<std::uint64_t>(topic) * 0xBF58476D1CE4E5B9ULL)) {}
 
   std::uint64_t Next() {

@@ -134,8 +134,8 @@ class ComboBox final : public Control {
 
   bool locked = false;
   bool editable = true;
-  // Another list of the same values, as names and reference numbers of employees are: its text stands beside the
-  // row's own in the open list and is searched as well.
+  // Another list of the same values, as names and reference numbers of employees are: its text stands beside
+  // the row's own in the open list and is searched as well.
   const ComboBox* beside = nullptr;
   Handler onChange;
   Handler onLeave;
