@@ -41,6 +41,7 @@ void InstructionGrid::Describe(InstructionType type, const std::string& caption)
       {{"Remarks", CellType::Text, 200}, [](const Row& row) { return row.remarks; }},
   });
   list_.paint = [this](std::size_t line, const Row& row) { Paint(line, row); };
+  grid_.summed = {kAmount, kInterest, kEmi, kRecovered, kReceipts};
 }
 
 void InstructionGrid::Show(std::vector<AdvLoanListRow> rows, long serial) {
@@ -85,6 +86,8 @@ void ScheduleGrid::Describe(InstructionType type) {
       {{"Institution", CellType::Text, 180, noInstitution}, [](const Row& row) { return row.institution; }},
   });
   list_.paint = [this](std::size_t line, const Row& row) { Paint(line, row); };
+  grid_.summed = {kActualPrincipal,  kActualInterest, kActualAmount,  kModifiedPrincipal,
+                  kModifiedInterest, kInterestAmount, kModifiedAmount};
 }
 
 void ScheduleGrid::ShowColumns(bool apart, bool reducing) {

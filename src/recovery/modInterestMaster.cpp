@@ -6,6 +6,7 @@
 #include "common/month_year.h"
 #include "frame/handler_guard.h"
 #include "frame/modExternal.h"
+#include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "recovery/list_columns.h"
@@ -27,7 +28,11 @@ ScheduleMonth::Amount ScheduleMonth::*AmountOf(std::size_t column) {
 }  // namespace
 
 modInterestMaster::modInterestMaster(Session& session, InstructionParent& parent)
-    : Screen("modInterestMaster"), session_(session), key_(parent.Key()), name_(parent.InstructionName()) {
+    : Screen("modInterestMaster"),
+      session_(session),
+      parent_(parent),
+      key_(parent.Key()),
+      name_(parent.InstructionName()) {
   caption = "Interest Editor";
   cmdUpdate.toolTip = "Copy Actual amount to Modified.";
   chkDays.toolTip = "Interest Calculation on Days basis. Cal.days/365";
@@ -64,7 +69,8 @@ void modInterestMaster::ConnectHandlers() {
 
 void modInterestMaster::Form_Load() {
   SetColumns();
-  cmdSave.enabled = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
+  cmdSave.whyDisabled = WhyReadOnly(session_);
+  cmdSave.enabled = cmdSave.whyDisabled.empty();
   if (FillGrid()) return;
   session_.Inform("Save the record first, and then enter interest details.");
   Unload();
@@ -83,7 +89,10 @@ void modInterestMaster::SetColumns() {
       amount("Modified Principle", 140, kModifiedPrincipal),
       amount("Modified Int. Amt", 140, kModifiedInterest),
   });
+  fpgSIMaster.summed = {kActualPrincipal, kActualInterest, kModifiedPrincipal, kModifiedInterest};
 }
+
+Subject modInterestMaster::Subject() const { return parent_.Subject(); }
 
 bool modInterestMaster::FillGrid() {
   fpgSIMaster.Clear();
