@@ -55,6 +55,7 @@ class Recordset {
   void Update();
 
  private:
+  void RequireWritable() const;
   std::size_t IndexOf(std::string_view field) const;
 
   Connection* cn_ = nullptr;

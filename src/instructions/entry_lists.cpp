@@ -10,9 +10,8 @@ namespace {
 
 std::vector<ListRow> ReadList(Session& session, const Statement& sql, const char* text, const char* value) {
   std::vector<ListRow> rows;
-  for (Recordset rs(session.Cn, sql); !rs.Eof(); rs.MoveNext()) {
+  for (Recordset rs(session.Cn, sql); !rs.Eof(); rs.MoveNext())
     rows.push_back({rs[text].TextOrEmpty(), rs[value].TextOrEmpty()});
-  }
   return rows;
 }
 

@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "frame/modExternal.h"
@@ -24,7 +22,6 @@ namespace ktl {
 
 namespace {
 
-constexpr const char* kNoLaterLock = "36000";
 constexpr Colour kAboutToGoColour = 0xFFE0E0;
 
 }  // namespace
@@ -148,9 +145,8 @@ void modAdvLoan::SetCaptions() {
 
 void modAdvLoan::ShowForType() {
   for (Control* control : std::initializer_list<Control*>{&lblLoanAccNo, &txtLoanAccNo, &lblInstitution,
-                                                          &cmbInstitution, &cmdInstitution}) {
+                                                          &cmbInstitution, &cmdInstitution})
     control->visible = type_ == InstructionType::Loan;
-  }
   cmdTDSDet.visible = false;
 }
 
@@ -219,9 +215,8 @@ void modAdvLoan::EnableInputs() {
   const bool chosen = employee.Employee() != 0;
   for (Control* input :
        std::initializer_list<Control*>{&cmbALName, &cmbInstitution, &txtLoanAccNo, &txtSerialNo, &txtAdvDate,
-                                       &txtAdvAmount, &txtInterestAmt, &cmdIntrCalc, &txtRemarks}) {
+                                       &txtAdvAmount, &txtInterestAmt, &cmdIntrCalc, &txtRemarks})
     input->enabled = chosen;
-  }
   recovery.Enable(chosen);
   cmdFmeFormula.enabled = chosen && recovery.fmeInstallment.visible;
 }
@@ -301,9 +296,8 @@ void modAdvLoan::ShowInstruction(const AdvLoanDetail& detail) {
 
 // Everything but the serial number.
 void modAdvLoan::ClearInstruction() {
-  for (TextBox* box : {&txtLoanAccNo, &txtAdvDate, &txtAdvAmount, &txtInterestAmt, &txtRemarks}) {
+  for (TextBox* box : {&txtLoanAccNo, &txtAdvDate, &txtAdvAmount, &txtInterestAmt, &txtRemarks})
     box->SetText("");
-  }
   cmbALName.SetText("");
   cmbInstitution.SetText("");
   recovery.Clear();
@@ -321,9 +315,8 @@ void modAdvLoan::txtAdvDate_LostFocus() {
   const std::string typed = txtAdvDate.Text();
   txtAdvDate.SetText(IsDate(typed) ? FormatDateText(typed, "dd/MM/yyyy")
                                    : clsDateHandle::FnStrCorrectDate(typed));
-  if (recovery.txtRecvrFrom.Text().empty() && !txtAdvDate.Text().empty()) {
+  if (recovery.txtRecvrFrom.Text().empty() && !txtAdvDate.Text().empty())
     recovery.txtRecvrFrom.SetText(FormatDateText(txtAdvDate.Text(), "Mmm/YYYY"));
-  }
 }
 
 void modAdvLoan::txtAdvAmount_LostFocus() {
@@ -371,11 +364,10 @@ void modAdvLoan::fpgAdvLoan_Click(std::size_t, std::size_t) {
   const AdvLoanListRow* const clicked = instructions_.Active();
   if (clicked == nullptr) return;
   const std::string serial = std::to_string(clicked->serial);
-  if (serial == txtSerialNo.Text()) {
+  if (serial == txtSerialNo.Text())
     txtSerialNo_Change();
-  } else {
+  else
     txtSerialNo.SetText(serial);
-  }
 }
 
 void modAdvLoan::fpgEMI_CellChange(std::size_t row, std::size_t column) {
@@ -410,9 +402,8 @@ AdvLoanEntry modAdvLoan::Entry() const {
 
 void modAdvLoan::cmdNew_Click() {
   if (newRecord_ && !MayLeaveNewRecord(session_, "Do you want to Save Entered Details?",
-                                       [this] { return ValidateAndSave(); })) {
+                                       [this] { return ValidateAndSave(); }))
     return;
-  }
   if (employee.Employee() == 0) {
     session_.Inform("Select employee.");
     SetFocus(employee.cmbEmpName);
@@ -430,9 +421,8 @@ void modAdvLoan::cmdNew_Click() {
 void modAdvLoan::cmdSave_Click() {
   const bool deducted = schedule_.AnyRecovered();
   if (deducted &&
-      !session_.desk.Confirm("EMI already deducted. Do you want to modify the detail ?", session_.title)) {
+      !session_.desk.Confirm("EMI already deducted. Do you want to modify the detail ?", session_.title))
     return;
-  }
   if (!ValidateAndSave() || deducted) return;
   if (session_.SepPiYN) CalculateInterest();
   cmdNew_Click();
@@ -532,9 +522,8 @@ void modAdvLoan::cmdEMIDelete_Click() {
   for (const ScheduleMonth& month : deleted) DeleteInstalment(session_, Key(), month.counter);
   const DeletedInstalments choice = AdjustAfterDelete(deleted);
   AuditDeletedInstalments(session_, Key(), cmbALName.Text(), deleted, choice);
-  if (session_.SepPiYN) {
+  if (session_.SepPiYN)
     LowerTotalInterest(session_, Key(), cmbALName.Text(), SumAsShown(deleted, &ScheduleMonth::MDFINTAMT));
-  }
   RefreshDetail();
   RefreshEMI();
   UpdateOverview();
@@ -547,19 +536,10 @@ std::vector<ScheduleMonth> modAdvLoan::MonthsToDelete() {
     session_.Inform("Select EMI to delete.");
     return {};
   }
-  if (!session_.desk.Confirm("Do you want to delete selected " + caption_ + " EMI Detail?", session_.title)) {
+  if (!session_.desk.Confirm("Do you want to delete selected " + caption_ + " EMI Detail?", session_.title))
     return {};
-  }
-  const auto locked = std::ranges::count_if(
-      ticked, [this](const ScheduleMonth& month) { return IsMonthLocked(session_, month.monthYear); });
-  if (locked > 0) {
-    // Not even the unlocked ones go: the locked ones have to be unticked first.
-    session_.Inform(
-        fmt::format("{} month(s) are locked.\r\nEMI details for these months will not be deleted.", locked));
-    return {};
-  }
-  if (IsEmployeeLocked(session_, employee.Employee(), ticked.front().monthYear, kNoLaterLock)) {
-    session_.desk.Warn("Employee has been locked. Cannot Delete.", kDeniedTitle);
+  if (const auto refusal = FindMonthsRefusal(session_, employee.Employee(), ticked)) {
+    Refuse(session_, *this, *refusal, {});
     return {};
   }
   return ticked;
@@ -609,9 +589,8 @@ void modAdvLoan::cmdMultiAllot_Click() {
 
 void modAdvLoan::OpenOnInstruction(const Door<InstructionParent&>& door) {
   const AdvLoanListRow* const listed = instructions_.Active();
-  if (listed == nullptr || AsShown(listed->amount) == 0 || !HasInstruction()) {
+  if (listed == nullptr || AsShown(listed->amount) == 0 || !HasInstruction())
     return session_.Inform("Select a " + caption_ + " record.");
-  }
   door(*this);
   RefreshAll();
 }

@@ -11,9 +11,9 @@
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
+#include "instructions/list_columns.h"
 #include "instructions/type_rights.h"
 #include "recovery/emi_months.h"
-#include "recovery/list_columns.h"
 #include "recovery/working.h"
 #include "runtime/numbers.h"
 

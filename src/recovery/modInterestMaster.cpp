@@ -9,7 +9,7 @@
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
-#include "recovery/list_columns.h"
+#include "instructions/list_columns.h"
 #include "recovery/reducing_interest.h"
 #include "runtime/numbers.h"
 

@@ -1,5 +1,6 @@
 #include "start/startup.h"
 
+#include <algorithm>
 #include <array>
 
 #include "frame/top_level.h"
@@ -76,12 +77,18 @@ int Dispatch(Session& session, const CommandLine& line) {
   return kNoScreen;
 }
 
-// The name is put in as it stands.
 bool ReadReadOnlyFlag(Session& session) {
   const std::string user = session.machine.settings.Get("Settings", "USER", "ADMIN");
-  return session.data
-      .FnVarGetDbValue("SELECT ISNULL(READONLYYN, 0) FROM SEC_USERLIST WHERE USERNAME = '" + user + "'", 0)
-      .ToBoolean();
+  const Value flag = session.data.FnVarGetDbValue(
+      session.Sql("SELECT ISNULL(READONLYYN, 0) FROM SEC_USERLIST WHERE USERNAME = '{}'", user), 0);
+  return flag.IsEmpty() || flag.ToBoolean();  // what cannot be read means read-only
+}
+
+// The number goes into statements as it stands, so that nothing but digits may be in it.
+std::string WindowsUserNumber(Session& session) {
+  const std::string number = session.machine.settings.Get("Settings", "WinUserID", "");
+  const bool digits = std::ranges::all_of(number, [](char c) { return c >= '0' && c <= '9'; });
+  return digits ? number : "";
 }
 
 // The store must name no window of a program that has gone, however it went.
@@ -101,7 +108,7 @@ int RunProgram(Session& session, const std::string& commandLine) {
   if (line.title) session.title = *line.title;
   session.data.SetTitle(session.title);
   session.ExtendedYN = Value(session.machine.settings.Get("ExeTalk", "KTLExtendedYN", "0")).ToBoolean();
-  session.WinUserID = session.machine.settings.Get("Settings", "WinUserID", "");
+  session.WinUserID = WindowsUserNumber(session);
   if (!Connect(session, line)) return kNoScreen;
   LoadCaptions(session);
   session.ReadOnlyUser = ReadReadOnlyFlag(session);

@@ -139,7 +139,8 @@ TEST(CreateCompany, ALocalStoreThatIsThereStays) {
   CreateCompany(Options(folder / "a.kldb"));
   EXPECT_EQ(Ask(folder / "klgen.MDB", "SELECT group_concat(ASSYEAR) FROM ITSETTING"),
             "2024,2025,2026,2027,2028");
-  RawDatabase(folder / "klgen.MDB").Run("INSERT INTO ITSETTING VALUES (2029)");
+  SqliteDatabase(folder / "klgen.MDB", SqliteDatabase::Mode::Existing)
+      .RunScript("INSERT INTO ITSETTING VALUES (2029)");
   CreateCompany(Options(folder / "b.kldb"));
   EXPECT_EQ(Ask(folder / "klgen.MDB", "SELECT MAX(ASSYEAR) FROM ITSETTING"), "2029");
 }

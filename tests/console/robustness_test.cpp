@@ -245,6 +245,27 @@ TEST_F(BadDay, ASignalOrAWrongScriptLeavesNoWindowNumberBehind) {
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN WHERE EMPID = 49"), "0\n");
 }
 
+// Programs of one machine share the workstation's objects, which the first of them makes.
+TEST_F(BadDay, ManyFirstStartsAtOnce) {
+  for (int round = 0; round < 3; ++round) {
+    for (const char* ending : {"", "-wal", "-shm"}) fs::remove(Path(std::string("company.kldb") + ending));
+    CompanyOptions options;
+    options.file = Path("company.kldb");
+    CreateCompany(options);
+    std::vector<pid_t> children;
+    for (int i = 0; i < 6; ++i) {
+      children.push_back(
+          Start({KTL_BUILD_DIR "/KTLStInsConsole", "1502#False#0#0"},
+                {"KTL_SETTINGS=" + Path("settings.ini").string(), "KTL_FOLDER=" + folder.path().string()}));
+    }
+    for (const pid_t child : children) {
+      int status = 0;
+      ASSERT_EQ(waitpid(child, &status, 0), child);
+      EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    }
+  }
+}
+
 // Cut off anywhere, a save leaves a sound company with nothing, the instruction, or the instruction with its
 // first months.
 TEST_F(BadDay, AKillDuringASaveLeavesASoundCompany) {

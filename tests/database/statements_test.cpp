@@ -180,7 +180,7 @@ using Table = std::vector<std::vector<Value>>;
 
 Table ReadAll(TestCompany& company, const std::string& sql) {
   Table table;
-  for (auto& row : company.Cn().Query(sql).rows) table.push_back(std::move(row.values));
+  for (auto& row : company.Cn().Query(sql).rows) table.push_back(std::move(row));
   return table;
 }
 

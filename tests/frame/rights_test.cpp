@@ -112,6 +112,16 @@ TEST_F(RightsTest, AnInstructionsDeedIsAuditedWhileTheAuditIsOn) {
             "19|17|Standing Instructions - Loan Created/Updated|Loan Created/Updated::SI Type = Loan");
 }
 
+TEST_F(RightsTest, TheAuditKnowsAUserWithAQuoteAndFailsAloud) {
+  Sql("DELETE FROM SEC_AUDITTRAIL");
+  Setting("User", "O'BRIEN");
+  session.auditOn = true;
+  AuditInstruction(session, 17, "Loan Added", "");
+  EXPECT_EQ(company.Rows("SELECT USERNAME FROM SEC_AUDITTRAIL"), "O'BRIEN");
+  Sql("DROP TABLE SEC_AUDITTRAIL");
+  EXPECT_THROW(AuditInstruction(session, 17, "Loan Added", ""), DatabaseError);
+}
+
 TEST_F(RightsTest, TypedTextsAreDoubledByTheSettingsDialect) {
   EXPECT_EQ(session.Sql("A = {} And B = '{}'", 17, "O'Brien|").text(), "A = 17 And B = 'O''Brien|'");
   Setting("DBType", "");
@@ -131,6 +141,11 @@ TEST_F(RightsTest, EmployeeLocks) {
   EXPECT_TRUE(IsEmployeeLocked(session, 2, 24125, "24125"));
   EXPECT_FALSE(IsEmployeeLocked(session, 2, 24121, "24124"));
   EXPECT_FALSE(IsEmployeeLocked(session, 1, 24121, "DEFAULT"));
+  // What cannot be read is no "free".
+  Sql("DROP TABLE SEC_EMPLOCK");
+  EXPECT_THROW(IsEmployeeLocked(session, 1, 24121, "DEFAULT"), DatabaseError);
+  DropColumn("MAS_EMPLOYEE", "LOCKYN");
+  EXPECT_THROW(ReadEmpLockStatus(session, 1), DatabaseError);
 }
 
 TEST_F(RightsTest, ClassSecurityFillsTheWorkstationsTable) {

@@ -124,7 +124,7 @@ TEST_F(StartupTest, TheScreenFindsTheSessionFilled) {
   Sql("INSERT INTO SEC_USERLIST (UserID, USERNAME, GROUPID, READONLYYN) VALUES (2, 'RAVI', 3, 1)");
   Setting("User", "RAVI");
   Talk("KTLExtendedYN", "True");
-  Setting("WinUserID", "ravi");
+  Setting("WinUserID", "12");
   session.screens.Add("modAdvLoan", Probe);
   ASSERT_EQ(RunProgram(session, "1502#True#4#0$Loans #1"), 0);
   EXPECT_EQ(session.title, "Loans #1");
@@ -132,21 +132,38 @@ TEST_F(StartupTest, TheScreenFindsTheSessionFilled) {
   EXPECT_TRUE(session.ReadOnlyUser);
   EXPECT_TRUE(session.TdsMar2Feb);
   EXPECT_EQ(session.options.EMPIDCAP, "Code");
-  EXPECT_EQ(session.FilterTableName + session.EmployeeViewName, "[TMPFILTERPC1ravi][vw_MAS_EMPLOYEEPC1ravi]");
+  EXPECT_EQ(session.FilterTableName + session.EmployeeViewName, "[TMPFILTERPC112][vw_MAS_EMPLOYEEPC112]");
   EXPECT_TRUE(session.ReportFlag);
   EXPECT_EQ(session.ReportNumber, 4);
 }
 
-// The user's name is put in as it stands: a quote in it fails the statement, which is told, and the start
-// goes on.
-TEST_F(StartupTest, AFailedStatementDoesNotStopTheStart) {
-  Setting("User", "O'BRIEN");
-  session.ReadOnlyUser = true;
+// The user's name and number come from a file that anybody may have written.
+TEST_F(StartupTest, WhatTheSettingsSayOfTheUserIsNoStatement) {
+  Sql("INSERT INTO SEC_USERLIST (UserID, USERNAME, GROUPID, READONLYYN) VALUES (2, 'O''BRIEN', 3, 1)");
+  Sql("INSERT INTO INS_ADVLOAN (EMPID, SITYPE, SERIALNO, SINAME) VALUES (1, 1, 1, 'Festival Advance')");
+  const std::tuple<const char*, const char*, bool, const char*> cases[] = {
+      {"O'BRIEN", "7", true, "7"},
+      {"x' DELETE FROM INS_ADVLOAN --", "5; DELETE FROM INS_ADVLOAN", false, ""},
+      {"ADMIN", "-1", false, ""}};
+  session.screens.Add("modAdvLoan", Probe);
+  for (const auto& [user, number, readOnly, taken] : cases) {
+    Setting("User", user);
+    Setting("WinUserID", number);
+    EXPECT_EQ(RunProgram(session, "1501#False#0#0"), 0) << user;
+    EXPECT_EQ(session.ReadOnlyUser, readOnly) << user;
+    EXPECT_EQ(session.WinUserID, taken);
+  }
+  EXPECT_TRUE(desk.Boxes().empty());
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM INS_ADVLOAN"), 1);
+}
+
+// A failed statement is told and the start goes on, with a user who may not write.
+TEST_F(StartupTest, AReadOnlyFlagThatCannotBeReadMeansReadOnly) {
+  DropColumn("SEC_USERLIST", "READONLYYN");
   session.screens.Add("modAdvLoan", Probe);
   EXPECT_EQ(RunProgram(session, "1501#False#0#0"), 0);
-  ASSERT_EQ(desk.Boxes().size(), 1u);
   EXPECT_TRUE(desk.TakeLines().starts_with("Critical | "));
-  EXPECT_FALSE(session.ReadOnlyUser);
+  EXPECT_TRUE(session.ReadOnlyUser);
 }
 
 TEST_F(StartupTest, AHelpFileCountsOnlyWhenItIsThere) {

@@ -86,8 +86,8 @@ std::string TestCompany::Rows(std::string_view sql) {
   std::string text;
   for (const auto& row : cn_.Query(sql).rows) {
     if (!text.empty()) text += '\n';
-    for (const auto& value : row.values) {
-      if (&value != &row.values.front()) text += '|';
+    for (const auto& value : row) {
+      if (&value != &row.front()) text += '|';
       text += value.IsNull() ? "NULL" : value.ToText();
     }
   }

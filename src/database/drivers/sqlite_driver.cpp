@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "database/drivers/sqlite_writer.h"
 #include "database/statement_twin.h"
 #include "database/stored_date.h"
 #include "runtime/numbers.h"
@@ -53,16 +54,16 @@ Value DateFor(const Assignment& assignment) {
 }
 
 void Bind(SqliteStatement& statement, std::span<const Value> numbers) {
-  int parameter = 0;
+  std::size_t parameter = 0;
   for (const Value& number : numbers) statement.Bind(parameter++, number);
 }
 
 }  // namespace
 
-SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, const ClientIdentity& client)
+SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, ClientIdentity client)
     : database_(std::move(database)),
-      client_(client),
-      host_{database_, client, {}},
+      client_(std::move(client)),
+      host_{database_, client_, {}},
       programs_(kMostPrograms) {
   RegisterFunctions(host_);
   if (kind == FileKind::Company) database_.Run(kMonthLockTrigger);
@@ -91,7 +92,7 @@ SqliteDriver::ProgramPtr SqliteDriver::SharedProgram(bool updatable) {
   ProgramPtr program;
   try {
     program = std::make_shared<const tsql::Program>(
-        tsql::Translate(shared_.sql, updatable, static_cast<int>(shared_.numbers.size())));
+        SqliteWriter(shared_.sql).Translate(updatable, static_cast<int>(shared_.numbers.size())));
     const auto kind = program->front().kind;
     const bool plain = kind == tsql::StepKind::Rows || kind == tsql::StepKind::Change;
     if (program->size() > 1 || !plain) program = nullptr;
@@ -106,7 +107,7 @@ SqliteDriver::ProgramPtr SqliteDriver::ProgramOf(std::string_view sql, bool upda
   std::string key(sql);
   if (updatable) key += '\n';
   if (const auto* kept = programs_.Find(key)) return *kept;
-  auto program = std::make_shared<const tsql::Program>(tsql::Translate(sql, updatable));
+  auto program = std::make_shared<const tsql::Program>(SqliteWriter(sql).Translate(updatable));
   if (key.size() <= kLongestKeptText) programs_.Keep(key, program);
   return program;
 }
@@ -181,24 +182,20 @@ ResultSet SqliteDriver::ReadRows(const tsql::Step& step, const Run& run) {
   Bind(*statement, run.numbers);
   // A changed schema shows in the columns only after the first step.
   bool more = run.fetch != Fetch::NoRows && statement->Step();
-  const int first = step.baseTable.empty() ? 0 : 1;
-  const int count = statement->ColumnCount();
+  const std::size_t first = step.baseTable.empty() ? 0 : 1, count = statement->ColumnCount();
   ResultSet result;
   result.baseTable = step.baseTable;
   std::vector<bool> dates(count);
-  for (int column = 0; column < count; ++column) {
-    const auto fromBack = static_cast<std::size_t>(count - 1 - column);
-    dates[column] = statement->IsDeclaredDate(column) ||
-                    (column < std::ssize(step.datesFromFront) && step.datesFromFront[column]) ||
-                    (fromBack < step.datesFromBack.size() && step.datesFromBack[fromBack]);
-    if (column >= first) result.columns.push_back(statement->ColumnName(column));
+  for (std::size_t column = first; column < count; ++column) {
+    dates[column] = statement->IsDeclaredDate(column) || step.TellsDate(column, count);
+    result.columns.push_back(statement->ColumnName(column));
   }
   for (; more; more = run.fetch == Fetch::AllRows && statement->Step()) {
-    ResultRow& row = result.rows.emplace_back();
-    row.values.reserve(count - first);
-    for (int column = first; column < count; ++column)
-      row.values.push_back(statement->Column(column, dates[column]));
-    if (first > 0) row.key = statement->Integer(0);
+    auto& row = result.rows.emplace_back();
+    row.reserve(count - first);
+    for (std::size_t column = first; column < count; ++column)
+      row.push_back(statement->Column(column, dates[column]));
+    if (first > 0) result.keys.emplace_back(statement->Integer(0));
   }
   return result;
 }
@@ -294,22 +291,21 @@ RowKey SqliteDriver::InsertRow(const std::string& table, const std::vector<Assig
   SqliteDatabase::Lease insert(
       database_, values.empty() ? fmt::format("INSERT INTO [{}] DEFAULT VALUES", table)
                                 : "INSERT INTO [" + table + "] (" + columns + ") VALUES (" + marks + ")");
-  int parameter = 0;
-  for (const auto& assignment : values) insert->Bind(parameter++, Fitted(assignment, fields));
+  for (std::size_t i = 0; i < values.size(); ++i) insert->Bind(i, Fitted(values[i], fields));
   insert->Step();
   return database_.LastRowId();
 }
 
-void SqliteDriver::UpdateRow(const std::string& table, RowKey key, const std::vector<Assignment>& values) {
+void SqliteDriver::UpdateRow(const std::string& table, const RowKey& key,
+                             const std::vector<Assignment>& values) {
   if (values.empty()) return;
   const Fields& fields = FieldsOf(table);
   std::string columns;
   for (const auto& assignment : values)
     columns += (columns.empty() ? "[" : ", [") + assignment.column + "] = ?";
   SqliteDatabase::Lease update(database_, "UPDATE [" + table + "] SET " + columns + " WHERE rowid = ?");
-  int parameter = 0;
-  for (const auto& assignment : values) update->Bind(parameter++, Fitted(assignment, fields));
-  update->Bind(parameter, static_cast<long long>(key));
+  for (std::size_t i = 0; i < values.size(); ++i) update->Bind(i, Fitted(values[i], fields));
+  update->Bind(values.size(), std::any_cast<std::int64_t>(key));
   const auto before = database_.TotalChanges();
   update->Step();
   if (database_.ChangesSince(before) == 0)

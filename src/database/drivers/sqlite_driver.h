@@ -7,7 +7,6 @@
 #include <unordered_map>
 #include <vector>
 
-#include "database/connection.h"
 #include "database/driver.h"
 #include "database/drivers/recently_used.h"
 #include "database/drivers/shared_text.h"
@@ -23,7 +22,7 @@ namespace ktl {
 // and the host's procedures are run here.
 class SqliteDriver final : public Driver {
  public:
-  SqliteDriver(SqliteDatabase database, FileKind kind, const ClientIdentity& client);
+  SqliteDriver(SqliteDatabase database, FileKind kind, ClientIdentity client);
   ~SqliteDriver() override;
 
   ResultSet Query(std::string_view sql, Fetch fetch, bool updatable) override;
@@ -31,7 +30,7 @@ class SqliteDriver final : public Driver {
   std::string Explain(std::string_view sql) override;
   std::string_view Choose(const StatementTwin& twin) override;
   RowKey InsertRow(const std::string& table, const std::vector<Assignment>& values) override;
-  void UpdateRow(const std::string& table, RowKey key, const std::vector<Assignment>& values) override;
+  void UpdateRow(const std::string& table, const RowKey& key, const std::vector<Assignment>& values) override;
   void Begin() override;
   void Commit() override;
   void Rollback() override;
@@ -74,7 +73,7 @@ class SqliteDriver final : public Driver {
   void KeepStatistics() noexcept;
 
   SqliteDatabase database_;
-  const ClientIdentity& client_;
+  ClientIdentity client_;
   FunctionHost host_;
   SharedText shared_;  // of the text being run
   // By their texts, those of updatable ones with a line break behind. Null for a shared text whose texts must

@@ -84,6 +84,7 @@ class Parser {
   ExprPtr ParseCase();
   ExprPtr ParseNameOrFunction();
   ExprPtr ParseFunction(Token name, std::string_view schema);
+  ExprPtr ParseDatePart();
   ExprPtr ParseCast(const Token& name);
   ExprPtr ParseConvert(const Token& name);
   void ParseTypeName(Expr& cast);
