@@ -105,6 +105,7 @@ class modAdvLoan final : public Screen, public InstructionParent {
 
   InstructionKey Key() const override { return {employee.Employee(), type_, serial_}; }
   std::string InstructionName() const override { return cmbALName.Text(); }
+  ktl::Subject Subject() const override;
   InstructionTotals Totals() const override { return instructions_.TotalsOf(serial_); }
   std::set<long> RecoveredMonths() const override { return schedule_.RecoveredMonths(); }
   bool ComponentsApart() const override { return KeepsComponentsApart(session_, Key()); }

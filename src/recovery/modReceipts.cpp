@@ -54,10 +54,14 @@ void modReceipts::ConnectHandlers() {
 
 void modReceipts::Form_Load() {
   receipts_.SetColumns(ReceiptColumns(key_.type));
+  fpgReceipts.summed = kSummedReceiptColumns;
   FillReceiptGrid();
   ApplyTypeRights(session_, *this, key_.type);
-  cmdSave.enabled = cmdDelete.enabled = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
+  cmdSave.whyDisabled = cmdDelete.whyDisabled = WhyReadOnly(session_);
+  cmdSave.enabled = cmdDelete.enabled = cmdSave.whyDisabled.empty();
 }
+
+Subject modReceipts::Subject() const { return parent_.Subject(); }
 
 void modReceipts::FillReceiptGrid() {
   fpgReceipts.Clear();
@@ -158,17 +162,23 @@ bool modReceipts::MayExceedRecoverable(const ReceiptEntry& entry) {
 std::optional<Answer> modReceipts::AskAdjustment(const ReceiptEntry& entry, const ReceiptDifference& months) {
   if (months.lngFromMonth > months.lngToMonth) return Answer::Cancel;
   if (!entry.amount.IsChanged() && !(reducing_ && entry.interest.IsChanged())) return std::nullopt;
-  return AskAboutAmount("Delete the Current and Future Months EMI Amount from Last ");
+  return AskAboutAmount("Delete the Current and Future Months EMI Amount from Last ",
+                        "&No, from the last months");
 }
 
-Answer modReceipts::AskAboutAmount(const char* no) {
+Answer modReceipts::AskAboutAmount(const char* no, const char* noWords) {
   return session_.desk.MsgBox(
       {fmt::format("Do you want to Adjust the EMI Amount?\r\n"
                    "Click on 'Yes' to Adjust the EMI Amount for Current and Future Months\r\n"
                    "Click on 'No' to {}\r\n"
                    "Click 'Cancel' to Save/Update with No Adjustments",
                    no),
-       Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
+       Buttons::YesNoCancel,
+       Icon::Question,
+       Answer::Cancel,
+       session_.title,
+       0,
+       {"&Yes, adjust", noWords, "&Cancel, no adjustment"}});
 }
 
 bool modReceipts::AreMonthsFree(std::optional<Answer> answer, const ReceiptDifference& months) {
@@ -203,7 +213,7 @@ void modReceipts::Delete() {
   if (!confirmed) return fpgReceipts.PaintRow(row, kWhite);
   cmdClose.enabled = false;
   const ReceiptDifference months = MonthsOfReceipt(session_, parent_, entry.date);
-  const Answer answer = AskAboutAmount("Create New Month for Recovery");
+  const Answer answer = AskAboutAmount("Create New Month for Recovery", "&No, one new month");
   fpgReceipts.PaintRow(row, kWhite);
   if (!AreMonthsFree(answer, months)) return;
   entry.date = ShownDate(stored->RCPTDATE);

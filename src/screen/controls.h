@@ -59,6 +59,7 @@ class Control {
   Colour foreColour = kNoColour;
   std::string tag;
   std::string toolTip;
+  std::string whyDisabled;  // the tool tip while it is disabled
   // The frame (or tab page) that holds it: a control in a hidden or disabled frame is hidden or disabled with
   // it.
   Control* container = nullptr;
