@@ -16,8 +16,8 @@
 #include "database/recordset.h"
 #include "formula/day_count_run.h"
 #include "formula/formula_run.h"
-#include "frame/real_machine.h"
 #include "frame/session.h"
+#include "machine/real_machine.h"
 #include "quiet_desk.h"
 
 namespace {

@@ -112,6 +112,8 @@ std::string ShownAmount(double amount) { return FormatNumber(amount, "0.00"); }
 
 std::string ShownAmount(const Value& amount) { return amount.IsNull() ? "" : ShownAmount(amount.ToDouble()); }
 
+std::string ShownAmount(const std::optional<double>& amount) { return amount ? ShownAmount(*amount) : ""; }
+
 bool FnBlnWithinLimit(std::string_view text, double limit) { return clsGenCmn::FnDblTrimVal(text) <= limit; }
 
 double clsGenCmn::FnDblTrimVal(std::string_view text) {

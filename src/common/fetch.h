@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -21,6 +22,19 @@ class DataAccess {
   // critical box with the description, " : " and the number (none when noMessage), and Empty instead of the
   // default.
   Value FnVarGetDbValue(std::string_view sql, Value defaultValue = {}, bool noMessage = false);
+  // The same, converted: 0 and "" when the statement fails.
+  long Long(std::string_view sql, long defaultValue = 0) {
+    return FnVarGetDbValue(sql, defaultValue).ToLong();
+  }
+  double Number(std::string_view sql, double defaultValue = 0) {
+    return FnVarGetDbValue(sql, defaultValue).ToDouble();
+  }
+  std::string Text(std::string_view sql, std::string_view defaultValue = {}) {
+    return FnVarGetDbValue(sql, defaultValue).ToText();
+  }
+  // Of a lock or a right: as FnVarGetDbValue, but a statement that fails is thrown on, so that what could not
+  // be read never counts as free.
+  Value Guarding(std::string_view sql, Value defaultValue = 0);
   // Throws when the statement fails.
   bool FnBlnRecExists(std::string_view sql);
   // False on any failure, with no message.
@@ -41,6 +55,16 @@ class DataAccess {
 
 // Whether the flag of a row is on; null is off.
 inline bool IsSet(const Value& flag) { return flag.NumberOr0() != 0; }
+// What a column holds that may be null, or hold no date.
+inline std::optional<double> NumberIfAny(const Value& value) {
+  return value.IsNull() ? std::nullopt : std::optional(value.ToDouble());
+}
+inline std::optional<long> WholeIfAny(const Value& value) {
+  return value.IsNull() ? std::nullopt : std::optional<long>(value.ToLong());
+}
+inline std::optional<Date> DateIfAny(const Value& value) {
+  return value.IsDate() ? std::optional(value.date()) : std::nullopt;
+}
 // Null becomes the alternative; so does a number that is exactly 0 when zeroToo is set.
 Value CNull(Value value, Value alternative, bool zeroToo = false);
 

@@ -8,8 +8,8 @@
 #include "common/month_year.h"
 #include "company/formula_report.h"
 #include "company/sql_command.h"
-#include "frame/real_machine.h"
 #include "frame/session.h"
+#include "machine/real_machine.h"
 
 namespace ktl {
 namespace {

@@ -26,7 +26,10 @@ class Recordset {
   // Rows that were read before.
   explicit Recordset(ResultSet rows) : result_(std::move(rows)) {}
 
+  Recordset(Connection& cn, const StatementTwin& twin) { Open(cn, twin); }
+
   void Open(Connection& cn, std::string_view sql, OpenMode mode = OpenMode::ReadOnly);
+  void Open(Connection& cn, const StatementTwin& twin);
   void Close();
   bool IsOpen() const { return cn_ != nullptr; }
 
@@ -52,6 +55,7 @@ class Recordset {
   void Update();
 
  private:
+  void RequireWritable() const;
   std::size_t IndexOf(std::string_view field) const;
 
   Connection* cn_ = nullptr;

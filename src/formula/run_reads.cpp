@@ -134,7 +134,7 @@ const Value& RunReads::ValueOf(const std::string& sql) {
 std::vector<Value> RunReads::ReadValues(const std::string& sql) {
   std::vector<Value> values(block_->standings.size(), Null{});
   EachRow(silent_.Cn().Query(fmt::format("Select RUNEMPID, RUNDETID, ({}) From {}", sql, block_->people)),
-          [&](std::size_t place, ResultRow row) { values[place] = std::move(row.values.front()); });
+          [&](std::size_t place, ResultRow row) { values[place] = std::move(row.front()); });
   return values;
 }
 
@@ -149,8 +149,8 @@ RunReads::Shared RunReads::ReadRows(const std::string& sql) {
 
 void RunReads::EachRow(ResultSet result, const std::function<void(std::size_t place, ResultRow row)>& take) {
   for (ResultRow& row : result.rows) {
-    const std::size_t place = places_.at(row.values[1].ToLong()) - block_->first;
-    row.values.erase(row.values.begin(), row.values.begin() + 2);
+    const std::size_t place = places_.at(row[1].ToLong()) - block_->first;
+    row.erase(row.begin(), row.begin() + 2);
     take(place, std::move(row));
   }
 }

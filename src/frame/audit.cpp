@@ -7,6 +7,12 @@
 
 namespace ktl {
 
+namespace {
+
+constexpr long kInstructionsMenu = 19;
+
+}  // namespace
+
 bool FnBlnAuditOn(Session& session) {
   if (!session.auditOn) {
     LoadFeatureSet(session);
@@ -18,11 +24,17 @@ bool FnBlnAuditOn(Session& session) {
 void WriteAuditTrail(Session& session, long menuNumber, long employee, std::string_view action,
                      std::string_view detail, std::string_view extra) {
   const std::string windowsUser = ReplaceAll(session.machine.environment.Variable("USERNAME"), " ", "");
-  // The user's name is not cleaned.
-  session.Cn.Execute(fmt::format("UpdateAuditTrail '{}', {}, {}, '{}', '{}', '{}' , '{}'",
+  // The user's name is not cleaned, only its quotes are doubled.
+  session.Cn.Execute(session.Sql("UpdateAuditTrail '{}', {}, {}, '{}', '{}', '{}' , '{}'",
                                  session.CurrentUser(), menuNumber, employee,
                                  clsSPChar::FnStrClearAllSp(action), clsSPChar::FnStrClearAllSp(detail),
                                  clsSPChar::FnStrClearAllSp(extra), clsSPChar::FnStrClearAllSp(windowsUser)));
+}
+
+void AuditInstruction(Session& session, long employee, std::string_view deed, const std::string& detail) {
+  if (!FnBlnAuditOn(session)) return;
+  WriteAuditTrail(session, kInstructionsMenu, employee, fmt::format("Standing Instructions - {}", deed),
+                  fmt::format("{}{}", deed, detail));
 }
 
 }  // namespace ktl

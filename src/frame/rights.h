@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/statement.h"
+
 namespace ktl {
 
 class Button;
@@ -20,6 +22,10 @@ bool FnBlnAuditOn(Session& session);  // asked once a session
 // nobody's.
 void WriteAuditTrail(Session& session, long menuNumber, long employee, std::string_view action,
                      std::string_view detail, std::string_view extra = "");
+// What every writer of instructions ends in: what was done ("Loan Created/Updated") and its detail, of the
+// employee (0 for nobody's). Nothing while the audit is off; a detail that costs statements is for the caller
+// to spare then.
+void AuditInstruction(Session& session, long employee, std::string_view deed, const std::string& detail);
 
 // lockyn of the employee, kept in the session.
 long ReadEmpLockStatus(Session& session, long employee);
@@ -27,8 +33,9 @@ long ReadEmpLockStatus(Session& session, long employee);
 // ("DEFAULT").
 bool IsEmployeeLocked(Session& session, long employee, long firstMonth, const std::string& lastMonth);
 
-// The condition that leaves the employees that the user may see, " WHERE EMPID  IN (SELECT ...)", or "" when
+// The condition that leaves the employees that the user may see, "LEAD IN (SELECT ...)", or nothing when
 // class security is off. Fills the workstation's table first.
-std::string ClassSecurityCondition(Session& session, bool forNewestMonth = true);
+Statement ClassSecurityCondition(Session& session, std::string_view lead = " WHERE EMPID ",
+                                 bool forNewestMonth = true);
 
 }  // namespace ktl

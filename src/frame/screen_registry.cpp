@@ -1,7 +1,6 @@
 #include "frame/screen_registry.h"
 
-#include <fmt/format.h>
-
+#include "frame/doors.h"
 #include "frame/session.h"
 #include "screen/screen.h"
 
@@ -15,14 +14,9 @@ std::vector<std::string> ScreenRegistry::Names() const {
 
 void ScreenRegistry::Show(Session& session, std::string_view name, Screen* parent) const {
   const auto found = factories_.find(name);
-  if (found == factories_.end()) {
-    session.Inform(fmt::format("The screen \"{}\" is not part of this build yet.", name));
-    return;
-  }
-  Screen* const opener = session.ActiveForm;
+  if (found == factories_.end()) return TellMissingScreen(session, std::string(name));
   const std::unique_ptr<Screen> screen = found->second(session, parent);
-  session.desk.ShowModal(*screen);
-  if (session.ActiveForm == screen.get()) session.ActiveForm = opener;
+  ShowScreen(session, *screen);
 }
 
 }  // namespace ktl

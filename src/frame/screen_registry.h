@@ -12,8 +12,8 @@ namespace ktl {
 class Screen;
 struct Session;
 
-// Screens by name, so that a screen can open another one whose room it may not include; frame/startup fills
-// it.
+// Screens by name: for the command line, which names the screen to open. RegisterScreens fills it. A screen
+// opens another one by the session's doors.
 class ScreenRegistry {
  public:
   // parent: the screen that opens it, null at the top.
@@ -23,7 +23,7 @@ class ScreenRegistry {
   void Add(std::string name, Factory factory) { factories_.try_emplace(std::move(name), std::move(factory)); }
   bool Has(std::string_view name) const { return factories_.contains(name); }
   std::vector<std::string> Names() const;
-  // Opens the screen modally. A screen that is not there yet answers with one plain message that names it.
+  // As a door does: a screen that is not there answers with one plain message that names it.
   void Show(Session& session, std::string_view name, Screen* parent = nullptr) const;
 
  private:

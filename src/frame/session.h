@@ -4,12 +4,14 @@
 #include <string>
 
 #include "common/fetch.h"
+#include "common/statement.h"
 #include "common/titles.h"
 #include "database/connection.h"
+#include "frame/doors.h"
 #include "frame/employee_detail.h"
-#include "frame/machine.h"
 #include "frame/options.h"
 #include "frame/screen_registry.h"
+#include "machine/machine.h"
 #include "screen/desk.h"
 
 namespace ktl {
@@ -61,13 +63,22 @@ struct Session {
   std::optional<bool> auditOn;  // asked once
 
   ScreenRegistry screens;
+  Doors doors{*this};
 
+  // The text with its holes filled in, typed texts doubled for the settings' DBType.
+  template <typename... Values>
+  Statement Sql(std::string_view text, const Values&... values) const {
+    return FillIn(text, {StatementHole(values)...});
+  }
   // "Settings", "User".
   std::string CurrentUser() const { return machine.settings.Get("Settings", "User", ""); }
   // The suffix of per-workstation names: WinUserID when ExtendedYN is on.
   std::string FilterSuffix() const { return ExtendedYN ? WinUserID : std::string(); }
   // A box in the application's title.
   void Inform(const std::string& text) { desk.Inform(text, title); }
+
+ private:
+  Statement FillIn(std::string_view text, std::initializer_list<StatementHole> holes) const;
 };
 
 }  // namespace ktl

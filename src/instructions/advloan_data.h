@@ -6,9 +6,8 @@
 #include <vector>
 
 #include "instructions/instruction_parent.h"
+#include "instructions/schedule_month.h"
 #include "runtime/date.h"
-#include "runtime/value.h"
-#include "screen/controls.h"
 
 namespace ktl {
 
@@ -23,40 +22,26 @@ struct NameRules {
   bool REDUCINGBALYN = false;
 };
 
-// One row of the list of an employee's instructions.
+// One row of the list of an employee's instructions, rupees.
 struct AdvLoanListRow {
   long serial = 0;
   std::string name;
   std::string account;
-  Value date;
+  std::optional<Date> date;
   double amount = 0;
   double interest = 0;
   double emi = 0;          // sum of the modified instalments
   double emiInterest = 0;  // their interest, of a reducing name only
   double receipts = 0;
   double recovered = 0;
-
   std::string remarks;
 
   bool RecoveryEqualsPayment() const { return recovered + receipts == amount + interest; }
 };
 
-// One month of a schedule.
-struct EmiRow {
-  long counter = 0;
-  long monthYear = 0;
-  Value emiAmount, modifiedAmount, interest;
-  Value actualPrincipal, actualInterest, modifiedPrincipal, modifiedInterest;
-  std::string institution;
-  bool markedRecovered = false;    // EMIRECVYN
-  bool recoveredBySalary = false;  // a calculated salary has taken it
-
-  bool IsRecovered() const { return markedRecovered || recoveredBySalary; }
-};
-
 struct AdvLoanDetail {
   std::string name, account, remarks;
-  Value date;
+  std::optional<Date> date;
   double amount = 0;
   double interest = 0;
   std::string institution;  // of a loan whose months have one and the same lender, else ""
@@ -70,33 +55,20 @@ struct AdvLoanTotals {
   double Due() const { return amount + interest - (receipts + fromSalary); }
 };
 
-// The column of SLC_SALARYCALC_D for advances and loans.
-std::string_view SalaryHeadOf(int siType);
-// "Advance" or "Loan", as audit texts have it whatever the company calls the type.
-std::string_view AuditWordOf(int siType);
+bool NameExists(Session& session, InstructionType type, std::string_view name);
+NameRules ReadNameRules(Session& session, InstructionType type, std::string_view name);
+bool ReadSepPiYN(Session& session, InstructionType type, std::string_view name);
+bool MayHaveHouseLoan(Session& session, long employee, InstructionType type, std::string_view name);
 
-std::vector<ListRow> ReadEmployees(Session& session, bool withRunningEmi, std::string_view orderBy);
-std::vector<ListRow> ReadNames(Session& session);
-std::vector<ListRow> ReadInstitutions(Session& session);
-std::vector<ListRow> ReadFormulas(Session& session);
-
-bool NameExists(Session& session, std::string_view name);
-NameRules ReadNameRules(Session& session, std::string_view name);
-bool ReadSepPiYN(Session& session, std::string_view name);
-bool MayHaveHouseLoan(Session& session, long employee, std::string_view name);
-
+bool IsAdvLoanStored(Session& session, const InstructionKey& key);
 std::optional<AdvLoanDetail> ReadAdvLoan(Session& session, const InstructionKey& key);
-std::vector<AdvLoanListRow> ReadAdvLoanList(Session& session, long employee);
-std::vector<EmiRow> ReadSchedule(Session& session, const InstructionKey& key);
-AdvLoanTotals ReadTotals(Session& session, long employee);
+std::vector<AdvLoanListRow> ReadAdvLoanList(Session& session, long employee, InstructionType type);
+std::vector<ScheduleMonth> ReadSchedule(Session& session, const InstructionKey& key);
+AdvLoanTotals ReadTotals(Session& session, long employee, InstructionType type);
 
-// The employee's next serial number of the session's type.
-long NextSerial(Session& session, long employee);
-// Nothing while the employee is in service.
-std::optional<Date> ReadDateOfLeaving(Session& session, long employee);
-
-// Carries the monthly interest of reducing schedules to the total interest of their instructions, for all
-// employees. An instruction whose interest is null is never refreshed.
-void RefreshTotalInterest(Session& session);
+bool HasReceipts(Session& session, const InstructionKey& key);
+bool HasHouseLoan(Session& session, const InstructionKey& key);
+// The employee's next serial number of the type.
+long NextSerial(Session& session, long employee, InstructionType type);
 
 }  // namespace ktl

@@ -9,77 +9,70 @@
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
 #include "runtime/numbers.h"
-#include "runtime/text.h"
 
 namespace ktl {
 
 namespace {
 
-constexpr long kMenuNumber = 19;
 constexpr const char* kLoanNumbersMarker = "BrookfieldFarmCustom.dat";
 
-// The row's columns in their order, and the audit text that grows with them.
-std::string StoreInstruction(Recordset& row, const AdvLoanEntry& entry) {
-  std::string audit = fmt::format("SI Type = {}", AuditWordOf(entry.key.siType));
-  const auto assign = [&](const char* column, Value value, const char* label, const std::string& shown) {
-    row.Set(column, std::move(value));
-    if (label != nullptr) audit += fmt::format(":{} = {}", label, shown);
-  };
-  const std::string name = Trim(entry.name);
-  const std::string account = Trim(entry.account);
-  const std::string date = FormatDateText(entry.date, "dd/mmm/yyyy");
-  const std::string remarks = Trim(entry.remarks);
-  assign("EMPID", entry.key.employee, nullptr, "");
-  assign("SERIALNO", entry.key.serial, nullptr, "");
-  assign("SITYPE", entry.key.siType, nullptr, "");
-  assign("SINAME", name, "SI Name", name);
-  assign("LOANACNO", account, entry.key.siType == 2 ? "A/c No." : nullptr, account);
-  assign("SIDATE", date, "Date", date);
-  assign("ACTAMT", entry.Amount(), "Amount", NumberText(entry.Amount()));
-  assign("INTAMT", entry.Interest(), "Interest Amount", NumberText(entry.Interest()));
-  assign("REMARKS", remarks, "Remarks", remarks);
+// "Advance" or "Loan", whatever the company calls the type.
+std::string_view WordOf(const InstructionKey& key) { return FactsOf(key.type).word; }
+
+std::string TypeAndName(const InstructionKey& key, std::string_view name) {
+  return fmt::format(":SI Type = {}:SI Name = {}", WordOf(key), name);
+}
+
+std::string AccountText(const InstructionKey& key, const std::string& account) {
+  return key.type == InstructionType::Loan ? ":A/c No. = " + account : "";
+}
+
+std::string FurtherText(const std::string& date, double amount, double interest, const std::string& remarks) {
+  return fmt::format(":Date = {}:Amount = {}:Interest Amount = {}:Remarks = {}", date, NumberText(amount),
+                     NumberText(interest), remarks);
+}
+
+void Audit(Session& session, const InstructionKey& key, std::string_view what, const std::string& detail) {
+  AuditInstruction(session, key.employee, fmt::format("{} {}", WordOf(key), what), detail);
+}
+
+std::string EntryAuditText(const AdvLoanEntry& entry) {
+  const std::string text =
+      ":" + TypeAndName(entry.key, entry.name) + AccountText(entry.key, entry.account) +
+      FurtherText(clsDateHandle::FnStrInDateDTM(*entry.date), entry.amount, entry.interest, entry.remarks);
+  if (entry.noRecovery) return text + ":No Recovery = Yes";
+  return text + fmt::format(":Recover From Month = {}:{} = {}", entry.typed.recoverFrom,
+                            entry.lumpSum ? "Installments Amount" : "No. of Installments",
+                            entry.lumpSum ? entry.typed.instalment : entry.typed.count);
+}
+
+// True for a new row.
+bool StoreInstruction(Session& session, const AdvLoanEntry& entry) {
+  Recordset row(session.Cn, session.Sql("Select * From INS_ADVLOAN Where {}", WhereInstruction(entry.key)),
+                OpenMode::Update);
+  const bool isNew = row.Eof();
+  if (isNew) row.AddNew();
+  row.Set("EMPID", entry.key.employee);
+  row.Set("SERIALNO", entry.key.serial);
+  row.Set("SITYPE", NumberOf(entry.key.type));
+  row.Set("SINAME", entry.name);
+  row.Set("LOANACNO", entry.account);
+  row.Set("SIDATE", clsDateHandle::FnStrInDateDTM(*entry.date));
+  row.Set("ACTAMT", entry.amount);
+  row.Set("INTAMT", entry.interest);
+  row.Set("REMARKS", entry.remarks);
   row.Update();
-  row.Close();
-  return audit;
-}
-
-ScheduleTerms TermsOf(const Session& session, const AdvLoanEntry& entry) {
-  ScheduleTerms terms;
-  terms.total = entry.Amount() + entry.Interest();
-  terms.firstMonth = entry.RecoverFromMonth();
-  if (entry.lumpSum) {
-    terms.instalment = entry.Instalment();
-  } else {
-    terms.count = clsGenCmn::FnDblTrimVal(entry.count);
-    terms.rounding = entry.rounding;
-  }
-  if (session.AdvanceMgmtYN && entry.rules.REDUCINGBALYN) terms.reducingRate = entry.rules.INTRRATE;
-  return terms;
-}
-
-std::string RecoveryAuditText(const AdvLoanEntry& entry) {
-  if (entry.noRecovery) return ":No Recovery = Yes";
-  return fmt::format(":Recover From Month = {}:{} = {}", entry.recoverFrom,
-                     entry.lumpSum ? "Installments Amount" : "No. of Installments",
-                     entry.lumpSum ? entry.instalment : entry.count);
+  return isNew;
 }
 
 // The row of a deleted loan stays, so its number is never given again by a delete.
 void GiveLoanNumber(Session& session, const InstructionKey& key) {
-  session.Cn.Execute(fmt::format("DELETE FROM CUS_LOANSLNOTABLE WHERE EMPID = {} AND SERIALNO = {}",
+  session.Cn.Execute(session.Sql("DELETE FROM CUS_LOANSLNOTABLE WHERE EMPID = {} AND SERIALNO = {}",
                                  key.employee, key.serial));
-  const long next =
-      session.data.FnVarGetDbValue("SELECT ISNULL(MAX(AUTOSLNO),0) + 1 FROM CUS_LOANSLNOTABLE", 0).ToLong();
+  const long next = session.data.Long("SELECT ISNULL(MAX(AUTOSLNO),0) + 1 FROM CUS_LOANSLNOTABLE");
   session.Cn.Execute(
-      fmt::format("INSERT INTO CUS_LOANSLNOTABLE (EMPID, SERIALNO, AUTOSLNO) VALUES({}, {}, {})",
+      session.Sql("INSERT INTO CUS_LOANSLNOTABLE (EMPID, SERIALNO, AUTOSLNO) VALUES({}, {}, {})",
                   key.employee, key.serial, next));
-}
-
-void Audit(Session& session, const InstructionKey& key, std::string_view what, const std::string& detail) {
-  if (!FnBlnAuditOn(session)) return;
-  const std::string done = fmt::format("{} {}", AuditWordOf(key.siType), what);
-  WriteAuditTrail(session, kMenuNumber, key.employee, "Standing Instructions - " + done,
-                  done + "::" + detail);
 }
 
 // The salary's view of the months must not keep an instalment that is about to go.
@@ -87,43 +80,36 @@ void ZeroInstalments(Session& session, const InstructionKey& key) {
   const std::vector<long> months = ReadScheduleMonths(session, key);
   if (months.empty()) return;
   session.Cn.Execute(
-      fmt::format("Update INS_EMIDETAIL Set EMIAMT = 0 Where {} And MONTHYEAR Between {} And {}",
+      session.Sql("Update INS_EMIDETAIL Set EMIAMT = 0 Where {} And MONTHYEAR Between {} And {}",
                   WhereInstruction(key), months.front(), months.back()));
 }
 
 void DeleteRows(Session& session, const char* table, const InstructionKey& key) {
-  session.Cn.Execute(fmt::format("Delete From {} Where  {}", table, WhereInstruction(key)));
+  session.Cn.Execute(session.Sql("Delete From {} Where  {}", Statement(table), WhereInstruction(key)));
 }
+
+// In the order of DeletedInstalments.
+constexpr const char* kAuditOfChoice[] = {
+    "", ":Adjustment Option Selected = Adjust the EMI Amount for the Months",
+    ":Adjustment Option Selected = Create New Month for Recovery",
+    ":Adjustment Option Selected = Delete with No Adjustments"};
 
 }  // namespace
 
 bool WriteAdvLoan(Session& session, const AdvLoanEntry& entry) {
-  if (entry.Amount() <= 0) return false;
-  Recordset row(session.Cn, "Select * From INS_ADVLOAN Where " + WhereInstruction(entry.key),
-                OpenMode::Update);
-  const bool isNew = row.Eof();
-  if (isNew) row.AddNew();
-  const std::string audit = StoreInstruction(row, entry);
+  if (entry.amount <= 0) return false;
+  const InstructionKey& key = entry.key;
+  const bool isNew = StoreInstruction(session, entry);
   if (isNew && !entry.noRecovery) {
-    const long lender = static_cast<long>(Val(entry.institution));
-    WriteSchedule(session, entry.key, TermsOf(session, entry), lender, ScheduleForm::Screen);
+    WriteSchedule(session, key, entry.Terms(session.AdvanceMgmtYN), entry.institution.value_or(0),
+                  ScheduleForm::Screen);
   }
   // "Added" stands for a change of an existing row too.
-  Audit(session, entry.key, "Added", audit + RecoveryAuditText(entry));
-  RaiseEditMode(session, entry.key.employee, MonthsOfInstruction(entry.key),
-                AttendanceWording::EmployeeFirst);
-  if (isNew && entry.key.siType == 2 && session.machine.folder.HasFile(kLoanNumbersMarker)) {
-    GiveLoanNumber(session, entry.key);
-  }
+  Audit(session, key, "Added", EntryAuditText(entry));
+  RaiseEditMode(session, key.employee, MonthsOfInstruction(key), AttendanceWording::EmployeeFirst);
+  if (isNew && key.type == InstructionType::Loan && session.machine.folder.HasFile(kLoanNumbersMarker))
+    GiveLoanNumber(session, key);
   return true;
-}
-
-std::vector<long> ReadScheduleMonths(Session& session, const InstructionKey& key) {
-  std::vector<long> months;
-  Recordset rs(session.Cn,
-               "Select MONTHYEAR From INS_EMIDETAIL Where " + WhereInstruction(key) + " ORDER BY MONTHYEAR");
-  for (; !rs.Eof(); rs.MoveNext()) months.push_back(rs[0].ToLong());
-  return months;
 }
 
 void DeleteAdvLoan(Session& session, const InstructionKey& key, const AdvLoanDetail& detail,
@@ -138,63 +124,50 @@ void DeleteAdvLoan(Session& session, const InstructionKey& key, const AdvLoanDet
   DeleteRows(session, "INS_RECEIPTS", key);
   DeleteRows(session, "INS_EMIDETAIL", key);
   DeleteRows(session, "INS_ADVLOAN", key);
-
-  std::string audit = fmt::format("SI Type = {}:SI Name = {}", AuditWordOf(key.siType), detail.name);
-  if (key.siType == 2) audit += ":A/c No. = " + detail.account;
-  audit += fmt::format(":Date = {}:Amount = {}:Interest Amount = {}:Remarks = {}",
-                       detail.date.IsDate() ? FormatDate(detail.date.date(), "dd/mm/yyyy") : "",
-                       NumberText(detail.amount), NumberText(detail.interest), detail.remarks);
-  Audit(session, key, "Deleted", audit);
+  const std::string date = detail.date ? FormatDate(*detail.date, "dd/mm/yyyy") : "";
+  Audit(session, key, "Deleted",
+        ":" + TypeAndName(key, detail.name) + AccountText(key, detail.account) +
+            FurtherText(date, detail.amount, detail.interest, detail.remarks));
 }
 
-void DeleteInstalment(Session& session, const InstructionKey& key, const InstalmentToDelete& instalment) {
-  const std::string thisMonth = fmt::format("{} And COUNTER = {}", WhereInstruction(key), instalment.counter);
-  RaiseEditMode(session, key.employee, "IN (Select MONTHYEAR From INS_EMIDETAIL Where " + thisMonth + ")",
-                AttendanceWording::LockFirst);
-  session.Cn.Execute("Delete From INS_EMIDETAIL Where " + thisMonth);
+void DeleteInstalment(Session& session, const InstructionKey& key, long counter) {
+  const Statement where = WhereInstruction(key);
+  RaiseEditMode(
+      session, key.employee,
+      session.Sql("IN (Select MONTHYEAR From INS_EMIDETAIL Where {} And COUNTER = {})", where, counter),
+      AttendanceWording::LockFirst);
+  session.Cn.Execute(session.Sql("Delete From INS_EMIDETAIL Where {} And COUNTER = {}", where, counter));
 }
 
 void SpreadDeleted(Session& session, const InstructionKey& key, const std::vector<OpenMonth>& open,
                    double deleted) {
   for (const OpenMonth& month : SpreadOver(open, deleted)) {
     session.Cn.Execute(
-        fmt::format("Update INS_EMIDETAIL SET MDFYAMT = {} Where EMPID={} AND SITYPE={} AND MONTHYEAR={} AND "
+        session.Sql("Update INS_EMIDETAIL SET MDFYAMT = {} Where EMPID={} AND SITYPE={} AND MONTHYEAR={} AND "
                     "SERIALNO = {}",
-                    SqlAmount(month.modifiedAmount), key.employee, key.siType, month.monthYear, key.serial));
+                    month.modifiedAmount, key.employee, key.type, month.monthYear, key.serial));
   }
 }
 
 void AuditDeletedInstalments(Session& session, const InstructionKey& key, std::string_view name,
-                             const std::vector<InstalmentToDelete>& deleted, std::string_view adjustment) {
-  std::string audit = fmt::format(":SI Type = {}:SI Name = {}", AuditWordOf(key.siType), name);
-  for (const InstalmentToDelete& instalment : deleted) {
-    audit += fmt::format("::Month/Year = {}:EMI Amount = {}", FnStrFormatMonthYear(instalment.monthYear),
-                         instalment.amount);
+                             const std::vector<ScheduleMonth>& deleted, DeletedInstalments choice) {
+  std::string detail = "::" + TypeAndName(key, name);
+  for (const ScheduleMonth& month : deleted) {
+    detail += fmt::format("::Month/Year = {}:EMI Amount = {}", FnStrFormatMonthYear(month.monthYear),
+                          ShownAmount(month.MDFYAMT));
   }
-  Audit(session, key, "EMI's Deleted", audit.append(adjustment));
-}
-
-std::string_view AuditTextOf(DeletedInstalments choice) {
-  switch (choice) {
-    case DeletedInstalments::SpreadOverOthers:
-      return ":Adjustment Option Selected = Adjust the EMI Amount for the Months";
-    case DeletedInstalments::NewMonth:
-      return ":Adjustment Option Selected = Create New Month for Recovery";
-    case DeletedInstalments::NoAdjustment:
-      break;
-  }
-  return ":Adjustment Option Selected = Delete with No Adjustments";
+  Audit(session, key, "EMI's Deleted", detail.append(kAuditOfChoice[static_cast<std::size_t>(choice)]));
 }
 
 void LowerTotalInterest(Session& session, const InstructionKey& key, std::string_view name, double interest) {
   session.Cn.Execute(
-      fmt::format("UPDATE INS_ADVLOAN SET INTAMT = (INTAMT - {}) WHERE SITYPE={} AND SERIALNO = {} AND "
+      session.Sql("UPDATE INS_ADVLOAN SET INTAMT = (INTAMT - {}) WHERE SITYPE={} AND SERIALNO = {} AND "
                   "EMPID = {} AND SINAME='{}'",
-                  SqlAmount(interest), key.siType, key.serial, key.employee, SqlText(session, name)));
+                  interest, key.type, key.serial, key.employee, name));
 }
 
 void MarkRecovered(Session& session, const InstructionKey& key, long counter, bool recovered) {
-  session.Cn.Execute(fmt::format("Update INS_EMIDETAIL SET EMIRECVYN={} Where {} And COUNTER = {}",
+  session.Cn.Execute(session.Sql("Update INS_EMIDETAIL SET EMIRECVYN={} Where {} And COUNTER = {}",
                                  recovered ? 1 : 0, WhereInstruction(key), counter));
 }
 

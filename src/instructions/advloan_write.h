@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "instructions/advloan_validation.h"
+#include "instructions/advloan_entry.h"
 
 namespace ktl {
 
@@ -19,25 +19,15 @@ bool WriteAdvLoan(Session& session, const AdvLoanEntry& entry);
 void DeleteAdvLoan(Session& session, const InstructionKey& key, const AdvLoanDetail& detail,
                    bool withHouseLoan);
 
-// The months of the schedule in their order.
-std::vector<long> ReadScheduleMonths(Session& session, const InstructionKey& key);
-
-struct InstalmentToDelete {
-  long counter = 0;
-  long monthYear = 0;
-  std::string amount;  // as shown, for the audit text
-};
-enum class DeletedInstalments { SpreadOverOthers, NewMonth, NoAdjustment };
+enum class DeletedInstalments { NotAsked, SpreadOverOthers, NewMonth, NoAdjustment };
 
 // Flags the month for recalculation and takes the instalment away.
-void DeleteInstalment(Session& session, const InstructionKey& key, const InstalmentToDelete& instalment);
+void DeleteInstalment(Session& session, const InstructionKey& key, long counter);
 // Spreads what was deleted over the months given, which are open and stay.
 void SpreadDeleted(Session& session, const InstructionKey& key, const std::vector<OpenMonth>& open,
                    double deleted);
 void AuditDeletedInstalments(Session& session, const InstructionKey& key, std::string_view name,
-                             const std::vector<InstalmentToDelete>& deleted, std::string_view adjustment);
-// ":Adjustment Option Selected = ..."
-std::string_view AuditTextOf(DeletedInstalments choice);
+                             const std::vector<ScheduleMonth>& deleted, DeletedInstalments choice);
 // Takes the interest of deleted months off the instruction; it may fall below 0.
 void LowerTotalInterest(Session& session, const InstructionKey& key, std::string_view name, double interest);
 

@@ -2,12 +2,13 @@
 
 #include <fmt/format.h>
 
+#include <map>
+
 #include "common/fetch.h"
 #include "database/recordset.h"
 #include "frame/ported_stat.h"
 #include "frame/session.h"
 #include "instructions/instruction_master_dialect.h"
-#include "instructions/instruction_statements.h"
 #include "instructions/instruction_type.h"
 #include "runtime/text.h"
 
@@ -15,36 +16,24 @@ namespace ktl {
 
 namespace {
 
-std::string Quoted(Session& session, const std::string& text) { return "'" + SqlText(session, text) + "'"; }
-
-std::string NameCondition(Session& session, const std::string& name, std::string_view comparison = "=") {
-  return fmt::format(" And UPPER(SINAME) {} {}", comparison, Quoted(session, UpperCase(name)));
-}
-
-std::optional<long> OptionalLong(const Value& value) {
-  if (value.IsNull()) return std::nullopt;
-  return value.ToLong();
-}
-
-std::optional<double> OptionalDouble(const Value& value) {
-  if (value.IsNull()) return std::nullopt;
-  return value.ToDouble();
+Statement NameCondition(Session& session, const std::string& name, const char* comparison = "=") {
+  return session.Sql(" And UPPER(SINAME) {} '{}'", Statement(comparison), UpperCase(name));
 }
 
 InstructionMaster MasterOf(const Recordset& row) {
   return {
-      .siType = static_cast<int>(row["SITYPE"].ToLong()),
+      .type = static_cast<InstructionType>(row["SITYPE"].ToLong()),
       .siName = row["SINAME"].TextOrEmpty(),
       .accCode = row["ACCCODE"].TextOrEmpty(),
       .tdsYn = IsSet(row["TDSYN"]),
-      .tdsRefNo = OptionalLong(row["TDSREFNO"]),
-      .siPref = OptionalLong(row["SIPREF"]).value_or(0),
+      .tdsRefNo = WholeIfAny(row["TDSREFNO"]),
+      .siPref = WholeIfAny(row["SIPREF"]).value_or(0),
       .sepPiYn = IsSet(row["SEPPIYN"]),
       .sbiIfbYn = IsSet(row["SBIIFBYN"]),
-      .amtLimit = OptionalDouble(row["AMTLIMIT"]),
-      .allowLimit = OptionalLong(row["ALLOWLIMIT"]),
-      .emiRecCnt = OptionalLong(row["EMIRECCNT"]),
-      .intrRate = OptionalDouble(row["INTRRATE"]),
+      .amtLimit = NumberIfAny(row["AMTLIMIT"]),
+      .allowLimit = WholeIfAny(row["ALLOWLIMIT"]),
+      .emiRecCnt = WholeIfAny(row["EMIRECCNT"]),
+      .intrRate = NumberIfAny(row["INTRRATE"]),
       .reducingBalYn = IsSet(row["REDUCINGBALYN"]),
   };
 }
@@ -57,7 +46,7 @@ Value ValueOrNull(const std::optional<Number>& number) {
 Value Flag(bool on) { return on ? 1 : 0; }
 
 void AssignRules(Recordset& row, const InstructionMaster& master) {
-  row.Set("SITYPE", master.siType);
+  row.Set("SITYPE", NumberOf(master.type));
   row.Set("SINAME", master.siName);
   row.Set("ACCCODE", master.accCode.empty() ? Value(Null{}) : Value(master.accCode));
   row.Set("TDSYN", Flag(master.tdsYn));
@@ -79,7 +68,7 @@ void AssignAdvancedOptions(Recordset& row, const InstructionMaster& master, bool
 void WriteByRecordset(Session& session, const InstructionMaster& master, const std::string& oldName,
                       bool advanced) {
   Recordset row(session.Cn,
-                fmt::format("Select * From INS_MASTER Where SITYPE = {}{}", master.siType,
+                session.Sql("Select * From INS_MASTER Where SITYPE = {}{}", master.type,
                             NameCondition(session, oldName)),
                 OpenMode::Update);
   if (row.Eof()) row.AddNew();
@@ -88,14 +77,13 @@ void WriteByRecordset(Session& session, const InstructionMaster& master, const s
   row.Update();
 }
 
-void ExecuteAll(Session& session, const std::vector<std::string>& statements) {
-  for (const std::string& statement : statements) session.Cn.Execute(statement);
+void ExecuteAll(Session& session, const std::vector<Statement>& statements) {
+  for (const Statement& statement : statements) session.Cn.Execute(statement);
 }
 
-std::string HouseLoanCondition(Session& session, const InstructionMaster& master) {
-  const std::string pair = EmployeeSerialPair(kMasterDialect);
-  return fmt::format(" Where SITYPE = {0} And {1} In (Select {1} From INS_ADVLOAN Where SITYPE = {0}{2})",
-                     master.siType, pair, NameCondition(session, master.siName));
+Statement HouseLoanCondition(Session& session, const InstructionMaster& master) {
+  return session.Sql(" Where SITYPE = {0} And {1} In (Select {1} From INS_ADVLOAN Where SITYPE = {0}{2})",
+                     master.type, EmployeeSerialPair(kMasterDialect), NameCondition(session, master.siName));
 }
 
 std::optional<MasterRefusal> FindAdvancedRefusal(const InstructionMaster& master,
@@ -110,22 +98,40 @@ std::optional<MasterRefusal> FindAdvancedRefusal(const InstructionMaster& master
 }
 
 bool IsNameTaken(Session& session, const InstructionMaster& master) {
-  return session.data.FnBlnRecExists(fmt::format("Select * From INS_MASTER Where SITYPE = {}{}",
-                                                 master.siType, NameCondition(session, master.siName)));
+  return session.data.FnBlnRecExists(session.Sql("Select * From INS_MASTER Where SITYPE = {}{}", master.type,
+                                                 NameCondition(session, master.siName)));
 }
 
 bool NeedsSection(const InstructionMaster& master) {
-  return master.siType >= kInsuranceType && master.siType <= kGroupInsuranceType && master.tdsYn;
+  return master.type >= InstructionType::Insurance && master.type <= InstructionType::GroupInsurance &&
+         master.tdsYn;
 }
 
 }  // namespace
 
-std::vector<InstructionMaster> ReadInstructionMasters(Session& session, int siType) {
+std::vector<InstructionMaster> ReadInstructionMasters(Session& session, InstructionType type) {
   std::vector<InstructionMaster> masters;
-  Recordset rows(session.Cn,
-                 fmt::format("Select * From INS_MASTER Where SITYPE = {} Order By SINAME", siType));
-  for (; !rows.Eof(); rows.MoveNext()) masters.push_back(MasterOf(rows));
+  Recordset rows(session.Cn, session.Sql("Select * From INS_MASTER Where SITYPE = {} Order By SINAME", type));
+  std::map<long, std::string> sections;  // each asked once
+  for (; !rows.Eof(); rows.MoveNext()) {
+    InstructionMaster& master = masters.emplace_back(MasterOf(rows));
+    if (!master.tdsRefNo) continue;
+    const auto [section, isNew] = sections.try_emplace(*master.tdsRefNo);
+    if (isNew) {
+      section->second =
+          session.data.Text(session.Sql("Select TDSREF From MAS_TDSREF Where TDSREFNO = {}", section->first));
+    }
+    master.section = section->second;
+  }
   return masters;
+}
+
+std::vector<ListRow> ReadSections(Session& session) {
+  std::vector<ListRow> sections;
+  Recordset rows(session.Cn, "SELECT TDSREFNO, TDSREF FROM MAS_TDSREF WHERE TYPEID In(2) and TDSREFNO <> 8");
+  for (; !rows.Eof(); rows.MoveNext())
+    sections.push_back({rows["TDSREF"].TextOrEmpty(), rows["TDSREFNO"].TextOrEmpty()});
+  return sections;
 }
 
 std::optional<MasterRefusal> FindMasterRefusal(Session& session, const InstructionMaster& master,
@@ -144,10 +150,10 @@ std::optional<MasterRefusal> FindMasterRefusal(Session& session, const Instructi
 
 std::optional<MasterRefusal> FindPreferenceRefusal(Session& session, const InstructionMaster& master,
                                                    const std::string& oldName, const std::string& caption) {
-  if (!IsAdvanceOrLoan(master.siType) || master.siPref == 0) return std::nullopt;
-  const std::string others = oldName.empty() ? "" : NameCondition(session, oldName, "<>");
+  if (!IsAdvanceOrLoan(master.type) || master.siPref == 0) return std::nullopt;
+  const Statement others = oldName.empty() ? Statement() : NameCondition(session, oldName, "<>");
   if (!session.data.FnBlnRecExists(
-          fmt::format("Select SIPREF From INS_MASTER Where SITYPE = {} And SIPREF = {}{}", master.siType,
+          session.Sql("Select SIPREF From INS_MASTER Where SITYPE = {} And SIPREF = {}{}", master.type,
                       master.siPref, others)))
     return std::nullopt;
   return MasterRefusal{
@@ -156,13 +162,14 @@ std::optional<MasterRefusal> FindPreferenceRefusal(Session& session, const Instr
 }
 
 bool HasHouseLoanDetails(Session& session, const InstructionMaster& master) {
-  return session.data.FnBlnRecExists("Select SERIALNO From INS_HLOAN" + HouseLoanCondition(session, master));
+  return session.data.FnBlnRecExists(
+      session.Sql("Select SERIALNO From INS_HLOAN{}", HouseLoanCondition(session, master)));
 }
 
 void DeleteHouseLoanDetails(Session& session, const InstructionMaster& master) {
-  const std::string condition = HouseLoanCondition(session, master);
-  session.Cn.Execute("Delete From INS_HLOAN_VAL" + condition);
-  session.Cn.Execute("Delete From INS_HLOAN" + condition);
+  const Statement condition = HouseLoanCondition(session, master);
+  session.Cn.Execute(session.Sql("Delete From INS_HLOAN_VAL{}", condition));
+  session.Cn.Execute(session.Sql("Delete From INS_HLOAN{}", condition));
 }
 
 void WriteInstructionMaster(Session& session, const InstructionMaster& master, const std::string& oldName,
@@ -178,22 +185,20 @@ void WriteInstructionMaster(Session& session, const InstructionMaster& master, c
   transaction.Commit();
 }
 
-bool IsMasterInUse(Session& session, int siType, const std::string& siName) {
-  const std::string name = Quoted(session, siName);
-  return session.data.FnBlnRecExists(
-      IsAdvanceOrLoan(siType)
-          ? fmt::format("Select SITYPE From INS_ADVLOAN Where SITYPE = {} And SINAME = {}", siType, name)
-          : fmt::format("Select SITYPE From INS_OTHER Where SITYPE = {} And OTHNAME = {}", siType, name));
+bool IsMasterInUse(Session& session, InstructionType type, const std::string& siName) {
+  const TypeFacts& facts = FactsOf(type);
+  return session.data.FnBlnRecExists(session.Sql("Select SITYPE From {} Where SITYPE = {} And {} = '{}'",
+                                                 Statement(std::string(facts.table)), type,
+                                                 Statement(std::string(facts.nameColumn)), siName));
 }
 
-void DeleteInstructionMaster(Session& session, int siType, const std::string& siName) {
-  session.Cn.Execute(fmt::format("Delete From INS_MASTER Where SITYPE = {} And SINAME = {}", siType,
-                                 Quoted(session, siName)));
+void DeleteInstructionMaster(Session& session, InstructionType type, const std::string& siName) {
+  session.Cn.Execute(session.Sql("Delete From INS_MASTER Where SITYPE = {} And SINAME = '{}'", type, siName));
 }
 
-void MarkInstructionsForPorting(Session& session, int siType, const std::string& siName, int code) {
-  Recordset rows(session.Cn, fmt::format("SELECT * FROM INS_OTHER WHERE OTHNAME ={} AND SITYPE={}",
-                                         Quoted(session, siName), siType));
+void MarkInstructionsForPorting(Session& session, InstructionType type, const std::string& siName, int code) {
+  Recordset rows(session.Cn,
+                 session.Sql("SELECT * FROM INS_OTHER WHERE OTHNAME ='{}' AND SITYPE={}", siName, type));
   for (; !rows.Eof(); rows.MoveNext()) {
     const long employee = rows["EMPID"].ToLong();
     UpdateIncPortedStat(session, code, employee, CNull(rows["STARTMY"], 0).ToLong(), "",

@@ -4,6 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "frame/refusal.h"
+#include "instructions/instruction_type.h"
+#include "screen/controls.h"
+
 namespace ktl {
 
 struct Session;
@@ -11,7 +15,7 @@ struct Session;
 // A row of INS_MASTER: a name under which instructions of one type can be given, and its rules. An advanced
 // option that is not set is Null in the row.
 struct InstructionMaster {
-  int siType = 0;
+  InstructionType type = InstructionType::None;
   std::string siName;
   std::string accCode;             // "" is stored as Null
   bool tdsYn = false;              // of a loan: it has house-loan details
@@ -24,17 +28,17 @@ struct InstructionMaster {
   std::optional<long> emiRecCnt;   // default number of instalments
   std::optional<double> intrRate;  // percent a year
   bool reducingBalYn = false;
+  std::string section = {};  // TDSREF of tdsRefNo, read with the list
 };
 
 // The rows of the type, ordered by name.
-std::vector<InstructionMaster> ReadInstructionMasters(Session& session, int siType);
+std::vector<InstructionMaster> ReadInstructionMasters(Session& session, InstructionType type);
+// The sections under which a name can be taxed.
+std::vector<ListRow> ReadSections(Session& session);
 
 enum class MasterField { Name, MaxAmount, MaxAllowed, RecEMI, InterestRate, Section, DedPref };
 
-struct MasterRefusal {
-  std::string text;
-  MasterField field;
-};
+using MasterRefusal = Refusal<MasterField>;
 
 // What is asked of a row before anything is written; the first that does not hold. oldName is empty for a new
 // row. Advanced options are looked at only when the company has them (advanced).
@@ -53,11 +57,11 @@ void DeleteHouseLoanDetails(Session& session, const InstructionMaster& master);
 void WriteInstructionMaster(Session& session, const InstructionMaster& master, const std::string& oldName,
                             bool advanced);
 
-bool IsMasterInUse(Session& session, int siType, const std::string& siName);
-void DeleteInstructionMaster(Session& session, int siType, const std::string& siName);
+bool IsMasterInUse(Session& session, InstructionType type, const std::string& siName);
+void DeleteInstructionMaster(Session& session, InstructionType type, const std::string& siName);
 
 // Marks the employees who have an instruction under the name for a new tax porting, by the code of
 // UpdateIncPortedStat.
-void MarkInstructionsForPorting(Session& session, int siType, const std::string& siName, int code);
+void MarkInstructionsForPorting(Session& session, InstructionType type, const std::string& siName, int code);
 
 }  // namespace ktl

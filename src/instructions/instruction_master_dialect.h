@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/statement.h"
 #include "instructions/instruction_master.h"
 
 namespace ktl {
@@ -15,14 +16,14 @@ struct Session;
 inline constexpr std::string_view kMasterDialect = "SQL";
 
 // EMPID and SERIALNO joined to one comparable value. Throws RuntimeError 5 for an unknown dialect.
-std::string EmployeeSerialPair(std::string_view dbType);
+Statement EmployeeSerialPair(std::string_view dbType);
 
 // The statements of one save under "ORA", to be run in one transaction when the name changes.
-std::vector<std::string> OraSaveStatements(Session& session, const InstructionMaster& master,
-                                           const std::string& oldName, bool advanced);
+std::vector<Statement> OraSaveStatements(const Session& session, const InstructionMaster& master,
+                                         const std::string& oldName, bool advanced);
 
 // Carries a new name over to the instructions that stand under the old one.
-std::vector<std::string> RenameStatements(Session& session, const InstructionMaster& master,
-                                          const std::string& oldName);
+std::vector<Statement> RenameStatements(const Session& session, const InstructionMaster& master,
+                                        const std::string& oldName);
 
 }  // namespace ktl

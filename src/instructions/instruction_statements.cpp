@@ -2,73 +2,71 @@
 
 #include <fmt/format.h>
 
-#include "common/sql_text.h"
+#include "database/recordset.h"
 #include "frame/session.h"
 
 namespace ktl {
 
-std::string WhereInstruction(const InstructionKey& key) {
-  return fmt::format("EMPID = {} And SERIALNO = {} And SITYPE = {}", key.employee, key.serial, key.siType);
+Statement WhereInstruction(const InstructionKey& key) {
+  return Statement(fmt::format("EMPID = {} And SERIALNO = {} And SITYPE = {}", key.employee, key.serial,
+                               NumberOf(key.type)));
 }
 
-std::string SqlAmount(double amount) {
-  std::string text = fmt::format("{:.15g}", amount);
-  if (text.find('e') != std::string::npos) text = fmt::format("{:.6f}", amount);
-  return text;
-}
-
-std::string SqlText(Session& session, std::string_view text) {
-  return clsSPChar(session.machine.settings.Get("Settings", "DBType", "ACC97")).FnStrSpSQL(text);
-}
-
-void RaiseEditMode(Session& session, long employee, std::string_view months, AttendanceWording wording) {
-  session.Cn.Execute(fmt::format(
+void RaiseEditMode(Session& session, long employee, const Statement& months, AttendanceWording wording) {
+  session.Cn.Execute(session.Sql(
       "Update SLC_SALARYCALC_E Set EDITMODEYN = 1 Where EMPID = {} And MONTHYEAR {}", employee, months));
   if (!session.data.ExecuteSql("SELECT TOP 1 * FROM HVN_ATTENDANCE")) return;
-  const std::string condition =
+  session.Cn.Execute(session.Sql(
       wording == AttendanceWording::EmployeeFirst
-          ? fmt::format("  EMPID = {} And ISNULL(UNITLOCKYN, 0) <> 1 AND MONTHYEAR {}", employee, months)
-          : fmt::format("ISNULL(UNITLOCKYN,0) <> 1 AND  EMPID = {} And MONTHYEAR {}", employee, months);
-  session.Cn.Execute("UPDATE  HVN_ATTENDANCE Set EDITMODEYN = 1 FROM    HVN_ATTENDANCE SE WHERE " +
-                     condition);
+          ? "UPDATE  HVN_ATTENDANCE Set EDITMODEYN = 1 FROM    HVN_ATTENDANCE SE WHERE   EMPID = {} And "
+            "ISNULL(UNITLOCKYN, 0) <> 1 AND MONTHYEAR {}"
+          : "UPDATE  HVN_ATTENDANCE Set EDITMODEYN = 1 FROM    HVN_ATTENDANCE SE WHERE "
+            "ISNULL(UNITLOCKYN,0) <> 1 AND  EMPID = {} And MONTHYEAR {}",
+      employee, months));
 }
 
-std::string MonthsOfInstruction(const InstructionKey& key) {
-  return "In (Select MONTHYEAR From INS_EMIDETAIL Where " + WhereInstruction(key) + ")";
+Statement MonthsOfInstruction(const InstructionKey& key) {
+  return Statement(
+      fmt::format("In (Select MONTHYEAR From INS_EMIDETAIL Where {})", WhereInstruction(key).text()));
 }
+
+Statement OneMonth(long monthYear) { return Statement(fmt::format("= {}", monthYear)); }
 
 bool IsMonthLocked(Session& session, long monthYear) {
   return session.data
-             .FnVarGetDbValue(
-                 fmt::format("Select LOCKEDYN From MAS_MONTHYEAR Where MONTHYEAR = {}", monthYear), 0)
+             .Guarding(session.Sql("Select LOCKEDYN From MAS_MONTHYEAR Where MONTHYEAR = {}", monthYear))
              .NumberOr0() == 1;
 }
 
+std::vector<long> ReadScheduleMonths(Session& session, const InstructionKey& key) {
+  std::vector<long> months;
+  Recordset rs(session.Cn, session.Sql("Select MONTHYEAR From INS_EMIDETAIL Where {} ORDER BY MONTHYEAR",
+                                       WhereInstruction(key)));
+  for (; !rs.Eof(); rs.MoveNext()) months.push_back(rs[0].ToLong());
+  return months;
+}
+
 long NextCounter(Session& session, const InstructionKey& key) {
-  return session.data
-             .FnVarGetDbValue("Select Max(Counter) from INS_EMIDETAIL Where " + WhereInstruction(key), 0)
-             .ToLong() +
+  return session.data.Long(
+             session.Sql("Select Max(Counter) from INS_EMIDETAIL Where {}", WhereInstruction(key))) +
          1;
 }
 
 long AddMonthAtEnd(Session& session, const InstructionKey& key, const NewMonth& month) {
+  const Statement where = WhereInstruction(key);
   const long lastMonth =
-      session.data
-          .FnVarGetDbValue("Select Max(MONTHYEAR) from INS_EMIDETAIL Where " + WhereInstruction(key), 0)
-          .ToLong();
+      session.data.Long(session.Sql("Select Max(MONTHYEAR) from INS_EMIDETAIL Where {}", where));
   if (lastMonth == 0) return 0;
-  std::string institution = "Null";
-  if (key.siType == 2) {
+  Statement institution("Null");
+  if (key.type == InstructionType::Loan) {
     institution =
-        session.data
-            .FnVarGetDbValue("Select INSTID From INS_EMIDETAIL Where " + WhereInstruction(key), "Null")
-            .ToText();
+        Statement(session.data.Text(session.Sql("Select INSTID From INS_EMIDETAIL Where {}", where), "Null"));
   }
-  session.Cn.Execute(fmt::format(
+  session.Cn.Execute(session.Sql(
       "Insert Into INS_EMIDETAIL (EMPID, SERIALNO, SITYPE, MONTHYEAR, [COUNTER], MDFYAMT, INSTID, EMIAMT{}) "
       "VALUES ({}, {}, {}, {}, {}, {}, {}, {}{})",
-      month.furtherColumns, key.employee, key.serial, key.siType, lastMonth + 1, month.counter,
-      SqlAmount(month.amount), institution, SqlAmount(month.amount), month.furtherValues));
+      month.furtherColumns, key.employee, key.serial, key.type, lastMonth + 1, month.counter, month.amount,
+      institution, month.amount, month.furtherValues));
   return lastMonth + 1;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-#include <string_view>
+#include <vector>
 
+#include "common/statement.h"
 #include "instructions/instruction_parent.h"
 
 namespace ktl {
@@ -10,22 +10,23 @@ namespace ktl {
 struct Session;
 
 // "EMPID = 17 And SERIALNO = 3 And SITYPE = 2"
-std::string WhereInstruction(const InstructionKey& key);
-// An amount as a statement takes it: a decimal point, never an exponent.
-std::string SqlAmount(double amount);
-// A typed text inside a quoted literal, quotes doubled by the dialect of the settings.
-std::string SqlText(Session& session, std::string_view text);
+Statement WhereInstruction(const InstructionKey& key);
 
 // Where the condition on the unit's lock stands in the attendance statement: the writers differ in it.
 enum class AttendanceWording { EmployeeFirst, LockFirst };
 
-// Asks the salary side to calculate the employee's months again. `months` is the end of "MONTHYEAR ...": "=
-// 24121", or "In (Select MONTHYEAR ...)". Attendance is marked too where the database has it; a unit-locked
-// row is left alone.
-void RaiseEditMode(Session& session, long employee, std::string_view months, AttendanceWording wording);
+// Asks the salary side to calculate the employee's months again. `months` is the end of "MONTHYEAR ...", one
+// of the two below. Attendance is marked too where the database has it; a unit-locked row is left alone.
+void RaiseEditMode(Session& session, long employee, const Statement& months, AttendanceWording wording);
 // "In (Select MONTHYEAR From INS_EMIDETAIL Where ...)" over all months of the instruction.
-std::string MonthsOfInstruction(const InstructionKey& key);
+Statement MonthsOfInstruction(const InstructionKey& key);
+// "= 24121"
+Statement OneMonth(long monthYear);
 
+// The months of the schedule in their order.
+std::vector<long> ReadScheduleMonths(Session& session, const InstructionKey& key);
+// "No end" of a range of months, as the employee lock takes it.
+inline constexpr const char* kNoLastMonth = "36000";
 bool IsMonthLocked(Session& session, long monthYear);
 // The highest counter of the instruction plus 1; 1 when it has no month.
 long NextCounter(Session& session, const InstructionKey& key);
@@ -35,8 +36,8 @@ struct NewMonth {
   double amount = 0;
   long counter = 0;
   // Of instructions that keep principal and interest apart: ",ACTPRNAMT,..." and ",300,...".
-  std::string furtherColumns = {};
-  std::string furtherValues = {};
+  Statement furtherColumns = {};
+  Statement furtherValues = {};
 };
 // The month added; 0 and nothing written when the instruction has no month. Raises no flags.
 long AddMonthAtEnd(Session& session, const InstructionKey& key, const NewMonth& month);

@@ -4,277 +4,241 @@
 
 #include "common/amounts.h"
 #include "common/month_year.h"
-#include "frame/error_box.h"
+#include "frame/modExternal.h"
+#include "frame/pickers.h"
 #include "frame/rights.h"
+#include "frame/saved_box.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
-#include "instructions/instruction_type.h"
+#include "instructions/entry_lists.h"
+#include "instructions/entry_questions.h"
+#include "instructions/instruction_statements.h"
+#include "instructions/total_interest.h"
+#include "instructions/type_rights.h"
 #include "runtime/numbers.h"
+#include "workbook/export_menu.h"
 
 namespace ktl {
 
 namespace {
 
-constexpr const char* kNoRoundingMarker = "SIRoundNone.dat";
-constexpr Colour kWarningColour = 0x2020C0;
-
-long FormIdOf(int siType) { return siType == 1 ? 48 : 54; }
+constexpr Colour kAboutToGoColour = 0xFFE0E0;
 
 }  // namespace
 
-modAdvLoan::modAdvLoan(Session& session) : Screen("modAdvLoan"), session_(session), siType_(session.SIType) {
+modAdvLoan::modAdvLoan(Session& session, InstructionType type)
+    : Screen("modAdvLoan"),
+      employee(session, *this),
+      recovery(session, *this),
+      formula(session, *this, fmeTransaction),
+      overview(*this),
+      session_(session),
+      type_(type),
+      on_(session, *this, ErrorStyle::NumberFirst) {
   caption = session.title;
   PlaceInFrames();
-  SetButtonTags();
   SetKeyFilters();
   ConnectHandlers();
+  ConnectPermitted();
+  ConnectFormula();
 }
 
 void modAdvLoan::ConnectHandlers() {
-  const auto on = [this](void (modAdvLoan::*handler)()) {
-    return WithErrorBox(session_, [this, handler] { (this->*handler)(); });
-  };
-  const auto opens = [this](const char* screenName) {
-    return WithErrorBox(session_, [this, screenName] { session_.screens.Show(session_, screenName, this); });
-  };
-  cmbEmpName.onChange = on(&modAdvLoan::cmbEmpName_Change);
-  cmbEmpIDRef.onChange = on(&modAdvLoan::cmbEmpIDRef_Change);
-  chkCurrEMIEmp.onClick = on(&modAdvLoan::chkCurrEMIEmp_Click);
-  cmbALName.onChange = on(&modAdvLoan::cmbALName_Change);
-  txtSerialNo.onChange = on(&modAdvLoan::txtSerialNo_Change);
-  txtAdvDate.onLeave = on(&modAdvLoan::txtAdvDate_LostFocus);
-  txtAdvDate.onDblClick = opens("frmKtlCalender");
-  txtAdvAmount.onLeave = on(&modAdvLoan::txtAdvAmount_LostFocus);
-  txtInstlAmt.onLeave = on(&modAdvLoan::txtInstlAmt_LostFocus);
-  txtNoOfInstlmnts.onLeave = on(&modAdvLoan::txtInstlAmt_LostFocus);
-  txtRecvrFrom.onLeave = on(&modAdvLoan::txtRecvrFrom_LostFocus);
-  optInstlLumpSum.onClick = on(&modAdvLoan::optInstallment_Click);
-  optInstlCount.onClick = on(&modAdvLoan::optInstallment_Click);
-  cmdNew.onClick = on(&modAdvLoan::cmdNew_Click);
-  cmdSave.onClick = on(&modAdvLoan::cmdSave_Click);
-  cmdDelete.onClick = on(&modAdvLoan::cmdDelete_Click);
-  cmdEMIDelete.onClick = on(&modAdvLoan::cmdEMIDelete_Click);
-  cmdFmeFormula.onClick = on(&modAdvLoan::cmdFmeFormula_Click);
-  cmdAccept.onClick = on(&modAdvLoan::cmdAccept_Click);
-  cmdFrmlaClose.onClick = [this] { ShowFormulaFrame(false); };
-  cmdAdvFormulate.onClick = on(&modAdvLoan::cmdAdvFormulate_Click);
-  cmdMaster.onClick = on(&modAdvLoan::cmdMaster_Click);
-  cmdInstitution.onClick = on(&modAdvLoan::cmdInstitution_Click);
-  cmdIntrCalc.onClick = on(&modAdvLoan::cmdIntrCalc_Click);
-  cmdEmi.onClick = on(&modAdvLoan::cmdEmi_Click);
-  cmdReceipts.onClick = on(&modAdvLoan::cmdReceipts_Click);
-  cmdMonthly.onClick = on(&modAdvLoan::cmdMonthly_Click);
-  cmdMultiAllot.onClick = on(&modAdvLoan::cmdMultiAllot_Click);
-  cmdReport.onClick = on(&modAdvLoan::cmdReport_Click);
-  cmdTDSDet.onClick = on(&modAdvLoan::cmdTDSDet_Click);
-  lblSummary.onClick = on(&modAdvLoan::lblSummary_Click);
-  mnuExport.onClick = on(&modAdvLoan::mnuExport_Click);
-  mnuBulkDelete.onClick = opens("frmAdvLoanBulkDelete");
-  chkSelectAll.onClick = on(&modAdvLoan::chkSelectAll_Click);
-  cmdClose.onClick = [this] { Unload(); };
-  fpgAdvLoan.onRowClick = [this](std::size_t, std::size_t) {
-    WithErrorBox(session_, [this] { fpgAdvLoan_Click(); })();
-  };
-  fpgEMI.onCellChange = [this](std::size_t row, std::size_t column) {
-    WithErrorBox(session_, [this, row, column] { fpgEMI_CellChange(row, column); })();
-  };
-  fpgEMI.popup = {&mnuExport};
+  employee.onChosen = on_(&modAdvLoan::cmbEmpName_Change);
+  chkCurrEMIEmp.onClick = on_(&modAdvLoan::chkCurrEMIEmp_Click);
+  cmbALName.onChange = on_(&modAdvLoan::cmbALName_Change);
+  txtSerialNo.onChange = on_(&modAdvLoan::txtSerialNo_Change);
+  txtAdvDate.onLeave = on_(&modAdvLoan::txtAdvDate_LostFocus);
+  AskForDate(session_, txtAdvDate);
+  txtAdvAmount.onLeave = on_(&modAdvLoan::txtAdvAmount_LostFocus);
+  chkSelectAll.onClick = on_([this] { schedule_.TickAllOpen(chkSelectAll.Value()); });
+  fpgAdvLoan.onRowClick = on_(&modAdvLoan::fpgAdvLoan_Click);
+  fpgEMI.onCellChange = on_(&modAdvLoan::fpgEMI_CellChange);
+  overview.lblSummary.onClick = on_([this] { OpenEmployeeSummary(session_, employee.Employee()); });
+  BindExport(session_, mnuExport, fpgEMI, [] { return ExportWords{"EMI Details", "The schedule"}; });
+  mnuBulkDelete.onClick = on_([this] { session_.doors.bulkDelete(type_); });
   fpgAdvLoan.popup = {&mnuBulkDelete};
+  cmdNew.onClick = on_(&modAdvLoan::cmdNew_Click);
+  cmdClose.onClick = [this] { Unload(); };
+}
+
+void modAdvLoan::ConnectPermitted() {
+  const auto permitted = [this](Button& button, std::function<void()> work) {
+    button.onClick = on_([this, &button, work = std::move(work)] {
+      if (!FnBlnPermitted(session_, button)) work();
+    });
+  };
+  permitted(cmdSave, [this] { cmdSave_Click(); });
+  permitted(cmdDelete, [this] { cmdDelete_Click(); });
+  permitted(cmdEMIDelete, [this] { cmdEMIDelete_Click(); });
+  permitted(cmdFmeFormula, [this] { formula.Show(true); });
+  permitted(cmdMaster, [this] { cmdMaster_Click(); });
+  permitted(cmdInstitution, [this] { cmdInstitution_Click(); });
+  permitted(cmdIntrCalc, [this] { CalculateInterest(); });
+  permitted(cmdEmi, [this] { OpenOnInstruction(session_.doors.emiEditor); });
+  permitted(cmdReceipts, [this] { OpenOnInstruction(session_.doors.receipts); });
+  permitted(cmdMonthly,
+            [this] { session_.doors.monthView({.employee = employee.Employee(), .lists = this}); });
+  permitted(cmdMultiAllot, [this] { cmdMultiAllot_Click(); });
+  permitted(cmdReport, [this] { cmdReport_Click(); });
+  permitted(cmdTDSDet, [this] { session_.doors.houseLoan(*this); });
+}
+
+void modAdvLoan::ConnectFormula() {
+  formula.subject = [this]() -> std::optional<FormulaFrame::Subject> {
+    if (!txtAdvDate.Text().empty()) return {{employee.Employee(), FnLngMonthYear(txtAdvDate.Text())}};
+    session_.Inform("Enter " + caption_ + " Date.");
+    SetFocus(txtAdvDate);
+    return std::nullopt;
+  };
+  formula.accepted = [this](double amount) { txtAdvAmount.SetText(FormatNumber(amount, "0.00")); };
+  formula.done = [this] { SetFocus(txtInterestAmt); };
 }
 
 void modAdvLoan::PlaceInFrames() {
-  for (Control* control : std::initializer_list<Control*>{
-           &lblALName,    &cmbALName,    &cmdMaster,     &lblInstitution, &cmbInstitution, &cmdInstitution,
-           &lblLoanAccNo, &txtLoanAccNo, &lblSerialNo,   &txtSerialNo,    &lblAdvDate,     &txtAdvDate,
-           &lblAdvAmount, &txtAdvAmount, &cmdFmeFormula, &lblInterestAmt, &txtInterestAmt, &cmdIntrCalc,
-           &lblRemarks,   &txtRemarks,   &cmdTDSDet}) {
-    control->container = &fmeTransaction;
-  }
-  for (Control* control :
-       std::initializer_list<Control*>{&chkNoRecovery, &optInstlLumpSum, &optInstlCount, &lblInstlAmt,
-                                       &txtInstlAmt, &txtNoOfInstlmnts, &lblRecvrFrom, &txtRecvrFrom}) {
-    control->container = &fmeInstallment;
-  }
-  for (Control* control : std::initializer_list<Control*>{&optNearOneRupee, &optNearTenRupee,
-                                                          &optNearFiftyRupee, &optRoundNone}) {
-    control->container = &fmeInstallmentRoundOff;
-  }
-  for (Control* control : std::initializer_list<Control*>{
-           &lblFormula, &cmbFormula, &cmdAdvFormulate, &lblMonths, &txtMonths, &cmdAccept, &cmdFrmlaClose}) {
-    control->container = &fmeFormula;
-  }
-  for (Control* control : std::initializer_list<Control*>{
-           &lblAdvLoan, &txtTotalAdv, &lblTotInterest, &txtTotalInterest, &lblTotRcpt, &txtTotalReceipt,
-           &lblTotDedSalary, &txtTotalDedSalary, &lblTotDue, &txtTotalDue, &lblSummary}) {
-    control->container = &fmeOverview;
-  }
-}
-
-void modAdvLoan::SetButtonTags() {
-  struct TaggedButton {
-    Button* button;
-    const char* advance;
-    const char* loan;
-  };
-  for (const TaggedButton& row : {TaggedButton{&cmdMaster, "198", "222"},
-                                  {&cmdInstitution, "", "223"},
-                                  {&cmdFmeFormula, "199", "224"},
-                                  {&cmdSave, "200", "225"},
-                                  {&cmdDelete, "201", "226"},
-                                  {&cmdMonthly, "202", "227"},
-                                  {&cmdMultiAllot, "203", "228"},
-                                  {&cmdAccept, "204", "229"},
-                                  {&cmdAdvFormulate, "205", "230"},
-                                  {&cmdEMIDelete, "206", "231"},
-                                  {&cmdEmi, "207", "232"},
-                                  {&cmdReceipts, "208", "233"}}) {
-    row.button->tag = siType_ == 1 ? row.advance : row.loan;
-  }
+  fmeTransaction.Hold({lblALName,      cmbALName,      cmdMaster,    lblInstitution, cmbInstitution,
+                       cmdInstitution, lblLoanAccNo,   txtLoanAccNo, lblSerialNo,    txtSerialNo,
+                       lblAdvDate,     txtAdvDate,     lblAdvAmount, txtAdvAmount,   cmdFmeFormula,
+                       lblInterestAmt, txtInterestAmt, cmdIntrCalc,  lblRemarks,     txtRemarks,
+                       cmdTDSDet});
 }
 
 void modAdvLoan::SetKeyFilters() {
-  for (TextBox* box : {&txtAdvAmount, &txtInterestAmt, &txtInstlAmt}) {
+  for (TextBox* box : {&txtAdvAmount, &txtInterestAmt}) {
     box->rightAligned = true;
     box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
   }
-  for (TextBox* box : {&txtSerialNo, &txtNoOfInstlmnts, &txtMonths}) {
-    box->rightAligned = true;
-    box->onKeyPress = [](int key) { return clsGenCmn::FnIntAllowNumbersOnly(key); };
-  }
-  for (TextBox* box : {&txtAdvDate, &txtRecvrFrom}) {
-    box->onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnlyWithAlpha(key); };
-  }
-  for (TextBox* box : {&txtTotalAdv, &txtTotalInterest, &txtTotalReceipt, &txtTotalDedSalary, &txtTotalDue}) {
-    box->locked = true;
-    box->rightAligned = true;
-  }
+  txtSerialNo.rightAligned = true;
+  txtSerialNo.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
+  txtAdvDate.onKeyPress = clsGenCmn::FnIntAllowDateOnlyWithAlpha;
 }
 
 void modAdvLoan::Form_Load() {
   EnterTopLevel(session_, *this);
   SetCaptions();
   ShowForType();
-  SetGridColumns();
+  DescribeLists();
   session_.AdvanceMgmtYN = session_.features.On("ADVMGALYN");
-  WithErrorBox(session_, [this] { FillLists(); })();
-  ApplyButtonRights(session_, *this, FormIdOf(siType_));
-  ShowFormulaFrame(false);
+  on_.Run([this] { FillLists(); });
+  ApplyTypeRights(session_, *this, type_);
+  formula.Show(false);
   ClearInstruction();
   ShowScheduleInputs(true);
   EnableCommands();
-  SetFocus(cmbEmpName);
+  SetFocus(employee.cmbEmpName);
+}
+
+void modAdvLoan::SetCaptions() {
+  const bool advance = type_ == InstructionType::Advance;
+  caption_ = InstructionCaption(session_, type_);
+  caption = caption_ + " - " + session_.title;
+  tabDetails.pages = {
+      {caption_ + " N&ame"}, {"EMI Details"}, {advance ? "R&eceipts Recovered" : "D&eposits"}};
+  lblALName.caption = caption_ + " Name";
+  fmeTransaction.caption = caption_ + " Details";
+  overview.lblAdvLoan.caption = "Total " + caption_;
+  lblLoanAccNo.caption = caption_ + " A/c No.";
+  overview.lblTotRcpt.caption = advance ? "Total Receipts" : "Total Deposits";
+  cmdReceipts.caption = advance ? "&Receipts" : "&Deposits";
+  employee.lblEmpIDRef.caption = session_.options.REFNOCAP;
+}
+
+void modAdvLoan::ShowForType() {
+  for (Control* control : std::initializer_list<Control*>{&lblLoanAccNo, &txtLoanAccNo, &lblInstitution,
+                                                          &cmbInstitution, &cmdInstitution})
+    control->visible = type_ == InstructionType::Loan;
+  cmdTDSDet.visible = false;
+}
+
+void modAdvLoan::DescribeLists() {
+  instructions_.Describe(type_, caption_);
+  schedule_.Describe(type_);
+  receipts_.SetColumns(ReceiptColumns(type_));
+  lblAmountPaid.backColour = kRecoveredColour;
+  lblTotalEqual.backColour = kRecoveryEqualColour;
+  lblTotalNotEqual.backColour = kRecoveryUnequalColour;
+  ShowComponentColumns();
+}
+
+void modAdvLoan::ShowComponentColumns() {
+  schedule_.ShowColumns(session_.SepPiYN || rules_.REDUCINGBALYN, rules_.REDUCINGBALYN);
 }
 
 void modAdvLoan::FillLists() {
   FillNames();
   FillEmployeeLists();
-  cmbInstitution.SetRows(ReadInstitutions(session_));
-  cmbFormula.SetRows(ReadFormulas(session_));
+  cmbInstitution.SetRows(ReadInstitutions(session_, type_));
+  formula.FillList();
   if (session_.AdvanceMgmtYN) RefreshTotalInterest(session_);
 }
 
-void modAdvLoan::SetCaptions() {
-  caption_ = InstructionCaption(session_, siType_);
-  caption = caption_ + " - " + session_.title;
-  tabDetails.pages = {
-      {caption_ + " N&ame"}, {"EMI Details"}, {siType_ == 1 ? "R&eceipts Recovered" : "D&eposits"}};
-  lblALName.caption = caption_ + " Name";
-  fmeTransaction.caption = caption_ + " Details";
-  lblAdvLoan.caption = "Total " + caption_;
-  lblLoanAccNo.caption = caption_ + " A/c No.";
-  lblTotRcpt.caption = siType_ == 1 ? "Total Receipts" : "Total Deposits";
-  cmdReceipts.caption = siType_ == 1 ? "&Receipts" : "&Deposits";
-  lblEmpIDRef.caption = session_.options.REFNOCAP;
-}
-
-void modAdvLoan::ShowForType() {
-  for (Control* control : std::initializer_list<Control*>{&lblLoanAccNo, &txtLoanAccNo, &lblInstitution,
-                                                          &cmbInstitution, &cmdInstitution}) {
-    control->visible = siType_ == 2;
-  }
-  cmdTDSDet.visible = false;
-  optRoundNone.visible = session_.machine.folder.HasFile(kNoRoundingMarker);
-}
-
 void modAdvLoan::FillEmployeeLists() {
-  const bool running = chkCurrEMIEmp.Value();
-  cmbEmpName.SetRows(ReadEmployees(session_, running, "EMPNAME"));
-  cmbEmpIDRef.SetRows(ReadEmployees(session_, running, "REFNO"));
+  const auto read = [this](const char* shown) {
+    return chkCurrEMIEmp.Value() ? ReadEmployeesWithRunningEmi(session_, type_, shown)
+                                 : ReadEmployees(session_, shown);
+  };
+  std::vector<ListRow> byName = read("EMPNAME");
+  employee.SetPeople(std::move(byName), read("REFNO"));
 }
 
-void modAdvLoan::FillNames() { cmbALName.SetRows(ReadNames(session_)); }
+void modAdvLoan::FillNames() { cmbALName.SetRows(ReadNames(session_, type_)); }
 
 void modAdvLoan::chkCurrEMIEmp_Click() {
   FillEmployeeLists();
-  cmbEmpName.SetText("");
+  employee.cmbEmpName.SetText("");
 }
 
+// Buttons by the rights of the user and the lock of the employee.
 void modAdvLoan::EnableCommands() {
   const bool writable = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
   for (Button* button :
-       {&cmdSave, &cmdDelete, &cmdEMIDelete, &cmdMonthly, &cmdNew, &cmdEmi, &cmdInstitution, &cmdMaster}) {
+       {&cmdSave, &cmdDelete, &cmdEMIDelete, &cmdMonthly, &cmdNew, &cmdEmi, &cmdInstitution, &cmdMaster})
     button->enabled = writable;
-  }
   cmdMultiAllot.enabled = !session_.ReadOnlyUser;
-  cmdEmi.enabled = writable || employee_ == 0;  // a read-only user loses it with the first employee
-  fpgEMI.columns[kEmiTick].locked = fpgEMI.columns[kEmiRecovered].locked = !writable;
+  cmdEmi.enabled = writable || employee.Employee() == 0;  // a read-only user loses it with the first employee
+  schedule_.Lock(!writable);
   EnableInputs();
 }
 
 // Without an employee nothing can be typed; the names can be kept all the same.
 void modAdvLoan::EnableInputs() {
+  const bool chosen = employee.Employee() != 0;
   for (Control* input :
        std::initializer_list<Control*>{&cmbALName, &cmbInstitution, &txtLoanAccNo, &txtSerialNo, &txtAdvDate,
-                                       &txtAdvAmount, &txtInterestAmt, &cmdIntrCalc, &txtRemarks}) {
-    input->enabled = employee_ != 0;
-  }
-  cmdFmeFormula.enabled = employee_ != 0 && fmeInstallment.visible;
-  fmeInstallment.enabled = fmeInstallmentRoundOff.enabled = employee_ != 0;
+                                       &txtAdvAmount, &txtInterestAmt, &cmdIntrCalc, &txtRemarks})
+    input->enabled = chosen;
+  recovery.Enable(chosen);
+  cmdFmeFormula.enabled = chosen && recovery.fmeInstallment.visible;
 }
 
 void modAdvLoan::cmbEmpName_Change() {
-  employee_ = static_cast<long>(Val(cmbEmpName.BoundText()));
-  const std::optional<Date> left = employee_ == 0 ? std::nullopt : ReadDateOfLeaving(session_, employee_);
-  lblEmpName.caption = left ? " Employee Left " : "Employee Name";
-  lblEmpName.foreColour = left ? kWarningColour : kNoColour;
-  lblEmpName.toolTip = left ? FormatDate(*left, "dd/mmm/yyyy") : "";
-  cmbEmpIDRef.SetBoundText(cmbEmpName.BoundText());
   newRecord_ = false;
   serial_ = 0;
   txtSerialNo.SetText("");
   ClearInstruction();
   ShowScheduleInputs(true);
-  RefreshDetail();
-  RefreshEMI();
-  RefreshReceipts();
-  UpdateOverview();
+  RefreshAll();
   session_.EmpLockStatus = 0;
-  if (employee_ != 0) ReadEmpLockStatus(session_, employee_);
+  if (employee.Employee() != 0) ReadEmpLockStatus(session_, employee.Employee());
   EnableCommands();
-}
-
-void modAdvLoan::cmbEmpIDRef_Change() {
-  if (cmbEmpIDRef.BoundText() == cmbEmpName.BoundText()) return;
-  cmbEmpName.SetBoundText(cmbEmpIDRef.BoundText());
 }
 
 void modAdvLoan::cmbALName_Change() {
   const std::string& name = cmbALName.Text();
   rules_ = {};
   if (session_.AdvanceMgmtYN) {
-    rules_ = ReadNameRules(session_, name);
-    txtNoOfInstlmnts.enabled = true;
-    if (rules_.EMIRECCNT > 0) {
-      optInstlCount.SetValue(true);
-      txtNoOfInstlmnts.SetText(std::to_string(rules_.EMIRECCNT));
-    } else {
-      optInstlLumpSum.SetValue(true);
-    }
+    rules_ = ReadNameRules(session_, type_, name);
+    recovery.Propose(rules_.EMIRECCNT);
   }
-  cmdTDSDet.visible = siType_ == 2 && employee_ != 0 && MayHaveHouseLoan(session_, employee_, name);
-  session_.SepPiYN = ReadSepPiYN(session_, name);
+  ShowHouseLoan();
+  session_.SepPiYN = ReadSepPiYN(session_, type_, name);
   ShowInterestLock();
   ShowComponentColumns();
+}
+
+void modAdvLoan::ShowHouseLoan() {
+  cmdTDSDet.visible = type_ == InstructionType::Loan && employee.Employee() != 0 &&
+                      MayHaveHouseLoan(session_, employee.Employee(), type_, cmbALName.Text());
 }
 
 void modAdvLoan::ShowInterestLock() {
@@ -290,7 +254,7 @@ void modAdvLoan::ShowInterestLock() {
 }
 
 void modAdvLoan::txtSerialNo_Change() {
-  serial_ = employee_ == 0 ? 0 : static_cast<long>(Val(txtSerialNo.Text()));
+  serial_ = employee.Employee() == 0 ? 0 : static_cast<long>(Val(txtSerialNo.Text()));
   const std::optional<AdvLoanDetail> detail = serial_ == 0 ? std::nullopt : ReadAdvLoan(session_, Key());
   if (detail) {
     newRecord_ = false;
@@ -301,8 +265,7 @@ void modAdvLoan::txtSerialNo_Change() {
     ShowScheduleInputs(true);
     newRecord_ = serial_ > 0;
   }
-  cmdTDSDet.visible =
-      siType_ == 2 && employee_ != 0 && MayHaveHouseLoan(session_, employee_, cmbALName.Text());
+  ShowHouseLoan();
   RefreshEMI();
   RefreshReceipts();
 }
@@ -310,55 +273,40 @@ void modAdvLoan::txtSerialNo_Change() {
 void modAdvLoan::ShowInstruction(const AdvLoanDetail& detail) {
   cmbALName.SetText(detail.name);
   txtLoanAccNo.SetText(detail.account);
-  txtAdvDate.SetText(detail.date.IsDate() ? FormatDate(detail.date.date(), "dd/mm/yyyy") : "");
-  txtAdvAmount.SetText(FormatNumber(detail.amount, "0.00"));
-  txtInterestAmt.SetText(FormatNumber(detail.interest, "0.00"));
+  txtAdvDate.SetText(detail.date ? FormatDate(*detail.date, "dd/mm/yyyy") : "");
+  txtAdvAmount.SetText(ShownAmount(detail.amount));
+  txtInterestAmt.SetText(ShownAmount(detail.interest));
   txtRemarks.SetText(detail.remarks);
   cmbInstitution.SetText(detail.institution);
-  chkNoRecovery.SetValue(false);
-  txtInstlAmt.SetText("");
-  txtRecvrFrom.SetText("");
-  ForgetFormula();
+  recovery.chkNoRecovery.SetValue(false);
+  recovery.txtInstlAmt.SetText("");
+  recovery.txtRecvrFrom.SetText("");
+  formula.Forget();
 }
 
 // Everything but the serial number.
 void modAdvLoan::ClearInstruction() {
-  for (TextBox* box : {&txtLoanAccNo, &txtAdvDate, &txtAdvAmount, &txtInterestAmt, &txtRemarks, &txtInstlAmt,
-                       &txtNoOfInstlmnts, &txtRecvrFrom}) {
+  for (TextBox* box : {&txtLoanAccNo, &txtAdvDate, &txtAdvAmount, &txtInterestAmt, &txtRemarks})
     box->SetText("");
-  }
   cmbALName.SetText("");
   cmbInstitution.SetText("");
-  chkNoRecovery.SetValue(false);
-  ForgetFormula();
-  const bool none = session_.machine.folder.HasFile(kNoRoundingMarker);
-  (none ? optRoundNone : optNearOneRupee).SetValue(true);
-  optInstlLumpSum.SetValue(true);
+  recovery.Clear();
+  formula.Forget();
 }
 
 // An instruction that is stored shows none of the schedule's inputs: its schedule is made once.
 void modAdvLoan::ShowScheduleInputs(bool shown) {
-  fmeInstallment.visible = shown;
+  recovery.Show(shown);
   txtAdvAmount.locked = !shown;
   EnableInputs();
-  optInstallment_Click();
-}
-
-void modAdvLoan::optInstallment_Click() {
-  const bool byCount = optInstlCount.Value();
-  lblInstlAmt.caption = byCount ? "No. of Instl." : "Instl. Amount";
-  txtInstlAmt.visible = !byCount;
-  txtNoOfInstlmnts.visible = byCount;
-  fmeInstallmentRoundOff.visible = byCount && fmeInstallment.visible;
 }
 
 void modAdvLoan::txtAdvDate_LostFocus() {
   const std::string typed = txtAdvDate.Text();
   txtAdvDate.SetText(IsDate(typed) ? FormatDateText(typed, "dd/MM/yyyy")
                                    : clsDateHandle::FnStrCorrectDate(typed));
-  if (txtRecvrFrom.Text().empty() && !txtAdvDate.Text().empty()) {
-    txtRecvrFrom.SetText(FormatDateText(txtAdvDate.Text(), "Mmm/YYYY"));
-  }
+  if (recovery.txtRecvrFrom.Text().empty() && !txtAdvDate.Text().empty())
+    recovery.txtRecvrFrom.SetText(FormatDateText(txtAdvDate.Text(), "Mmm/YYYY"));
 }
 
 void modAdvLoan::txtAdvAmount_LostFocus() {
@@ -369,33 +317,297 @@ void modAdvLoan::txtAdvAmount_LostFocus() {
     // One figure for the whole advance, whatever its tenure.
     txtInterestAmt.SetText(NumberText(amount * (rules_.INTRRATE / 100)));
   }
-  txtAdvAmount.SetText(FormatNumber(amount, "0.00"));
+  txtAdvAmount.SetText(ShownAmount(amount));
 }
 
-void modAdvLoan::txtInstlAmt_LostFocus() {
-  const bool byCount = optInstlCount.Value();
-  TextBox& box = byCount ? txtNoOfInstlmnts : txtInstlAmt;
-  if (box.Text().empty()) return;
-  box.SetText(FormatNumber(clsGenCmn::FnDblTrimVal(box.Text()), byCount ? "0" : "0.00"));
+void modAdvLoan::RefreshAll() {
+  RefreshDetail();
+  RefreshEMI();
+  RefreshReceipts();
+  UpdateOverview();
 }
 
-void modAdvLoan::txtRecvrFrom_LostFocus() { txtRecvrFrom.SetText(FnStrCorrectMonth(txtRecvrFrom.Text())); }
+void modAdvLoan::RefreshDetail() {
+  const long person = employee.Employee();
+  instructions_.Show(person == 0 ? std::vector<AdvLoanListRow>() : ReadAdvLoanList(session_, person, type_),
+                     HasInstruction() ? serial_ : 0);
+}
+
+void modAdvLoan::RefreshEMI() {
+  chkSelectAll.SetValue(false);
+  schedule_.Show(HasInstruction() ? ReadSchedule(session_, Key()) : std::vector<ScheduleMonth>());
+}
+
+void modAdvLoan::RefreshReceipts() {
+  receipts_.Show(HasInstruction() ? ReadReceipts(session_, Key()) : std::vector<Receipt>());
+  fpgReceipts.activeRow = kNoRow;
+}
+
+void modAdvLoan::UpdateOverview() {
+  const long person = employee.Employee();
+  overview.Show(person == 0 ? AdvLoanTotals{} : ReadTotals(session_, person, type_));
+}
+
+long modAdvLoan::FnLngGetCounter() { return NextCounter(session_, Key()); }
+
+void modAdvLoan::fpgAdvLoan_Click(std::size_t, std::size_t) {
+  const AdvLoanListRow* const clicked = instructions_.Active();
+  if (clicked == nullptr) return;
+  const std::string serial = std::to_string(clicked->serial);
+  if (serial == txtSerialNo.Text())
+    txtSerialNo_Change();
+  else
+    txtSerialNo.SetText(serial);
+}
+
+void modAdvLoan::fpgEMI_CellChange(std::size_t row, std::size_t column) {
+  if (column != ScheduleGrid::kRecovered) return;
+  const bool recovered = fpgEMI.IsTicked(row, column);
+  MarkRecovered(session_, Key(), schedule_.At(row).counter, recovered);
+  schedule_.SetRecovered(row, recovered);
+  UpdateOverview();
+}
+
+AdvLoanEntry modAdvLoan::Entry() const {
+  AdvLoanEntry entry{.key = Key(),
+                     .caption = caption_,
+                     .rules = rules_,
+                     .newRecord = newRecord_,
+                     .amountByFormula = formula.HasMonths()};
+  if (const std::string id = cmbInstitution.BoundText(); !id.empty())
+    entry.institution = static_cast<long>(Val(id));
+  recovery.ReadChoices(entry);
+  entry.ReadTyped({.serial = txtSerialNo.Text(),
+                   .name = cmbALName.Text(),
+                   .account = txtLoanAccNo.Text(),
+                   .date = txtAdvDate.Text(),
+                   .amount = txtAdvAmount.Text(),
+                   .interest = txtInterestAmt.Text(),
+                   .remarks = txtRemarks.Text(),
+                   .instalment = recovery.txtInstlAmt.Text(),
+                   .count = recovery.txtNoOfInstlmnts.Text(),
+                   .recoverFrom = recovery.txtRecvrFrom.Text()});
+  return entry;
+}
+
+void modAdvLoan::cmdNew_Click() {
+  if (newRecord_ && !MayLeaveNewRecord(session_, "Do you want to Save Entered Details?",
+                                       [this] { return ValidateAndSave(); }))
+    return;
+  if (employee.Employee() == 0) {
+    session_.Inform("Select employee.");
+    SetFocus(employee.cmbEmpName);
+    return;
+  }
+  newRecord_ = false;
+  const std::string serial = std::to_string(NextSerial(session_, employee.Employee(), type_));
+  if (txtSerialNo.Text() == serial) txtSerialNo.SetText("");
+  txtSerialNo.SetText(serial);
+  fpgAdvLoan.activeRow = kNoRow;
+  EnableCommands();
+  SetFocus(cmbALName);
+}
+
+void modAdvLoan::cmdSave_Click() {
+  const bool deducted = schedule_.AnyRecovered();
+  if (deducted &&
+      !session_.desk.Confirm("EMI already deducted. Do you want to modify the detail ?", session_.title))
+    return;
+  if (!ValidateAndSave() || deducted) return;
+  if (session_.SepPiYN) CalculateInterest();
+  cmdNew_Click();
+}
+
+bool modAdvLoan::ValidateAndSave() {
+  const AdvLoanEntry entry = Entry();
+  const auto ask = [this](const std::string& text, Icon icon, Answer preset) {
+    return session_.desk.Confirm(text, session_.title, preset, icon);
+  };
+  if (const auto refusal = ValidateAdvLoan(session_, entry, ask)) return RefuseSave(*refusal);
+  // An amount of 0 or below writes nothing and says nothing.
+  if (!WriteAdvLoan(session_, entry)) return false;
+  AfterSave();
+  return true;
+}
+
+bool modAdvLoan::RefuseSave(const EntryRefusal& refusal) {
+  return Refuse(session_, *this, refusal,
+                {{EntryField::EmployeeName, &employee.cmbEmpName},
+                 {EntryField::Name, &cmbALName},
+                 {EntryField::Institution, &cmbInstitution},
+                 {EntryField::Account, &txtLoanAccNo},
+                 {EntryField::Serial, &txtSerialNo},
+                 {EntryField::Date, &txtAdvDate},
+                 {EntryField::Amount, &txtAdvAmount},
+                 {EntryField::Interest, &txtInterestAmt},
+                 {EntryField::Instalment, &recovery.txtInstlAmt},
+                 {EntryField::Count, &recovery.txtNoOfInstlmnts},
+                 {EntryField::RecoverFrom, &recovery.txtRecvrFrom}});
+}
+
+void modAdvLoan::AfterSave() {
+  formula.Forget();
+  ShowSaved(session_);
+  newRecord_ = false;
+  if (session_.AdvanceMgmtYN) RefreshTotalInterest(session_);
+  RefreshDetail();
+  UpdateOverview();
+  FillNames();
+  tabDetails.SetCurrent(0);
+}
+
+void modAdvLoan::cmdDelete_Click() {
+  if (fpgAdvLoan.rows.empty()) return session_.Inform("No " + caption_ + " to delete.");
+  const std::size_t row = fpgAdvLoan.activeRow;
+  const auto paint = [this, row](Colour colour) {
+    if (row < fpgAdvLoan.rows.size()) fpgAdvLoan.PaintRow(row, colour);
+  };
+  paint(kAboutToGoColour);
+  const std::optional<AdvLoanDetail> detail = DetailToDelete();
+  if (!detail) return paint(kWhite);
+  DeleteAdvLoan(session_, Key(), *detail, cmdTDSDet.visible);
+  serial_ = 0;
+  RefreshDetail();
+  UpdateOverview();
+  ClearInstruction();
+  cmdNew_Click();
+}
+
+// Nothing when something stands against it, which has been told.
+std::optional<AdvLoanDetail> modAdvLoan::DetailToDelete() {
+  if (!session_.desk.Confirm("Do you want to delete selected " + caption_ + "?", session_.title)) return {};
+  if (employee.Employee() == 0) {
+    session_.Inform("Select employee.");
+    SetFocus(employee.cmbEmpName);
+    return {};
+  }
+  if (!HasInstruction()) {
+    session_.Inform("Select " + caption_ + " record to delete.");
+    return {};
+  }
+  std::optional<AdvLoanDetail> detail = ReadAdvLoan(session_, Key());
+  if (!detail || !ConfirmCascades()) return {};
+  if (const auto refusal = FindDeleteRefusal(session_, Key(), caption_)) {
+    Refuse(session_, *this, *refusal, {});
+    return {};
+  }
+  return detail;
+}
+
+bool modAdvLoan::ConfirmCascades() {
+  const auto confirmed = [this](const char* found) {
+    return session_.desk.Confirm(
+        fmt::format("Selected {0} has {1} will be deleted if {0} is deleted.\r\nDo you want to proceed?",
+                    caption_, found),
+        session_.title);
+  };
+  if (HasReceipts(session_, Key()) && !confirmed("receipts.  Receipts")) return false;
+  return !cmdTDSDet.visible || !HasHouseLoan(session_, Key()) ||
+         confirmed("house loan details.  These details");
+}
+
+void modAdvLoan::cmdEMIDelete_Click() {
+  const std::vector<ScheduleMonth> deleted = MonthsToDelete();
+  if (deleted.empty()) return;
+  for (const ScheduleMonth& month : deleted) DeleteInstalment(session_, Key(), month.counter);
+  const DeletedInstalments choice = AdjustAfterDelete(deleted);
+  AuditDeletedInstalments(session_, Key(), cmbALName.Text(), deleted, choice);
+  if (session_.SepPiYN)
+    LowerTotalInterest(session_, Key(), cmbALName.Text(), SumAsShown(deleted, &ScheduleMonth::MDFINTAMT));
+  RefreshDetail();
+  RefreshEMI();
+  UpdateOverview();
+  fpgAdvLoan_Click(fpgAdvLoan.activeRow, 0);
+}
+
+std::vector<ScheduleMonth> modAdvLoan::MonthsToDelete() {
+  const std::vector<ScheduleMonth> ticked = schedule_.Ticked();
+  if (ticked.empty()) {
+    session_.Inform("Select EMI to delete.");
+    return {};
+  }
+  if (!session_.desk.Confirm("Do you want to delete selected " + caption_ + " EMI Detail?", session_.title))
+    return {};
+  if (const auto refusal = FindMonthsRefusal(session_, employee.Employee(), ticked)) {
+    Refuse(session_, *this, *refusal, {});
+    return {};
+  }
+  return ticked;
+}
+
+// The list still shows the deleted months, ticked.
+DeletedInstalments modAdvLoan::AdjustAfterDelete(const std::vector<ScheduleMonth>& deleted) {
+  const std::vector<OpenMonth> open = schedule_.OpenMonths();
+  if (open.empty() || session_.SepPiYN) return DeletedInstalments::NotAsked;
+  const Answer answer = session_.desk.MsgBox(
+      {"Do you want to Adjust the EMI Amount?\r\nClick on 'Yes' to Adjust the EMI Amount for the "
+       "Months\r\nClick on 'No' to Create New Month for Recovery\r\nClick 'Cancel' to Delete with No "
+       "Adjustments",
+       Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
+  const double amount = SumAsShown(deleted, &ScheduleMonth::EMIAMT);
+  if (answer == Answer::Yes) {
+    SpreadDeleted(session_, Key(), open, amount);
+    return DeletedInstalments::SpreadOverOthers;
+  }
+  if (answer == Answer::No) {
+    AddMonthAtEnd(session_, Key(), amount);
+    return DeletedInstalments::NewMonth;
+  }
+  return DeletedInstalments::NoAdjustment;
+}
+
+void modAdvLoan::cmdMaster_Click() {
+  session_.doors.instructionMaster(type_);
+  FillNames();
+  cmdTDSDet.visible = false;
+}
+
+void modAdvLoan::cmdInstitution_Click() {
+  OpenInstitutionMaster(session_);
+  cmbInstitution.SetRows(ReadInstitutions(session_, type_));
+}
+
+void modAdvLoan::cmdMultiAllot_Click() {
+  session_.doors.multipleAllotment(type_);
+  RegisterWindow(session_);
+}
+
+void modAdvLoan::OpenOnInstruction(const Door<InstructionParent&>& door) {
+  const AdvLoanListRow* const listed = instructions_.Active();
+  if (listed == nullptr || AsShown(listed->amount) == 0 || !HasInstruction())
+    return session_.Inform("Select a " + caption_ + " record.");
+  door(*this);
+  RefreshAll();
+}
+
+void modAdvLoan::cmdReport_Click() {
+  StartExternal(session_, {"KTLSIRep", "KestrelLedger - Reports",
+                           fmt::format("{}#{}#{}#0", FactsOf(type_).report,
+                                       Value(session_.ReportFlag).ToText(), session_.ReportNumber)});
+}
+
+void modAdvLoan::CalculateInterest() {
+  SettingsStore& settings = session_.machine.settings;
+  settings.Set("Settings", "ICPrcpl", NumberText(clsGenCmn::FnDblTrimVal(txtAdvAmount.Text())));
+  if (session_.SepPiYN) {
+    session_.doors.interestEditor(*this);
+    RefreshEMI();
+    UpdateOverview();
+  } else {
+    StartExternal(session_, {"KTLIntrCalc", "Interest Calculation", ""});
+  }
+  settings.Set("Settings", "ICPrcpl", "");
+  // A figure already typed is kept; the calculator's answer is dropped then.
+  if (txtInterestAmt.Text().empty()) txtInterestAmt.SetText(settings.Get("Settings", "ICIntrAmt", ""));
+}
 
 bool modAdvLoan::Form_QueryUnload() {
-  if (!cmdSave.enabled && !cmdDelete.enabled) return true;
-  if (!newRecord_) return true;
-  switch (session_.desk.MsgBox({"Do you want to Save entered details?", Buttons::YesNoCancel, Icon::Question,
-                                Answer::Yes, session_.title})) {
-    case Answer::Yes: {
-      bool saved = false;  // a failure is shown and keeps the screen
-      WithErrorBox(session_, [&] { saved = ValidateAndSave(); })();
-      return saved;
-    }
-    case Answer::No:
-      return true;
-    default:
-      return false;
-  }
+  if ((!cmdSave.enabled && !cmdDelete.enabled) || !newRecord_) return true;
+  return MayLeaveNewRecord(session_, "Do you want to Save entered details?", [this] {
+    bool saved = false;  // a failure is shown and keeps the screen
+    on_.Run([&] { saved = ValidateAndSave(); });
+    return saved;
+  });
 }
 
 void modAdvLoan::Form_Unload() { LeaveTopLevel(session_); }

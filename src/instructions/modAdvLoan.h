@@ -1,66 +1,32 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "frame/doors.h"
+#include "frame/employee_choice.h"
+#include "frame/handler_guard.h"
+#include "instructions/advloan_validation.h"
 #include "instructions/advloan_write.h"
-#include "instructions/instruction_parent.h"
+#include "instructions/entry_grids.h"
+#include "instructions/formula_frame.h"
+#include "instructions/overview_frame.h"
+#include "instructions/receipts.h"
+#include "instructions/recovery_frame.h"
 #include "screen/screen.h"
 
 namespace ktl {
 
 struct Session;
 
-// Entry of advances (type 1) and loans (type 2): an employee's instructions, the schedule of one, its
-// receipts.
+// Entry of advances and loans: an employee's instructions, the schedule of one, its receipts.
 class modAdvLoan final : public Screen, public InstructionParent {
  public:
-  // The columns of fpgAdvLoan.
-  enum ListColumn : std::size_t {
-    kListSerial,
-    kListName,
-    kListAccount,  // loans only
-    kListDate,
-    kListAmount,
-    kListInterest,
-    kListEmi,
-    kListRecovered,
-    kListReceipts,
-    kListRemarks,
-  };
-  // The columns of fpgEMI.
-  enum EmiColumn : std::size_t {
-    kEmiTick,
-    kEmiCounter,
-    kEmiMonth,
-    kEmiRecovered,
-    kEmiActualPrincipal,
-    kEmiActualInterest,
-    kEmiActualAmount,
-    kEmiModifiedPrincipal,
-    kEmiModifiedInterest,
-    kEmiInterestAmount,
-    kEmiModifiedAmount,
-    kEmiInstitution,  // loans only
-  };
-  // The columns of fpgReceipts.
-  enum ReceiptColumn : std::size_t {
-    kReceiptCounter,
-    kReceiptDate,
-    kReceiptPrincipal,
-    kReceiptInterest,
-    kReceiptTotal,
-    kReceiptRemarks,
-  };
+  modAdvLoan(Session& session, InstructionType type);
 
-  explicit modAdvLoan(Session& session);
-
-  // Employee
-  Label lblEmpName{*this, "lblEmpName", "Employee Name"};
-  ComboBox cmbEmpName{*this, "cmbEmpName"};
-  Label lblEmpIDRef{*this, "lblEmpIDRef"};
-  ComboBox cmbEmpIDRef{*this, "cmbEmpIDRef"};
+  EmployeeChoice employee;
   CheckBox chkCurrEMIEmp{*this, "chkCurrEMIEmp", "List Current Running EMI Employees"};
 
   // The instruction
@@ -87,45 +53,9 @@ class modAdvLoan final : public Screen, public InstructionParent {
   TextBox txtRemarks{*this, "txtRemarks"};
   Button cmdTDSDet{*this, "cmdTDSDet", "&House Loan"};
 
-  // How it is recovered
-  Frame fmeInstallment{*this, "fmeInstallment", "Recovery"};
-  CheckBox chkNoRecovery{*this, "chkNoRecovery", "No Recovery"};
-  OptionButton optInstlLumpSum{*this, "optInstlLumpSum", "installment", "Lumpsum"};
-  OptionButton optInstlCount{*this, "optInstlCount", "installment", "No. of Installments"};
-  Label lblInstlAmt{*this, "lblInstlAmt", "Instl. Amount"};
-  TextBox txtInstlAmt{*this, "txtInstlAmt"};
-  TextBox txtNoOfInstlmnts{*this, "txtNoOfInstlmnts"};
-  Label lblRecvrFrom{*this, "lblRecvrFrom", "Recover From"};
-  TextBox txtRecvrFrom{*this, "txtRecvrFrom"};
-  Frame fmeInstallmentRoundOff{*this, "fmeInstallmentRoundOff", "EMI Round Off"};
-  OptionButton optNearOneRupee{*this, "optNearOneRupee", "roundOff", "Higher 1 Rupee"};
-  OptionButton optNearTenRupee{*this, "optNearTenRupee", "roundOff", "Higher 10 Rupees"};
-  OptionButton optNearFiftyRupee{*this, "optNearFiftyRupee", "roundOff", "Higher 50 Rupees"};
-  OptionButton optRoundNone{*this, "optRoundNone", "roundOff", "None"};
-
-  // The amount by formula
-  Frame fmeFormula{*this, "fmeFormula", "Amount by Formula"};
-  Label lblFormula{*this, "lblFormula", "Formula"};
-  ComboBox cmbFormula{*this, "cmbFormula"};
-  Button cmdAdvFormulate{*this, "cmdAdvFormulate", "..."};
-  Label lblMonths{*this, "lblMonths", "Number of Months"};
-  TextBox txtMonths{*this, "txtMonths"};
-  Button cmdAccept{*this, "cmdAccept", "&Accept"};
-  Button cmdFrmlaClose{*this, "cmdFrmlaClose", "Cl&ose"};
-
-  // Overview
-  Frame fmeOverview{*this, "fmeOverview", "Overview on Calculated Salary"};
-  Label lblAdvLoan{*this, "lblAdvLoan"};
-  TextBox txtTotalAdv{*this, "txtTotalAdv"};
-  Label lblTotInterest{*this, "lblTotInterest", "Total Interest"};
-  TextBox txtTotalInterest{*this, "txtTotalInterest"};
-  Label lblTotRcpt{*this, "lblTotRcpt"};
-  TextBox txtTotalReceipt{*this, "txtTotalReceipt"};
-  Label lblTotDedSalary{*this, "lblTotDedSalary", "Deducted in Salary"};
-  TextBox txtTotalDedSalary{*this, "txtTotalDedSalary"};
-  Label lblTotDue{*this, "lblTotDue", "Total Due"};
-  TextBox txtTotalDue{*this, "txtTotalDue"};
-  Label lblSummary{*this, "lblSummary", "Summary"};
+  RecoveryFrame recovery;
+  FormulaFrame formula;
+  OverviewFrame overview;
 
   // Lists
   Tabs tabDetails{*this, "tabDetails"};
@@ -156,42 +86,27 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void Form_Unload() override;
 
   void cmbEmpName_Change();
-  void cmbEmpIDRef_Change();
   void chkCurrEMIEmp_Click();
   void cmbALName_Change();
   void txtSerialNo_Change();
   void txtAdvDate_LostFocus();
   void txtAdvAmount_LostFocus();
-  void txtInstlAmt_LostFocus();
-  void txtRecvrFrom_LostFocus();
-  void optInstallment_Click();
   void cmdNew_Click();
   void cmdSave_Click();
   void cmdDelete_Click();
   void cmdEMIDelete_Click();
-  void cmdFmeFormula_Click();
-  void cmdAccept_Click();
-  void cmdAdvFormulate_Click();
   void cmdMaster_Click();
   void cmdInstitution_Click();
-  void cmdMonthly_Click();
   void cmdMultiAllot_Click();
-  void cmdIntrCalc_Click();
-  void cmdTDSDet_Click();
-  void cmdEmi_Click();
-  void cmdReceipts_Click();
   void cmdReport_Click();
-  void lblSummary_Click();
-  void mnuExport_Click();
-  void chkSelectAll_Click();
-  void fpgAdvLoan_Click();
+  void fpgAdvLoan_Click(std::size_t row, std::size_t column);
   void fpgEMI_CellChange(std::size_t row, std::size_t column);
 
-  InstructionKey Key() const override { return {employee_, siType_, serial_}; }
+  InstructionKey Key() const override { return {employee.Employee(), type_, serial_}; }
   std::string InstructionName() const override { return cmbALName.Text(); }
-  bool ReducingBalance() const override { return rules_.REDUCINGBALYN; }
-  Grid& OverviewGrid() override { return fpgAdvLoan; }
-  Grid& EmiGrid() override { return fpgEMI; }
+  InstructionTotals Totals() const override { return instructions_.TotalsOf(serial_); }
+  std::set<long> RecoveredMonths() const override { return schedule_.RecoveredMonths(); }
+  bool ComponentsApart() const override { return rules_.REDUCINGBALYN; }
   void RefreshDetail() override;
   void RefreshEMI() override;
   void RefreshReceipts() override;
@@ -200,56 +115,53 @@ class modAdvLoan final : public Screen, public InstructionParent {
 
  private:
   void ConnectHandlers();
+  void ConnectPermitted();
+  void ConnectFormula();
   void PlaceInFrames();
-  void SetCaptions();
-  void SetButtonTags();
-  void SetGridColumns();
-  void ShowComponentColumns();
   void SetKeyFilters();
+  void SetCaptions();
   void ShowForType();
-  void FillEmployeeLists();
+  void DescribeLists();
+  void ShowComponentColumns();
+  void RefreshAll();
+
   void FillLists();
+  void FillEmployeeLists();
   void FillNames();
-  // Buttons by the rights of the user and the lock of the employee.
   void EnableCommands();
   void EnableInputs();
 
+  bool HasInstruction() const { return serial_ != 0 && !newRecord_; }
   void ShowInstruction(const AdvLoanDetail& detail);
   void ClearInstruction();
   void ShowScheduleInputs(bool shown);
   void ShowInterestLock();
-  void ForgetFormula();
-  void ShowFormulaFrame(bool shown);
+  void ShowHouseLoan();
 
   AdvLoanEntry Entry() const;
   bool ValidateAndSave();
   void AfterSave();
-  bool Refuse(const Refusal& refusal);
-  Control* FieldOf(EntryField field);
-  bool FnBlnChkEMIDeducted() const;
+  bool RefuseSave(const EntryRefusal& refusal);
 
-  bool ConfirmCascades(const InstructionKey& key);
-  bool AreMonthsFree(const InstructionKey& key);
-  std::optional<std::vector<InstalmentToDelete>> UnlockedTickedInstalments();
-  double SumOfTicked(EmiColumn column) const;
-  std::vector<OpenMonth> OpenMonths() const;
-  std::string_view AdjustAfterDelete();
-  void PaintListRow(std::size_t row, const AdvLoanListRow& instruction);
-  void PaintEmiRow(std::size_t row);
-  bool IsRecoveredRow(std::size_t row) const;
+  std::optional<AdvLoanDetail> DetailToDelete();
+  bool ConfirmCascades();
+  // The ticked months when all of them may go.
+  std::vector<ScheduleMonth> MonthsToDelete();
+  DeletedInstalments AdjustAfterDelete(const std::vector<ScheduleMonth>& deleted);
 
   void CalculateInterest();
-  // Opens a screen on the current instruction, or says what to select.
-  void OpenOnInstruction(const char* screenName);
+  void OpenOnInstruction(const Door<InstructionParent&>& door);
 
   Session& session_;
-  int siType_;
+  const InstructionType type_;
+  const HandlerGuard<modAdvLoan> on_;
   std::string caption_;  // the company's word for the type
-  long employee_ = 0;
+  InstructionGrid instructions_{fpgAdvLoan};
+  ScheduleGrid schedule_{fpgEMI};
+  GridList<Receipt> receipts_{fpgReceipts};
   long serial_ = 0;
   bool newRecord_ = false;  // from the moment an unknown serial number is typed until it is saved
   NameRules rules_;
-  double formulaMonths_ = 0;  // of the accepted formula, 0 for none
 };
 
 }  // namespace ktl

@@ -1,14 +1,11 @@
 #include "instructions/modSIMaster.h"
 
 #include <algorithm>
-#include <map>
 
 #include "common/amounts.h"
-#include "database/recordset.h"
-#include "frame/error_box.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
-#include "instructions/instruction_type.h"
+#include "instructions/type_rights.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
 
@@ -19,20 +16,6 @@ namespace {
 constexpr long kLoanFormCode = 1502;
 constexpr Colour kDeleteColour = 0xFFE0E0;
 constexpr int kPortInsOther = 12;
-constexpr int kPortInsurance = 13;
-
-struct TypeRights {
-  int siType;
-  const char* saveTag;
-  const char* deleteTag;
-  long formId;
-};
-
-constexpr TypeRights kTypeRights[] = {
-    {kAdvanceType, "209", "210", 49},        {kLoanType, "234", "235", 55},
-    {kInsuranceType, "256", "257", 61},      {kSssType, "287", "288", 70},
-    {kGroupInsuranceType, "270", "271", 65}, {kIncentiveType, "300", "301", 74},
-};
 
 const char* Word(bool yes) { return yes ? "Yes" : "No"; }
 
@@ -64,11 +47,13 @@ AuditField OptionField(std::string label, const CheckBox& box, const TextBox& va
 
 }  // namespace
 
-modSIMaster::modSIMaster(Session& session, Screen*) : Screen("modSIMaster"), session_(session) {
-  for (Control* control : std::initializer_list<Control*>{&chkMaxAmount, &txtMaxAmount, &chkMaxAllowed,
-                                                          &txtMaxAllowed, &chkRecEMI, &txtRecEMI,
-                                                          &chkInterestRate, &txtInterestRate, &chkRedBal})
-    control->container = &fmeConfig;
+modSIMaster::modSIMaster(Session& session, InstructionType type)
+    : Screen("modSIMaster"),
+      session_(session),
+      type_(type),
+      on_(session, *this, ErrorStyle::NumberFirst, "Error") {
+  fmeConfig.Hold({chkMaxAmount, txtMaxAmount, chkMaxAllowed, txtMaxAllowed, chkRecEMI, txtRecEMI,
+                  chkInterestRate, txtInterestRate, chkRedBal});
   txtSIName.maxLength = 50;
   for (TextBox* number : {&txtDedPref, &txtMaxAmount, &txtMaxAllowed, &txtRecEMI, &txtInterestRate})
     number->rightAligned = true;
@@ -78,16 +63,13 @@ modSIMaster::modSIMaster(Session& session, Screen*) : Screen("modSIMaster"), ses
 }
 
 void modSIMaster::ConnectHandlers() {
-  chkTDSAppl.onClick = [this] { chkTDSAppl_Click(); };
   chkType.onClick = [this] { chkType_Click(); };
-  chkMaxAmount.onClick = [this] { chkMaxAmount_Click(); };
-  chkMaxAllowed.onClick = [this] { chkMaxAllowed_Click(); };
-  chkRecEMI.onClick = [this] { chkRecEMI_Click(); };
-  chkInterestRate.onClick = [this] { chkInterestRate_Click(); };
+  for (CheckBox* box : {&chkTDSAppl, &chkMaxAmount, &chkMaxAllowed, &chkRecEMI, &chkInterestRate})
+    box->onClick = [this] { EnableByTicks(); };
   fpgSIMaster.onRowClick = [this](std::size_t row, std::size_t) { fpgSIMaster_Click(row); };
   cmdNew.onClick = [this] { cmdNew_Click(); };
-  cmdSave.onClick = [this] { cmdSave_Click(); };
-  cmdDelete.onClick = [this] { cmdDelete_Click(); };
+  cmdSave.onClick = on_(&modSIMaster::cmdSave_Click);
+  cmdDelete.onClick = on_(&modSIMaster::cmdDelete_Click);
   cmdClose.onClick = [this] { Unload(); };
 }
 
@@ -104,38 +86,33 @@ void modSIMaster::ConnectKeyFilters() {
   };
 }
 
-Handler modSIMaster::Guarded(void (modSIMaster::*work)()) {
-  return WithErrorBox(
-      session_, [this, work] { (this->*work)(); }, "Error");
+void modSIMaster::Form_Load() {
+  on_.Run([this] { OpenForm(); });
 }
 
-void modSIMaster::Form_Load() { Guarded (&modSIMaster::OpenForm)(); }
-
-void modSIMaster::Form_Activate() { Guarded (&modSIMaster::ShowForType)(); }
+void modSIMaster::Form_Activate() {
+  on_.Run([this] { ShowForType(); });
+}
 
 void modSIMaster::OpenForm() {
-  caption_ = InstructionCaption(session_, session_.SIType);
+  caption_ = InstructionCaption(session_, type_);
   caption = caption_ + " Master";
   lblSIName.caption = caption_ + " Name";
   txtDedPref.toolTip =
       "Enter the order in which " + caption_ + " is to be considered for deduction in Salary Calculation.";
-  const auto rights = std::ranges::find(kTypeRights, session_.SIType, &TypeRights::siType);
-  if (rights != std::end(kTypeRights)) {
-    cmdSave.tag = rights->saveTag;
-    cmdDelete.tag = rights->deleteTag;
-    ApplyButtonRights(session_, *this, rights->formId);
-  }
-  SetUpGrid();
-  FillSections();
-  FillGrid();
+  ApplyTypeRights(session_, *this, type_);
+  DescribeList();
+  cmbSection.SetRows(ReadSections(session_));
+  FillList();
   Clear();
 }
 
 void modSIMaster::ShowForType() {
-  const int type = session_.SIType;
+  const InstructionType type = type_;
   const bool companyTds = clsCtrlDep(session_.data).FnBlnGetYesNo("TDSYN", "MAS_COMPANY");
-  const bool withSection = companyTds && type >= kInsuranceType && type <= kGroupInsuranceType;
-  chkTDSAppl.visible = withSection || (companyTds && type == kIncentiveType);
+  const bool withSection =
+      companyTds && type >= InstructionType::Insurance && type <= InstructionType::GroupInsurance;
+  chkTDSAppl.visible = withSection || (companyTds && type == InstructionType::Incentive);
   lblSection.visible = cmbSection.visible = withSection;
   lblDedPref.visible = txtDedPref.visible = IsAdvanceOrLoan(type);
   chkType.visible = IsAdvanceOrLoan(type);
@@ -143,101 +120,61 @@ void modSIMaster::ShowForType() {
   fmeConfig.visible = HasAdvancedOptions();
 }
 
-void modSIMaster::SetUpGrid() {
-  const int type = session_.SIType;
+void modSIMaster::DescribeList() {
+  using Row = InstructionMaster;
   const bool advanced = HasAdvancedOptions();
-  const bool advLoan = IsAdvanceOrLoan(type);
+  const bool advLoan = IsAdvanceOrLoan(type_);
   const bool loanScreen = session_.FormCode == kLoanFormCode;
-  fpgSIMaster.columns = {
-      {.caption = caption_ + " Name", .width = 180},
-      {.caption = "Account Code", .width = 110},
-      {.caption = "TDS", .type = CellType::Tick, .width = 50, .hidden = type == kLoanType},
-      {.caption = "Section"},
-      {.caption = "Deduction Pref.", .type = CellType::Number, .hidden = !advLoan},
-      {.caption = "Max. Limit", .type = CellType::Number, .width = 110, .hidden = !advanced},
-      {.caption = "Max. Allowed", .type = CellType::Number, .hidden = !advanced},
-      {.caption = "Recovery EMI", .type = CellType::Number, .hidden = !advanced},
-      {.caption = "Interest Rate", .type = CellType::Number, .hidden = !advanced},
-      {.caption = "Reducing Balance", .type = CellType::Tick, .hidden = !advanced},
-      {.caption = "Separate P/I Acc", .type = CellType::Tick, .hidden = !advLoan},
-      {.caption = "IFBYN", .type = CellType::Tick, .hidden = !advLoan || !loanScreen},
+  const auto tick = [](const char* heading, bool hidden, bool Row::*flag, int width = 90) {
+    return GridList<Row>::Column{{heading, CellType::Tick, width, hidden},
+                                 [flag](const Row& row) { return Flag(row.*flag); }};
   };
+  const auto number = [](const char* heading, bool hidden, auto textOf, auto Row::*value, int width = 90) {
+    return GridList<Row>::Column{{heading, CellType::Number, width, hidden},
+                                 [textOf, value](const Row& row) { return textOf(row.*value); }};
+  };
+  list_.SetColumns({
+      {{caption_ + " Name", CellType::Text, 180}, &Row::siName},
+      {{"Account Code", CellType::Text, 110}, &Row::accCode},
+      tick("TDS", type_ == InstructionType::Loan, &Row::tdsYn, 50),
+      {{"Section"}, &Row::section},
+      number("Deduction Pref.", !advLoan, PreferenceText, &Row::siPref),
+      number("Max. Limit", !advanced, AmountText, &Row::amtLimit, 110),
+      number("Max. Allowed", !advanced, CountText, &Row::allowLimit),
+      number("Recovery EMI", !advanced, CountText, &Row::emiRecCnt),
+      number("Interest Rate", !advanced, RateText, &Row::intrRate),
+      tick("Reducing Balance", !advanced, &Row::reducingBalYn),
+      tick("Separate P/I Acc", !advLoan, &Row::sepPiYn),
+      tick("IFBYN", !advLoan || !loanScreen, &Row::sbiIfbYn),
+  });
 }
 
-void modSIMaster::FillSections() {
-  std::vector<ListRow> sections;
-  Recordset rows(session_.Cn, "SELECT TDSREFNO, TDSREF FROM MAS_TDSREF WHERE TYPEID In(2) and TDSREFNO <> 8");
-  for (; !rows.Eof(); rows.MoveNext())
-    sections.push_back({rows["TDSREF"].TextOrEmpty(), rows["TDSREFNO"].TextOrEmpty()});
-  cmbSection.SetRows(std::move(sections));
-}
-
-void modSIMaster::FillGrid() {
-  masters_ = ReadInstructionMasters(session_, session_.SIType);
-  fpgSIMaster.Clear();
+void modSIMaster::FillList() {
+  list_.Show(ReadInstructionMasters(session_, type_));
   fpgSIMaster.activeRow = kNoRow;
   clickedName_.clear();
-  std::map<long, std::string> sections;
-  for (const InstructionMaster& master : masters_) {
-    std::string section;
-    if (master.tdsRefNo) {
-      const auto [place, isNew] = sections.try_emplace(*master.tdsRefNo);
-      if (isNew) place->second = SectionName(*master.tdsRefNo);
-      section = place->second;
-    }
-    AddGridRow(master, section);
-  }
 }
-
-std::string modSIMaster::SectionName(long tdsRefNo) {
-  return session_.data
-      .FnVarGetDbValue("Select TDSREF From MAS_TDSREF Where TDSREFNO = " + std::to_string(tdsRefNo), "")
-      .ToText();
-}
-
-void modSIMaster::AddGridRow(const InstructionMaster& master, const std::string& section) {
-  const std::size_t row = fpgSIMaster.AddRow();
-  const auto show = [&](Column column, std::string text) {
-    fpgSIMaster.At(row, column).text = std::move(text);
-  };
-  show(ColName, master.siName);
-  show(ColAccountCode, master.accCode);
-  show(ColTds, Flag(master.tdsYn));
-  show(ColSection, section);
-  show(ColDeductionPref, PreferenceText(master.siPref));
-  show(ColMaxLimit, AmountText(master.amtLimit));
-  show(ColMaxAllowed, CountText(master.allowLimit));
-  show(ColRecoveryEMI, CountText(master.emiRecCnt));
-  show(ColInterestRate, RateText(master.intrRate));
-  show(ColReducingBalance, Flag(master.reducingBalYn));
-  show(ColSeparatePI, Flag(master.sepPiYn));
-  show(ColIFBYN, Flag(master.sbiIfbYn));
-}
-
-void modSIMaster::chkTDSAppl_Click() { lblSection.enabled = cmbSection.enabled = chkTDSAppl.Value(); }
 
 void modSIMaster::chkType_Click() {
   if (!chkType.Value()) chkSBIInt.SetValue(false);
-  chkSBIInt.enabled = chkType.Value();
+  EnableByTicks();
 }
 
-void modSIMaster::chkMaxAmount_Click() { txtMaxAmount.enabled = chkMaxAmount.Value(); }
-
-void modSIMaster::chkMaxAllowed_Click() { txtMaxAllowed.enabled = chkMaxAllowed.Value(); }
-
-void modSIMaster::chkRecEMI_Click() { txtRecEMI.enabled = chkRecEMI.Value(); }
-
-void modSIMaster::chkInterestRate_Click() {
+void modSIMaster::EnableByTicks() {
+  lblSection.enabled = cmbSection.enabled = chkTDSAppl.Value();
+  chkSBIInt.enabled = chkType.Value();
+  txtMaxAmount.enabled = chkMaxAmount.Value();
+  txtMaxAllowed.enabled = chkMaxAllowed.Value();
+  txtRecEMI.enabled = chkRecEMI.Value();
   txtInterestRate.enabled = chkRedBal.enabled = chkInterestRate.Value();
 }
 
 void modSIMaster::Clear() {
   LoadFields({});
-  for (Control* control : Controls()) {
+  for (Control* control : Controls())
     if (control->kind() == ControlKind::TextBox || control->kind() == ControlKind::CheckBox ||
         control->kind() == ControlKind::ComboBox)
       control->tag.clear();
-  }
   oldName_.clear();
 }
 
@@ -259,13 +196,7 @@ void modSIMaster::LoadFields(const InstructionMaster& master) {
   chkInterestRate.SetValue(master.intrRate.has_value());
   txtInterestRate.SetText(RateText(master.intrRate));
   chkRedBal.SetValue(master.reducingBalYn);
-  // A value that did not change raised no click.
-  chkTDSAppl_Click();
-  chkSBIInt.enabled = chkType.Value();
-  chkMaxAmount_Click();
-  chkMaxAllowed_Click();
-  chkRecEMI_Click();
-  chkInterestRate_Click();
+  EnableByTicks();  // a value that did not change raised no click
 }
 
 void modSIMaster::NoteOldValues() {
@@ -278,7 +209,7 @@ void modSIMaster::NoteOldValues() {
 
 InstructionMaster modSIMaster::FromFields() const {
   InstructionMaster master{
-      .siType = session_.SIType,
+      .type = type_,
       .siName = Trim(txtSIName.Text()),
       .accCode = Trim(txtAccCode.Text()),
       .tdsYn = chkTDSAppl.Value(),
@@ -297,7 +228,7 @@ InstructionMaster modSIMaster::FromFields() const {
 }
 
 void modSIMaster::fpgSIMaster_Click(std::size_t row) {
-  const InstructionMaster& master = masters_.at(row);
+  const InstructionMaster& master = list_.Rows()[row];
   clickedName_ = oldName_ = master.siName;
   LoadFields(master);
   NoteOldValues();
@@ -308,52 +239,41 @@ void modSIMaster::cmdNew_Click() {
   SetFocus(txtSIName);
 }
 
-void modSIMaster::cmdSave_Click() { Guarded (&modSIMaster::Save)(); }
-
-void modSIMaster::Save() {
+void modSIMaster::cmdSave_Click() {
   if (FnBlnPermitted(session_, cmdSave)) return;
   const InstructionMaster master = FromFields();
   const bool advanced = HasAdvancedOptions();
   if (const auto refusal = FindMasterRefusal(session_, master, oldName_, caption_, advanced))
-    return Refuse(*refusal);
+    return RefuseSave(*refusal);
   if (!MayDropHouseLoan(master)) return;
   // The house-loan details are gone by now, whatever the deduction preference comes to.
   if (const auto refusal = FindPreferenceRefusal(session_, master, oldName_, caption_))
-    return Refuse(*refusal);
+    return RefuseSave(*refusal);
 
   WriteInstructionMaster(session_, master, oldName_, advanced);
   oldName_ = master.siName;  // a failure from here on leaves the written row in the fields
-  if (!IsAdvanceOrLoan(session_.SIType) && chkTDSAppl.IsShown())
-    MarkInstructionsForPorting(session_, session_.SIType, master.siName,
-                               session_.SIType == kIncentiveType ? kPortInsurance : kPortInsOther);
+  if (!IsAdvanceOrLoan(type_) && chkTDSAppl.IsShown())
+    MarkInstructionsForPorting(session_, type_, master.siName, FactsOf(type_).masterPortCode);
   WriteAudit(" Master Created/Updated");
   ShowSaved(session_);
-  FillGrid();
+  FillList();
   Clear();
 }
 
-void modSIMaster::Refuse(const MasterRefusal& refusal) {
-  session_.Inform(refusal.text);
-  switch (refusal.field) {
-    case MasterField::Name:
-      return SetFocus(txtSIName);
-    case MasterField::MaxAmount:
-      return SetFocus(txtMaxAmount);
-    case MasterField::MaxAllowed:
-      return SetFocus(txtMaxAllowed);
-    case MasterField::RecEMI:
-      return SetFocus(txtRecEMI);
-    case MasterField::InterestRate:
-      return SetFocus(txtInterestRate);
-    case MasterField::Section:
-      return SetFocus(cmbSection);
-    case MasterField::DedPref:
-      return SetFocus(txtDedPref);
-  }
+void modSIMaster::RefuseSave(const MasterRefusal& refusal) {
+  Refuse(session_, *this, refusal,
+         {{MasterField::Name, &txtSIName},
+          {MasterField::MaxAmount, &txtMaxAmount},
+          {MasterField::MaxAllowed, &txtMaxAllowed},
+          {MasterField::RecEMI, &txtRecEMI},
+          {MasterField::InterestRate, &txtInterestRate},
+          {MasterField::Section, &cmbSection},
+          {MasterField::DedPref, &txtDedPref}});
 }
 
 bool modSIMaster::MayDropHouseLoan(const InstructionMaster& master) {
-  if (master.siType != kLoanType || master.tdsYn || !HasHouseLoanDetails(session_, master)) return true;
+  if (master.type != InstructionType::Loan || master.tdsYn || !HasHouseLoanDetails(session_, master))
+    return true;
   if (!session_.desk.Confirm("TDS details for " + master.siName +
                                  " found.\r\nRemoving 'House Loan' status will remove these details.\r\n"
                                  "Do you want to continue?",
@@ -363,13 +283,11 @@ bool modSIMaster::MayDropHouseLoan(const InstructionMaster& master) {
   return true;
 }
 
-void modSIMaster::cmdDelete_Click() { Guarded (&modSIMaster::Delete)(); }
-
-void modSIMaster::Delete() {
+void modSIMaster::cmdDelete_Click() {
   if (FnBlnPermitted(session_, cmdDelete) || clickedName_.empty()) return;
-  const auto clicked = std::ranges::find(masters_, clickedName_, &InstructionMaster::siName);
-  const auto row = static_cast<std::size_t>(clicked - masters_.begin());
-  if (IsMasterInUse(session_, session_.SIType, clickedName_)) {
+  const auto clicked = std::ranges::find(list_.Rows(), clickedName_, &InstructionMaster::siName);
+  const auto row = static_cast<std::size_t>(clicked - list_.Rows().begin());
+  if (IsMasterInUse(session_, type_, clickedName_)) {
     fpgSIMaster.PaintRow(row, kNoColour);
     session_.Inform("Entries found in " + caption_ + " details for selected " + caption_ +
                     ".\r\nCannot delete.");
@@ -381,20 +299,19 @@ void modSIMaster::Delete() {
   if (!confirmed) return;
 
   // A name without instructions marks nobody; the code differs from the one of saving.
-  if (session_.SIType == kIncentiveType && chkTDSAppl.IsShown())
-    MarkInstructionsForPorting(session_, session_.SIType, clickedName_, kPortInsOther);
-  DeleteInstructionMaster(session_, session_.SIType, clickedName_);
+  if (type_ == InstructionType::Incentive && chkTDSAppl.IsShown())
+    MarkInstructionsForPorting(session_, type_, clickedName_, kPortInsOther);
+  DeleteInstructionMaster(session_, type_, clickedName_);
   LoadFields(*clicked);
   WriteAudit(" Master Deleted");
-  FillGrid();
+  FillList();
   Clear();
 }
 
 void modSIMaster::WriteAudit(const std::string& deed) {
-  if (!FnBlnAuditOn(session_)) return;
-  std::string text = caption_ + deed + "::" + ":SI Type = " + caption_ + AuditPairs(AuditFields());
-  if (HasAdvancedOptions()) text += "::Advance Options" + AuditPairs(AdvancedAuditFields());
-  WriteAuditTrail(session_, 19, 0, "Standing Instructions - " + caption_ + deed, text);
+  std::string detail = ":::SI Type = " + caption_ + AuditPairs(AuditFields());
+  if (HasAdvancedOptions()) detail += "::Advance Options" + AuditPairs(AdvancedAuditFields());
+  AuditInstruction(session_, 0, caption_ + deed, detail);
 }
 
 std::vector<AuditField> modSIMaster::AuditFields() const {

@@ -3,11 +3,13 @@
 #include <string>
 #include <vector>
 
+#include "frame/handler_guard.h"
 #include "frame/session.h"
 #include "instructions/audit_text.h"
 #include "instructions/instruction_master.h"
+#include "instructions/instruction_type.h"
 #include "screen/controls.h"
-#include "screen/grid.h"
+#include "screen/grid_list.h"
 #include "screen/screen.h"
 
 namespace ktl {
@@ -16,7 +18,7 @@ namespace ktl {
 // for.
 class modSIMaster final : public Screen {
  public:
-  modSIMaster(Session& session, Screen* parent);
+  modSIMaster(Session& session, InstructionType type);
 
   Label lblSIName{*this, "lblSIName", "Name"};
   TextBox txtSIName{*this, "txtSIName"};
@@ -41,20 +43,6 @@ class modSIMaster final : public Screen {
   TextBox txtInterestRate{*this, "txtInterestRate"};
   CheckBox chkRedBal{*this, "chkRedBal", "Reducing Balance"};
 
-  enum Column : std::size_t {
-    ColName,
-    ColAccountCode,
-    ColTds,
-    ColSection,
-    ColDeductionPref,
-    ColMaxLimit,
-    ColMaxAllowed,
-    ColRecoveryEMI,
-    ColInterestRate,
-    ColReducingBalance,
-    ColSeparatePI,
-    ColIFBYN,
-  };
   Grid fpgSIMaster{*this, "fpgSIMaster"};
 
   Button cmdNew{*this, "cmdNew", "&New"};
@@ -65,12 +53,7 @@ class modSIMaster final : public Screen {
   void Form_Load() override;
   void Form_Activate() override;
 
-  void chkTDSAppl_Click();
   void chkType_Click();
-  void chkMaxAmount_Click();
-  void chkMaxAllowed_Click();
-  void chkRecEMI_Click();
-  void chkInterestRate_Click();
   void fpgSIMaster_Click(std::size_t row);
   void cmdNew_Click();
   void cmdSave_Click();
@@ -79,25 +62,19 @@ class modSIMaster final : public Screen {
  private:
   void ConnectHandlers();
   void ConnectKeyFilters();
-  // A failure ends the handler with a box.
-  Handler Guarded(void (modSIMaster::*work)());
   void OpenForm();
   void ShowForType();
-  void SetUpGrid();
-  void FillGrid();
-  std::string SectionName(long tdsRefNo);
-  void AddGridRow(const InstructionMaster& master, const std::string& section);
-  void FillSections();
+  void DescribeList();
+  void FillList();
+  void EnableByTicks();
 
   void Clear();
   void LoadFields(const InstructionMaster& master);
   void NoteOldValues();
   InstructionMaster FromFields() const;
 
-  void Save();
   bool MayDropHouseLoan(const InstructionMaster& master);
-  void Refuse(const MasterRefusal& refusal);
-  void Delete();
+  void RefuseSave(const MasterRefusal& refusal);
   void WriteAudit(const std::string& deed);
   std::vector<AuditField> AuditFields() const;
   std::vector<AuditField> AdvancedAuditFields() const;
@@ -105,10 +82,12 @@ class modSIMaster final : public Screen {
   bool HasAdvancedOptions() const { return session_.features.On("ADVMGALYN"); }
 
   Session& session_;
-  std::string caption_;                     // of the instruction type
-  std::vector<InstructionMaster> masters_;  // the rows of the grid
-  std::string oldName_;                     // of the row in the fields, empty for a new one
-  std::string clickedName_;                 // of the row that cmdDelete works on
+  const InstructionType type_;
+  const HandlerGuard<modSIMaster> on_;
+  GridList<InstructionMaster> list_{fpgSIMaster};
+  std::string caption_;      // of the instruction type
+  std::string oldName_;      // of the row in the fields, empty for a new one
+  std::string clickedName_;  // of the row that cmdDelete works on
 };
 
 }  // namespace ktl

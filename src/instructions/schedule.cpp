@@ -1,7 +1,5 @@
 #include "instructions/schedule.h"
 
-#include <fmt/format.h>
-
 #include "common/amounts.h"
 #include "database/recordset.h"
 #include "frame/session.h"
@@ -39,7 +37,7 @@ void AddScheduleRow(Recordset& rows, const InstructionKey& key, const ScheduleRo
   rows.Set("EMPID", key.employee);
   rows.Set("SERIALNO", key.serial);
   rows.Set("MONTHYEAR", row.monthYear);
-  rows.Set("SITYPE", key.siType);
+  rows.Set("SITYPE", NumberOf(key.type));
   rows.Set("Counter", row.counter);
   if (row.interest) rows.Set("INTAMT", *row.interest);
   rows.Set("EMIAMT", row.emiAmount);
@@ -48,7 +46,7 @@ void AddScheduleRow(Recordset& rows, const InstructionKey& key, const ScheduleRo
     rows.Set("ACTPRNAMT", row.emiAmount);
     rows.Set("MDFPRNAMT", row.emiAmount);
   }
-  rows.Set("INSTID", key.siType == 2 ? institution : 0L);
+  rows.Set("INSTID", key.type == InstructionType::Loan ? institution : 0L);
   rows.Update();
 }
 
@@ -81,7 +79,8 @@ std::vector<ScheduleRow> GenerateSchedule(const ScheduleTerms& terms) {
 
 bool WriteSchedule(Session& session, const InstructionKey& key, const ScheduleTerms& terms, long institution,
                    ScheduleForm form) {
-  if (session.data.FnBlnRecExists("Select EMPID From INS_EMIDETAIL Where " + WhereInstruction(key)))
+  if (session.data.FnBlnRecExists(
+          session.Sql("Select EMPID From INS_EMIDETAIL Where {}", WhereInstruction(key))))
     return false;
   const std::vector<ScheduleRow> schedule = GenerateSchedule(terms);
   Recordset rows(session.Cn, "Select * From INS_EMIDETAIL", OpenMode::AddOnly);
@@ -95,11 +94,10 @@ std::vector<OpenMonth> SpreadOver(std::vector<OpenMonth> months, double total) {
   const double share = FnDblRoundUp(RoundTwoPlaces(total / static_cast<double>(months.size())));
   double left = total;
   for (OpenMonth& month : months) {
-    if (share <= left) {
+    if (share <= left)
       month.modifiedAmount += share;
-    } else if (left > 0) {
+    else if (left > 0)
       month.modifiedAmount += left;
-    }
     left -= share;
   }
   return months;

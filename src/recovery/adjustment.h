@@ -51,13 +51,11 @@ inline constexpr SpreadRules kEditorSaveRules{.countsOpenMonthsOnly = true,
                                               .endsOnNoDifference = true,
                                               .asksAboutNegative = true,
                                               .zeroGivesBackMonth = true};
-inline constexpr SpreadRules kEditorSaveInterestRules{.countsOpenMonthsOnly = true,
-                                                      .roundsWithoutSign = true,
-                                                      .stopsWhenPlaced = true,
-                                                      .endsOnNoDifference = true,
-                                                      .asksAboutNegative = true,
-                                                      .zeroGivesBackMonth = true,
-                                                      .zeroWithoutPrincipal = true};
+inline constexpr SpreadRules kEditorSaveInterestRules = [] {
+  SpreadRules rules = kEditorSaveRules;
+  rules.zeroWithoutPrincipal = true;
+  return rules;
+}();
 inline constexpr SpreadRules kEditorDeleteRules{.countsOpenMonthsOnly = true};
 // The receipts screen after a saved and after a deleted receipt.
 inline constexpr SpreadRules kReceiptSaveRules{.takesOff = true,

@@ -1,6 +1,6 @@
 #include "recovery/adjustment_write.h"
 
-#include <fmt/format.h>
+#include <algorithm>
 
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
@@ -10,34 +10,36 @@ namespace ktl {
 
 namespace {
 
-using RunStatement = std::function<void(const std::string&)>;
+using RunStatement = std::function<void(const Statement&)>;
 
-std::string ConditionOf(const InstructionKey& key, long monthYear) {
-  return fmt::format("Where EMPID={} AND SITYPE={} AND MONTHYEAR={} AND SERIALNO = {}", key.employee,
-                     key.siType, monthYear, key.serial);
+Statement ConditionOf(Session& session, const InstructionKey& key, long monthYear) {
+  return session.Sql("Where EMPID={} AND SITYPE={} AND MONTHYEAR={} AND SERIALNO = {}", key.employee,
+                     key.type, monthYear, key.serial);
 }
 
-std::string SumStatement(double amount, std::string_view otherColumn, const std::string& condition) {
-  return fmt::format(
-      "Update INS_EMIDETAIL SET MDFYAMT = {} + (SELECT ISNULL({}, 0) FROM INS_EMIDETAIL {} ) {}",
-      SqlAmount(amount), otherColumn, condition, condition);
+// "Update INS_EMIDETAIL SET MDFYAMT = 100 Where ..."
+Statement SetStatement(Session& session, const char* column, double amount, const Statement& condition) {
+  return session.Sql("Update INS_EMIDETAIL SET {} = {} {}", Statement(column), amount, condition);
+}
+
+Statement SumStatement(Session& session, double amount, const char* otherColumn, const Statement& condition) {
+  return session.Sql(
+      "Update INS_EMIDETAIL SET MDFYAMT = {0} + (SELECT ISNULL({1}, 0) FROM INS_EMIDETAIL {2} ) {2}", amount,
+      Statement(otherColumn), condition);
 }
 
 // The component and, of a reducing instruction, the sum of both.
-void WriteComponent(Component component, double amount, const std::string& condition,
+void WriteComponent(Session& session, Component component, double amount, const Statement& condition,
                     const RunStatement& run) {
-  const auto set = [&](const char* column) {
-    run(fmt::format("Update INS_EMIDETAIL SET {} = {} {}", column, SqlAmount(amount), condition));
-  };
   switch (component) {
     case Component::Amount:
-      return set("MDFYAMT");
+      return run(SetStatement(session, "MDFYAMT", amount, condition));
     case Component::Principal:
-      set("MDFPRNAMT");
-      return run(SumStatement(amount, "MDFINTAMT", condition));
+      run(SetStatement(session, "MDFPRNAMT", amount, condition));
+      return run(SumStatement(session, amount, "MDFINTAMT", condition));
     case Component::Interest:
-      set("MDFINTAMT");
-      return run(SumStatement(amount, "MDFPRNAMT", condition));
+      run(SetStatement(session, "MDFINTAMT", amount, condition));
+      return run(SumStatement(session, amount, "MDFPRNAMT", condition));
   }
 }
 
@@ -50,10 +52,6 @@ bool Ask(Session& session, AdjustmentQuestion question) {
                               Answer::Yes, Icon::Exclamation);
 }
 
-void RaiseFlags(Session& session, const InstructionKey& key, long monthYear) {
-  RaiseEditMode(session, key.employee, fmt::format("= {}", monthYear), AttendanceWording::EmployeeFirst);
-}
-
 void SpreadInEditor(Session& session, InstructionParent& parent, Component component,
                     const EditorDifference& difference) {
   using Mode = EditorDifference::Mode;
@@ -61,12 +59,12 @@ void SpreadInEditor(Session& session, InstructionParent& parent, Component compo
   const auto months = AdjustableMonths(ReadEmiMonths(session, parent), component);
   const bool saving = difference.mode == Mode::Save;
   if (difference.activeRow >= months.size()) return;
-  const auto run = [&session](const std::string& sql) { session.data.ExecuteSql(sql); };
+  const auto run = [&session](const Statement& sql) { session.data.ExecuteSql(sql); };
   const auto write = [&](const MonthChange& change) {
-    const std::string condition = ConditionOf(key, change.monthYear);
-    WriteComponent(component, change.amount, condition, run);
+    const Statement condition = ConditionOf(session, key, change.monthYear);
+    WriteComponent(session, component, change.amount, condition, run);
     if (saving && component == Component::Amount && change.amount == 0)
-      run(fmt::format("Update INS_EMIDETAIL SET INTAMT = {} {}", SqlAmount(change.amount), condition));
+      run(SetStatement(session, "INTAMT", change.amount, condition));
   };
   const AdjustmentHooks hooks{[&session](AdjustmentQuestion question) { return Ask(session, question); },
                               write};
@@ -86,13 +84,13 @@ void WalkReceipt(
     Session& session, InstructionParent& parent, Component component, const char* errorText,
     const std::function<void(const std::vector<AdjustableMonth>&, const AdjustmentHooks&)>& walk) {
   const InstructionKey key = parent.Key();
-  const auto run = [&session](const std::string& sql) { session.Cn.Execute(sql); };
+  const auto run = [&session](const Statement& sql) { session.Cn.Execute(sql); };
   const auto write = [&](const MonthChange& change) {
-    const std::string condition = ConditionOf(key, change.monthYear);
+    const Statement condition = ConditionOf(session, key, change.monthYear);
     if (change.deleted) {
-      run("DELETE FROM INS_EMIDETAIL " + condition);
+      run(session.Sql("DELETE FROM INS_EMIDETAIL {}", condition));
     } else {
-      WriteComponent(component, change.amount, condition, run);
+      WriteComponent(session, component, change.amount, condition, run);
     }
     if (change.flagged) RaiseFlags(session, key, change.monthYear);
   };
@@ -151,14 +149,14 @@ void CreateRecoveryMonth(Session& session, InstructionParent& parent, double dbl
 
 void CreateRecoveryMonthRed(Session& session, InstructionParent& parent, double dblPrincipal,
                             double dblInterest) {
-  const std::string principal = SqlAmount(dblPrincipal);
-  const std::string interest = SqlAmount(dblInterest < 0 ? 0 : dblInterest);
-  const long added = AddMonth(session, parent,
-                              {.amount = dblPrincipal,
-                               .furtherColumns = ",ACTPRNAMT,MDFPRNAMT,ACTINTAMT,MDFINTAMT",
-                               .furtherValues = fmt::format(",{0},{0},{1},{1}", principal, interest)});
+  const long added =
+      AddMonth(session, parent,
+               {.amount = dblPrincipal,
+                .furtherColumns = Statement(",ACTPRNAMT,MDFPRNAMT,ACTINTAMT,MDFINTAMT"),
+                .furtherValues = session.Sql(",{0},{0},{1},{1}", dblPrincipal, std::max(dblInterest, 0.0))});
   if (added != 0)
-    session.Cn.Execute(SumStatement(dblPrincipal, "MDFINTAMT", ConditionOf(parent.Key(), added)));
+    session.Cn.Execute(
+        SumStatement(session, dblPrincipal, "MDFINTAMT", ConditionOf(session, parent.Key(), added)));
 }
 
 void EMIModify(Session& session, InstructionParent& parent, const ReceiptDifference& difference) {
@@ -193,20 +191,18 @@ void AddRecoveryMonth(Session& session, InstructionParent& parent, double dblAmo
 
 void AddRecoveryMonthRed(Session& session, InstructionParent& parent, double dblPrincipal,
                          double dblInterest) {
-  const long added = AddMonth(
-      session, parent,
-      {.amount = dblPrincipal + dblInterest,
-       .furtherColumns = ",ACTPRNAMT,ACTINTAMT,MDFPRNAMT,MDFINTAMT",
-       .furtherValues = fmt::format(",{0},{1},{0},{1}", SqlAmount(dblPrincipal), SqlAmount(dblInterest))});
+  const long added = AddMonth(session, parent,
+                              {.amount = dblPrincipal + dblInterest,
+                               .furtherColumns = Statement(",ACTPRNAMT,ACTINTAMT,MDFPRNAMT,MDFINTAMT"),
+                               .furtherValues = session.Sql(",{0},{1},{0},{1}", dblPrincipal, dblInterest)});
   if (added != 0) RaiseFlags(session, parent.Key(), added);
 }
 
 void WriteMonthInterest(Session& session, const InstructionKey& key, long monthYear, double interest) {
-  const std::string condition =
-      fmt::format("WHERE SITYPE={} AND EMPID = {} AND SERIALNO = {} AND MONTHYEAR={}", key.siType,
-                  key.employee, key.serial, monthYear);
-  session.Cn.Execute(fmt::format("UPDATE INS_EMIDETAIL SET MDFINTAMT={} {}", SqlAmount(interest), condition));
-  session.Cn.Execute(SumStatement(interest, "MDFPRNAMT", condition));
+  const Statement condition = session.Sql("WHERE SITYPE={} AND EMPID = {} AND SERIALNO = {} AND MONTHYEAR={}",
+                                          key.type, key.employee, key.serial, monthYear);
+  session.Cn.Execute(session.Sql("UPDATE INS_EMIDETAIL SET MDFINTAMT={} {}", interest, condition));
+  session.Cn.Execute(SumStatement(session, interest, "MDFPRNAMT", condition));
 }
 
 }  // namespace ktl

@@ -2,64 +2,89 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "frame/refusal.h"
 #include "instructions/instruction_parent.h"
-#include "screen/desk.h"
+#include "instructions/schedule_month.h"
 
 namespace ktl {
 
 struct Session;
 
 // A range of months as typed.
-struct MonthRangeText {
-  std::string from;
-  std::string to;
+struct MonthRange {
+  MonthRange(std::string typedFrom, std::string typedTo);
 
-  long FromMonth() const;  // 0 when the text is no month
-  long ToMonth() const;
-  long Count() const { return ToMonth() - FromMonth() + 1; }
+  std::string fromText, toText;
+  long from, to;  // 0 when the text is no month
+
+  long Count() const { return to - from + 1; }
+  bool Holds(long monthYear) const { return monthYear >= from && monthYear <= to; }
 };
 
-// A field of the editor: what it holds and what it held when its row was picked.
+// A field of an editor: what it holds and what it held when its row was picked.
 struct EditedAmount {
-  std::string text;
-  std::string tag;
+  EditedAmount() = default;
+  EditedAmount(std::string typed, std::string tag);
 
-  double Now() const;
-  double Before() const;
-  bool IsChanged() const { return Now() != Before(); }
+  std::string text, textBefore;  // audit texts quote them
+  double now = 0, before = 0;
+
+  bool IsChanged() const { return now != before; }
 };
 
 // What stands in the EMI editor's fields.
 struct EmiEntry {
   long lngCounter = 0;  // 0: nothing picked
-  MonthRangeText months;
-  EditedAmount amount;      // the principal of a reducing instruction
-  EditedAmount interest;    // of a reducing instruction only
-  std::string institution;  // bound INSTID, "" when the text matches no row of the list
+  MonthRange months;
+  EditedAmount amount;    // the principal of a reducing instruction
+  EditedAmount interest;  // of a reducing instruction only
+  long institution = 0;   // INSTID, 0 when the text matches no row of the list
   std::string remarks;
 };
 
-enum class EmiField { None, New, From, To, Amount, Institution };
+enum class EmiField { None, New, From, To, Amount, Institution, Rate };
+using EmiRefusal = Refusal<EmiField>;
 
-struct EmiRefusal {
-  std::string text;
-  EmiField field = EmiField::None;
-  Icon icon = Icon::Information;
-  std::string title = {};  // "" for the application's own
-};
-
-// The two months, one after the other and against the company's first month.
-std::optional<EmiRefusal> CheckMonthRange(Session& session, const MonthRangeText& months);
-// Locked months of the range.
-std::optional<EmiRefusal> CheckMonthLocks(Session& session, const MonthRangeText& months);
 // All checks before a save, in their fixed order; nothing is changed.
 std::optional<EmiRefusal> CheckEmiEntry(Session& session, const InstructionKey& key, const EmiEntry& entry);
-
+// The typed amount alone counts, the principal of a reducing instruction. `amountBefore` is what the row in
+// work held.
+bool RecoversTooMuch(const InstructionTotals& totals, double amountBefore, const EmiEntry& entry);
 // Updates the months of the range that are there, adds the others, flags all. True when one was added.
 bool WriteEmiMonths(Session& session, InstructionParent& parent, const EmiEntry& entry);
+// By the answer to "Do you want to Adjust the EMI Amount?": Yes spreads what the saved row held before over
+// the rows behind it, No adds a month with what the range has lost.
+void AdjustSavedMonths(Session& session, InstructionParent& parent, Answer answer, const EmiEntry& entry,
+                       std::size_t row, const ScheduleMonth& before);
+void AuditSavedMonths(Session& session, const InstructionKey& key, const std::string& caption, bool reducing,
+                      const EmiEntry& entry, bool added);
 
-// "ADVANCE", "LOAN", "INSURANCE", "SSS", "GRPINSURANCE", "SIEARNING".
-std::string TypeWordOf(int siType);
+// Locks that stand against the delete of a month.
+std::optional<EmiRefusal> CheckMonthDelete(Session& session, const InstructionKey& key, long monthYear);
+void DeleteEmiMonth(Session& session, const InstructionKey& key, const ScheduleMonth& month);
+// Yes spreads what the month held over the rows from its place on, No adds a month with it.
+void AdjustDeletedMonth(Session& session, InstructionParent& parent, Answer answer, std::size_t row,
+                        const ScheduleMonth& deleted);
+// No answer where no question was due.
+void AuditDeletedMonth(Session& session, const InstructionKey& key, const std::string& caption, bool reducing,
+                       const ScheduleMonth& month, std::optional<Answer> answer);
+
+// The panel that computes the interest of a reducing instruction into a range of months.
+struct InterestPanel {
+  MonthRange months;
+  double rate = 0;  // percent a year
+  bool daysBasis = false;
+  bool exactDates = false;
+};
+struct PanelRefusal : EmiRefusal {
+  bool empties = false;  // the field is to be typed again
+};
+std::optional<PanelRefusal> CheckInterestPanel(Session& session, const InterestPanel& panel,
+                                               const std::vector<ScheduleMonth>& months);
+// The balance falls by the principal of every month; only those of the range are written and flagged.
+void WriteInterests(Session& session, const InstructionKey& key, const InterestPanel& panel,
+                    const std::vector<ScheduleMonth>& months);
 
 }  // namespace ktl

@@ -2,103 +2,86 @@
 
 #include <fmt/format.h>
 
-#include "common/amounts.h"
 #include "database/recordset.h"
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
-#include "instructions/instruction_type.h"
-#include "instructions/modAdvLoan.h"
-#include "runtime/numbers.h"
 
 namespace ktl {
 
 namespace {
 
-constexpr const char* kColumns =
-    "EMI.COUNTER, EMI.MONTHYEAR, EMI.EMIAMT, EMI.ACTPRNAMT, EMI.ACTINTAMT, EMI.MDFPRNAMT, EMI.MDFINTAMT, "
-    "EMI.MDFYAMT";
-
-std::string ListStatement(const InstructionKey& key) {
-  const std::string where = fmt::format("Where EMI.EMPID = {} And EMI.SERIALNO = {} And EMI.SITYPE = {}",
-                                        key.employee, key.serial, key.siType);
-  if (!HasInstitution(key.siType)) {
-    return fmt::format(
-        "Select {}, '' As INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI {} Order By EMI.MONTHYEAR", kColumns,
+Statement ListStatement(Session& session, const InstructionKey& key) {
+  const Statement columns(
+      "EMI.COUNTER, EMI.MONTHYEAR, EMI.EMIAMT, EMI.ACTPRNAMT, EMI.ACTINTAMT, EMI.MDFPRNAMT, EMI.MDFINTAMT, "
+      "EMI.MDFYAMT");
+  const Statement where = session.Sql("Where EMI.EMPID = {} And EMI.SERIALNO = {} And EMI.SITYPE = {}",
+                                      key.employee, key.serial, key.type);
+  if (!HasInstitution(key.type)) {
+    return session.Sql(
+        "Select {}, '' As INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI {} Order By EMI.MONTHYEAR", columns,
         where);
   }
-  return fmt::format(
+  return session.Sql(
       "Select {}, INST.INSTNAME, EMI.REMARKS From INS_EMIDETAIL EMI, MAS_INSTITUTION INST {} And EMI.INSTID "
-      "= "
-      "INST.INSTID And INST.TYPEID = {} Order By EMI.MONTHYEAR",
-      kColumns, where, key.siType);
-}
-
-// Row for row: both lists hold the same months.
-void MarkRecovered(std::vector<EmiMonth>& months, const Grid& parentList) {
-  for (std::size_t row = 0; row < months.size() && row < parentList.rows.size(); ++row) {
-    months[row].recovered = parentList.IsTicked(row, modAdvLoan::kEmiRecovered);
-  }
+      "= INST.INSTID And INST.TYPEID = {} Order By EMI.MONTHYEAR",
+      columns, where, key.type);
 }
 
 }  // namespace
 
-double EmiMonth::Of(Component component) const {
+double AmountOf(const ScheduleMonth& month, Component component) {
   switch (component) {
     case Component::Principal:
-      return MDFPRNAMT.NumberOr0();
+      return month.MDFPRNAMT.value_or(0);
     case Component::Interest:
-      return MDFINTAMT.NumberOr0();
+      return month.MDFINTAMT.value_or(0);
     case Component::Amount:
       break;
   }
-  return MDFYAMT.NumberOr0();
+  return month.MDFYAMT.value_or(0);
 }
 
-std::vector<EmiMonth> ReadEmiMonths(Session& session, InstructionParent& parent) {
+std::vector<ScheduleMonth> ReadEmiMonths(Session& session, const InstructionParent& parent) {
   const InstructionKey key = parent.Key();
-  std::vector<EmiMonth> months;
-  for (Recordset rs(session.Cn, ListStatement(key)); !rs.Eof(); rs.MoveNext()) {
-    months.push_back({.counter = rs["COUNTER"].ToLong(),
-                      .monthYear = rs["MONTHYEAR"].ToLong(),
-                      .ACTPRNAMT = rs["ACTPRNAMT"],
-                      .ACTINTAMT = rs["ACTINTAMT"],
-                      .EMIAMT = rs["EMIAMT"],
-                      .MDFPRNAMT = rs["MDFPRNAMT"],
-                      .MDFINTAMT = rs["MDFINTAMT"],
-                      .MDFYAMT = rs["MDFYAMT"],
-                      .institution = rs["INSTNAME"].TextOrEmpty(),
-                      .remarks = rs["REMARKS"].TextOrEmpty()});
+  const std::set<long> recovered = IsAdvanceOrLoan(key.type) ? parent.RecoveredMonths() : std::set<long>();
+  std::vector<ScheduleMonth> months;
+  for (Recordset rs(session.Cn, ListStatement(session, key)); !rs.Eof(); rs.MoveNext()) {
+    ScheduleMonth& month = months.emplace_back(ReadScheduleMonth(rs));
+    month.markedRecovered = recovered.contains(month.monthYear);
   }
-  if (IsAdvanceOrLoan(key.siType)) MarkRecovered(months, parent.EmiGrid());
   return months;
 }
 
-std::vector<AdjustableMonth> AdjustableMonths(const std::vector<EmiMonth>& months, Component component) {
+std::vector<AdjustableMonth> AdjustableMonths(const std::vector<ScheduleMonth>& months, Component component) {
   std::vector<AdjustableMonth> adjustable;
   adjustable.reserve(months.size());
-  for (const EmiMonth& month : months) {
-    adjustable.push_back(
-        {month.monthYear, month.Of(component), month.Of(Component::Principal), month.recovered});
+  for (const ScheduleMonth& month : months) {
+    adjustable.push_back({month.monthYear, AmountOf(month, component), AmountOf(month, Component::Principal),
+                          month.IsRecovered()});
   }
   return adjustable;
 }
 
-OverviewAmounts ReadOverview(InstructionParent& parent) {
-  const Grid& list = parent.OverviewGrid();
-  const std::string serial = std::to_string(parent.Key().serial);
-  for (std::size_t row = 0; row < list.rows.size(); ++row) {
-    if (list.Text(row, modAdvLoan::kListSerial) != serial) continue;
-    const auto amount = [&](std::size_t column) { return clsGenCmn::FnDblTrimVal(list.Text(row, column)); };
-    return {amount(modAdvLoan::kListAmount), amount(modAdvLoan::kListInterest), amount(modAdvLoan::kListEmi),
-            amount(modAdvLoan::kListRecovered), amount(modAdvLoan::kListReceipts)};
-  }
-  return {};
+std::optional<LastMonth> ReadLastMonth(Session& session, const InstructionKey& key) {
+  const Recordset last(session.Cn, session.Sql("Select Max(COUNTER), Max(MONTHYEAR) From INS_EMIDETAIL Where "
+                                               "{} And EMIAMT <> 0",
+                                               WhereInstruction(key)));
+  if (last.Eof() || last[1].IsNull()) return std::nullopt;
+  return LastMonth{last[0].ToLong(), last[1].ToLong()};
 }
 
-std::string ReadInstructionName(Session& session, const InstructionKey& key) {
-  const char* query = IsAdvanceOrLoan(key.siType) ? "Select SINAME From INS_ADVLOAN Where "
-                                                  : "Select OTHNAME From INS_OTHER Where ";
-  return session.data.FnVarGetDbValue(query + WhereInstruction(key), "").ToText();
+std::vector<ListRow> ReadInstitutionRows(Session& session, InstructionType type) {
+  std::vector<ListRow> rows;
+  if (!HasInstitution(type)) return rows;
+  Recordset rs(session.Cn, session.Sql("Select INSTID, INSTNAME From MAS_INSTITUTION Where TYPEID = {} Order "
+                                       "By INSTNAME",
+                                       type));
+  for (; !rs.Eof(); rs.MoveNext()) rows.push_back({rs["INSTNAME"].TextOrEmpty(), rs["INSTID"].TextOrEmpty()});
+  return rows;
+}
+
+void RaiseFlags(Session& session, const InstructionKey& key, long monthYear) {
+  RaiseEditMode(session, key.employee, OneMonth(monthYear), AttendanceWording::EmployeeFirst);
 }
 
 long CountLockedMonths(Session& session, long firstMonth, long lastMonth) {
@@ -109,10 +92,9 @@ long CountLockedMonths(Session& session, long firstMonth, long lastMonth) {
 
 long CountLockedMonthsAtOnce(Session& session, long firstMonth, long lastMonth) {
   return session.data
-      .FnVarGetDbValue(fmt::format("Select Count(MONTHYEAR) From MAS_MONTHYEAR Where LOCKEDYN = 1 And "
-                                   "MONTHYEAR >= {} AND MONTHYEAR <= {}",
-                                   firstMonth, lastMonth),
-                       0)
+      .Guarding(session.Sql("Select Count(MONTHYEAR) From MAS_MONTHYEAR Where LOCKEDYN = 1 And "
+                            "MONTHYEAR >= {} AND MONTHYEAR <= {}",
+                            firstMonth, lastMonth))
       .ToLong();
 }
 

@@ -4,8 +4,9 @@
 #include <vector>
 
 #include "instructions/instruction_parent.h"
+#include "instructions/schedule_month.h"
 #include "recovery/adjustment.h"
-#include "runtime/value.h"
+#include "screen/controls.h"
 
 namespace ktl {
 
@@ -14,40 +15,26 @@ struct Session;
 // Which of the modified amounts of a month is meant: MDFYAMT, MDFPRNAMT, MDFINTAMT.
 enum class Component { Amount, Principal, Interest };
 
-// One month of an instruction as stored.
-struct EmiMonth {
-  long counter = 0;
-  long monthYear = 0;
-  Value ACTPRNAMT, ACTINTAMT, EMIAMT;
-  Value MDFPRNAMT, MDFINTAMT, MDFYAMT;
-  std::string institution;
-  std::string remarks;
-  bool recovered = false;  // as the parent's list marks it, types 1 and 2 only
-
-  double Of(Component component) const;  // 0 for a null
-};
+double AmountOf(const ScheduleMonth& month, Component component);  // 0 for a null
 
 // In the order of the months. Of the types with institutions a month without one is not listed, as in the
-// parent.
-std::vector<EmiMonth> ReadEmiMonths(Session& session, InstructionParent& parent);
+// parent. Recovered, of advances and loans only, is what the parent's list marks.
+std::vector<ScheduleMonth> ReadEmiMonths(Session& session, const InstructionParent& parent);
+std::vector<AdjustableMonth> AdjustableMonths(const std::vector<ScheduleMonth>& months, Component component);
 
-std::vector<AdjustableMonth> AdjustableMonths(const std::vector<EmiMonth>& months, Component component);
-
-// Of the parent's overview row of the instruction; all 0 when it has none.
-struct OverviewAmounts {
-  double amount = 0;
-  double interest = 0;
-  double emi = 0;
-  double recovered = 0;
-  double receipts = 0;
+// Of the months that have an actual amount; nothing when there is none.
+struct LastMonth {
+  long counter = 0;
+  long monthYear = 0;
 };
-OverviewAmounts ReadOverview(InstructionParent& parent);
+std::optional<LastMonth> ReadLastMonth(Session& session, const InstructionKey& key);
 
-// "No end" of a range of months, as the employee lock takes it.
-inline constexpr const char* kNoLastMonth = "36000";
+// The institutions of the type by name, INSTID behind each; none for types without institutions.
+std::vector<ListRow> ReadInstitutionRows(Session& session, InstructionType type);
 
-// SINAME of an advance or loan, OTHNAME of the others.
-std::string ReadInstructionName(Session& session, const InstructionKey& key);
+// Asks the salary side to calculate the month again.
+void RaiseFlags(Session& session, const InstructionKey& key, long monthYear);
+
 // Locked months of the range, each asked by itself.
 long CountLockedMonths(Session& session, long firstMonth, long lastMonth);
 // The same in one query.

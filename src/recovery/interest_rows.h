@@ -1,34 +1,34 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "instructions/entry_questions.h"
 #include "instructions/instruction_parent.h"
+#include "instructions/schedule_month.h"
 
 namespace ktl {
 
 struct Session;
 
-// One month of the interest editor, rupees.
-struct InterestRow {
-  long monthYear = 0;
-  double actualPrincipal = 0;
-  double actualInterest = 0;
-  double modifiedPrincipal = 0;
-  double modifiedInterest = 0;
+// The months of the instruction under that name, in their order, their principals and interests alone: a null
+// counts 0.
+std::vector<ScheduleMonth> ReadInterestRows(Session& session, const InstructionKey& key,
+                                            const std::string& name);
 
-  double ActualTotal() const { return actualPrincipal + actualInterest; }
-  double ModifiedTotal() const { return modifiedPrincipal + modifiedInterest; }
-  bool operator==(const InterestRow&) const = default;
-};
+// Locks that stand against writing the months.
+std::optional<Refusal<NoField>> CheckInterestRows(Session& session, const InstructionKey& key,
+                                                  const std::vector<ScheduleMonth>& months);
 
-// The months of the instruction under that name, in their order.
-std::vector<InterestRow> ReadInterestRows(Session& session, const InstructionKey& key,
-                                          const std::string& name);
+// Writes every month and flags it, then the total interest of the instruction, and the audit line with the
+// months that were changed.
+void WriteInterestRows(Session& session, const InstructionKey& key, const std::string& name,
+                       const std::vector<ScheduleMonth>& months);
 
-// Writes every row and flags its month, then the total interest of the instruction. The audit text of the
-// changed rows, "" when nothing was changed or the audit is off.
-std::string WriteInterestRows(Session& session, const InstructionKey& key, const std::string& name,
-                              const std::vector<InterestRow>& rows);
+// A pasted block of amounts: rows by line breaks, cells by tabs. Nothing when a cell is no amount or the rows
+// differ in length.
+using AmountBlock = std::vector<std::vector<double>>;
+std::optional<AmountBlock> ParseAmountBlock(const std::string& text);
 
 }  // namespace ktl

@@ -1,14 +1,19 @@
 #include "recovery/modEMIDet.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+
 #include "common/amounts.h"
 #include "common/month_year.h"
-#include "database/recordset.h"
-#include "frame/error_box.h"
+#include "frame/handler_guard.h"
 #include "frame/modExternal.h"
 #include "frame/rights.h"
+#include "frame/saved_box.h"
 #include "frame/session.h"
-#include "instructions/instruction_statements.h"
-#include "instructions/instruction_type.h"
+#include "instructions/list_columns.h"
+#include "instructions/type_rights.h"
+#include "recovery/emi_months.h"
 #include "recovery/working.h"
 #include "runtime/numbers.h"
 
@@ -17,25 +22,7 @@ namespace ktl {
 namespace {
 
 constexpr const char* kMonthFormat = "Jan/2005(mmm/yyyy)";
-
-struct Rights {
-  int siType;
-  const char* save;
-  const char* remove;
-  const char* institution;
-  long group;
-};
-constexpr Rights kRights[] = {
-    {1, "218", "219", "", 52},    {2, "244", "245", "246", 58}, {3, "259", "260", "261", 63},
-    {4, "290", "291", "292", 72}, {5, "273", "274", "275", 67}, {7, "303", "304", "", 76},
-};
-
-const Rights& RightsOf(int siType) {
-  for (const Rights& rights : kRights) {
-    if (rights.siType == siType) return rights;
-  }
-  return kRights[0];
-}
+constexpr Colour kDeleteColour = 0xFFE0E0;
 
 }  // namespace
 
@@ -44,13 +31,10 @@ modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
       session_(session),
       parent_(parent),
       key_(parent.Key()),
-      reducing_(parent.ReducingBalance()) {
+      reducing_(parent.ComponentsApart()) {
   caption = "EMI Details";
-  for (Control* control : std::initializer_list<Control*>{
-           &lblInt, &txtInt, &lblIntFrom, &txtIntFrom, &lblIntTo, &txtIntTo, &chkCalculationOn, &chkEffDate,
-           &cmdIntCalculate, &cmdIntNew, &cmdIntClose}) {
-    control->container = &fmeIntRedBal;
-  }
+  fmeIntRedBal.Hold({lblInt, txtInt, lblIntFrom, txtIntFrom, lblIntTo, txtIntTo, chkCalculationOn, chkEffDate,
+                     cmdIntCalculate, cmdIntNew, cmdIntClose});
   fmeIntRedBal.visible = false;
   for (TextBox* box : {&txtAmount, &txtInterest, &txtInt}) {
     box->rightAligned = true;
@@ -60,15 +44,11 @@ modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
     box->toolTip = kMonthFormat;
     box->onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnlyWithAlpha(key); };
   }
-  SetButtonTags();
   ConnectHandlers();
 }
 
 void modEMIDet::ConnectHandlers() {
-  const auto on = [this](void (modEMIDet::*handler)()) {
-    return WithNumberedErrorBox(
-        session_, [this, handler] { (this->*handler)(); }, session_.title);
-  };
+  const HandlerGuard on(session_, *this, ErrorStyle::DescriptionFirst);
   fpgEMIDetail.onRowClick = [this](std::size_t row, std::size_t) { fpgEMIDetail_Click(row); };
   txtFromMonth.onLeave = on(&modEMIDet::txtFromMonth_LostFocus);
   txtToMonth.onLeave = on(&modEMIDet::txtToMonth_LostFocus);
@@ -91,40 +71,37 @@ void modEMIDet::ConnectHandlers() {
   cmdIntClose.onClick = [this] { cmdIntClose_Click(); };
 }
 
-void modEMIDet::SetButtonTags() {
-  const Rights& rights = RightsOf(key_.siType);
-  cmdSave.tag = rights.save;
-  cmdDelete.tag = rights.remove;
-  cmdInstitution.tag = rights.institution;
-}
-
-bool modEMIDet::IsAdvanceOrLoan() const { return ktl::IsAdvanceOrLoan(key_.siType); }
+bool modEMIDet::IsAdvanceOrLoan() const { return ktl::IsAdvanceOrLoan(key_.type); }
 
 void modEMIDet::Form_Load() {
-  strTypeDesc = InstructionCaption(session_, key_.siType);
+  strTypeDesc = InstructionCaption(session_, key_.type);
   if (!IsAdvanceOrLoan()) caption = "Payment Detail";
   SetColumns();
   FillInstitutions();
   FillEmiGrid();
   lngCounter = 0;
-  ApplyButtonRights(session_, *this, RightsOf(key_.siType).group);
+  ApplyTypeRights(session_, *this, key_.type);
 }
 
 void modEMIDet::SetColumns() {
+  using Month = ScheduleMonth;
   const bool apart = reducing_ || session_.SepPiYN;
-  fpgEMIDetail.columns = {
-      {"Counter", CellType::Number, 60, true},
-      {"Month/Year", CellType::Text, 90},
-      {"Actual Principle Amount", CellType::Number, 150, !apart},
-      {"Actual Interest Amount", CellType::Number, 150, !apart},
-      {"Actual Amount", CellType::Number, 120},
-      {"Modified Principle Amount", CellType::Number, 160, !apart},
-      {"Modified Interest Amount", CellType::Number, 150, !apart},
-      {"Modified Amount", CellType::Number, 125},
-      {"Institution", CellType::Text, 180, !HasInstitution(key_.siType)},
-      {"Remarks", CellType::Text, 200},
-      {"EMI Rec", CellType::Number, 60, true},
-  };
+  const bool marked = IsAdvanceOrLoan();
+  months_.SetColumns({
+      {{"Counter", CellType::Number, 60, true},
+       [](const Month& month) { return std::to_string(month.counter); }},
+      {{"Month/Year"}, [](const Month& month) { return FnStrFormatMonthYear(month.monthYear); }},
+      {{"Actual Principle Amount", CellType::Number, 150, !apart}, Amount(&Month::ACTPRNAMT)},
+      {{"Actual Interest Amount", CellType::Number, 150, !apart}, Amount(&Month::ACTINTAMT)},
+      {{"Actual Amount", CellType::Number, 120}, Amount(&Month::EMIAMT)},
+      {{"Modified Principle Amount", CellType::Number, 160, !apart}, Amount(&Month::MDFPRNAMT)},
+      {{"Modified Interest Amount", CellType::Number, 150, !apart}, Amount(&Month::MDFINTAMT)},
+      {{"Modified Amount", CellType::Number, 125}, Amount(&Month::MDFYAMT)},
+      {{"Institution", CellType::Text, 180, !HasInstitution(key_.type)}, &Month::institution},
+      {{"Remarks", CellType::Text, 200}, &Month::remarks},
+      {{"EMI Rec", CellType::Number, 60, true},
+       [marked](const Month& month) { return marked ? std::to_string(month.IsRecovered()) : ""; }},
+  });
 }
 
 void modEMIDet::Form_Activate() {
@@ -133,8 +110,7 @@ void modEMIDet::Form_Activate() {
 }
 
 void modEMIDet::ShowForType() {
-  for (Control* control : std::initializer_list<Control*>{&lblInstitution, &cmbInstitution, &cmdInstitution})
-    control->visible = HasInstitution(key_.siType);
+  lblInstitution.visible = cmbInstitution.visible = cmdInstitution.visible = HasInstitution(key_.type);
   lblInterest.visible = txtInterest.visible = IsAdvanceOrLoan();
   txtInterest.enabled = reducing_;
   if (IsAdvanceOrLoan() && reducing_) lblAmount.caption = "Modified Principle";
@@ -147,49 +123,22 @@ void modEMIDet::EnableByRights() {
   cmdSave.enabled = cmdDelete.enabled = cmdIntCalculate.enabled = writable;
 }
 
-void modEMIDet::FillEmiGrid() {
-  months_ = ReadEmiMonths(session_, parent_);
-  const std::size_t active = fpgEMIDetail.activeRow;
-  fpgEMIDetail.Clear();
-  for (const EmiMonth& month : months_) {
-    const std::size_t row = fpgEMIDetail.AddRow();
-    fpgEMIDetail.At(row, kCounter).text = std::to_string(month.counter);
-    fpgEMIDetail.At(row, kMonth).text = FnStrFormatMonthYear(month.monthYear);
-    fpgEMIDetail.At(row, kActualPrincipal).text = ShownAmount(month.ACTPRNAMT);
-    fpgEMIDetail.At(row, kActualInterest).text = ShownAmount(month.ACTINTAMT);
-    fpgEMIDetail.At(row, kActualAmount).text = ShownAmount(month.EMIAMT);
-    fpgEMIDetail.At(row, kModifiedPrincipal).text = ShownAmount(month.MDFPRNAMT);
-    fpgEMIDetail.At(row, kModifiedInterest).text = ShownAmount(month.MDFINTAMT);
-    fpgEMIDetail.At(row, kModifiedAmount).text = ShownAmount(month.MDFYAMT);
-    fpgEMIDetail.At(row, kInstitution).text = month.institution;
-    fpgEMIDetail.At(row, kRemarks).text = month.remarks;
-    if (IsAdvanceOrLoan()) fpgEMIDetail.At(row, kEmiRec).text = month.recovered ? "1" : "0";
-  }
-  fpgEMIDetail.activeRow = active < months_.size() ? active : kNoRow;
-}
+void modEMIDet::FillEmiGrid() { months_.Show(ReadEmiMonths(session_, parent_)); }
 
-void modEMIDet::FillInstitutions() {
-  std::vector<ListRow> rows;
-  if (HasInstitution(key_.siType)) {
-    Recordset rs(session_.Cn, "Select INSTID, INSTNAME From MAS_INSTITUTION Where TYPEID = " +
-                                  std::to_string(key_.siType) + " Order By INSTNAME");
-    for (; !rs.Eof(); rs.MoveNext())
-      rows.push_back({rs["INSTNAME"].TextOrEmpty(), rs["INSTID"].TextOrEmpty()});
-  }
-  cmbInstitution.SetRows(std::move(rows));
-}
+void modEMIDet::FillInstitutions() { cmbInstitution.SetRows(ReadInstitutionRows(session_, key_.type)); }
 
 void modEMIDet::fpgEMIDetail_Click(std::size_t row) { ShowEmiRow(row); }
 
 void modEMIDet::ShowEmiRow(std::size_t lngRow) {
-  if (lngRow >= months_.size()) return;
-  picked_ = months_[lngRow];
+  const ScheduleMonth* month = months_.At(lngRow);
+  if (month == nullptr) return;
+  picked_ = *month;
   lngCounter = picked_.counter;
-  txtFromMonth.SetText(fpgEMIDetail.Text(lngRow, kMonth));
-  txtToMonth.SetText(fpgEMIDetail.Text(lngRow, kMonth));
-  txtAmount.tag = fpgEMIDetail.Text(lngRow, reducing_ ? kModifiedPrincipal : kModifiedAmount);
+  txtFromMonth.SetText(FnStrFormatMonthYear(picked_.monthYear));
+  txtToMonth.SetText(FnStrFormatMonthYear(picked_.monthYear));
+  txtAmount.tag = ShownAmount(reducing_ ? picked_.MDFPRNAMT : picked_.MDFYAMT);
   txtAmount.SetText(txtAmount.tag);
-  txtInterest.tag = reducing_ ? fpgEMIDetail.Text(lngRow, kModifiedInterest) : "";
+  txtInterest.tag = reducing_ ? ShownAmount(picked_.MDFINTAMT) : "";
   txtInterest.SetText(txtInterest.tag);
   cmbInstitution.SetText(picked_.institution);
   txtRemarks.SetText(picked_.remarks);
@@ -209,15 +158,12 @@ void modEMIDet::cmdNew_Click() { NewEmiRow(); }
 
 void modEMIDet::NewEmiRow() {
   ClearEmiFields();
-  const Recordset last(session_.Cn, "Select Max(COUNTER), Max(MONTHYEAR) From INS_EMIDETAIL Where " +
-                                        WhereInstruction(key_) + " And EMIAMT <> 0");
-  const bool hasMonth = !last.Eof() && !last[1].IsNull();
-  if (hasMonth) {
-    lngCounter = last[0].ToLong() + 1;
-    txtFromMonth.SetText(FnStrFormatMonthYear(last[1].ToLong() + 1));
-  } else {
-    lngCounter = 1;
-    if (months_.empty()) txtFromMonth.SetText(FormatDate(session_.machine.clock.Now(), "MMM/YYYY"));
+  const std::optional<LastMonth> last = ReadLastMonth(session_, key_);
+  lngCounter = last ? last->counter + 1 : 1;
+  if (last) {
+    txtFromMonth.SetText(FnStrFormatMonthYear(last->monthYear + 1));
+  } else if (months_.Rows().empty()) {
+    txtFromMonth.SetText(FormatDate(session_.machine.clock.Now(), "MMM/YYYY"));
   }
   txtToMonth.SetText(txtFromMonth.Text());
   SetFocus(txtToMonth);
@@ -232,6 +178,175 @@ void modEMIDet::cmdInstitution_Click() {
   if (FnBlnPermitted(session_, cmdInstitution)) return;
   OpenInstitutionMaster(session_);
   FillInstitutions();
+}
+
+EmiEntry modEMIDet::Entry() const {
+  return {.lngCounter = lngCounter,
+          .months = {txtFromMonth.Text(), txtToMonth.Text()},
+          .amount = {txtAmount.Text(), txtAmount.tag},
+          .interest = reducing_ ? EditedAmount(txtInterest.Text(), txtInterest.tag) : EditedAmount(),
+          .institution = static_cast<long>(Val(cmbInstitution.BoundText())),
+          .remarks = txtRemarks.Text()};
+}
+
+void modEMIDet::cmdSave_Click() {
+  if (FnBlnPermitted(session_, cmdSave)) return;
+  const Working working(session_, cmdClose);
+  lngActiveRow = fpgEMIDetail.activeRow;
+  SaveEmiRow();
+}
+
+bool modEMIDet::SaveEmiRow() {
+  const EmiEntry entry = Entry();
+  if (const auto refusal = CheckEmiEntry(session_, key_, entry))
+    return Refuse(session_, *this, *refusal, fields_);
+  cmdClose.enabled = false;
+  const std::optional<Answer> answer = AskAdjustment(entry);
+  if (answer != Answer::Yes && !MayRecoverMore(entry)) {
+    SetFocus(txtAmount);
+    return false;
+  }
+  const bool blnRowAdded = WriteEmiMonths(session_, parent_, entry);
+  if (IsAdvanceOrLoan()) {
+    RefreshParent();
+    // Months that were added are no change of the others, whatever was answered.
+    if (!blnRowAdded && answer && *answer != Answer::Cancel) {
+      AdjustSavedMonths(session_, parent_, *answer, entry, lngActiveRow, picked_);
+      RefreshParent();
+    }
+  } else {
+    parent_.RefreshEMI();
+  }
+  FillEmiGrid();
+  AuditSavedMonths(session_, key_, strTypeDesc, reducing_, entry, blnRowAdded);
+  ShowSaved(session_);
+  ClearEmiFields();
+  SetFocus(cmdNew);
+  blnNewRow = false;
+  return true;
+}
+
+std::optional<Answer> modEMIDet::AskAdjustment(const EmiEntry& entry) {
+  if (blnNewRow) return std::nullopt;
+  if (!IsAdvanceOrLoan()) return Answer::No;
+  if (!entry.amount.IsChanged() && !entry.interest.IsChanged()) return std::nullopt;
+  return AskAboutAmount("Save/Update with No Adjustments");
+}
+
+Answer modEMIDet::AskAboutAmount(const char* cancel) {
+  return session_.desk.MsgBox({fmt::format("Do you want to Adjust the EMI Amount?\r\n"
+                                           "Click on 'Yes' to Adjust the EMI Amount for Future Months\r\n"
+                                           "Click on 'No' to Create New Month for Recovery\r\n"
+                                           "Click 'Cancel' to {}",
+                                           cancel),
+                               Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
+}
+
+bool modEMIDet::MayRecoverMore(const EmiEntry& entry) {
+  if (!IsAdvanceOrLoan()) return true;
+  const ScheduleMonth* active = months_.At(lngActiveRow);
+  const double before = active == nullptr ? 0 : AmountOf(*active, Component::Amount);
+  return !RecoversTooMuch(parent_.Totals(), before, entry) ||
+         session_.desk.Confirm(
+             "Entered EMI results in more recovery than required.\r\nDo you want to continue?",
+             session_.title);
+}
+
+// The overview first: it selects the instruction's row, and the list of months is what an adjustment reads.
+void modEMIDet::RefreshParent() {
+  parent_.RefreshDetail();
+  parent_.RefreshEMI();
+  parent_.UpdateOverview();
+}
+
+void modEMIDet::cmdDelete_Click() {
+  if (FnBlnPermitted(session_, cmdDelete)) return;
+  const std::optional<std::size_t> row = RowToDelete();
+  if (!row) return;
+  fpgEMIDetail.PaintRow(*row, kDeleteColour);
+  const bool confirmed = MayDelete(*months_.At(*row));
+  std::optional<Answer> answer;
+  if (confirmed && IsAdvanceOrLoan()) answer = AskAboutAmount("Delete with No Adjustments");
+  fpgEMIDetail.PaintRow(*row, kWhite);
+  if (confirmed) DeleteMonth(*row, answer);
+}
+
+std::optional<std::size_t> modEMIDet::RowToDelete() {
+  const std::vector<ScheduleMonth>& months = months_.Rows();
+  if (months.empty()) {
+    session_.Inform("No records to delete.");
+    return std::nullopt;
+  }
+  const auto picked = std::ranges::find(months, lngCounter, &ScheduleMonth::counter);
+  if (lngCounter == 0 || picked == months.end()) {
+    session_.Inform("Select record to delete.");
+    return std::nullopt;
+  }
+  return static_cast<std::size_t>(picked - months.begin());
+}
+
+bool modEMIDet::MayDelete(const ScheduleMonth& month) {
+  if (const auto refusal = CheckMonthDelete(session_, key_, month.monthYear))
+    return Refuse(session_, *this, *refusal, fields_);
+  return session_.desk.Confirm(fmt::format("Do you want to delete selected {}{}", strTypeDesc,
+                                           IsAdvanceOrLoan() ? " EMI?" : " payment?"),
+                               session_.title);
+}
+
+void modEMIDet::DeleteMonth(std::size_t row, std::optional<Answer> answer) {
+  const ScheduleMonth month = *months_.At(row);
+  DeleteEmiMonth(session_, key_, month);
+  AuditDeletedMonth(session_, key_, strTypeDesc, reducing_, month, answer);
+  if (answer) {
+    RefreshParent();
+  } else {
+    parent_.RefreshEMI();
+  }
+  if (answer && *answer != Answer::Cancel) {
+    AdjustDeletedMonth(session_, parent_, *answer, row, month);
+    RefreshParent();
+  }
+  FillEmiGrid();
+  ClearEmiFields();
+  blnNewRow = false;
+}
+
+void modEMIDet::chkIntRateRedBal_Click() { fmeIntRedBal.visible = chkIntRateRedBal.Value(); }
+
+void modEMIDet::cmdIntClose_Click() { chkIntRateRedBal.SetValue(false); }
+
+void modEMIDet::cmdIntNew_Click() {
+  for (TextBox* box : {&txtInt, &txtIntFrom, &txtIntTo}) box->SetText("");
+  SetFocus(txtInt);
+}
+
+void modEMIDet::txtIntFrom_LostFocus() {
+  txtIntFrom.SetText(FnStrCorrectMonth(txtIntFrom.Text()));
+  if (!txtIntFrom.Text().empty() && !months_.Rows().empty())
+    txtIntTo.SetText(FnStrFormatMonthYear(months_.Rows().back().monthYear));
+}
+
+void modEMIDet::txtIntTo_LostFocus() { txtIntTo.SetText(FnStrCorrectMonth(txtIntTo.Text())); }
+
+void modEMIDet::cmdIntCalculate_Click() {
+  const InterestPanel panel{.months = {txtIntFrom.Text(), txtIntTo.Text()},
+                            .rate = clsGenCmn::FnDblTrimVal(txtInt.Text()),
+                            .daysBasis = chkCalculationOn.Value(),
+                            .exactDates = chkEffDate.Value()};
+  if (const auto refusal = CheckInterestPanel(session_, panel, months_.Rows())) return RefusePanel(*refusal);
+  WriteInterests(session_, key_, panel, months_.Rows());
+  RefreshParent();
+  FillEmiGrid();
+  ShowSaved(session_);
+  for (TextBox* box : {&txtInt, &txtIntFrom, &txtIntTo}) box->SetText("");
+}
+
+void modEMIDet::RefusePanel(const PanelRefusal& refusal) {
+  const std::map<EmiField, TextBox*> boxes{
+      {EmiField::From, &txtIntFrom}, {EmiField::To, &txtIntTo}, {EmiField::Rate, &txtInt}};
+  const auto box = boxes.find(refusal.field);
+  if (refusal.empties) box->second->SetText("");
+  Refuse(session_, *this, refusal, {{refusal.field, box == boxes.end() ? nullptr : box->second}});
 }
 
 bool modEMIDet::Form_QueryUnload() { return !blnNewRow || MayLeaveNewRow(session_, cmdSave); }

@@ -1,13 +1,13 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "recovery/emi_entry.h"
-#include "recovery/emi_months.h"
 #include "screen/controls.h"
 #include "screen/grid.h"
+#include "screen/grid_list.h"
 #include "screen/screen.h"
 
 namespace ktl {
@@ -92,44 +92,37 @@ class modEMIDet final : public Screen {
 
  private:
   void ConnectHandlers();
-  void SetButtonTags();
   void SetColumns();
   void ShowForType();
   void EnableByRights();
 
   bool IsAdvanceOrLoan() const;
   EmiEntry Entry() const;
-  void Refuse(const EmiRefusal& refusal);
-  Control* FieldOf(EmiField field);
+  void RefusePanel(const PanelRefusal& refusal);
   // Nothing when no question was due.
   std::optional<Answer> AskAdjustment(const EmiEntry& entry);
   bool MayRecoverMore(const EmiEntry& entry);
-  void AdjustSaved(Answer answer, const EmiEntry& entry);
-  void RefreshParent();
-  void AuditSaved(const EmiEntry& entry, bool added);
-
-  // The row picked for deletion, after the checks and questions before it.
   std::optional<std::size_t> RowToDelete();
-  bool MayDelete(const EmiMonth& month);
-  void DeleteMonth(const EmiMonth& month, std::optional<Answer> answer);
-  void AdjustDeleted(Answer answer, const EmiMonth& deleted);
-  void AuditDeleted(const EmiMonth& month, std::optional<Answer> answer);
-  void WriteAudit(const std::string& deed, const std::string& detail);
-
-  // Shows what stands against a computation; true when there is nothing.
-  bool CheckInterestPanel(const MonthRangeText& range);
-  void WriteInterests(const MonthRangeText& range);
+  bool MayDelete(const ScheduleMonth& month);
+  Answer AskAboutAmount(const char* cancel);
+  void DeleteMonth(std::size_t row, std::optional<Answer> answer);
+  void RefreshParent();
 
   Session& session_;
   InstructionParent& parent_;
   InstructionKey key_;
   bool reducing_;
   std::string strTypeDesc;
-  std::vector<EmiMonth> months_;  // the rows of the grid
+  GridList<ScheduleMonth> months_{fpgEMIDetail};
+  const std::map<EmiField, Control*> fields_{{EmiField::New, &cmdNew},
+                                             {EmiField::From, &txtFromMonth},
+                                             {EmiField::To, &txtToMonth},
+                                             {EmiField::Amount, &txtAmount},
+                                             {EmiField::Institution, &cmbInstitution}};
   bool blnNewRow = false;
   long lngCounter = 0;           // of the month picked, the next one after cmdNew, 0 for none
-  std::size_t lngActiveRow = 0;  // in the grid, when a save or a delete began
-  EmiMonth picked_;              // as it was before editing
+  std::size_t lngActiveRow = 0;  // in the grid, when a save began
+  ScheduleMonth picked_;         // as it was before editing
 };
 
 }  // namespace ktl

@@ -1,48 +1,27 @@
 #include "recovery/modInterestMaster.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
-#include <optional>
 
 #include "common/amounts.h"
 #include "common/month_year.h"
-#include "common/titles.h"
-#include "frame/error_box.h"
+#include "frame/handler_guard.h"
 #include "frame/modExternal.h"
-#include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
-#include "instructions/instruction_type.h"
-#include "recovery/emi_months.h"
+#include "instructions/list_columns.h"
 #include "recovery/reducing_interest.h"
 #include "runtime/numbers.h"
-#include "runtime/text.h"
 
 namespace ktl {
 
 namespace {
 
-constexpr long kMenuNumber = 19;
-constexpr const char* kAmountFormat = "0.00";
-
-using Block = std::vector<std::vector<double>>;
-
-// Rows by line breaks, cells by tabs; nothing when a cell is no amount or the rows differ in length.
-std::optional<Block> AmountsOf(const std::string& text) {
-  Block block;
-  for (const std::string& line : Split(ReplaceAll(text, "\r", ""), "\n")) {
-    if (line.empty()) continue;
-    std::vector<double>& row = block.emplace_back();
-    for (const std::string& cell : Split(line, "\t")) {
-      const std::optional<double> amount = ParseNumber(Trim(cell));
-      if (!amount || *amount < 0 || *amount > kAmountLimit) return std::nullopt;
-      row.push_back(*amount);
-    }
-    if (row.size() != block.front().size()) return std::nullopt;
-  }
-  if (block.empty()) return std::nullopt;
-  return block;
+// Behind a column of amounts.
+ScheduleMonth::Amount ScheduleMonth::*AmountOf(std::size_t column) {
+  constexpr ScheduleMonth::Amount ScheduleMonth::*kAmounts[] = {
+      &ScheduleMonth::ACTPRNAMT, &ScheduleMonth::ACTINTAMT, &ScheduleMonth::MDFPRNAMT,
+      &ScheduleMonth::MDFINTAMT};
+  return kAmounts[column - modInterestMaster::kActualPrincipal];
 }
 
 }  // namespace
@@ -53,11 +32,8 @@ modInterestMaster::modInterestMaster(Session& session, InstructionParent& parent
   cmdUpdate.toolTip = "Copy Actual amount to Modified.";
   chkDays.toolTip = "Interest Calculation on Days basis. Cal.days/365";
   chkEffDate.toolTip = "Affect Interest Rate on Advance Date/DOL";
-  for (Control* control :
-       std::initializer_list<Control*>{&lblInterestRate, &txtInterestRate, &lblMonthOffSet, &txtMonthOffSet,
-                                       &chkDays, &chkEffDate, &cmdUpdateRedBal, &cmdCloseRedBal}) {
-    control->container = &frmReducingBal;
-  }
+  frmReducingBal.Hold({lblInterestRate, txtInterestRate, lblMonthOffSet, txtMonthOffSet, chkDays, chkEffDate,
+                       cmdUpdateRedBal, cmdCloseRedBal});
   frmReducingBal.visible = false;
   txtInterestRate.onKeyPress = [this](int key) {
     return clsGenCmn::FnIntAllowAmtOnly(key, txtInterestRate.Text());
@@ -68,9 +44,7 @@ modInterestMaster::modInterestMaster(Session& session, InstructionParent& parent
 }
 
 void modInterestMaster::ConnectHandlers() {
-  const auto on = [this](void (modInterestMaster::*handler)()) {
-    return WithErrorBox(session_, [this, handler] { (this->*handler)(); });
-  };
+  const HandlerGuard on(session_, *this, ErrorStyle::NumberFirst);
   cmdSave.onClick = on(&modInterestMaster::cmdSave_Click);
   cmdUndo.onClick = on(&modInterestMaster::cmdUndo_Click);
   cmdUpdate.onClick = on(&modInterestMaster::cmdUpdate_Click);
@@ -89,90 +63,70 @@ void modInterestMaster::ConnectHandlers() {
 }
 
 void modInterestMaster::Form_Load() {
-  fpgSIMaster.columns = {
-      {"Month/Year", CellType::Text, 100},
-      {"Actual Principle", CellType::Number, 130, false, false},
-      {"Actual Int. Amt", CellType::Number, 130, false, false},
-      {"Modified Principle", CellType::Number, 140, false, false},
-      {"Modified Int. Amt", CellType::Number, 140, false, false},
-  };
+  SetColumns();
   cmdSave.enabled = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
   if (FillGrid()) return;
   session_.Inform("Save the record first, and then enter interest details.");
   Unload();
 }
 
+void modInterestMaster::SetColumns() {
+  const auto amount = [](const char* heading, int width, std::size_t column) {
+    return GridList<ScheduleMonth>::Column{{heading, CellType::Number, width, false, false},
+                                           Amount(AmountOf(column))};
+  };
+  months_.SetColumns({
+      {{"Month/Year", CellType::Text, 100},
+       [](const ScheduleMonth& month) { return FnStrFormatMonthYear(month.monthYear); }},
+      amount("Actual Principle", 130, kActualPrincipal),
+      amount("Actual Int. Amt", 130, kActualInterest),
+      amount("Modified Principle", 140, kModifiedPrincipal),
+      amount("Modified Int. Amt", 140, kModifiedInterest),
+  });
+}
+
 bool modInterestMaster::FillGrid() {
   fpgSIMaster.Clear();
-  months_.clear();
-  for (const InterestRow& month : ReadInterestRows(session_, key_, name_)) {
-    const std::size_t row = fpgSIMaster.AddRow();
-    months_.push_back(month.monthYear);
-    fpgSIMaster.At(row, kMonth).text = FnStrFormatMonthYear(month.monthYear);
-    SetAmount(row, kActualPrincipal, month.actualPrincipal);
-    SetAmount(row, kActualInterest, month.actualInterest);
-    SetAmount(row, kModifiedPrincipal, month.modifiedPrincipal);
-    SetAmount(row, kModifiedInterest, month.modifiedInterest);
-  }
+  months_.Show(ReadInterestRows(session_, key_, name_));
   changed_ = false;
-  return !months_.empty();
+  return !months_.Rows().empty();
 }
 
-void modInterestMaster::SetAmount(std::size_t row, Column column, double amount) {
-  GridCell& cell = fpgSIMaster.At(row, column);
-  cell.text = FormatNumber(amount, kAmountFormat);
-  cell.tag = NumberText(amount);
-}
-
-double modInterestMaster::AmountAt(std::size_t row, Column column) const {
-  const GridCell& cell = fpgSIMaster.At(row, column);
-  const double exact = Val(cell.tag);
-  if (cell.text == FormatNumber(exact, kAmountFormat)) return exact;
-  return clsGenCmn::FnDblTrimVal(cell.text);
-}
-
-std::vector<InterestRow> modInterestMaster::Rows() const {
-  std::vector<InterestRow> rows;
-  for (std::size_t row = 0; row < months_.size(); ++row) {
-    rows.push_back({months_[row], AmountAt(row, kActualPrincipal), AmountAt(row, kActualInterest),
-                    AmountAt(row, kModifiedPrincipal), AmountAt(row, kModifiedInterest)});
-  }
-  return rows;
+void modInterestMaster::SetAmount(std::size_t row, std::size_t column, double amount) {
+  months_.Rows()[row].*AmountOf(column) = amount;
+  months_.ShowAgain(row);
+  changed_ = true;
 }
 
 // What is typed is kept as an amount: a text that is none counts 0, more than an amount can hold is cut.
 void modInterestMaster::fpgSIMaster_CellChange(std::size_t row, std::size_t column) {
   const double typed = clsGenCmn::FnDblTrimVal(fpgSIMaster.Text(row, column));
-  SetAmount(row, static_cast<Column>(column), std::clamp(typed, 0.0, kAmountLimit));
-  changed_ = true;
+  SetAmount(row, column, std::clamp(typed, 0.0, kAmountLimit));
 }
 
 void modInterestMaster::fpgSIMaster_Paste(const GridRange& selection, const std::string& block) {
-  const std::optional<Block> amounts = AmountsOf(block);
+  const std::optional<AmountBlock> amounts = ParseAmountBlock(block);
   GridRange room = selection;
   if (room.Rows() == 1 && room.Columns() == 1) {  // the corner that the block starts in
-    room.lastRow = months_.size() - 1;
+    room.lastRow = months_.Rows().size() - 1;
     room.lastColumn = kModifiedInterest;
   }
-  const bool fits = amounts && selection.firstColumn > kMonth && room.lastRow < months_.size() &&
+  const bool fits = amounts && selection.firstColumn > kMonth && room.lastRow < months_.Rows().size() &&
                     room.lastColumn <= kModifiedInterest && amounts->size() <= room.Rows() &&
                     amounts->front().size() <= room.Columns();
   if (!fits) return session_.Inform("Selected range is invalid to paste.");
   for (std::size_t row = 0; row < amounts->size(); ++row) {
-    for (std::size_t column = 0; column < amounts->front().size(); ++column) {
-      SetAmount(selection.firstRow + row, static_cast<Column>(selection.firstColumn + column),
-                (*amounts)[row][column]);
-    }
+    for (std::size_t column = 0; column < amounts->front().size(); ++column)
+      SetAmount(selection.firstRow + row, selection.firstColumn + column, (*amounts)[row][column]);
   }
-  changed_ = true;
 }
 
 void modInterestMaster::cmdUpdate_Click() {
-  for (std::size_t row = 0; row < months_.size(); ++row) {
-    SetAmount(row, kModifiedPrincipal, AmountAt(row, kActualPrincipal));
-    SetAmount(row, kModifiedInterest, AmountAt(row, kActualInterest));
+  for (std::size_t row = 0; row < months_.Rows().size(); ++row) {
+    const ScheduleMonth& month = months_.Rows()[row];
+    SetAmount(row, kModifiedPrincipal, *month.ACTPRNAMT);
+    SetAmount(row, kModifiedInterest, *month.ACTINTAMT);
   }
-  changed_ = true;
 }
 
 void modInterestMaster::cmdUndo_Click() { FillGrid(); }
@@ -195,47 +149,25 @@ void modInterestMaster::cmdUpdateRedBal_Click() {
     session_.Inform("Enter Interest Rate");
     return SetFocus(txtInterestRate);
   }
-  InterestTerms terms = ReadInterestTerms(session_, key_);
-  terms.rate = rate / 100;
-  terms.firstMonths = Val(txtMonthOffSet.Text()) + 1;
-  terms.daysBasis = chkDays.Value();
-  terms.exactDates = chkEffDate.Value();
-  std::vector<BalanceMonth> balances;
-  for (std::size_t row = 0; row < months_.size(); ++row)
-    balances.push_back({months_[row], AmountAt(row, kModifiedPrincipal)});
-  const std::vector<double> interests = ReducingInterest(balances, terms);
-  for (std::size_t row = 0; row < months_.size(); ++row) {
+  const InterestTerms chosen{.rate = rate / 100,
+                             .firstMonths = Val(txtMonthOffSet.Text()) + 1,
+                             .daysBasis = chkDays.Value(),
+                             .exactDates = chkEffDate.Value()};
+  const std::vector<double> interests =
+      ReducingInterest(months_.Rows(), ReadInterestTerms(session_, key_, chosen));
+  for (std::size_t row = 0; row < interests.size(); ++row) {
     SetAmount(row, kActualInterest, interests[row]);
     SetAmount(row, kModifiedInterest, interests[row]);
   }
-  changed_ = true;
-}
-
-bool modInterestMaster::MaySave(const std::vector<InterestRow>& rows) {
-  const long locked = CountLockedMonthsAtOnce(session_, rows.front().monthYear, rows.back().monthYear);
-  if (locked > 0) {
-    session_.Inform(fmt::format("{} month(s) locked.  Cannot save.", locked));
-    return false;
-  }
-  if (IsEmployeeLocked(session_, key_.employee, rows.front().monthYear, kNoLastMonth)) {
-    session_.desk.Inform("Employee has been locked. Cannot Save.", kDeniedTitle);
-    return false;
-  }
-  return true;
 }
 
 void modInterestMaster::cmdSave_Click() {
-  const std::vector<InterestRow> rows = Rows();
-  if (rows.empty() || !MaySave(rows)) return;
-  const std::string changes = WriteInterestRows(session_, key_, name_, rows);
-  if (FnBlnAuditOn(session_)) {
-    const std::string typeDesc = InstructionCaption(session_, key_.siType);
-    WriteAuditTrail(
-        session_, kMenuNumber, key_.employee, "Standing Instructions - " + typeDesc + " Interest Updated",
-        fmt::format("{0} Interest Updated:::SI Type = {0}:SI Name = {1}:Serial No. = {2}::Interest "
-                    "Amount Details:Principle + Interest = EMI Amount:{3}",
-                    typeDesc, name_, key_.serial, changes));
+  if (months_.Rows().empty()) return;
+  if (const auto refusal = CheckInterestRows(session_, key_, months_.Rows())) {
+    Refuse(session_, *this, *refusal, {});
+    return;
   }
+  WriteInterestRows(session_, key_, name_, months_.Rows());
   ShowSaved(session_);
   FillGrid();
 }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "recovery/interest_rows.h"
 #include "screen/controls.h"
 #include "screen/grid.h"
+#include "screen/grid_list.h"
 #include "screen/screen.h"
 
 namespace ktl {
@@ -58,17 +58,14 @@ class modInterestMaster final : public Screen {
 
  private:
   void ConnectHandlers();
+  void SetColumns();
   bool FillGrid();  // false when the instruction has no month
-  void SetAmount(std::size_t row, Column column, double amount);
-  // The exact amount behind a cell that still shows it, else what was typed.
-  double AmountAt(std::size_t row, Column column) const;
-  std::vector<InterestRow> Rows() const;
-  bool MaySave(const std::vector<InterestRow>& rows);
+  void SetAmount(std::size_t row, std::size_t column, double amount);
 
   Session& session_;
   InstructionKey key_;
   std::string name_;
-  std::vector<long> months_;  // of the rows
+  GridList<ScheduleMonth> months_{fpgSIMaster};  // the exact amounts: the cells show two decimals
   bool changed_ = false;
 };
 

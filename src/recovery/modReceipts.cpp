@@ -6,12 +6,11 @@
 
 #include "common/amounts.h"
 #include "common/month_year.h"
-#include "frame/error_box.h"
+#include "frame/handler_guard.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
-#include "instructions/instruction_type.h"
-#include "recovery/emi_months.h"
+#include "instructions/type_rights.h"
 #include "recovery/working.h"
 #include "runtime/numbers.h"
 
@@ -19,27 +18,7 @@ namespace ktl {
 
 namespace {
 
-constexpr long kMenuNumber = 19;
 constexpr Colour kDeleteColour = 0xFFE0E0;
-constexpr const char* kAskBegin =
-    "Do you want to Adjust the EMI Amount?\r\n"
-    "Click on 'Yes' to Adjust the EMI Amount for Current and Future Months\r\n";
-constexpr const char* kAskEnd = "Click 'Cancel' to Save/Update with No Adjustments";
-constexpr const char* kTakeFromLast =
-    "Click on 'No' to Delete the Current and Future Months EMI Amount from Last \r\n";
-constexpr const char* kNewMonth = "Click on 'No' to Create New Month for Recovery\r\n";
-
-std::string AuditedAdjustment(std::optional<Answer> answer, const char* no) {
-  if (!answer) return "";
-  switch (*answer) {
-    case Answer::Yes:
-      return ":EMI Adjustment = Adjust the EMI Amount for Current and Future Months";
-    case Answer::No:
-      return std::string(":EMI Adjustment = ") + no;
-    default:
-      return ":EMI Adjustment = Save/Update with No Adjustments";
-  }
-}
 
 }  // namespace
 
@@ -48,14 +27,12 @@ modReceipts::modReceipts(Session& session, InstructionParent& parent)
       session_(session),
       parent_(parent),
       key_(parent.Key()),
-      reducing_(parent.ReducingBalance()),
-      strRcptWord(ReceiptWordOf(key_.siType)) {
-  caption = key_.siType == kAdvanceType ? "Receipts Recovered" : "Deposits";
+      reducing_(parent.ComponentsApart()),
+      strRcptWord(FactsOf(key_.type).receiptWord) {
+  caption = key_.type == InstructionType::Advance ? "Receipts Recovered" : "Deposits";
   lblRcptDate.caption = strRcptWord + " Date";
-  txtCounter.container = &fmeHidden;
+  fmeHidden.Hold({txtCounter});
   fmeHidden.visible = false;
-  cmdSave.tag = key_.siType == kAdvanceType ? "220" : "247";
-  cmdDelete.tag = key_.siType == kAdvanceType ? "221" : "248";
   for (TextBox* box : {&txtAmount, &txtInterest}) {
     box->rightAligned = true;
     box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
@@ -65,10 +42,7 @@ modReceipts::modReceipts(Session& session, InstructionParent& parent)
 }
 
 void modReceipts::ConnectHandlers() {
-  const auto on = [this](void (modReceipts::*handler)()) {
-    return WithNumberedErrorBox(
-        session_, [this, handler] { (this->*handler)(); }, "Error");
-  };
+  const HandlerGuard on(session_, *this, ErrorStyle::DescriptionFirst, "Error");
   fpgReceipts.onRowClick = [this](std::size_t row, std::size_t) { fpgReceipts_Click(row); };
   txtRcptDate.onLeave = on(&modReceipts::txtRcptDate_LostFocus);
   cmdNew.onClick = on(&modReceipts::cmdNew_Click);
@@ -78,33 +52,15 @@ void modReceipts::ConnectHandlers() {
 }
 
 void modReceipts::Form_Load() {
-  SetColumns();
+  receipts_.SetColumns(ReceiptColumns(key_.type));
   FillReceiptGrid();
-  ApplyButtonRights(session_, *this, key_.siType == kAdvanceType ? 53 : 59);
+  ApplyTypeRights(session_, *this, key_.type);
   cmdSave.enabled = cmdDelete.enabled = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
 }
 
-void modReceipts::SetColumns() {
-  fpgReceipts.columns = {
-      {"Counter", CellType::Number, 70, true},   {strRcptWord + " Date", CellType::Date, 110},
-      {"Principle Amt.", CellType::Number, 120}, {"Interest Amt.", CellType::Number, 120},
-      {"Total Amount", CellType::Number, 120},   {"Remarks", CellType::Text, 220},
-  };
-}
-
 void modReceipts::FillReceiptGrid() {
-  receipts_ = ReadReceipts(session_, key_);
   fpgReceipts.Clear();
-  for (const Receipt& receipt : receipts_) {
-    const std::size_t row = fpgReceipts.AddRow();
-    fpgReceipts.At(row, kCounter).text = std::to_string(receipt.counter);
-    fpgReceipts.At(row, kDate).text =
-        receipt.RCPTDATE.IsDate() ? FormatDate(receipt.RCPTDATE.date(), "dd/mm/yyyy") : "";
-    fpgReceipts.At(row, kPrincipal).text = ShownAmount(receipt.RCPTPRNAMT);
-    fpgReceipts.At(row, kInterest).text = ShownAmount(receipt.RCPTINTAMT);
-    fpgReceipts.At(row, kTotal).text = ShownAmount(receipt.RCPTAMT);
-    fpgReceipts.At(row, kRemarks).text = receipt.remarks;
-  }
+  receipts_.Show(ReadReceipts(session_, key_));
 }
 
 void modReceipts::fpgReceipts_Click(std::size_t row) { ShowReceiptRow(row); }
@@ -112,14 +68,15 @@ void modReceipts::fpgReceipts_Click(std::size_t row) { ShowReceiptRow(row); }
 // Of an ordinary instruction the total is edited as the principal, beside the interest that it holds already:
 // saving such a row again adds its interest once more.
 void modReceipts::ShowReceiptRow(std::size_t lngRow) {
-  if (lngRow >= receipts_.size()) return;
-  txtCounter.SetText(fpgReceipts.Text(lngRow, kCounter));
-  txtRcptDate.SetText(fpgReceipts.Text(lngRow, kDate));
-  txtAmount.tag = fpgReceipts.Text(lngRow, reducing_ ? kPrincipal : kTotal);
+  const Receipt* receipt = receipts_.At(lngRow);
+  if (receipt == nullptr) return;
+  txtCounter.SetText(std::to_string(receipt->counter));
+  txtRcptDate.SetText(ShownDate(receipt->RCPTDATE));
+  txtAmount.tag = ShownAmount(reducing_ ? receipt->RCPTPRNAMT : receipt->RCPTAMT);
   txtAmount.SetText(txtAmount.tag);
-  txtInterest.SetText(fpgReceipts.Text(lngRow, kInterest));
+  txtInterest.SetText(ShownAmount(receipt->RCPTINTAMT));
   txtInterest.tag = reducing_ ? txtInterest.Text() : "";
-  txtRemarks.SetText(fpgReceipts.Text(lngRow, kRemarks));
+  txtRemarks.SetText(receipt->remarks);
   blnNewRow = false;
 }
 
@@ -146,25 +103,12 @@ void modReceipts::txtRcptDate_LostFocus() {
 }
 
 ReceiptEntry modReceipts::Entry() const {
-  return {txtCounter.Text(),
-          txtRcptDate.Text(),
-          {txtAmount.Text(), txtAmount.tag},
-          {txtInterest.Text(), txtInterest.tag},
-          txtRemarks.Text()};
-}
-
-void modReceipts::Refuse(const ReceiptRefusal& refusal) {
-  session_.Inform(refusal.text);
-  switch (refusal.field) {
-    case ReceiptField::New:
-      return SetFocus(cmdNew);
-    case ReceiptField::Date:
-      return SetFocus(txtRcptDate);
-    case ReceiptField::Amount:
-      return SetFocus(txtAmount);
-    case ReceiptField::None:
-      break;
-  }
+  const std::string& counter = txtCounter.Text();
+  return {.counter = counter.empty() ? std::nullopt : std::optional(static_cast<long>(Val(counter))),
+          .date = txtRcptDate.Text(),
+          .amount = {txtAmount.Text(), txtAmount.tag},
+          .interest = {txtInterest.Text(), txtInterest.tag},
+          .remarks = txtRemarks.Text()};
 }
 
 void modReceipts::cmdSave_Click() {
@@ -175,74 +119,55 @@ void modReceipts::cmdSave_Click() {
 
 bool modReceipts::SaveReceipt() {
   const ReceiptEntry entry = Entry();
-  if (const auto refusal = CheckReceipt(session_, key_, entry)) {
-    Refuse(*refusal);
-    return false;
-  }
+  if (const auto refusal = CheckReceipt(session_, key_, entry))
+    return Refuse(session_, *this, *refusal, fields_);
   if (!MayExceedRecoverable(entry)) {
     SetFocus(txtAmount);
     return false;
   }
   cmdClose.enabled = false;
-  const ReceiptDifference months = MonthsOf(entry);
+  const ReceiptDifference months = MonthsOfReceipt(session_, parent_, entry.date);
   const std::optional<Answer> answer = AskAdjustment(entry, months);
   if (!AreMonthsFree(answer, months)) return false;
   WriteReceipt(session_, key_, entry);
-  if (answer) AdjustSaved(*answer, entry, months);
-  WriteAudit(" Receipts Updated", entry,
-             AuditedAdjustment(answer, "Delete the Current and Future Months EMI Amount from Last"));
+  if (answer && *answer != Answer::Cancel) {
+    AdjustSavedReceipt(session_, parent_, *answer, entry, months);
+    parent_.RefreshEMI();
+  }
+  AuditReceipt(session_, key_, reducing_, ReceiptDeed::Saved, entry, answer);
   ShowSaved(session_);
   AfterChange();
   return true;
 }
 
 bool modReceipts::MayExceedRecoverable(const ReceiptEntry& entry) {
-  const OverviewAmounts overview = ReadOverview(parent_);
-  const double recoverable = overview.amount + overview.interest - overview.recovered;
-  if (recoverable >= entry.Total()) return true;
-  return session_.desk.Confirm(
-      fmt::format("Entered amount is more than {} recoverable.\r\nDo you want to continue?",
-                  InstructionCaption(session_, key_.siType)),
-      session_.title);
-}
-
-ReceiptDifference modReceipts::MonthsOf(const ReceiptEntry& entry) {
-  const std::vector<EmiMonth> schedule = ReadEmiMonths(session_, parent_);
-  return {.lngFromMonth = SalaryMonthOf(session_, entry.date),
-          .lngToMonth = schedule.empty() ? 0 : schedule.back().monthYear};
+  return !ExceedsRecoverable(parent_.Totals(), entry) ||
+         session_.desk.Confirm(
+             fmt::format("Entered amount is more than {} recoverable.\r\nDo you want to continue?",
+                         InstructionCaption(session_, key_.type)),
+             session_.title);
 }
 
 std::optional<Answer> modReceipts::AskAdjustment(const ReceiptEntry& entry, const ReceiptDifference& months) {
   if (months.lngFromMonth > months.lngToMonth) return Answer::Cancel;
   if (!entry.amount.IsChanged() && !(reducing_ && entry.interest.IsChanged())) return std::nullopt;
-  return session_.desk.MsgBox({std::string(kAskBegin) + kTakeFromLast + kAskEnd, Buttons::YesNoCancel,
-                               Icon::Question, Answer::Cancel, session_.title});
+  return AskAboutAmount("Delete the Current and Future Months EMI Amount from Last ");
+}
+
+Answer modReceipts::AskAboutAmount(const char* no) {
+  return session_.desk.MsgBox(
+      {fmt::format("Do you want to Adjust the EMI Amount?\r\n"
+                   "Click on 'Yes' to Adjust the EMI Amount for Current and Future Months\r\n"
+                   "Click on 'No' to {}\r\n"
+                   "Click 'Cancel' to Save/Update with No Adjustments",
+                   no),
+       Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
 }
 
 bool modReceipts::AreMonthsFree(std::optional<Answer> answer, const ReceiptDifference& months) {
   if (answer == Answer::Cancel) return true;
-  const long locked = CountLockedMonthsAtOnce(session_, months.lngFromMonth, months.lngToMonth);
-  if (locked == 0) return true;
-  session_.desk.Warn(LockedMonthsText(locked), session_.title);
-  SetFocus(txtAmount);
-  return false;
-}
-
-void modReceipts::AdjustSaved(Answer answer, const ReceiptEntry& entry, ReceiptDifference months) {
-  if (answer == Answer::Cancel) return;
-  const auto by = [&months](const EditedAmount& amount) {
-    ReceiptDifference difference = months;
-    difference.amount = amount.Now() - amount.Before();
-    return difference;
-  };
-  const bool spread = answer == Answer::Yes;
-  if (reducing_) {
-    (spread ? RedPrinciModify : RedPrinciModifyLastMonth)(session_, parent_, by(entry.amount));
-    (spread ? RedIntModify : RedIntModifyLastMonth)(session_, parent_, by(entry.interest));
-  } else {
-    (spread ? EMIModify : EMIModifyLastMonth)(session_, parent_, by(entry.amount));
-  }
-  parent_.RefreshEMI();
+  const auto refusal = CheckReceiptMonths(session_, months);
+  return !refusal || Refuse(session_, *this, *refusal, fields_);
 }
 
 void modReceipts::AfterChange() {
@@ -261,66 +186,27 @@ void modReceipts::cmdDelete_Click() {
 }
 
 void modReceipts::Delete() {
-  if (receipts_.empty()) return session_.Inform("No records to delete.");
+  if (receipts_.Rows().empty()) return session_.Inform("No records to delete.");
   const ReceiptEntry entry = Entry();
-  const auto picked = std::ranges::find(receipts_, static_cast<long>(Val(entry.counter)), &Receipt::counter);
-  if (entry.counter.empty() || entry.amount.Now() == 0 || picked == receipts_.end())
+  const auto picked = std::ranges::find(receipts_.Rows(), entry.counter, &Receipt::counter);
+  if (entry.amount.now == 0 || picked == receipts_.Rows().end())
     return session_.Inform("Select record to delete.");
-  const auto row = static_cast<std::size_t>(picked - receipts_.begin());
+  const auto row = static_cast<std::size_t>(picked - receipts_.Rows().begin());
   fpgReceipts.PaintRow(row, kDeleteColour);
   const bool confirmed = session_.desk.Confirm("Delete selected " + strRcptWord + "?", session_.title);
   if (!confirmed) return fpgReceipts.PaintRow(row, kWhite);
   cmdClose.enabled = false;
-  const ReceiptDifference months = MonthsOf(entry);
-  const Answer answer =
-      session_.desk.MsgBox({std::string(kAskBegin) + kNewMonth + kAskEnd, Buttons::YesNoCancel,
-                            Icon::Question, Answer::Cancel, session_.title});
+  const ReceiptDifference months = MonthsOfReceipt(session_, parent_, entry.date);
+  const Answer answer = AskAboutAmount("Create New Month for Recovery");
   fpgReceipts.PaintRow(row, kWhite);
   if (!AreMonthsFree(answer, months)) return;
-  DeleteReceipt(session_, key_, entry.counter);
-  AdjustDeleted(answer, entry, months);
-  WriteAudit(" Receipts Deleted", entry, AuditedAdjustment(answer, "Create New Month for Recovery"));
+  DeleteReceipt(session_, key_, *entry.counter);
+  if (answer != Answer::Cancel) {
+    AdjustDeletedReceipt(session_, parent_, answer, entry, months);
+    parent_.RefreshEMI();
+  }
+  AuditReceipt(session_, key_, reducing_, ReceiptDeed::Deleted, entry, answer);
   AfterChange();
-}
-
-void modReceipts::AdjustDeleted(Answer answer, const ReceiptEntry& entry, ReceiptDifference months) {
-  if (answer == Answer::Cancel) return;
-  months.blnDeleted = true;
-  const auto by = [&months](const EditedAmount& amount) {
-    ReceiptDifference difference = months;
-    difference.amount = amount.Now();
-    return difference;
-  };
-  if (answer == Answer::No) {
-    if (reducing_) {
-      AddRecoveryMonthRed(session_, parent_, entry.amount.Now(), entry.interest.Now());
-    } else {
-      AddRecoveryMonth(session_, parent_, entry.amount.Now());
-    }
-  } else if (reducing_) {
-    RedPrinciModify(session_, parent_, by(entry.amount));
-    RedIntModify(session_, parent_, by(entry.interest));
-  } else {
-    EMIModify(session_, parent_, by(entry.amount));
-  }
-  parent_.RefreshEMI();
-}
-
-void modReceipts::WriteAudit(const char* deed, const ReceiptEntry& entry, std::string_view adjustment) {
-  if (!FnBlnAuditOn(session_)) return;
-  const std::string typeDesc = InstructionCaption(session_, key_.siType);
-  const std::string done = typeDesc + deed;
-  std::string detail =
-      fmt::format("{}:::SI Type = {}:SI Name = {}::Receipt Date = {}", done, typeDesc,
-                  ReadInstructionName(session_, key_), FormatDateText(entry.date, "dd/mmm/yyyy"));
-  if (reducing_) {
-    detail += fmt::format("::Principle Amount = {}:Interest Amount = {}:EMI Amount = {}", entry.amount.text,
-                          entry.interest.text, FormatNumber(entry.Total(), "#,##,###.00"));
-  } else {
-    detail += fmt::format("::EMI Amount = {}{}", entry.amount.text, adjustment);
-  }
-  detail += ":Remarks = " + entry.remarks;
-  WriteAuditTrail(session_, kMenuNumber, key_.employee, "Standing Instructions - " + done, detail);
 }
 
 bool modReceipts::Form_QueryUnload() { return !blnNewRow || MayLeaveNewRow(session_, cmdSave); }

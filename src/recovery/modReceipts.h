@@ -1,13 +1,12 @@
 #pragma once
 
+#include <map>
 #include <optional>
-#include <string>
-#include <vector>
 
-#include "recovery/adjustment_write.h"
-#include "recovery/receipt_data.h"
+#include "recovery/receipt_entry.h"
 #include "screen/controls.h"
 #include "screen/grid.h"
+#include "screen/grid_list.h"
 #include "screen/screen.h"
 
 namespace ktl {
@@ -51,28 +50,25 @@ class modReceipts final : public Screen {
 
  private:
   void ConnectHandlers();
-  void SetColumns();
   void ClearFields();
   void Delete();
 
   ReceiptEntry Entry() const;
-  void Refuse(const ReceiptRefusal& refusal);
   bool MayExceedRecoverable(const ReceiptEntry& entry);
-  ReceiptDifference MonthsOf(const ReceiptEntry& entry);
   // Nothing when no question was due: months are tested for locks all the same.
   std::optional<Answer> AskAdjustment(const ReceiptEntry& entry, const ReceiptDifference& months);
+  Answer AskAboutAmount(const char* no);
   bool AreMonthsFree(std::optional<Answer> answer, const ReceiptDifference& months);
-  void AdjustSaved(Answer answer, const ReceiptEntry& entry, ReceiptDifference months);
-  void AdjustDeleted(Answer answer, const ReceiptEntry& entry, ReceiptDifference months);
   void AfterChange();
-  void WriteAudit(const char* deed, const ReceiptEntry& entry, std::string_view adjustment);
 
   Session& session_;
   InstructionParent& parent_;
   InstructionKey key_;
   bool reducing_;
   std::string strRcptWord;
-  std::vector<Receipt> receipts_;  // the rows of the grid
+  GridList<Receipt> receipts_{fpgReceipts};
+  const std::map<ReceiptField, Control*> fields_{
+      {ReceiptField::New, &cmdNew}, {ReceiptField::Date, &txtRcptDate}, {ReceiptField::Amount, &txtAmount}};
   bool blnNewRow = false;
 };
 

@@ -1,7 +1,5 @@
 #include "recovery/reducing_interest.h"
 
-#include <fmt/format.h>
-
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "frame/session.h"
@@ -12,11 +10,6 @@ namespace {
 
 constexpr int kNearestRupee = 1;
 constexpr double kDaysOfYear = 365;
-
-Date FirstDayOf(long monthYear) {
-  const long month = (monthYear - 1) % 12 + 1;
-  return *Date::FromYmd(static_cast<int>((monthYear - month) / 12), static_cast<int>(month), 1);
-}
 
 // Interest of the whole month, before rounding.
 double WholeMonth(double balance, const InterestTerms& terms, double daysOfMonth) {
@@ -46,32 +39,30 @@ double MonthInterest(long monthYear, bool first, double balance, const InterestT
 
 }  // namespace
 
-std::vector<double> ReducingInterest(const std::vector<BalanceMonth>& months, const InterestTerms& terms) {
+std::vector<double> ReducingInterest(const std::vector<ScheduleMonth>& months, const InterestTerms& terms) {
   std::vector<double> interests;
   interests.reserve(months.size());
   double balance = terms.balance;
-  for (const BalanceMonth& month : months) {
+  for (const ScheduleMonth& month : months) {
     interests.push_back(MonthInterest(month.monthYear, interests.empty(), balance, terms));
-    balance -= month.principal;
+    balance -= month.MDFPRNAMT.value_or(0);
   }
   return interests;
 }
 
-InterestTerms ReadInterestTerms(Session& session, const InstructionKey& key) {
+InterestTerms ReadInterestTerms(Session& session, const InstructionKey& key, InterestTerms chosen) {
   const auto read = [&session, &key](const char* column) {
-    return session.data.FnVarGetDbValue(
-        fmt::format("SELECT ILA.{} FROM INS_ADVLOAN ILA WHERE ILA.EMPID = {} AND ILA.SERIALNO = {} AND "
-                    "ILA.SITYPE = {}",
-                    column, key.employee, key.serial, key.siType));
+    return session.data.FnVarGetDbValue(session.Sql(
+        "SELECT ILA.{} FROM INS_ADVLOAN ILA WHERE ILA.EMPID = {} AND ILA.SERIALNO = {} AND ILA.SITYPE = {}",
+        Statement(column), key.employee, key.serial, key.type));
   };
-  InterestTerms terms;
-  terms.balance = read("ACTAMT").NumberOr0();
-  if (const Value start = read("SIDATE"); start.IsDate()) terms.start = start.date().DayOnly();
-  const Value leaving =
-      session.data.FnVarGetDbValue(fmt::format("SELECT DOL FROM MAS_employee WHERE EMPID = {}", key.employee),
-                                   *Date::FromYmd(2099, 12, 31));
-  terms.leaving = leaving.IsDate() ? leaving.date() : *Date::FromYmd(2099, 12, 31);
-  return terms;
+  const Date never = *Date::FromYmd(2099, 12, 31);
+  chosen.balance = read("ACTAMT").NumberOr0();
+  if (const Value start = read("SIDATE"); start.IsDate()) chosen.start = start.date().DayOnly();
+  const Value leaving = session.data.FnVarGetDbValue(
+      session.Sql("SELECT DOL FROM MAS_employee WHERE EMPID = {}", key.employee), never);
+  chosen.leaving = leaving.IsDate() ? leaving.date() : never;
+  return chosen;
 }
 
 }  // namespace ktl

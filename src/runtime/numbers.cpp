@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <iterator>
 #include <limits>
 
@@ -168,6 +169,18 @@ void AppendDecimalForm(std::string& text, const Decimal& number) {
   for (int place = 1; place <= number.count - number.exponent; ++place) text += number.DigitAt(place);
 }
 
+std::string RupeesAndPaise(std::int64_t paise) {
+  std::array<char, 24> text;
+  char* end = text.data();
+  if (paise < 0) *end++ = '-';
+  const auto amount = static_cast<std::uint64_t>(std::abs(paise));
+  end = std::to_chars(end, text.data() + text.size(), amount / 100).ptr;
+  *end++ = '.';
+  *end++ = static_cast<char>('0' + amount / 10 % 10);
+  *end++ = static_cast<char>('0' + amount % 10);
+  return std::string(text.data(), end);
+}
+
 }  // namespace
 
 double Val(std::string_view text) {
@@ -229,7 +242,18 @@ double TruncateDecimals(double value, int decimals) {
   return number.negative ? -cut : cut;
 }
 
+std::optional<std::int64_t> WholePaise(double amount) {
+  constexpr double kMostPaise = 1e15;
+  const double paise = std::nearbyint(amount * 100);
+  const bool whole = std::fabs(paise) < kMostPaise && paise / 100 == amount;
+  if (!whole || (paise == 0 && std::signbit(amount))) return std::nullopt;
+  return static_cast<std::int64_t>(paise);
+}
+
 std::string FormatNumber(double value, std::string_view patternText) {
+  // What nearly every amount is, in the pattern that nearly every list has.
+  if (patternText == "0.00")
+    if (const auto paise = WholePaise(value)) return RupeesAndPaise(*paise);
   const Pattern pattern(patternText);
   Decimal number(value);
   number.RoundHalfAway(pattern.decimals);

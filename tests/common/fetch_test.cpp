@@ -29,6 +29,11 @@ TEST_F(FetchTest, TheDefaultStandsForNoRowAndForNull) {
   company.Institution(5, "Deccan Bank", 2);
   EXPECT_EQ(data.FnVarGetDbValue("SELECT INSTNAME, TYPEID FROM MAS_INSTITUTION", "none"),
             Value("Deccan Bank"));
+  EXPECT_EQ(data.Text("SELECT INSTNAME FROM MAS_INSTITUTION"), "Deccan Bank");
+  EXPECT_EQ(data.Text("SELECT MAX(INSTNAME) FROM MAS_INSTITUTION WHERE INSTID = -1", "none"), "none");
+  EXPECT_EQ(data.Long("SELECT TYPEID FROM MAS_INSTITUTION"), 2);
+  EXPECT_EQ(data.Long("SELECT TYPEID FROM MAS_INSTITUTION WHERE INSTID = -1", 7), 7);
+  EXPECT_EQ(data.Number("SELECT TYPEID / 4.0 FROM MAS_INSTITUTION"), 0.5);
   EXPECT_TRUE(data.FnBlnRecExists("SELECT * FROM MAS_INSTITUTION WHERE INSTID = 5"));
   EXPECT_FALSE(data.FnBlnRecExists("SELECT * FROM MAS_INSTITUTION WHERE INSTID = 6"));
   EXPECT_TRUE(desk.Boxes().empty());
@@ -40,6 +45,8 @@ TEST_F(FetchTest, AFailureIsToldAndGivesNothingNotTheDefault) {
   const std::string box = desk.TakeLines();
   EXPECT_TRUE(box.starts_with("Critical | Loans | ")) << box;
   EXPECT_TRUE(box.ends_with(" : " + std::to_string(kStatementError))) << box;
+  EXPECT_EQ(data.Long("SELECT NOWHERE FROM MAS_INSTITUTION", 7), 0);
+  EXPECT_EQ(desk.TakeLines(), box);
   EXPECT_TRUE(data.FnVarGetDbValue("SELECT NOWHERE FROM MAS_INSTITUTION", 7, true).IsEmpty());
   EXPECT_FALSE(data.ExecuteSql("DELETE FROM NOWHERE"));
   EXPECT_TRUE(data.ExecuteSql("DELETE FROM MAS_INSTITUTION"));

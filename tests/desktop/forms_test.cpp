@@ -9,8 +9,8 @@
 #include "desktop/dispatcher.h"
 #include "desktop/form_binder.h"
 #include "frame/session.h"
-#include "frame/startup.h"
 #include "instructions/modAdvLoan.h"
+#include "start/startup.h"
 #include "support/fake_machine.h"
 
 namespace ktl {
@@ -53,13 +53,13 @@ TEST(FormsTest, EveryScreenHasAFormWithAWidgetForEachControl) {
   FakeMachine machine;
   FormCheckDesk desk;
   Session session(machine.machine(), desk);
-  RegisterScreens(session.screens);
+  RegisterScreens(session);
   const std::vector<std::string> names = session.screens.Names();
   ASSERT_FALSE(names.empty());
   for (const std::string& name : names) {
     for (const int siType : {1, 2}) {
       session.SIType = siType;
-      modAdvLoan parent(session);  // of the screens that work on an instruction
+      modAdvLoan parent(session, InstructionType{siType});  // of the screens that work on an instruction
       session.screens.Show(session, name, &parent);
     }
   }

@@ -11,7 +11,7 @@ class EntryDeletes : public EntryScreen {
   modAdvLoan& OpenOnFiveMonths() {
     company.Advance(17, 1, "Salary Advance", 5000, "01/Sep/2026");
     for (int i = 0; i < 5; ++i) company.Emi(17, 1, 1, i + 1, 24321 + i, 1000);
-    OpenOnFirst(1);
+    OpenOnFirst(Advance);
     return *screen;
   }
   void Delete(std::vector<Answer> answers) {
@@ -24,7 +24,7 @@ class EntryDeletes : public EntryScreen {
     Click(screen->cmdEMIDelete);
   }
   void TickMonths(std::initializer_list<std::size_t> rows) {
-    for (std::size_t row : rows) TickCell(screen->fpgEMI, row, modAdvLoan::kEmiTick, true);
+    for (std::size_t row : rows) TickCell(screen->fpgEMI, row, ScheduleGrid::kTick, true);
   }
 };
 
@@ -54,12 +54,12 @@ TEST_F(EntryDeletes, DeletingAnInstructionTakesEverythingOfItAndFlagsItsMonths) 
 }
 
 TEST_F(EntryDeletes, WhatStandsAgainstADelete) {
-  OpenOn(1);
+  OpenOn(Advance);
   EXPECT_EQ(Press(screen->cmdDelete), Texts{"No Advance to delete."});
 
   OpenOnFiveMonths();
   Click(screen->cmdDelete);  // No is the default; the row is white again
-  EXPECT_EQ(screen->fpgAdvLoan.At(0, modAdvLoan::kListName).backColour, kWhite);
+  EXPECT_EQ(screen->fpgAdvLoan.At(0, InstructionGrid::kName).backColour, kWhite);
 
   company.Lock(24322);
   company.Lock(24324);
@@ -80,7 +80,7 @@ TEST_F(EntryDeletes, HouseLoanDetailsGoOnlyWithAYes) {
   company.Loan(17, 1, "Car Loan", 1000);
   Run("INSERT INTO INS_HLOAN (EMPID, SERIALNO, SITYPE, HTYPE) VALUES (17, 1, 2, 1);"
       "INSERT INTO INS_HLOAN_VAL (EMPID, SERIALNO, SITYPE, FINYEAR) VALUES (17, 1, 2, 2026)");
-  OpenOnFirst(2);
+  OpenOnFirst(Loan);
   EXPECT_TRUE(screen->cmdTDSDet.visible);
   Delete({Answer::Yes, Answer::No});
   EXPECT_EQ(desk.LastBox().text,
@@ -130,11 +130,11 @@ TEST_F(EntryDeletes, SpreadingLeavesRecoveredMonthsAloneAndNothingIsAskedWhenNon
   company.Emi(17, 1, 1, 1, 24321, 1000).With("EMIRECVYN", 1);
   company.Emi(17, 1, 1, 2, 24322, 1000);
   company.Emi(17, 1, 1, 3, 24323, 1000);
-  OpenOnFirst(1);
-  EXPECT_THROW(TickCell(screen->fpgEMI, 0, modAdvLoan::kEmiTick, true), PersonError);
+  OpenOnFirst(Advance);
+  EXPECT_THROW(TickCell(screen->fpgEMI, 0, ScheduleGrid::kTick, true), PersonError);
   Tick(screen->chkSelectAll, true);
-  EXPECT_FALSE(screen->fpgEMI.IsTicked(0, modAdvLoan::kEmiTick));
-  TickCell(screen->fpgEMI, 1, modAdvLoan::kEmiTick, false);
+  EXPECT_FALSE(screen->fpgEMI.IsTicked(0, ScheduleGrid::kTick));
+  TickCell(screen->fpgEMI, 1, ScheduleGrid::kTick, false);
   DeleteMonths({}, {Answer::Yes, Answer::Yes});
   EXPECT_EQ(Schedule(), "24321|1|1000|1000\n24322|2|1000|2000");
   desk.TakeBoxes();
@@ -147,7 +147,7 @@ TEST_F(EntryDeletes, ANewMonthOfALoanKeepsItsLender) {
   company.Loan(17, 1, "Car Loan", 2000);
   company.Emi(17, 2, 1, 1, 24322, 1000).With("INSTID", 6);
   company.Emi(17, 2, 1, 2, 24323, 1000).With("INSTID", 6);
-  OpenOnFirst(2);
+  OpenOnFirst(Loan);
   DeleteMonths({0}, {Answer::Yes, Answer::No});
   EXPECT_EQ(Rows("SELECT MONTHYEAR, COUNTER, MDFYAMT, INSTID FROM INS_EMIDETAIL ORDER BY MONTHYEAR"),
             "24323|2|1000|6\n24324|3|1000|6");
@@ -175,7 +175,7 @@ TEST_F(EntryDeletes, SeparateInterestOfDeletedMonthsComesOffTheInstruction) {
   company.Advance(17, 1, "Welfare Advance", 2000, "01/Sep/2026").With("INTAMT", 50.0);
   company.Emi(17, 1, 1, 1, 24321, 1040).With("MDFPRNAMT", 1000.0).With("MDFINTAMT", 40.5);
   company.Emi(17, 1, 1, 2, 24322, 1020).With("MDFPRNAMT", 1000.0).With("MDFINTAMT", 20.25);
-  OpenOnFirst(1);
+  OpenOnFirst(Advance);
   DeleteMonths({0, 1}, {Answer::Yes});
   EXPECT_EQ(Rows("SELECT INTAMT FROM INS_ADVLOAN"), "-10.75");
 }

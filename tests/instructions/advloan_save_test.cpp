@@ -8,7 +8,7 @@ TEST_F(EntryScreen, ChecksSpeakOneAtATimeInTheirOrder) {
   company.Advance(18, 1, "Salary Advance", 100);
   company.Lock(24325);
   Run("INSERT INTO SEC_EMPLOCK (EMPID, MONTHYEAR) VALUES (17, 24322)");
-  modAdvLoan& s = Open(1);
+  modAdvLoan& s = Open(Advance);
   const auto refused = [&](const char* text, const Control* focus, const std::string& title) {
     Click(s.cmdSave);
     EXPECT_EQ(desk.LastBox().icon, Icon::Information) << text;
@@ -32,8 +32,8 @@ TEST_F(EntryScreen, ChecksSpeakOneAtATimeInTheirOrder) {
   const char* const noInstalment = "Specify installment amount.";
   typed(s.txtAdvAmount, "9999999999.999", "Amount should be less than 9,99,99,99,999.99", s.txtAdvAmount);
   typed(s.txtAdvAmount, "0", "Enter serial number.", s.txtSerialNo);
-  typed(s.txtSerialNo, "1", "Select employee.", s.cmbEmpName);
-  Pick(s.cmbEmpName, "Asha Rao");
+  typed(s.txtSerialNo, "1", "Select employee.", s.employee.cmbEmpName);
+  Pick(s.employee.cmbEmpName, "Asha Rao");
   Click(s.cmdNew);
   named("", "Specify the advance name.", s.cmbALName);
   named(std::string(51, 'n'), "Advance name should be within 50 characters", s.cmbALName);
@@ -44,18 +44,19 @@ TEST_F(EntryScreen, ChecksSpeakOneAtATimeInTheirOrder) {
   typed(s.txtAdvDate, "15/09/2026", "Specify amount.", s.txtAdvAmount);
   s.txtAdvAmount.SetText("12,345.60");
   typed(s.txtInterestAmt, "1e308", "Interest Amount should be less than 9,99,99,99,999.99", s.txtInterestAmt);
-  typed(s.txtInterestAmt, "100", noInstalment, s.txtInstlAmt);
-  typed(s.txtInstlAmt, "0.00", noInstalment, s.txtInstlAmt);
-  typed(s.txtInstlAmt, "99999999999", "Installment Amount should be less than 9,99,99,99,999.99",
-        s.txtInstlAmt);
-  Tick(s.optInstlCount);
-  typed(s.txtInstlAmt, "12445.61", "Specify number of installments.", s.txtNoOfInstlmnts);
-  Tick(s.optInstlLumpSum);
-  typed(s.txtRecvrFrom, "13/2026", "Specify 'Recovery from' Month/Year.", s.txtRecvrFrom);
-  typed(s.txtRecvrFrom, "Aug/2026", "Recovery month cannot be before the advance date.", s.txtRecvrFrom);
-  typed(s.txtRecvrFrom, "Sep/2026", "Installment amount cannot exceed the sum of advance taken and interest.",
-        s.txtInstlAmt);
-  s.txtInstlAmt.SetText("12445.60");
+  typed(s.txtInterestAmt, "100", noInstalment, s.recovery.txtInstlAmt);
+  typed(s.recovery.txtInstlAmt, "0.00", noInstalment, s.recovery.txtInstlAmt);
+  typed(s.recovery.txtInstlAmt, "99999999999", "Installment Amount should be less than 9,99,99,99,999.99",
+        s.recovery.txtInstlAmt);
+  Tick(s.recovery.optInstlCount);
+  typed(s.recovery.txtInstlAmt, "12445.61", "Specify number of installments.", s.recovery.txtNoOfInstlmnts);
+  Tick(s.recovery.optInstlLumpSum);
+  typed(s.recovery.txtRecvrFrom, "13/2026", "Specify 'Recovery from' Month/Year.", s.recovery.txtRecvrFrom);
+  typed(s.recovery.txtRecvrFrom, "Aug/2026", "Recovery month cannot be before the advance date.",
+        s.recovery.txtRecvrFrom);
+  typed(s.recovery.txtRecvrFrom, "Sep/2026",
+        "Installment amount cannot exceed the sum of advance taken and interest.", s.recovery.txtInstlAmt);
+  s.recovery.txtInstlAmt.SetText("12445.60");
   ran("UPDATE MAS_EMPLOYEE SET DOJ = '16/Sep/2026' WHERE EMPID = 17",
       "Advance date should be later than date of joining.", &s.txtAdvDate, session.title);
   ran("UPDATE MAS_EMPLOYEE SET DOJ = '15/Sep/2026', DOL = '14/Sep/2026' WHERE EMPID = 17",
@@ -72,22 +73,22 @@ TEST_F(EntryScreen, ChecksSpeakOneAtATimeInTheirOrder) {
 
 TEST_F(EntryScreen, LimitsOfTheNameComeFirstUnderAdvancedManagement) {
   Run("UPDATE INS_MASTER SET AMTLIMIT = 20000 WHERE SINAME = 'Festival Advance'");
-  modAdvLoan& entry = BeginNew(1, "Festival Advance", "", "20000.01");
-  EXPECT_TRUE(entry.optInstlCount.Value());
-  EXPECT_EQ(entry.txtNoOfInstlmnts.Text(), "6");
-  entry.txtNoOfInstlmnts.SetText("7");
+  modAdvLoan& entry = BeginNew(Advance, "Festival Advance", "", "20000.01");
+  EXPECT_TRUE(entry.recovery.optInstlCount.Value());
+  EXPECT_EQ(entry.recovery.txtNoOfInstlmnts.Text(), "6");
+  entry.recovery.txtNoOfInstlmnts.SetText("7");
   EXPECT_EQ(Press(entry.cmdSave), Texts{"Amount should be less than : 20000"});
   entry.txtAdvAmount.SetText("20000");
   EXPECT_EQ(Press(entry.cmdSave), Texts{"No.of Installments should be less than : 6"});
-  entry.txtNoOfInstlmnts.SetText("6");
+  entry.recovery.txtNoOfInstlmnts.SetText("6");
   company.Advance(17, 9, "Festival Advance", 100);
   EXPECT_EQ(Press(entry.cmdSave), Texts{"Festival Advance can be given only 1 times in a service"});
 }
 
 TEST_F(EntryScreen, FlatInterestIsOneFigureAndTheScheduleCarriesBoth) {
-  modAdvLoan& entry = BeginNew(1, "Festival Advance", "15.8.2026", "12,000");
+  modAdvLoan& entry = BeginNew(Advance, "Festival Advance", "15.8.2026", "12,000");
   EXPECT_EQ(entry.txtAdvDate.Text(), "15/08/2026");
-  EXPECT_EQ(entry.txtRecvrFrom.Text(), "Aug/2026");
+  EXPECT_EQ(entry.recovery.txtRecvrFrom.Text(), "Aug/2026");
   EXPECT_EQ(entry.txtAdvAmount.Text(), "12000.00");
   EXPECT_EQ(entry.txtInterestAmt.Text(), "600");
   Click(entry.cmdSave);
@@ -102,19 +103,19 @@ TEST_F(EntryScreen, FlatInterestIsOneFigureAndTheScheduleCarriesBoth) {
 }
 
 TEST_F(EntryScreen, ReducingBalanceLooksLockedCanBeTypedAndRefreshesTheTotalInterest) {
-  modAdvLoan& entry = BeginNew(1, "Medical Advance", "01/10/2026", "12000");
+  modAdvLoan& entry = BeginNew(Advance, "Medical Advance", "01/10/2026", "12000");
   EXPECT_EQ(entry.txtInterestAmt.backColour, kToolTipColour);
   EXPECT_FALSE(entry.txtInterestAmt.locked);
-  Tick(entry.optInstlCount);
-  Type(entry.txtNoOfInstlmnts, "4");
+  Tick(entry.recovery.optInstlCount);
+  Type(entry.recovery.txtNoOfInstlmnts, "4");
   Click(entry.cmdSave);
   EXPECT_EQ(Rows("SELECT EMIAMT, MDFYAMT, INTAMT, MDFPRNAMT FROM INS_EMIDETAIL ORDER BY COUNTER"),
             "3120|3120|120|NULL\n3090|3090|90|NULL\n3060|3060|60|NULL\n3030|3030|30|NULL");
   EXPECT_EQ(Rows("SELECT INTAMT FROM INS_ADVLOAN"), "300");
   // Without advanced management the same name gives a flat schedule and no refresh.
   session.features.switches["ADVMGALYN"] = false;
-  BeginNew(1, "Medical Advance", "01/10/2026", "300");
-  Type(screen->txtInstlAmt, "100");
+  BeginNew(Advance, "Medical Advance", "01/10/2026", "300");
+  Type(screen->recovery.txtInstlAmt, "100");
   Click(screen->cmdSave);
   EXPECT_EQ(Schedule(2), "24322|1|100|100\n24323|2|100|100\n24324|3|100|100");
 }
@@ -128,7 +129,7 @@ TEST_F(EntryScreen, SavingALoanWritesItsRowScheduleAuditAndFlags) {
   Run("INSERT INTO CUS_LOANSLNOTABLE (EMPID, SERIALNO, AUTOSLNO) VALUES (17, 1, 4), (18, 1, 7)");
   modAdvLoan& entry = EnterLoan();
   Type(entry.txtRemarks, "Asha's [#1] loan | \"new\"");
-  Type(entry.txtRecvrFrom, "10.2026");
+  Type(entry.recovery.txtRecvrFrom, "10.2026");
   Click(entry.cmdSave);
   EXPECT_EQ(Rows("SELECT SINAME, LOANACNO, SIDATE, ACTAMT, INTAMT, REMARKS FROM INS_ADVLOAN"),
             "Car Loan|ACC/1|15/09/2026|3000|0|Asha's [#1] loan | \"new\"");
@@ -172,7 +173,7 @@ TEST_F(EntryScreen, TheTenureIsAskedAboutAboveThirtyYears) {
   modAdvLoan& entry = EnterAdvance();
   const auto saveWith = [&](const char* amount, const char* instalment) {
     entry.txtAdvAmount.SetText(amount);
-    entry.txtInstlAmt.SetText(instalment);
+    entry.recovery.txtInstlAmt.SetText(instalment);
     return Press(entry.cmdSave);
   };
   const std::vector<std::string> question{"Re-payment tenure exceeds 30 years.\r\nDo you want to continue?"};
@@ -185,8 +186,8 @@ TEST_F(EntryScreen, TheTenureIsAskedAboutAboveThirtyYears) {
   EXPECT_EQ(Rows("SELECT COUNT(*), MIN(EMIAMT) FROM INS_EMIDETAIL"), "361|50");
 
   modAdvLoan& byCount = EnterAdvance();
-  Tick(byCount.optInstlCount);
-  Type(byCount.txtNoOfInstlmnts, "361");
+  Tick(byCount.recovery.optInstlCount);
+  Type(byCount.recovery.txtNoOfInstlmnts, "361");
   Click(byCount.cmdSave);
   EXPECT_EQ(desk.LastBox().text, question.front());
   EXPECT_EQ(desk.LastBox().icon, Icon::Exclamation);
@@ -196,9 +197,9 @@ TEST_F(EntryScreen, FailuresOfTheCountLeaveTheInstructionWithoutASchedule) {
   const auto failsOf = [&](const char* count, const char* amount, const char* error, int serial) {
     modAdvLoan& entry = EnterAdvance();
     Type(entry.txtAdvAmount, amount);
-    entry.txtInstlAmt.SetText("");
-    Tick(entry.optInstlCount);
-    Type(entry.txtNoOfInstlmnts, count);
+    entry.recovery.txtInstlAmt.SetText("");
+    Tick(entry.recovery.optInstlCount);
+    Type(entry.recovery.txtNoOfInstlmnts, count);
     EXPECT_EQ(Press(entry.cmdSave), Texts{error});
     EXPECT_EQ(Rows("SELECT MAX(SERIALNO) FROM INS_ADVLOAN"), std::to_string(serial));
     Click(entry.cmdSave);  // an edit: no schedule comes of it
@@ -211,12 +212,12 @@ TEST_F(EntryScreen, FailuresOfTheCountLeaveTheInstructionWithoutASchedule) {
 
 TEST_F(EntryScreen, NoRecoverySavesWithoutMonthsButStillChecksTheInstalment) {
   modAdvLoan& entry = EnterAdvance();
-  Tick(entry.chkNoRecovery, true);
-  entry.txtRecvrFrom.SetText("");
-  entry.txtInstlAmt.SetText("10000.01");
+  Tick(entry.recovery.chkNoRecovery, true);
+  entry.recovery.txtRecvrFrom.SetText("");
+  entry.recovery.txtInstlAmt.SetText("10000.01");
   EXPECT_EQ(Press(entry.cmdSave),
             Texts{"Installment amount cannot exceed the sum of advance taken and interest."});
-  entry.txtInstlAmt.SetText("");
+  entry.recovery.txtInstlAmt.SetText("");
   Click(entry.cmdSave);
   EXPECT_EQ(Schedule(), "");
   EXPECT_NE(LastAudit().find(":Remarks = :No Recovery = Yes"), std::string::npos);
@@ -225,9 +226,9 @@ TEST_F(EntryScreen, NoRecoverySavesWithoutMonthsButStillChecksTheInstalment) {
 TEST_F(EntryScreen, AnAmountBelowZeroWritesNothingAndSaysNothing) {
   modAdvLoan& entry = EnterAdvance();
   entry.txtAdvAmount.SetText("-5");
-  entry.txtInstlAmt.SetText("");
-  Tick(entry.chkNoRecovery, true);
-  Tick(entry.optInstlCount);
+  entry.recovery.txtInstlAmt.SetText("");
+  Tick(entry.recovery.chkNoRecovery, true);
+  Tick(entry.recovery.optInstlCount);
   Click(entry.cmdSave);
   EXPECT_TRUE(desk.TakeTexts().empty());
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN"), "0");
@@ -238,7 +239,7 @@ TEST_F(EntryScreen, AChangeWritesTheInstructionAloneAndFlagsItsMonths) {
   company.Salary(17, 24323, 40000, 30000);
   Run("UPDATE SLC_SALARYCALC_E SET INDICATOR = 1");  // not recovered by it
   ClickRow(screen->fpgAdvLoan, 0);
-  EXPECT_FALSE(screen->fmeInstallment.IsShown());
+  EXPECT_FALSE(screen->recovery.fmeInstallment.IsShown());
   EXPECT_TRUE(screen->txtAdvAmount.locked);
   Type(screen->txtRemarks, "changed");
   Type(screen->txtInterestAmt, "50");
@@ -254,7 +255,7 @@ TEST_F(EntryScreen, ADeductedInstructionAsksAndStaysOnTheScreen) {
   company.Advance(17, 1, "Salary Advance", 2000, "01/Apr/2026");
   company.Emi(17, 1, 1, 1, 24320, 1000).With("EMIRECVYN", 1);
   company.Emi(17, 1, 1, 2, 24321, 1000);
-  modAdvLoan& entry = OpenOnFirst(1);
+  modAdvLoan& entry = OpenOnFirst(Advance);
   Type(entry.txtRemarks, "second thoughts");
   Click(entry.cmdSave);  // No is the default
   EXPECT_EQ(Rows("SELECT REMARKS FROM INS_ADVLOAN"), "NULL");
@@ -271,9 +272,9 @@ TEST_F(EntryScreen, ASeparateInterestNameOpensTheInterestOfTheLoan) {
   Pick(entry.cmbALName, "Welfare Advance");
   EXPECT_TRUE(entry.txtInterestAmt.locked);
   EXPECT_EQ(entry.txtInterestAmt.backColour, kWindowColour);
-  Type(entry.txtInstlAmt, "5000");
+  Type(entry.recovery.txtInstlAmt, "5000");
   std::string principal;
-  session.screens.Add("modInterestMaster", [&](Session&, Screen*) {
+  session.doors.interestEditor.LeadTo([&](Session&, InstructionParent&) {
     principal = machine.settings.Get("Settings", "ICPrcpl");
     return std::make_unique<Screen>("modInterestMaster");
   });

@@ -41,28 +41,27 @@ std::string EntryScreen::Schedule(long serial) {
       std::to_string(serial) + " ORDER BY MONTHYEAR");
 }
 
-modAdvLoan& EntryScreen::Open(int siType) {
-  session.SIType = siType;
-  session.FormCode = 1500 + siType;
-  screen = std::make_unique<modAdvLoan>(session);
+modAdvLoan& EntryScreen::Open(InstructionType type) {
+  screen = std::make_unique<modAdvLoan>(session, type);
   RunAndGrantFocus(*screen, [this] { screen->Load(); });
   return *screen;
 }
 
-modAdvLoan& EntryScreen::OpenOn(int siType, const char* employee) {
-  Open(siType);
-  Pick(screen->cmbEmpName, employee);
+modAdvLoan& EntryScreen::OpenOn(InstructionType type, const char* employee) {
+  Open(type);
+  Pick(screen->employee.cmbEmpName, employee);
   return *screen;
 }
 
-modAdvLoan& EntryScreen::OpenOnFirst(int siType) {
-  OpenOn(siType);
+modAdvLoan& EntryScreen::OpenOnFirst(InstructionType type) {
+  OpenOn(type);
   ClickRow(screen->fpgAdvLoan, 0);
   return *screen;
 }
 
-modAdvLoan& EntryScreen::BeginNew(int siType, const char* name, const char* date, const char* amount) {
-  OpenOn(siType);
+modAdvLoan& EntryScreen::BeginNew(InstructionType type, const char* name, const char* date,
+                                  const char* amount) {
+  OpenOn(type);
   Click(screen->cmdNew);
   Pick(screen->cmbALName, name);
   Type(screen->txtAdvDate, date);
@@ -71,18 +70,18 @@ modAdvLoan& EntryScreen::BeginNew(int siType, const char* name, const char* date
 }
 
 modAdvLoan& EntryScreen::EnterAdvance() {
-  BeginNew(1, "Salary Advance", "15/09/2026", "10000");
-  Type(screen->txtInstlAmt, "1000");
-  Type(screen->txtRecvrFrom, "Oct/2026");
+  BeginNew(Advance, "Salary Advance", "15/09/2026", "10000");
+  Type(screen->recovery.txtInstlAmt, "1000");
+  Type(screen->recovery.txtRecvrFrom, "Oct/2026");
   return *screen;
 }
 
 modAdvLoan& EntryScreen::EnterLoan() {
-  BeginNew(2, "Car Loan", "15/09/2026", "3000");
+  BeginNew(Loan, "Car Loan", "15/09/2026", "3000");
   Pick(screen->cmbInstitution, "Deccan Bank");
   Type(screen->txtLoanAccNo, "ACC/1");
-  Type(screen->txtInstlAmt, "1000");
-  Type(screen->txtRecvrFrom, "Oct/2026");
+  Type(screen->recovery.txtInstlAmt, "1000");
+  Type(screen->recovery.txtRecvrFrom, "Oct/2026");
   return *screen;
 }
 

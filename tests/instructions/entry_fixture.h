@@ -5,11 +5,11 @@
 #include <memory>
 #include <string>
 
-#include "frame/connect.h"
 #include "frame/options.h"
 #include "frame/session.h"
 #include "instructions/modAdvLoan.h"
 #include "screen/person.h"
+#include "start/connect.h"
 #include "support/company_fixture.h"
 #include "support/fake_machine.h"
 #include "support/scripted_desk.h"
@@ -17,6 +17,7 @@
 namespace ktl {
 
 using Texts = std::vector<std::string>;
+using enum InstructionType;
 
 // A company, the machine of its user and the person before a screen.
 class InstructionScreen : public testing::Test {
@@ -45,10 +46,10 @@ class EntryScreen : public InstructionScreen {
   // Months, counters and both amounts of the schedule: "24321 1 3333 3333" and so on.
   std::string Schedule(long serial = 1);
 
-  modAdvLoan& Open(int siType);
-  modAdvLoan& OpenOn(int siType, const char* employee = "Asha Rao");
-  modAdvLoan& OpenOnFirst(int siType);  // and clicks the first instruction of the list
-  modAdvLoan& BeginNew(int siType, const char* name, const char* date, const char* amount);
+  modAdvLoan& Open(InstructionType type);
+  modAdvLoan& OpenOn(InstructionType type, const char* employee = "Asha Rao");
+  modAdvLoan& OpenOnFirst(InstructionType type);  // and clicks the first instruction of the list
+  modAdvLoan& BeginNew(InstructionType type, const char* name, const char* date, const char* amount);
   // A new advance of 10000 by a lump sum of 1000 from Oct/2026, ready to be saved.
   modAdvLoan& EnterAdvance();
   modAdvLoan& EnterLoan();

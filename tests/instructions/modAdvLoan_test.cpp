@@ -16,21 +16,20 @@ std::string Line(const Grid& grid, std::size_t row) {
 TEST_F(EntryScreen, CaptionsAndControlsFollowTheType) {
   Run("UPDATE MAS_PULLDOWNVALUES SET PDLISTDESC = 'Festival Loan' WHERE REFID = 5 AND PDID = 2");
   const auto texts = [](const modAdvLoan& s) {
-    return Texts{s.tabDetails.pages[0].caption, s.tabDetails.pages[2].caption, s.lblTotRcpt.caption,
+    return Texts{s.tabDetails.pages[0].caption, s.tabDetails.pages[2].caption, s.overview.lblTotRcpt.caption,
                  s.cmdSave.tag + " " + s.cmdEMIDelete.tag};
   };
-  modAdvLoan& loans = Open(2);
+  modAdvLoan& loans = Open(Loan);
   EXPECT_EQ(texts(loans), (Texts{"Festival Loan N&ame", "D&eposits", "Total Deposits", "225 231"}));
   EXPECT_EQ(loans.lblLoanAccNo.caption, "Festival Loan A/c No.");
-  EXPECT_TRUE(loans.txtLoanAccNo.visible && !loans.fpgAdvLoan.columns[modAdvLoan::kListAccount].hidden);
-  modAdvLoan& advances = Open(1);
+  EXPECT_TRUE(loans.txtLoanAccNo.visible && !loans.fpgAdvLoan.columns[InstructionGrid::kAccount].hidden);
+  modAdvLoan& advances = Open(Advance);
   EXPECT_EQ(texts(advances), (Texts{"Advance N&ame", "R&eceipts Recovered", "Total Receipts", "200 206"}));
-  EXPECT_TRUE(!advances.cmbInstitution.visible &&
-              advances.fpgEMI.columns[modAdvLoan::kEmiInstitution].hidden);
-  EXPECT_TRUE(!advances.optRoundNone.visible && advances.optNearOneRupee.Value());
+  EXPECT_TRUE(!advances.cmbInstitution.visible && advances.fpgEMI.columns[ScheduleGrid::kInstitution].hidden);
+  EXPECT_TRUE(!advances.recovery.optRoundNone.visible && advances.recovery.optNearOneRupee.Value());
   machine.folder.markers.insert("SIRoundNone.dat");
-  Open(1);
-  EXPECT_TRUE(screen->optRoundNone.visible && screen->optRoundNone.Value());
+  Open(Advance);
+  EXPECT_TRUE(screen->recovery.optRoundNone.visible && screen->recovery.optRoundNone.Value());
 }
 
 TEST_F(EntryScreen, TheListAddsWhatWasRecoveredAndPaysTheColours) {
@@ -48,25 +47,25 @@ TEST_F(EntryScreen, TheListAddsWhatWasRecoveredAndPaysTheColours) {
   company.Receipt(17, 1, 1, 1, "10/Sep/2026", 300);
   company.Advance(17, 2, "Medical Advance", 1000, "01/Sep/2026").With("INTAMT", 10.0);
   company.Emi(17, 1, 2, 1, 24321, 1010).With("INTAMT", 10.0);
-  modAdvLoan& entry = OpenOn(1);
+  modAdvLoan& entry = OpenOn(Advance);
   EXPECT_EQ(Line(entry.fpgAdvLoan, 0),
             "1|Salary Advance|01/07/2026|5000.00|0.00|5000.00|2000.00|300.00|first");
   EXPECT_EQ(Line(entry.fpgAdvLoan, 1), "2|Medical Advance|01/09/2026|1000.00|10.00|1010.00|1010.00|0.00|");
-  EXPECT_EQ(entry.fpgAdvLoan.At(0, modAdvLoan::kListAmount).backColour, 0xC0FFC0u);
-  EXPECT_EQ(entry.fpgAdvLoan.At(0, modAdvLoan::kListRecovered).backColour, 0xB0B0FFu);
-  EXPECT_EQ(entry.fpgAdvLoan.At(1, modAdvLoan::kListRecovered).backColour, 0xFFC0C0u);
+  EXPECT_EQ(entry.fpgAdvLoan.At(0, InstructionGrid::kAmount).backColour, 0xC0FFC0u);
+  EXPECT_EQ(entry.fpgAdvLoan.At(0, InstructionGrid::kRecovered).backColour, 0xB0B0FFu);
+  EXPECT_EQ(entry.fpgAdvLoan.At(1, InstructionGrid::kRecovered).backColour, 0xFFC0C0u);
 
   ClickRow(entry.fpgAdvLoan, 0);
   std::string recovered;
   for (std::size_t row = 0; row < entry.fpgEMI.rows.size(); ++row)
-    recovered += entry.fpgEMI.At(row, modAdvLoan::kEmiMonth).backColour == 0xC0FFC0u ? "R" : "-";
+    recovered += entry.fpgEMI.At(row, ScheduleGrid::kMonth).backColour == 0xC0FFC0u ? "R" : "-";
   EXPECT_EQ(recovered, "R-R--");
   EXPECT_EQ(Line(entry.fpgReceipts, 0), "10/09/2026|||300.00|");
   // Advances 6000 and 10 of interest; receipts 300 and 1000 by hand; the overview counts salaries by
   // INDICATOR 0 alone, so Nov counts too: 1000 + 1010 + 1000.
-  EXPECT_EQ(entry.txtTotalAdv.Text() + " " + entry.txtTotalInterest.Text() + " " +
-                entry.txtTotalReceipt.Text() + " " + entry.txtTotalDedSalary.Text() + " " +
-                entry.txtTotalDue.Text(),
+  EXPECT_EQ(entry.overview.txtTotalAdv.Text() + " " + entry.overview.txtTotalInterest.Text() + " " +
+                entry.overview.txtTotalReceipt.Text() + " " + entry.overview.txtTotalDedSalary.Text() + " " +
+                entry.overview.txtTotalDue.Text(),
             "6000.00 10.00 1300.00 3010.00 1700.00");
 }
 
@@ -74,41 +73,41 @@ TEST_F(EntryScreen, MarkingAMonthAsRecoveredIsWrittenAndCounted) {
   company.Advance(17, 1, "Salary Advance", 2000, "01/Oct/2026");
   company.Emi(17, 1, 1, 1, 24322, 1000);
   company.Emi(17, 1, 1, 2, 24323, 1000);
-  modAdvLoan& entry = OpenOnFirst(1);
-  TickCell(entry.fpgEMI, 1, modAdvLoan::kEmiTick, true);
-  TickCell(entry.fpgEMI, 1, modAdvLoan::kEmiRecovered, true);
+  modAdvLoan& entry = OpenOnFirst(Advance);
+  TickCell(entry.fpgEMI, 1, ScheduleGrid::kTick, true);
+  TickCell(entry.fpgEMI, 1, ScheduleGrid::kRecovered, true);
   EXPECT_EQ(Rows("SELECT COUNTER, EMIRECVYN FROM INS_EMIDETAIL ORDER BY COUNTER"), "1|0\n2|1");
-  EXPECT_EQ(entry.fpgEMI.At(1, modAdvLoan::kEmiMonth).backColour, 0xC0FFC0u);
-  EXPECT_FALSE(entry.fpgEMI.IsTicked(1, modAdvLoan::kEmiTick));
-  EXPECT_EQ(entry.txtTotalReceipt.Text(), "1000.00");
-  TickCell(entry.fpgEMI, 1, modAdvLoan::kEmiRecovered, false);
+  EXPECT_EQ(entry.fpgEMI.At(1, ScheduleGrid::kMonth).backColour, 0xC0FFC0u);
+  EXPECT_FALSE(entry.fpgEMI.IsTicked(1, ScheduleGrid::kTick));
+  EXPECT_EQ(entry.overview.txtTotalReceipt.Text(), "1000.00");
+  TickCell(entry.fpgEMI, 1, ScheduleGrid::kRecovered, false);
   EXPECT_EQ(Rows("SELECT SUM(EMIRECVYN) FROM INS_EMIDETAIL"), "0");
-  EXPECT_EQ(entry.txtTotalDue.Text(), "2000.00");
+  EXPECT_EQ(entry.overview.txtTotalDue.Text(), "2000.00");
 }
 
 TEST_F(EntryScreen, ASerialNumberShowsItsInstructionOrBeginsANewOne) {
   company.Loan(17, 4, "Car Loan", 1500.5, "31/Mar/2026").With("LOANACNO", "A'1").With("INTAMT", 20.0);
   company.Emi(17, 2, 4, 1, 24320, 750).With("INSTID", 5);
-  modAdvLoan& entry = OpenOn(2);
+  modAdvLoan& entry = OpenOn(Loan);
   Type(entry.txtSerialNo, "4");
   EXPECT_EQ((Texts{entry.cmbALName.Text(), entry.txtLoanAccNo.Text(), entry.txtAdvDate.Text(),
                    entry.txtAdvAmount.Text(), entry.txtInterestAmt.Text(), entry.cmbInstitution.Text()}),
             (Texts{"Car Loan", "A'1", "31/03/2026", "1500.50", "20.00", "Deccan Bank"}));
-  EXPECT_FALSE(entry.fmeInstallment.visible);
+  EXPECT_FALSE(entry.recovery.fmeInstallment.visible);
   company.Emi(17, 2, 4, 2, 24321, 750).With("INSTID", 6);
   Type(entry.txtSerialNo, "9");
   EXPECT_EQ(entry.cmbALName.Text(), "");
-  EXPECT_TRUE(entry.fmeInstallment.visible);
+  EXPECT_TRUE(entry.recovery.fmeInstallment.visible);
   Type(entry.txtSerialNo, "4");
   EXPECT_EQ(entry.cmbInstitution.Text(), "");  // two lenders: none is shown
   EXPECT_EQ(entry.fpgEMI.rows.size(), 2u);
 }
 
 TEST_F(EntryScreen, NewAndCloseAskAboutWhatIsTyped) {
-  modAdvLoan& entry = Open(1);
+  modAdvLoan& entry = Open(Advance);
   const std::string question = "Do you want to Save entered details?";
   EXPECT_EQ(Press(entry.cmdNew), Texts{"Select employee."});
-  Pick(entry.cmbEmpName, "Asha Rao");
+  Pick(entry.employee.cmbEmpName, "Asha Rao");
   Click(entry.cmdNew);
   Type(entry.txtRemarks, "typed");
   Press(entry.cmdNew, {Answer::Cancel});
@@ -123,8 +122,8 @@ TEST_F(EntryScreen, NewAndCloseAskAboutWhatIsTyped) {
   Pick(entry.cmbALName, "Salary Advance");
   Type(entry.txtAdvDate, "15/09/2026");
   Type(entry.txtAdvAmount, "1000");
-  Tick(entry.optInstlCount);
-  Type(entry.txtNoOfInstlmnts, "0");
+  Tick(entry.recovery.optInstlCount);
+  Type(entry.recovery.txtNoOfInstlmnts, "0");
   // A failure of the save is shown and keeps the screen too.
   EXPECT_EQ(Press(entry.cmdClose, {Answer::Yes}), (Texts{question, "11\tDivision by zero"}));
   EXPECT_FALSE(entry.IsUnloaded());
@@ -135,21 +134,21 @@ TEST_F(EntryScreen, NewAndCloseAskAboutWhatIsTyped) {
 
 TEST_F(EntryScreen, LockedEmployeesAndReadOnlyUsersCannotWrite) {
   Run("UPDATE MAS_EMPLOYEE SET lockyn = 1 WHERE EMPID = 17");
-  modAdvLoan& entry = OpenOn(1);
+  modAdvLoan& entry = OpenOn(Advance);
   for (Button* button : {&entry.cmdSave, &entry.cmdDelete, &entry.cmdEMIDelete, &entry.cmdMonthly,
                          &entry.cmdNew, &entry.cmdEmi, &entry.cmdInstitution, &entry.cmdMaster}) {
     EXPECT_FALSE(button->enabled) << button->name();
   }
   EXPECT_TRUE(entry.cmdReceipts.enabled);
-  Pick(entry.cmbEmpName, "Binod Sen");
+  Pick(entry.employee.cmbEmpName, "Binod Sen");
   EXPECT_TRUE(entry.cmdSave.enabled && entry.cmdEmi.enabled);
-  EXPECT_EQ(entry.lblEmpName.caption, " Employee Left ");
-  EXPECT_EQ(entry.lblEmpName.toolTip, "31/Aug/2026");
+  EXPECT_EQ(entry.employee.lblEmpName.caption, " Employee Left ");
+  EXPECT_EQ(entry.employee.lblEmpName.toolTip, "31/Aug/2026");
   session.ReadOnlyUser = true;
-  Open(1);
+  Open(Advance);
   EXPECT_FALSE(screen->cmdSave.enabled || screen->cmdMultiAllot.enabled);
   EXPECT_TRUE(screen->cmdEmi.enabled);
-  Pick(screen->cmbEmpName, "Binod Sen");
+  Pick(screen->employee.cmbEmpName, "Binod Sen");
   EXPECT_FALSE(screen->cmdSave.enabled || screen->cmdEmi.enabled || screen->cmdMultiAllot.enabled);
   Click(screen->cmdClose);
   EXPECT_TRUE(screen->IsUnloaded());
@@ -158,48 +157,48 @@ TEST_F(EntryScreen, LockedEmployeesAndReadOnlyUsersCannotWrite) {
 TEST_F(EntryScreen, EmployeesAreListedByNameAndReferenceWithinClassSecurity) {
   company.Employee(19).Named("Asha Rao").Ref("K19").Joined("01/Apr/2010");
   company.Emi(19, 1, 1, 1, 24327, 100);
-  modAdvLoan& entry = Open(1);
-  Pick(entry.cmbEmpIDRef, "K19");
-  EXPECT_EQ(entry.cmbEmpName.Text(), "Asha Rao");
+  modAdvLoan& entry = Open(Advance);
+  Pick(entry.employee.cmbEmpIDRef, "K19");
+  EXPECT_EQ(entry.employee.cmbEmpName.Text(), "Asha Rao");
   EXPECT_EQ(entry.Key().employee, 19);  // not the other Asha Rao
   Tick(entry.chkCurrEMIEmp, true);
-  EXPECT_EQ(entry.cmbEmpName.Rows(), (std::vector<ListRow>{{"Asha Rao", "19"}}));
+  EXPECT_EQ(entry.employee.cmbEmpName.Rows(), (std::vector<ListRow>{{"Asha Rao", "19"}}));
   Run("UPDATE MAS_OPTSET SET CLASSSECURITYN = 1");
   company.Row("SEC_CLASSEMP").With("USERNAME", "RAVI").With("EMPID", 17);
   session.hostName = "PC1";
   Tick(entry.chkCurrEMIEmp, false);
-  EXPECT_EQ(entry.cmbEmpIDRef.Rows(), (std::vector<ListRow>{{"K17", "17"}}));
+  EXPECT_EQ(entry.employee.cmbEmpIDRef.Rows(), (std::vector<ListRow>{{"K17", "17"}}));
   Tick(entry.chkCurrEMIEmp, true);
-  EXPECT_TRUE(entry.cmbEmpName.Rows().empty());
+  EXPECT_TRUE(entry.employee.cmbEmpName.Rows().empty());
 }
 
 TEST_F(EntryScreen, TheFormulaFrameAsksForWhatItNeeds) {
   company.Row("MAS_FORMULA").With("FORMULAID", 1).With("FORMULANAME", "Flat").With("FORMULA", "250 * 2");
   company.Row("MAS_EMPLOYEEDET").With("EMPDETID", 1).With("EMPID", 17).With("EFFFROMDATE", "01/Sep/2026");
-  modAdvLoan& entry = OpenOn(1);
+  modAdvLoan& entry = OpenOn(Advance);
   Click(entry.cmdNew);
   Click(entry.cmdFmeFormula);
   EXPECT_FALSE(entry.txtAdvDate.IsUsable());
-  EXPECT_EQ(Press(entry.cmdAccept), Texts{"Enter Advance Date."});
+  EXPECT_EQ(Press(entry.formula.cmdAccept), Texts{"Enter Advance Date."});
   entry.txtAdvDate.SetText("15/09/2026");
-  Type(entry.cmbFormula, "Steep");
-  EXPECT_EQ(Press(entry.cmdAccept), Texts{"Enter 'Number of Months'."});
-  Type(entry.txtMonths, "3");
-  EXPECT_EQ(Press(entry.cmdAccept), Texts{"Select proper 'Formula'."});
+  Type(entry.formula.cmbFormula, "Steep");
+  EXPECT_EQ(Press(entry.formula.cmdAccept), Texts{"Enter 'Number of Months'."});
+  Type(entry.formula.txtMonths, "3");
+  EXPECT_EQ(Press(entry.formula.cmdAccept), Texts{"Select proper 'Formula'."});
   // The number of months of the refused formula counts: the save asks for no amount.
-  Click(entry.cmdFrmlaClose);
+  Click(entry.formula.cmdFrmlaClose);
   Pick(entry.cmbALName, "Salary Advance");
   Type(entry.txtAdvDate, "15/09/2026");
   EXPECT_EQ(Press(entry.cmdSave), Texts{"Specify installment amount."});
   Click(entry.cmdFmeFormula);
-  Pick(entry.cmbFormula, "Flat");
-  Click(entry.cmdAccept);
+  Pick(entry.formula.cmbFormula, "Flat");
+  Click(entry.formula.cmdAccept);
   EXPECT_EQ(entry.txtAdvAmount.Text(), "1500.00");
   Click(entry.cmdFmeFormula);
-  entry.cmbFormula.SetText("");
+  entry.formula.cmbFormula.SetText("");
   desk.WillAnswer({Answer::Yes});
-  Click(entry.cmdAccept);
-  EXPECT_FALSE(entry.fmeFormula.visible);
+  Click(entry.formula.cmdAccept);
+  EXPECT_FALSE(entry.formula.fmeFormula.visible);
   EXPECT_TRUE(entry.txtAdvDate.IsUsable());
   EXPECT_EQ(entry.Focus(), &entry.txtInterestAmt);
 }
@@ -207,7 +206,7 @@ TEST_F(EntryScreen, TheFormulaFrameAsksForWhatItNeeds) {
 TEST_F(EntryScreen, DoorsNameWhatIsMissing) {
   company.Advance(17, 1, "Salary Advance", 2000, "01/Oct/2026");
   machine.siblings.missing = {"KTLSIRep", "KTLIntrCalc"};
-  modAdvLoan& entry = OpenOn(1);
+  modAdvLoan& entry = OpenOn(Advance);
   Click(entry.cmdEmi);
   Click(entry.cmdReport);
   Click(entry.mnuExport);
@@ -219,7 +218,7 @@ TEST_F(EntryScreen, DoorsNameWhatIsMissing) {
   Click(entry.cmdNew);
   Click(entry.cmdIntrCalc);
   EXPECT_EQ(entry.txtInterestAmt.Text(), "77");
-  session.screens.Add("modMultiAllot", [&](Session&, Screen*) {
+  session.doors.multipleAllotment.LeadTo([&](Session&, InstructionType) {
     machine.settings.Set("ExeTalk", "HWNDKTLStIns", "1");
     return std::make_unique<Screen>("modMultiAllot");
   });
@@ -233,7 +232,7 @@ TEST_F(EntryScreen, DoorsNameWhatIsMissing) {
 
 TEST_F(EntryScreen, TheNamesRulesDecideWhatIsShownAndTyped) {
   company.Name(1, "Both Advance").Reducing(1).SeparateInterest();
-  modAdvLoan& entry = OpenOn(1);
+  modAdvLoan& entry = OpenOn(Advance);
   Click(entry.cmdNew);
   const auto shown = [&] {
     std::string columns;
@@ -260,9 +259,9 @@ TEST_F(EntryScreen, ALoanShowsOnlyTheMonthsThatHaveALender) {
   company.Loan(17, 1, "Car Loan", 2000);
   company.Emi(17, 2, 1, 1, 24322, 1000).With("INSTID", 5);
   company.Emi(17, 2, 1, 2, 24323, 1000);
-  modAdvLoan& entry = OpenOnFirst(2);
+  modAdvLoan& entry = OpenOnFirst(Loan);
   ASSERT_EQ(entry.fpgEMI.rows.size(), 1u);
-  TickCell(entry.fpgEMI, 0, modAdvLoan::kEmiTick, true);
+  TickCell(entry.fpgEMI, 0, ScheduleGrid::kTick, true);
   EXPECT_TRUE(entry.cmdTDSDet.visible);  // both the employee and the name are taxed
   Run("UPDATE MAS_EMPLOYEE SET TDSYN = 0");
   ClickRow(entry.fpgAdvLoan, 0);
@@ -272,7 +271,7 @@ TEST_F(EntryScreen, ALoanShowsOnlyTheMonthsThatHaveALender) {
 TEST_F(EntryScreen, AFailingListIsToldAndTheScreenOpensAllTheSame) {
   session.ReadOnlyUser = true;
   Run("DROP TABLE MAS_FORMULA");
-  modAdvLoan& entry = Open(1);
+  modAdvLoan& entry = Open(Advance);
   ASSERT_EQ(desk.Boxes().size(), 1u);
   EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
   EXPECT_FALSE(entry.cmdSave.enabled);

@@ -20,9 +20,8 @@ class MasterScreen : public InstructionScreen {
 
   modSIMaster& Open(long formCode, bool advanced = false) {
     session.FormCode = formCode;
-    session.SIType = static_cast<int>(formCode - 1500);
     session.features.switches["ADVMGALYN"] = advanced;
-    screen = std::make_unique<modSIMaster>(session, nullptr);
+    screen = std::make_unique<modSIMaster>(session, static_cast<InstructionType>(formCode - 1500));
     RunAndGrantFocus(*screen, [this] { screen->Load(); });
     return *screen;
   }
@@ -141,7 +140,7 @@ TEST_F(MasterScreen, AsksForTheSectionOfTaxedPremiums) {
   Click(screen->cmdSave);
   EXPECT_EQ(Rows("SELECT TDSYN, TDSREFNO FROM INS_MASTER"), "1|6");
   ClickRow(screen->fpgSIMaster, 0);
-  EXPECT_EQ(screen->fpgSIMaster.Text(0, modSIMaster::ColSection), "80CCC");
+  EXPECT_EQ(screen->fpgSIMaster.Text(0, 3), "80CCC");
   Tick(screen->chkTDSAppl, false);
   Click(screen->cmdSave);
   EXPECT_EQ(Rows("SELECT TDSYN, TDSREFNO FROM INS_MASTER"), "0|NULL");
@@ -184,7 +183,7 @@ TEST_F(MasterScreen, CarriesARenameOverToTheInstructions) {
     Rename(c.newName);
     EXPECT_EQ(desk.LastBox().text, "Updated");
     EXPECT_EQ(screen->fpgSIMaster.rows.size(), 1u);
-    EXPECT_EQ(screen->fpgSIMaster.Text(0, modSIMaster::ColName), c.newName);
+    EXPECT_EQ(screen->fpgSIMaster.Text(0, 0), c.newName);
     EXPECT_EQ(Rows("SELECT SITYPE, SINAME FROM INS_ADVLOAN ORDER BY SITYPE") + "," +
                   Rows("SELECT SITYPE, OTHNAME FROM INS_OTHER"),
               c.instructions);
@@ -328,10 +327,16 @@ TEST_F(MasterScreen, RefusesAGroupWithoutTheRight) {
   EXPECT_EQ(screen->cmdDelete.tag, "210");
 }
 
+Texts TextsOf(const std::vector<Statement>& statements) {
+  Texts texts;
+  for (const Statement& statement : statements) texts.push_back(statement.text());
+  return texts;
+}
+
 TEST_F(MasterScreen, WritesStatementsForTheOtherDialect) {
   const InstructionMaster loan{
-      .siType = 2, .siName = "Rita's Loan", .tdsYn = true, .sepPiYn = true, .intrRate = 9.5};
-  const std::vector<std::string> rename = OraSaveStatements(session, loan, "Old", true);
+      .type = Loan, .siName = "Rita's Loan", .tdsYn = true, .sepPiYn = true, .intrRate = 9.5};
+  const Texts rename = TextsOf(OraSaveStatements(session, loan, "Old", true));
   EXPECT_EQ(rename, (Texts{"INSERT INTO INS_MASTER VALUES (2, 'Rita''s Loan', Null, 1, Null, Null, Null, "
                            "Null, Null, Null, 0, 1, 0)",
                            "Update INS_ADVLOAN Set SINAME = 'Rita''s Loan' Where SINAME = 'Old' AND SITYPE=2",
@@ -339,7 +344,7 @@ TEST_F(MasterScreen, WritesStatementsForTheOtherDialect) {
                            "Update INS_MASTER Set AMTLIMIT = Null, ALLOWLIMIT = Null, EMIRECCNT = Null, "
                            "INTRRATE = 9.5, REDUCINGBALYN = 0 Where SINAME = 'Rita''s Loan' AND SITYPE=2",
                            "Delete From INS_MASTER Where SINAME = 'Old' AND SITYPE=2"}));
-  EXPECT_EQ(OraSaveStatements(session, loan, "Rita's Loan", false),
+  EXPECT_EQ(TextsOf(OraSaveStatements(session, loan, "Rita's Loan", false)),
             (Texts{"UPDATE INS_MASTER SET ACCCODE = Null, TDSYN = 1, SIPREF = Null, TDSREFNO = Null Where "
                    "SINAME = 'Rita''s Loan' AND SITYPE=2"}));
   Run("INSERT INTO INS_MASTER (SITYPE, SINAME) VALUES (2, 'Old')");

@@ -48,7 +48,7 @@ class ConservationTest : public RecoveryTest {
     Clear();
     std::vector<double> amounts(2 + random() % 11);
     for (double& amount : amounts) amount = static_cast<double>(10000 + random() % 80000) / 100;
-    reducing ? Reducing(amounts, 60) : Instruction(1, amounts);
+    reducing ? Reducing(amounts, 60) : Instruction(InstructionType::Advance, amounts);
     for (std::size_t month = 0; month < amounts.size(); ++month)
       if (random() % 4 == 0) Recovered(kApr2024 + static_cast<int>(month));
   }
@@ -173,7 +173,7 @@ TEST_F(ConservationTest, ANewMonthHoldsWhatIsGiven) {
 }
 
 TEST_F(ConservationTest, AFailureIsPassedOverOrEndsWithItsWords) {
-  Instruction(1, {100, 100, 100});
+  Instruction(InstructionType::Advance, {100, 100, 100});
   auto file = OpenSqliteFile(company.File(), FileKind::Company, 1);
   file.Run("ALTER TABLE INS_EMIDETAIL RENAME COLUMN INTAMT TO OTHER");
   desk.WillAnswer({Answer::Yes});

@@ -1,38 +1,36 @@
 // The screens of recovery behind the buttons of the real entry screen.
-#include "frame/startup.h"
 #include "instructions/modAdvLoan.h"
 #include "recovery/modEMIDet.h"
 #include "recovery/modInterestMaster.h"
 #include "recovery/modReceipts.h"
 #include "recovery_fixture.h"
 #include "runtime/errors.h"
+#include "start/startup.h"
 
 namespace ktl {
 namespace {
 
 class Doors : public RecoveryTest {
  protected:
-  modAdvLoan& Entry(int siType) {
-    RegisterScreens(session.screens);
-    session.SIType = siType;
-    session.FormCode = 1500 + siType;
-    auto opened = std::make_unique<modAdvLoan>(session);
+  modAdvLoan& Entry(InstructionType type) {
+    RegisterScreens(session);
+    auto opened = std::make_unique<modAdvLoan>(session, type);
     modAdvLoan& entry = *opened;
     screen = std::move(opened);
     RunAndGrantFocus(entry, [&] { entry.Load(); });
-    Pick(entry.cmbEmpName, "Asha Rao");
+    Pick(entry.employee.cmbEmpName, "Asha Rao");
     if (!entry.fpgAdvLoan.rows.empty()) ClickRow(entry.fpgAdvLoan, 0);
     return entry;
   }
 };
 
 TEST_F(Doors, TheEditorCountsTheMonthsThatASalaryHasNotTaken) {
-  Instruction(1, {1000, 1000, 1000, 1000});
+  Instruction(InstructionType::Advance, {1000, 1000, 1000, 1000});
   company.Name(1, "Car Loan");
   company.Execute(
       "DELETE FROM SLC_SALARYCALC_D WHERE SALID IN (SELECT SALID FROM SLC_SALARYCALC_E WHERE MONTHYEAR <> "
       "24293)");  // only the second month has been deducted
-  modAdvLoan& entry = Entry(1);
+  modAdvLoan& entry = Entry(InstructionType::Advance);
   desk.WillWorkOn<modEMIDet>([this](modEMIDet& editor) {
     EXPECT_EQ(editor.fpgEMIDetail.Text(1, modEMIDet::kEmiRec), "1");
     ClickRow(editor.fpgEMIDetail, 0);
@@ -43,7 +41,7 @@ TEST_F(Doors, TheEditorCountsTheMonthsThatASalaryHasNotTaken) {
   Click(entry.cmdEmi);
   // A share for two open months, given to the recovered one too: the last month gets none.
   EXPECT_EQ(Amounts(), "900 1050 1050 1000");
-  EXPECT_EQ(entry.fpgEMI.Text(2, modAdvLoan::kEmiModifiedAmount), "1050.00");
+  EXPECT_EQ(entry.fpgEMI.Text(2, ScheduleGrid::kModifiedAmount), "1050.00");
   desk.WillWorkOn<modReceipts>([this](modReceipts& receipts) {
     Click(receipts.cmdNew);
     Type(receipts.txtRcptDate, "10/07/2024");
@@ -53,14 +51,14 @@ TEST_F(Doors, TheEditorCountsTheMonthsThatASalaryHasNotTaken) {
   });
   Click(entry.cmdReceipts);
   EXPECT_EQ(Amounts(), "900 1050 1050 900");
-  EXPECT_EQ(entry.fpgReceipts.Text(0, modAdvLoan::kReceiptTotal), "100.00");
-  EXPECT_EQ(entry.fpgAdvLoan.Text(0, modAdvLoan::kListReceipts), "100.00");
+  EXPECT_EQ(entry.fpgReceipts.Text(0, modReceipts::kTotal), "100.00");
+  EXPECT_EQ(entry.fpgAdvLoan.Text(0, InstructionGrid::kReceipts), "100.00");
 }
 
 TEST_F(Doors, TheInterestEditorOpensForSeparateInterest) {
   Reducing({1000, 1000}, 0);
   company.Name(2, "Car Loan").Reducing(12).SeparateInterest();
-  modAdvLoan& entry = Entry(2);
+  modAdvLoan& entry = Entry(InstructionType::Loan);
   desk.WillWorkOn<modInterestMaster>([](modInterestMaster& editor) {
     Click(editor.cmdRedBalance);
     Type(editor.txtInterestRate, "12");

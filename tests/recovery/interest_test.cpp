@@ -9,7 +9,9 @@ Date Day(int year, int month, int day) { return *Date::FromYmd(year, month, day)
 
 TEST(ReducingInterestTest, EveryCaseOfBothBases) {
   // Apr 2024 has 30 days, May 31, June 30; a principal of 10000 each month.
-  const std::vector<BalanceMonth> months = {{kApr2024, 10000}, {kApr2024 + 1, 10000}, {kApr2024 + 2, 10000}};
+  std::vector<ScheduleMonth> months;
+  for (const long month : {kApr2024, kApr2024 + 1, kApr2024 + 2})
+    months.push_back({.monthYear = month, .MDFPRNAMT = 10000});
   const Date never = Day(2099, 12, 31), start = Day(2024, 4, 15), leaving = Day(2024, 5, 10);
   const struct {
     const char* what;
@@ -31,7 +33,7 @@ TEST(ReducingInterestTest, EveryCaseOfBothBases) {
       {"leaving counts only with exact dates", 1, false, false, leaving, {1200, 1100, 1000}},
   };
   for (const auto& c : cases) {
-    const InterestTerms terms{0.12, 120000, c.firstMonths, c.daysBasis, c.exactDates, start, c.leaving};
+    const InterestTerms terms{0.12, c.firstMonths, c.daysBasis, c.exactDates, 120000, start, c.leaving};
     EXPECT_EQ(ReducingInterest(months, terms), c.interests) << c.what;
   }
 }

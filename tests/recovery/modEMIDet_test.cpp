@@ -43,7 +43,7 @@ constexpr const char* kTooMuch =
     "Entered EMI results in more recovery than required.\r\nDo you want to continue?";
 
 TEST_F(Editor, RefusesWhatCannotBeSavedAndWritesNothing) {
-  Instruction(2, {1000, 1000, 1000});
+  Instruction(InstructionType::Loan, {1000, 1000, 1000});
   session.options.STARTMONTHYEAR = kApr2024 - 12;
   company.Lock(kApr2024 + 5);
   company.Row("SEC_EMPLOCK").With("EMPID", 17).With("MONTHYEAR", kApr2024 + 20).With("LOCKYN", 1);
@@ -110,7 +110,7 @@ TEST_F(Editor, AsksWhatShallBecomeOfTheDifference) {
   };
   for (const auto& c : cases) {
     Clear();
-    Instruction(1, {1000, 1000, 1000, 1000, 1000, 1000});
+    Instruction(InstructionType::Advance, {1000, 1000, 1000, 1000, 1000, 1000});
     modEMIDet& editor = OpenOn(1);
     Save(editor, c.amount, "", c.answers);
     EXPECT_EQ(desk.TakeTexts(), c.boxes) << c.amounts;
@@ -128,7 +128,7 @@ TEST_F(Editor, AsksWhatShallBecomeOfTheDifference) {
 }
 
 TEST_F(Editor, ARangeUpdatesMonthsAddsOthersAndAdjustsNothing) {
-  SmallParent& entry = Instruction(2, {1000, 1000, 1000});
+  SmallParent& entry = Instruction(InstructionType::Loan, {1000, 1000, 1000});
   company.Execute("DELETE FROM INS_EMIDETAIL WHERE COUNTER = 2");
   modEMIDet& editor = OpenOn(0);
   desk.WillAnswer({Answer::Yes});
@@ -148,7 +148,7 @@ TEST_F(Editor, ARangeUpdatesMonthsAddsOthersAndAdjustsNothing) {
 }
 
 TEST_F(Editor, ANewMonthFollowsTheLastOne) {
-  Instruction(1, {500, 0});  // a month of 0 is not the last one
+  Instruction(InstructionType::Advance, {500, 0});  // a month of 0 is not the last one
   company.Execute("UPDATE INS_ADVLOAN SET ACTAMT = 9999");
   parent->RefreshDetail();
   modEMIDet& editor = Open<modEMIDet>();
@@ -194,15 +194,19 @@ TEST_F(Editor, KeepsPrincipalAndInterestApart) {
 
 TEST_F(Editor, OtherTypesAskNothing) {
   const struct {
-    int siType;
+    InstructionType type;
     const char* saveTag;
     bool institution;
-  } cases[] = {{3, "259", true}, {4, "290", true}, {5, "273", true}, {7, "303", false}};
+  } cases[] = {{InstructionType::Insurance, "259", true},
+               {InstructionType::Sss, "290", true},
+               {InstructionType::GroupInsurance, "273", true},
+               {InstructionType::Incentive, "303", false}};
   for (const auto& c : cases) {
     company.Execute("DELETE FROM INS_EMIDETAIL");
-    if (c.institution) company.Institution(10 + c.siType, "Insurer", c.siType);
-    Instruction(c.siType, {100, 100});
-    company.Execute(fmt::format("UPDATE INS_EMIDETAIL SET INSTID = {}", c.institution ? 10 + c.siType : 0));
+    const int institution = 10 + NumberOf(c.type);
+    if (c.institution) company.Institution(institution, "Insurer", NumberOf(c.type));
+    Instruction(c.type, {100, 100});
+    company.Execute(fmt::format("UPDATE INS_EMIDETAIL SET INSTID = {}", c.institution ? institution : 0));
     modEMIDet& editor = OpenOn(1);
     EXPECT_EQ(editor.caption, "Payment Detail");
     EXPECT_EQ(editor.cmdSave.tag, c.saveTag);
@@ -220,7 +224,7 @@ TEST_F(Editor, OtherTypesAskNothing) {
 }
 
 TEST_F(Editor, DeletesAMonth) {
-  Instruction(1, {1000, 1000, 1000, 1000});
+  Instruction(InstructionType::Advance, {1000, 1000, 1000, 1000});
   modEMIDet& editor = Open<modEMIDet>();
   Click(editor.cmdDelete);
   ClickRow(editor.fpgEMIDetail, 1);
@@ -304,7 +308,7 @@ TEST_F(Editor, ThePanelComputesARange) {
 }
 
 TEST_F(Editor, RightsAndFailures) {
-  Instruction(1, {100, 100});
+  Instruction(InstructionType::Advance, {100, 100});
   session.ReadOnlyUser = true;
   EXPECT_FALSE(Open<modEMIDet>().cmdSave.enabled);
   session.ReadOnlyUser = false;

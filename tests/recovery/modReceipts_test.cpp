@@ -37,7 +37,7 @@ class Receipts : public RecoveryTest {
 };
 
 TEST_F(Receipts, RefusesWhatCannotBeSavedAndWritesNothing) {
-  Instruction(1, {1000, 1000, 1000});
+  Instruction(InstructionType::Advance, {1000, 1000, 1000});
   session.options.STARTMONTHYEAR = kApr2024 - 12;
   company.Execute("UPDATE INS_ADVLOAN SET INTAMT = 50");
   parent->RefreshDetail();
@@ -98,7 +98,7 @@ TEST_F(Receipts, AReceiptFallsOnTheScheduleAsAnswered) {
   company.Execute("UPDATE MAS_MONTHYEAR SET CALCSTARTDATE = '2024-06-26' WHERE MONTHYEAR = 24295");
   for (const auto& c : cases) {
     Clear();
-    Instruction(1, {1000, 1000, 1000, 1000});
+    Instruction(InstructionType::Advance, {1000, 1000, 1000, 1000});
     Recovered(kApr2024 + 1);
     parent->RefreshDetail();
     modReceipts& receipts = Open<modReceipts>();
@@ -119,7 +119,7 @@ TEST_F(Receipts, AReceiptFallsOnTheScheduleAsAnswered) {
 }
 
 TEST_F(Receipts, AStoredReceiptKeepsItsDate) {
-  Instruction(1, {1000, 1000});
+  Instruction(InstructionType::Advance, {1000, 1000});
   company.Receipt(17, 1, 1, 4, "10/Apr/2024", 300).With("RCPTPRNAMT", 250.0).With("RCPTINTAMT", 50.0);
   modReceipts& receipts = Open<modReceipts>();
   ClickRow(receipts.fpgReceipts, 0);
@@ -181,7 +181,7 @@ TEST_F(Receipts, DeletingPutsTheAmountBack) {
       {Answer::Cancel, "1000 1000 1000 1000", "", "Save/Update with No Adjustments"}};
   for (const auto& c : cases) {
     Clear();
-    Instruction(1, {1000, 1000, 1000, 1000});
+    Instruction(InstructionType::Advance, {1000, 1000, 1000, 1000});
     company.Receipt(17, 1, 1, 1, "10/May/2024", 100);
     modReceipts& receipts = Open<modReceipts>();
     Click(receipts.cmdDelete);
@@ -200,7 +200,7 @@ TEST_F(Receipts, DeletingPutsTheAmountBack) {
 }
 
 TEST_F(Receipts, ClosingAsksWhileAReceiptIsEntered) {
-  Instruction(1, {1000});
+  Instruction(InstructionType::Advance, {1000});
   modReceipts& receipts = Open<modReceipts>();
   Enter(receipts, "15/04/2024", "0");
   desk.WillAnswer({Answer::Yes});
@@ -216,7 +216,7 @@ TEST_F(Receipts, ClosingAsksWhileAReceiptIsEntered) {
 }
 
 TEST_F(Receipts, AFailureIsShownAsAnError) {
-  Instruction(1, {1000});
+  Instruction(InstructionType::Advance, {1000});
   modReceipts& receipts = Open<modReceipts>();
   Enter(receipts, "15/04/2024", "10");
   company.Execute("DROP TABLE INS_RECEIPTS");

@@ -4,44 +4,36 @@
 
 #include <numeric>
 
-#include "frame/connect.h"
 #include "frame/options.h"
 #include "instructions/instruction_statements.h"
-#include "instructions/instruction_type.h"
-#include "instructions/modAdvLoan.h"
 #include "runtime/numbers.h"
+#include "start/connect.h"
 
 namespace ktl {
 
-SmallParent::SmallParent(Session& session, InstructionKey key, bool reducing)
-    : Screen("parent"), key(key), reducing(reducing), session_(session) {
-  overview.columns.resize(modAdvLoan::kListRemarks + 1);
-  emi.columns.resize(modAdvLoan::kEmiInstitution + 1);
+SmallParent::SmallParent(Session& session, InstructionKey instruction, bool apart)
+    : key(instruction), reducing(apart), session_(session) {
   RefreshDetail();
   RefreshEMI();
 }
 
 void SmallParent::RefreshDetail() {
-  overview.Clear();
-  const auto sum = [this](const std::string& column, const char* table) {
-    const std::string sql = "SELECT SUM(" + column + ") FROM " + table + " WHERE " + WhereInstruction(key);
-    return NumberText(session_.data.FnVarGetDbValue(sql, 0).ToDouble());
+  const auto sum = [this](const char* column, const char* table) {
+    return session_.data.Number(session_.Sql("SELECT SUM({}) FROM {} WHERE {}", Statement(column),
+                                             Statement(table), WhereInstruction(key)));
   };
-  overview.AddRow();
-  overview.At(0, modAdvLoan::kListSerial).text = std::to_string(key.serial);
-  overview.At(0, modAdvLoan::kListAmount).text = sum("ACTAMT", "INS_ADVLOAN");
-  overview.At(0, modAdvLoan::kListInterest).text = sum("INTAMT", "INS_ADVLOAN");
-  overview.At(0, modAdvLoan::kListEmi).text = sum("MDFYAMT", "INS_EMIDETAIL");
-  overview.At(0, modAdvLoan::kListReceipts).text = sum("RCPTAMT", "INS_RECEIPTS");
-  overview.At(0, modAdvLoan::kListRecovered).text = sum("EMIRECVYN * MDFYAMT", "INS_EMIDETAIL");
+  totals_ = {.amount = sum("ACTAMT", "INS_ADVLOAN"),
+             .interest = sum("INTAMT", "INS_ADVLOAN"),
+             .emi = sum("MDFYAMT", "INS_EMIDETAIL"),
+             .recovered = sum("EMIRECVYN * MDFYAMT", "INS_EMIDETAIL"),
+             .receipts = sum("RCPTAMT", "INS_RECEIPTS")};
 }
 
 void SmallParent::RefreshEMI() {
-  emi.Clear();
-  Recordset rs(session_.Cn,
-               "SELECT EMIRECVYN FROM INS_EMIDETAIL WHERE " + WhereInstruction(key) + " ORDER BY MONTHYEAR");
-  for (; !rs.Eof(); rs.MoveNext())
-    emi.At(emi.AddRow(), modAdvLoan::kEmiRecovered).text = rs[0].NumberOr0() == 1 ? "1" : "0";
+  recovered_.clear();
+  Recordset rs(session_.Cn, session_.Sql("SELECT MONTHYEAR FROM INS_EMIDETAIL WHERE EMIRECVYN = 1 AND {}",
+                                         WhereInstruction(key)));
+  for (; !rs.Eof(); rs.MoveNext()) recovered_.insert(rs[0].ToLong());
 }
 
 long SmallParent::FnLngGetCounter() {
@@ -61,40 +53,41 @@ RecoveryTest::RecoveryTest() {
   for (int month = kApr2024; month < kApr2024 + 24; ++month) company.Salary(17, month, 0, 0);
 }
 
-void RecoveryTest::AddInstruction(int siType, double total) {
-  session.SIType = siType;
-  session.FormCode = 1500 + siType;
-  if (siType == 2) company.Loan(17, 1, "Car Loan", total);
-  if (siType == 1) company.Advance(17, 1, "Car Loan", total);
-  if (siType > 2)
+void RecoveryTest::AddInstruction(InstructionType type, double total) {
+  if (type == InstructionType::Loan) {
+    company.Loan(17, 1, "Car Loan", total);
+  } else if (type == InstructionType::Advance) {
+    company.Advance(17, 1, "Car Loan", total);
+  } else {
     company.Row("INS_OTHER")
         .With("EMPID", 17)
         .With("SERIALNO", 1)
-        .With("SITYPE", siType)
+        .With("SITYPE", NumberOf(type))
         .With("OTHNAME", "Policy");
+  }
 }
 
-SmallParent& RecoveryTest::Instruction(int siType, const std::vector<double>& amounts) {
-  AddInstruction(siType, std::accumulate(amounts.begin(), amounts.end(), 0.0));
+SmallParent& RecoveryTest::Instruction(InstructionType type, const std::vector<double>& amounts) {
+  AddInstruction(type, std::accumulate(amounts.begin(), amounts.end(), 0.0));
   int counter = 0;
   for (const double amount : amounts) {
-    company.Emi(17, siType, 1, counter + 1, kApr2024 + counter, amount)
-        .With("INSTID", HasInstitution(siType) ? 5 : 0);
+    company.Emi(17, NumberOf(type), 1, counter + 1, kApr2024 + counter, amount)
+        .With("INSTID", HasInstitution(type) ? 5 : 0);
     ++counter;
   }
-  parent = std::make_unique<SmallParent>(session, InstructionKey{17, siType, 1}, false);
+  parent = std::make_unique<SmallParent>(session, InstructionKey{17, type, 1}, false);
   return *parent;
 }
 
 SmallParent& RecoveryTest::Reducing(const std::vector<double>& principals, double interest) {
-  Instruction(2, principals);
+  Instruction(InstructionType::Loan, principals);
   company.Execute(
       fmt::format("UPDATE INS_EMIDETAIL SET ACTPRNAMT = MDFYAMT, MDFPRNAMT = MDFYAMT, ACTINTAMT = {0}, "
                   "MDFINTAMT = {0}, EMIAMT = EMIAMT + {0}, MDFYAMT = MDFYAMT + {0}",
                   interest));
   company.Execute(
       fmt::format("UPDATE INS_ADVLOAN SET INTAMT = {}", interest * static_cast<double>(principals.size())));
-  parent = std::make_unique<SmallParent>(session, InstructionKey{17, 2, 1}, true);
+  parent = std::make_unique<SmallParent>(session, InstructionKey{17, InstructionType::Loan, 1}, true);
   return *parent;
 }
 

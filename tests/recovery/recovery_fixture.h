@@ -15,16 +15,17 @@
 
 namespace ktl {
 
-// An entry screen with no more than its children need: the lists of one instruction of employee 17.
-class SmallParent final : public Screen, public InstructionParent {
+// What the children need of an entry screen: the figures of one instruction of employee 17, as they stood at
+// the last refresh.
+class SmallParent final : public InstructionParent {
  public:
-  SmallParent(Session& session, InstructionKey key, bool reducing);
+  SmallParent(Session& session, InstructionKey instruction, bool apart);
 
   InstructionKey Key() const override { return key; }
   std::string InstructionName() const override { return "Car Loan"; }
-  bool ReducingBalance() const override { return reducing; }
-  Grid& OverviewGrid() override { return overview; }
-  Grid& EmiGrid() override { return emi; }
+  InstructionTotals Totals() const override { return totals_; }
+  std::set<long> RecoveredMonths() const override { return recovered_; }
+  bool ComponentsApart() const override { return reducing; }
   void RefreshDetail() override;
   void RefreshEMI() override;
   void RefreshReceipts() override {}
@@ -34,11 +35,11 @@ class SmallParent final : public Screen, public InstructionParent {
   InstructionKey key;
   bool reducing;
   int countersAsked = 0;
-  Grid overview{*this, "overview"};
-  Grid emi{*this, "emi"};
 
  private:
   Session& session_;
+  InstructionTotals totals_;
+  std::set<long> recovered_;
 };
 
 inline constexpr int kApr2024 = 24292;
@@ -48,9 +49,9 @@ class RecoveryTest : public testing::Test {
  protected:
   RecoveryTest();
 
-  // An advance (1) or a loan (2, of Deccan Bank) of 01/Apr/2024, a month an amount from Apr/2024 on. Of a
+  // Of 01/Apr/2024, those with institutions of Deccan Bank; a month an amount from Apr/2024 on. Of a
   // reducing one the amounts are principals, each with that interest.
-  SmallParent& Instruction(int siType, const std::vector<double>& amounts);
+  SmallParent& Instruction(InstructionType type, const std::vector<double>& amounts);
   SmallParent& Reducing(const std::vector<double>& principals, double interest);
   void Clear();               // takes every instruction and flag away
   void Recovered(int month);  // marked by hand
@@ -78,7 +79,7 @@ class RecoveryTest : public testing::Test {
   std::unique_ptr<Screen> screen;
 
  private:
-  void AddInstruction(int siType, double total);
+  void AddInstruction(InstructionType type, double total);
 };
 
 }  // namespace ktl

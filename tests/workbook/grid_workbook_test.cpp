@@ -8,9 +8,9 @@
 #include <iterator>
 #include <regex>
 
-#include "frame/connect.h"
 #include "frame/session.h"
 #include "screen/screen.h"
+#include "start/connect.h"
 #include "support/company_fixture.h"
 #include "support/fake_machine.h"
 #include "support/scripted_desk.h"

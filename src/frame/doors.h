@@ -1,0 +1,81 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace ktl {
+
+class InstructionLists;
+class InstructionParent;
+class Screen;
+class TextBox;
+struct Session;
+enum class InstructionType : int;
+
+// The one plain line of a screen that is not there.
+void TellMissingScreen(Session& session, const std::string& screenName);
+// Opens the screen modally and gives the place on top back to the screen that opened it.
+void ShowScreen(Session& session, Screen& screen);
+
+// A way from one screen to another whose room it may not include. start/ puts the factories in; a door
+// without one answers with one plain message that names the screen.
+template <typename... Arguments>
+class Door {
+ public:
+  using Factory = std::function<std::unique_ptr<Screen>(Session& session, Arguments... arguments)>;
+
+  Door(Session& session, std::string screenName) : session_(session), screenName_(std::move(screenName)) {}
+
+  const std::string& screenName() const { return screenName_; }
+  bool IsThere() const { return static_cast<bool>(factory_); }
+  void LeadTo(Factory factory) { factory_ = std::move(factory); }
+
+  void operator()(Arguments... arguments) const {
+    if (!factory_) return TellMissingScreen(session_, screenName_);
+    const std::unique_ptr<Screen> screen = factory_(session_, arguments...);
+    ShowScreen(session_, *screen);
+  }
+
+ private:
+  Session& session_;
+  std::string screenName_;
+  Factory factory_;
+};
+
+// All instalments of one employee in one month.
+struct MonthViewRequest {
+  long employee = 0;
+  long monthYear = 0;                 // 0 for the newest
+  InstructionLists* lists = nullptr;  // refreshed when something was written; null without an entry screen
+};
+
+// Every screen that another one opens.
+struct Doors {
+  explicit Doors(Session& session)
+      : instructionMaster(session, "modSIMaster"),
+        emiEditor(session, "modEMIDet"),
+        receipts(session, "modReceipts"),
+        interestEditor(session, "modInterestMaster"),
+        monthView(session, "modEMIEmp"),
+        multipleAllotment(session, "modMultiAllot"),
+        houseLoan(session, "modHLoan"),
+        bulkDelete(session, "frmAdvLoanBulkDelete"),
+        month(session, "frmSelMonth"),
+        calendar(session, "frmKtlCalender") {}
+
+  Door<InstructionType> instructionMaster;
+  Door<InstructionParent&> emiEditor;
+  Door<InstructionParent&> receipts;
+  Door<InstructionParent&> interestEditor;
+  Door<const MonthViewRequest&> monthView;
+  Door<InstructionType> multipleAllotment;
+  Door<InstructionParent&> houseLoan;
+  Door<InstructionType> bulkDelete;
+  // The box that asked gets what is chosen.
+  Door<TextBox&> month;
+  Door<TextBox&> calendar;
+};
+
+}  // namespace ktl

@@ -1,0 +1,36 @@
+#include "instructions/advloan_entry.h"
+
+#include "common/amounts.h"
+#include "common/month_year.h"
+#include "runtime/text.h"
+
+namespace ktl {
+
+void AdvLoanEntry::ReadTyped(TypedAdvLoan texts) {
+  const auto number = clsGenCmn::FnDblTrimVal;
+  serial = number(texts.serial);
+  name = Trim(texts.name);
+  account = Trim(texts.account);
+  remarks = Trim(texts.remarks);
+  date = ParseDate(texts.date);
+  amount = number(texts.amount);
+  interest = number(texts.interest);
+  instalment = number(texts.instalment);
+  count = Trim(texts.count).empty() ? std::nullopt : std::optional(number(texts.count));
+  firstMonth = FnLngMonthYear(FnStrCorrectMonth(texts.recoverFrom));
+  typed = std::move(texts);
+}
+
+ScheduleTerms AdvLoanEntry::Terms(bool advancedManagement) const {
+  ScheduleTerms terms{.total = Total(), .firstMonth = firstMonth};
+  if (lumpSum) {
+    terms.instalment = instalment;
+  } else {
+    terms.count = count.value_or(0);
+    terms.rounding = rounding;
+  }
+  if (advancedManagement && rules.REDUCINGBALYN) terms.reducingRate = rules.INTRRATE;
+  return terms;
+}
+
+}  // namespace ktl

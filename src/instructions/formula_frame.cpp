@@ -1,0 +1,86 @@
+#include "instructions/formula_frame.h"
+
+#include <fmt/format.h>
+
+#include "common/amounts.h"
+#include "common/month_year.h"
+#include "formula/clsEvalFormula.h"
+#include "frame/handler_guard.h"
+#include "frame/modExternal.h"
+#include "frame/rights.h"
+#include "frame/session.h"
+#include "instructions/entry_lists.h"
+#include "runtime/numbers.h"
+
+namespace ktl {
+
+std::optional<double> AmountByFormula(Session& session, long formula, long employee, long monthYear) {
+  const std::optional<long> detailRow = DetailRowOfMonth(session, employee, monthYear);
+  if (!detailRow) return std::nullopt;
+  const Date first = *ParseDate("01/" + FnStrFormatMonthYear(monthYear));
+  return clsEvalFormula(session).FnDblEvalFormula(formula, employee, *detailRow, monthYear, first,
+                                                  first.AddMonths(1).AddDays(-1));
+}
+
+FormulaFrame::FormulaFrame(Session& session, Screen& screen, Frame& covered)
+    : screen_(screen), session_(session), covered_(covered) {
+  fmeFormula.Hold({lblFormula, cmbFormula, cmdAdvFormulate, lblMonths, txtMonths, cmdAccept, cmdFrmlaClose});
+  txtMonths.rightAligned = true;
+  txtMonths.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
+  const HandlerGuard on(session, *this, ErrorStyle::NumberFirst);
+  cmdAccept.onClick = on(&FormulaFrame::cmdAccept_Click);
+  cmdAdvFormulate.onClick = on(&FormulaFrame::cmdAdvFormulate_Click);
+  cmdFrmlaClose.onClick = [this] { Show(false); };
+}
+
+void FormulaFrame::FillList() { cmbFormula.SetRows(ReadFormulas(session_)); }
+
+void FormulaFrame::Show(bool shown) {
+  fmeFormula.visible = shown;
+  covered_.enabled = !shown;
+  if (shown) screen_.SetFocus(cmbFormula);
+}
+
+void FormulaFrame::Forget() {
+  months_ = 0;
+  cmbFormula.SetText("");
+  txtMonths.SetText("");
+}
+
+void FormulaFrame::Close() {
+  Show(false);
+  if (done) done();
+}
+
+void FormulaFrame::Refuse(const char* text, Control& field) {
+  session_.Inform(text);
+  screen_.SetFocus(field);
+}
+
+void FormulaFrame::cmdAccept_Click() {
+  if (FnBlnPermitted(session_, cmdAccept)) return;
+  const std::optional<Subject> of = subject();
+  if (!of) return;
+  if (cmbFormula.Text().empty()) {
+    if (!session_.desk.Confirm("Continue without selecting a 'Formula'?", session_.title)) return;
+    Forget();
+    return Close();
+  }
+  if (txtMonths.Text().empty()) return Refuse("Enter 'Number of Months'.", txtMonths);
+  months_ = clsGenCmn::FnDblTrimVal(txtMonths.Text());
+  if (!cmbFormula.MatchesList()) return Refuse("Select proper 'Formula'.", cmbFormula);
+  const auto formula = static_cast<long>(Val(cmbFormula.BoundText()));
+  if (const auto amount = AmountByFormula(session_, formula, of->employee, of->monthYear))
+    accepted(*amount * months_);
+  Close();
+}
+
+void FormulaFrame::cmdAdvFormulate_Click() {
+  if (FnBlnPermitted(session_, cmdAdvFormulate)) return;
+  StartExternal(session_, {"KTLFilter", "Kestrel Ledger - Expression Editor",
+                           fmt::format("1505,{}$Kestrel Ledger - Expression Editor",
+                                       Value(session_.MultiLoginYN).ToText())});
+  FillList();
+}
+
+}  // namespace ktl

@@ -1,0 +1,68 @@
+#include "instructions/type_rights.h"
+
+#include <array>
+#include <string_view>
+
+#include "frame/rights.h"
+#include "screen/screen.h"
+
+namespace ktl {
+
+namespace {
+
+// One number a type, in the order of TypeColumn; 0 where the type has none.
+using Numbers = std::array<int, 6>;
+
+struct RightNumbers {
+  std::string_view screen;
+  std::string_view button;  // "" for the form itself
+  Numbers numbers;
+};
+
+constexpr RightNumbers kRights[] = {
+    {"modAdvLoan", "", {48, 54}},
+    {"modAdvLoan", "cmdMaster", {198, 222}},
+    {"modAdvLoan", "cmdInstitution", {0, 223}},
+    {"modAdvLoan", "cmdFmeFormula", {199, 224}},
+    {"modAdvLoan", "cmdSave", {200, 225}},
+    {"modAdvLoan", "cmdDelete", {201, 226}},
+    {"modAdvLoan", "cmdMonthly", {202, 227}},
+    {"modAdvLoan", "cmdMultiAllot", {203, 228}},
+    {"modAdvLoan", "cmdAccept", {204, 229}},
+    {"modAdvLoan", "cmdAdvFormulate", {205, 230}},
+    {"modAdvLoan", "cmdEMIDelete", {206, 231}},
+    {"modAdvLoan", "cmdEmi", {207, 232}},
+    {"modAdvLoan", "cmdReceipts", {208, 233}},
+    {"modSIMaster", "", {49, 55, 61, 70, 65, 74}},
+    {"modSIMaster", "cmdSave", {209, 234, 256, 287, 270, 300}},
+    {"modSIMaster", "cmdDelete", {210, 235, 257, 288, 271, 301}},
+    {"modEMIDet", "", {52, 58, 63, 72, 67, 76}},
+    {"modEMIDet", "cmdSave", {218, 244, 259, 290, 273, 303}},
+    {"modEMIDet", "cmdDelete", {219, 245, 260, 291, 274, 304}},
+    {"modEMIDet", "cmdInstitution", {0, 246, 261, 292, 275, 0}},
+    {"modReceipts", "", {53, 59}},
+    {"modReceipts", "cmdSave", {220, 247}},
+    {"modReceipts", "cmdDelete", {221, 248}},
+};
+
+std::size_t TypeColumn(InstructionType type) {
+  return type == InstructionType::Incentive ? 5 : static_cast<std::size_t>(NumberOf(type)) - 1;
+}
+
+}  // namespace
+
+void ApplyTypeRights(Session& session, Screen& screen, InstructionType type) {
+  if (type == InstructionType::None) return;
+  long form = 0;
+  for (const RightNumbers& right : kRights) {
+    if (right.screen != screen.name()) continue;
+    const int number = right.numbers[TypeColumn(type)];
+    if (right.button.empty())
+      form = number;
+    else
+      screen.Find(right.button)->tag = number == 0 ? "" : std::to_string(number);
+  }
+  ApplyButtonRights(session, screen, form);
+}
+
+}  // namespace ktl
