@@ -6,7 +6,6 @@
 #include <optional>
 
 #include "common/month_year.h"
-#include "company/company_error.h"
 #include "company/formula_report.h"
 #include "company/sql_command.h"
 #include "frame/session.h"
@@ -45,26 +44,12 @@ class CompanySession final {
   std::optional<Transaction> transaction_;
 };
 
-// The employee's detail row and the days of a month typed by a person.
-DayRequest RequestFor(Session& session, long empId, const std::string& monthText) {
-  const std::string month = FnStrCorrectMonth(monthText);
-  if (month.empty())
-    throw CompanyError(fmt::format("\"{}\" is no month; one looks like Apr/2026.", monthText));
-  if (!session.data.FnBlnRecExists(fmt::format("SELECT EMPID FROM MAS_EMPLOYEE WHERE EMPID = {}", empId)))
-    throw CompanyError(fmt::format("There is no employee {}.", empId));
-  DayRequest request{.empId = empId, .monthYear = clsDateHandle::FnLngFindMonthValue(month)};
-  request.period = clsNODNDP(session).SetMonthCalcDates(request.monthYear);
-  const auto detail = DetailRowOfMonth(session, empId, request.monthYear);
-  if (!detail) throw CompanyError(fmt::format("Employee {} has no detail row up to {}.", empId, month));
-  request.empDetId = *detail;
-  request.attHeadId =
-      session.data
-          .FnVarGetDbValue(fmt::format("Select ATTHEADID From MAS_EMPLOYEEDET Where EMPDETID = {}", *detail),
-                           0)
-          .ToLong();
+// What was asked about; a month that the company does not have is evaluated all the same.
+DayRequest AskedDays(Session& session, long empId, const std::string& monthText) {
+  DayRequest request = DayRequestOf(session, empId, monthText);
   if (!session.data.FnBlnRecExists(
           fmt::format("SELECT MONTHYEAR FROM MAS_MONTHYEAR WHERE MONTHYEAR = {}", request.monthYear)))
-    std::cerr << month << " is no month of this company.\n";
+    std::cerr << FnStrFormatMonthYear(request.monthYear) << " is no month of this company.\n";
   return request;
 }
 
@@ -80,7 +65,7 @@ void PrintFormula(const char* argv0, const FormulaArguments& arguments) {
   const auto& [file, formulaId, empId, month] = arguments;
   CompanySession company(argv0, file);
   Session& session = company.session();
-  const DayRequest days = RequestFor(session, empId, month);
+  const DayRequest days = AskedDays(session, empId, month);
   if (!session.data.FnBlnRecExists(
           fmt::format("SELECT FORMULAID FROM MAS_FORMULA WHERE FORMULAID = {}", formulaId)))
     std::cerr << "There is no formula " << formulaId << ".\n";
@@ -93,7 +78,7 @@ void PrintFormula(const char* argv0, const FormulaArguments& arguments) {
 
 void PrintDays(const char* argv0, const FormulaArguments& arguments) {
   CompanySession company(argv0, arguments.file);
-  std::cout << DaysReport(company.session(), RequestFor(company.session(), arguments.empId, arguments.month));
+  std::cout << DaysReport(company.session(), AskedDays(company.session(), arguments.empId, arguments.month));
 }
 
 }  // namespace ktl
