@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
@@ -7,20 +8,35 @@
 
 namespace ktl {
 
-// A company of that many employees with 2.4 advances or loans and 60 instalments each, made once in the
-// temporary folder and used again while it stands there.
-inline std::filesystem::path BenchCompany(int employees) {
-  const auto file =
-      std::filesystem::temp_directory_path() / ("ktl-bench-" + std::to_string(employees) + ".kldb");
+struct BenchSize {
+  int employees = 0;
+  int instalments = 0;
+};
+
+inline BenchSize Usual(int employees) { return {employees, employees * 60}; }
+
+// Ten years of a large office. Making it takes a minute and 800 MB, so it is measured only when the
+// environment says KTL_BENCH_LARGE=1.
+inline constexpr BenchSize kLarge{10000, 7'000'000};
+inline bool IsLargeMeasured() { return std::getenv("KTL_BENCH_LARGE") != nullptr; }
+
+// A company with loans of 25 to 60 instalments, made once in the temporary folder and used again while it
+// stands there.
+inline std::filesystem::path BenchCompany(const BenchSize& size) {
+  const bool usual = size.instalments == Usual(size.employees).instalments;
+  const std::string name =
+      std::to_string(size.employees) + (usual ? "" : "-" + std::to_string(size.instalments));
+  const auto file = std::filesystem::temp_directory_path() / ("ktl-bench-" + name + ".kldb");
   if (std::filesystem::exists(file)) return file;
   CompanyOptions options;
   options.file = file;
-  options.sample.employees = employees;
-  options.sample.targets.loans = employees * 24 / 10;
-  options.sample.targets.instalments = employees * 60;
+  options.sample.employees = size.employees;
+  options.sample.targets.loans = usual ? size.employees * 24 / 10 : size.instalments / 60;
+  options.sample.targets.instalments = size.instalments;
   CreateCompany(options);
   return file;
 }
+inline std::filesystem::path BenchCompany(int employees) { return BenchCompany(Usual(employees)); }
 
 inline std::string ConnectionStringOf(const std::filesystem::path& file) {
   return "Provider=SQLite;Data Source=" + file.string() + ";";

@@ -1,99 +1,112 @@
-// The entry of advances and loans on companies of 100, 1,000 and 10,000 employees: opening it, choosing an
-// employee, saving a loan of 360 instalments beside the same rows through raw prepared statements.
+// The entry of advances and loans on companies of 100, 1,000 and 10,000 employees, and on one of 7,000,000
+// instalments where KTL_BENCH_LARGE is set: opening it, choosing an employee, the click on Save of a loan of
+// 360 instalments beside the same rows through raw prepared statements.
 #include <benchmark/benchmark.h>
-#include <sqlite3.h>
 
 #include <string>
 #include <vector>
 
 #include "bench_session.h"
-#include "database/recordset.h"
-#include "instructions/modAdvLoan.h"
+#include "raw_store.h"
 
 namespace ktl {
 namespace {
 
-void StartToOpenEntry(benchmark::State& state) {
-  const int employees = static_cast<int>(state.range(0));
-  BenchCompany(employees);
+void StartToOpenEntry(benchmark::State& state, BenchSize size) {
+  const auto company = BenchCompany(size);
   for (auto _ : state) {
-    Bench bench(employees);
+    Bench bench(company);
     if (RunProgram(*bench.session, "1502#False#0#0") != 0) state.SkipWithError("not opened");
   }
 }
-BENCHMARK(StartToOpenEntry)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
-void ChooseEmployee(benchmark::State& state) {
-  const int employees = static_cast<int>(state.range(0));
-  const auto company = BenchCompany(employees);
-  Bench bench(company);
-  bench.Connect(company);
-  modAdvLoan entry(*bench.session, InstructionType::Loan);
-  entry.Load();
+void ChooseEmployee(benchmark::State& state, BenchSize size) {
+  LoanClerk clerk(BenchCompany(size));
   std::vector<std::string> borrowers;
-  for (Recordset rs(bench.session->Cn, "SELECT EMPID FROM INS_ADVLOAN WHERE SITYPE = 2 GROUP BY EMPID");
+  for (Recordset rs(clerk.session().Cn, "SELECT EMPID FROM INS_ADVLOAN WHERE SITYPE = 2 GROUP BY EMPID");
        !rs.Eof(); rs.MoveNext()) {
     borrowers.push_back(rs[0].ToText());
   }
   std::size_t next = 0;
   for (auto _ : state) {
-    entry.employee.cmbEmpName.SetBoundText(borrowers[next++ % borrowers.size()]);
-    entry.txtSerialNo.SetText("1");  // with its schedule and receipts
+    clerk.entry().employee.cmbEmpName.SetBoundText(borrowers[next++ % borrowers.size()]);
+    clerk.entry().txtSerialNo.SetText("1");  // with its schedule and receipts
   }
 }
-BENCHMARK(ChooseEmployee)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
-void SaveLoanOf360(benchmark::State& state) {
-  const auto company = ScratchCompany();
-  Bench bench(company);
-  bench.Connect(company);
-  AdvLoanEntry entry = LoanOf360();
+enum class Schedule { Plain, Reducing };
+
+std::filesystem::path CompanyToSaveIn(BenchSize size, Schedule schedule) {
+  const auto company = ScratchCompany(size);
+  if (schedule == Schedule::Reducing) {
+    Connection cn;
+    cn.Open(ConnectionStringOf(company));
+    cn.Execute("UPDATE INS_MASTER SET REDUCINGBALYN = 1, INTRRATE = 1 WHERE SINAME = 'Consumer Loan'");
+  }
+  return company;
+}
+
+void ClickSaveOf360(benchmark::State& state, BenchSize size, Schedule schedule) {
+  LoanClerk clerk(CompanyToSaveIn(size, schedule));
+  const auto employees = clerk.Employees();
+  std::size_t next = 0;
   for (auto _ : state) {
-    ++entry.key.serial;
-    WriteAdvLoan(*bench.session, entry);
+    state.PauseTiming();
+    clerk.Type(employees[next++ % employees.size()], kInstalments);
+    state.ResumeTiming();
+    if (!clerk.Save()) state.SkipWithError("not saved");
   }
 }
-BENCHMARK(SaveLoanOf360)->Unit(benchmark::kMillisecond);
 
 // The floor: the same instruction and months by prepared statements, each row its own commit.
-void SaveLoanOf360Floor(benchmark::State& state) {
-  const auto company = ScratchCompany();
-  sqlite3* db = nullptr;
-  sqlite3_open(company.c_str(), &db);
-  sqlite3_exec(db, "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL", nullptr, nullptr, nullptr);
-  sqlite3_stmt* month = nullptr;
-  sqlite3_prepare_v2(
-      db,
-      "INSERT INTO INS_EMIDETAIL (EMPID, SERIALNO, SITYPE, MONTHYEAR, COUNTER, EMIAMT, MDFYAMT, "
-      "ACTPRNAMT, MDFPRNAMT, INSTID) VALUES (100, ?1, 2, ?2, ?3, 1000.0, 1000.0, 1000.0, 1000.0, 1)",
-      -1, &month, nullptr);
-  sqlite3_stmt* instruction = nullptr;
-  sqlite3_prepare_v2(
-      db,
-      "INSERT INTO INS_ADVLOAN (EMPID, SERIALNO, SITYPE, SINAME, SIDATE, ACTAMT, INTAMT) VALUES (100, "
-      "?1, 2, 'Consumer Loan', '2026-10-15', 360000.0, 0.0)",
-      -1, &instruction, nullptr);
-  int serial = 1000;
+void SaveOf360Floor(benchmark::State& state, BenchSize size, Schedule schedule) {
+  const auto company = CompanyToSaveIn(size, schedule);
+  const auto employees = LoanClerk(company).Employees();
+  const RawStore store(company);
+  const auto instruction = store.Prepare(
+      "INSERT INTO INS_ADVLOAN (EMPID, SERIALNO, SITYPE, SINAME, SIDATE, ACTAMT, INTAMT) VALUES (?1, 1000, "
+      "2, "
+      "'Consumer Loan', '2026-10-15', 360000.0, 0.0)");
+  const auto month = store.Prepare(
+      "INSERT INTO INS_EMIDETAIL (EMPID, SERIALNO, SITYPE, MONTHYEAR, COUNTER, EMIAMT, MDFYAMT, ACTPRNAMT, "
+      "MDFPRNAMT, INTAMT, INSTID) VALUES (?1, 1000, 2, ?2, ?3, 1000.0, 1000.0, 1000.0, 1000.0, ?4, 1)");
+  constexpr int kFirstMonth = 24323;  // Nov/2026
+  std::size_t next = 0;
   for (auto _ : state) {
-    ++serial;
-    sqlite3_bind_int(instruction, 1, serial);
-    if (sqlite3_step(instruction) != SQLITE_DONE) state.SkipWithError(sqlite3_errmsg(db));
-    sqlite3_reset(instruction);
-    for (int i = 1; i <= kInstalments; ++i) {
-      sqlite3_bind_int(month, 1, serial);
-      sqlite3_bind_int(month, 2, 24322 + i);
-      sqlite3_bind_int(month, 3, i);
-      if (sqlite3_step(month) != SQLITE_DONE) state.SkipWithError(sqlite3_errmsg(db));
-      sqlite3_reset(month);
+    const int employee = std::stoi(employees[next++]);
+    store.Run(instruction, employee);
+    for (int i = 0; i < kInstalments; ++i) {
+      if (schedule == Schedule::Plain)
+        store.Run(month, employee, kFirstMonth + i, i + 1);
+      else
+        store.Run(month, employee, kFirstMonth + i, i + 1, 10.0 * (kInstalments - i));
     }
   }
-  sqlite3_finalize(month);
-  sqlite3_finalize(instruction);
-  sqlite3_close(db);
 }
-BENCHMARK(SaveLoanOf360Floor)->Unit(benchmark::kMillisecond);
+
+void RegisterOf(const std::string& name, BenchSize size) {
+  const auto add = [&](const std::string& what, auto function, auto... arguments) {
+    benchmark::RegisterBenchmark((what + "/" + name).c_str(), function, size, arguments...)
+        ->Unit(benchmark::kMillisecond);
+  };
+  add("StartToOpenEntry", StartToOpenEntry);
+  add("ChooseEmployee", ChooseEmployee);
+  if (size.employees < 10000) return;
+  for (const auto& [kind, schedule] :
+       {std::pair("Plain", Schedule::Plain), {"Reducing", Schedule::Reducing}}) {
+    add(std::string("ClickSaveOf360/") + kind, ClickSaveOf360, schedule);
+    add(std::string("SaveOf360Floor/") + kind, SaveOf360Floor, schedule);
+  }
+}
 
 }  // namespace
 }  // namespace ktl
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  for (const int employees : {100, 1000, 10000})
+    ktl::RegisterOf(std::to_string(employees), ktl::Usual(employees));
+  if (ktl::IsLargeMeasured()) ktl::RegisterOf("7000000", ktl::kLarge);
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+}

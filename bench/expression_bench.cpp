@@ -77,6 +77,16 @@ BENCHMARK(SalaryArithmetic);
 void PlainFormula(benchmark::State& state) { Evaluate(state, kPlainFormula); }
 BENCHMARK(PlainFormula);
 
+void PlainArithmetic(benchmark::State& state) {
+  double basic = 12000;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(basic);
+    benchmark::DoNotOptimize((basic * 0.4 + basic * 0.12 - 1250.5) / 30 * (26 - 2) +
+                             std::pow(2.0, 3.0) * 150);
+  }
+}
+BENCHMARK(PlainArithmetic);
+
 #ifdef KTL_HAS_MUPARSER
 // Built anew for every evaluation, as a formula that comes with other numbers each time asks for.
 void PlainFormulaMuparser(benchmark::State& state) {

@@ -11,13 +11,17 @@ namespace ktl {
 // again.
 class QuietDesk final : public Desk {
  public:
-  Answer MsgBox(const MessageBox& box) override { return answer.value_or(box.defaultAnswer); }
+  Answer MsgBox(const MessageBox& box) override {
+    if (box.text == "Updated") ++saved;
+    return answer.value_or(box.defaultAnswer);
+  }
   void ShowModal(Screen& screen) override {
     screen.Load();
     screen.ForceUnload();
   }
 
   std::optional<Answer> answer;
+  int saved = 0;  // how often a person was told so
 };
 
 }  // namespace ktl

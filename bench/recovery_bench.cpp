@@ -2,13 +2,12 @@
 // beside the same work through raw prepared statements, opening the editor on companies of 100, 1,000 and
 // 10,000 employees, and interest computed and saved.
 #include <benchmark/benchmark.h>
-#include <sqlite3.h>
 
 #include <memory>
 #include <string>
 
 #include "bench_session.h"
-#include "instructions/modAdvLoan.h"
+#include "raw_store.h"
 #include "recovery/modEMIDet.h"
 #include "recovery/modInterestMaster.h"
 
@@ -17,7 +16,7 @@ namespace {
 
 // The entry of loans, opened on a loan of 360 months in a scratch company.
 struct LoanBench {
-  explicit LoanBench(int employees) : company(ScratchCompany(employees)), bench(company) {
+  explicit LoanBench(int employees) : company(ScratchCompany(Usual(employees))), bench(company) {
     bench.Connect(company);
     const AdvLoanEntry loan = LoanOf360();
     WriteAdvLoan(*bench.session, loan);
@@ -37,6 +36,8 @@ struct LoanBench {
 constexpr double kFull = 1000;
 constexpr double kLowered = kFull - (kInstalments - 1);
 
+constexpr int kFirstMonth = 24323;  // Nov/2026
+
 void SpreadOver360(benchmark::State& state) {
   LoanBench loan(1000);
   modEMIDet editor(*loan.bench.session, *loan.entry);
@@ -54,62 +55,29 @@ void SpreadOver360(benchmark::State& state) {
 }
 BENCHMARK(SpreadOver360)->Unit(benchmark::kMillisecond);
 
-struct FinalizeStatement {
-  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-using Prepared = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
-
-Prepared Prepare(sqlite3* db, const char* sql) {
-  sqlite3_stmt* statement = nullptr;
-  sqlite3_prepare_v2(db, sql, -1, &statement, nullptr);
-  return Prepared(statement);
-}
-
-// The rows of the statement, every column looked at.
-int ReadAll(sqlite3_stmt* statement) {
-  int rows = 0;
-  for (; sqlite3_step(statement) == SQLITE_ROW; ++rows) {
-    for (int column = 0; column < sqlite3_column_count(statement); ++column)
-      benchmark::DoNotOptimize(sqlite3_column_text(statement, column));
-  }
-  sqlite3_reset(statement);
-  return rows;
-}
-
 // The floor: the same 360 months written one by one, each its own commit, and the schedule read as often: by
 // the entry screen before and after the spreading, by the spreading, and by the editor's list.
 void SpreadOver360Floor(benchmark::State& state) {
   const LoanBench loan(1000);
-  sqlite3* db = nullptr;
-  sqlite3_open(loan.company.c_str(), &db);
-  sqlite3_exec(db, "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL", nullptr, nullptr, nullptr);
-  {
-    const Prepared write = Prepare(db,
-                                   "UPDATE INS_EMIDETAIL SET MDFYAMT = ?1 WHERE EMPID = 100 AND SITYPE = 2 "
-                                   "AND SERIALNO = 1000 AND MONTHYEAR = ?2");
-    const Prepared schedule = Prepare(
-        db,
-        "SELECT E.COUNTER, E.MONTHYEAR, E.EMIAMT, E.ACTPRNAMT, E.ACTINTAMT, E.MDFPRNAMT, E.MDFINTAMT, "
-        "E.MDFYAMT, I.INSTNAME, E.REMARKS FROM INS_EMIDETAIL E JOIN MAS_INSTITUTION I ON E.INSTID = I.INSTID "
-        "WHERE E.EMPID = 100 AND E.SERIALNO = 1000 AND E.SITYPE = 2 AND I.TYPEID = 2 ORDER BY E.MONTHYEAR");
-    constexpr int kReads = 4;
-    constexpr int kFirstMonth = 24323;  // Nov/2026
-    double amount = kFull;
-    for (auto _ : state) {
-      amount = amount == kFull ? kFull + 1 : kFull;
-      for (int month = 0; month < kInstalments; ++month) {
-        sqlite3_bind_double(write.get(), 1, amount);
-        sqlite3_bind_int(write.get(), 2, kFirstMonth + month);
-        if (sqlite3_step(write.get()) != SQLITE_DONE) state.SkipWithError(sqlite3_errmsg(db));
-        sqlite3_reset(write.get());
-        if (sqlite3_changes(db) != 1) state.SkipWithError("no month written");
-      }
-      for (int read = 0; read < kReads; ++read) {
-        if (ReadAll(schedule.get()) != kInstalments) state.SkipWithError("months missing");
-      }
+  const RawStore store(loan.company);
+  const auto write = store.Prepare(
+      "UPDATE INS_EMIDETAIL SET MDFYAMT = ?1 WHERE EMPID = 100 AND SITYPE = 2 AND SERIALNO = 1000 AND "
+      "MONTHYEAR = ?2");
+  const auto schedule = store.Prepare(
+      "SELECT E.COUNTER, E.MONTHYEAR, E.EMIAMT, E.ACTPRNAMT, E.ACTINTAMT, E.MDFPRNAMT, E.MDFINTAMT, "
+      "E.MDFYAMT, "
+      "I.INSTNAME, E.REMARKS FROM INS_EMIDETAIL E JOIN MAS_INSTITUTION I ON E.INSTID = I.INSTID WHERE "
+      "E.EMPID = "
+      "100 AND E.SERIALNO = 1000 AND E.SITYPE = 2 AND I.TYPEID = 2 ORDER BY E.MONTHYEAR");
+  constexpr int kReads = 4;
+  double amount = kFull;
+  for (auto _ : state) {
+    amount = amount == kFull ? kFull + 1 : kFull;
+    for (int month = 0; month < kInstalments; ++month) store.Run(write, amount, kFirstMonth + month);
+    for (int read = 0; read < kReads; ++read) {
+      if (store.Read(schedule) != kInstalments) state.SkipWithError("months missing");
     }
   }
-  sqlite3_close(db);
 }
 BENCHMARK(SpreadOver360Floor)->Unit(benchmark::kMillisecond);
 
@@ -138,6 +106,44 @@ void InterestOver360(benchmark::State& state) {
   }
 }
 BENCHMARK(InterestOver360)->Unit(benchmark::kMillisecond);
+
+// The floor: for each month the old amounts read, the new ones written, and both flags of the employee
+// raised, each its own commit; the months read before and after.
+void InterestOver360Floor(benchmark::State& state) {
+  const LoanBench loan(1000);
+  const RawStore store(loan.company);
+  constexpr const char* kMonths =
+      "SELECT E.MONTHYEAR, E.ACTPRNAMT, E.ACTINTAMT, E.EMIAMT, E.MDFPRNAMT, E.MDFINTAMT, E.MDFYAMT FROM "
+      "INS_EMIDETAIL E JOIN INS_ADVLOAN A ON E.EMPID = A.EMPID AND E.SITYPE = A.SITYPE AND E.SERIALNO = "
+      "A.SERIALNO WHERE E.EMPID = 100 AND E.SITYPE = 2 AND E.SERIALNO = 1000 AND A.SINAME = 'Consumer Loan'";
+  const auto list = store.Prepare((kMonths + std::string(" ORDER BY E.MONTHYEAR")).c_str());
+  const auto old = store.Prepare((kMonths + std::string(" AND E.MONTHYEAR = ?1")).c_str());
+  const auto write = store.Prepare(
+      "UPDATE INS_EMIDETAIL SET ACTPRNAMT = 1000.0, ACTINTAMT = ?2, EMIAMT = 1000.0 + ?2, MDFPRNAMT = "
+      "1000.0, "
+      "MDFINTAMT = ?2, MDFYAMT = 1000.0 + ?2 FROM INS_ADVLOAN A WHERE INS_EMIDETAIL.EMPID = A.EMPID AND "
+      "INS_EMIDETAIL.SITYPE = A.SITYPE AND INS_EMIDETAIL.SERIALNO = A.SERIALNO AND A.EMPID = 100 AND "
+      "A.SITYPE = 2 "
+      "AND A.SERIALNO = 1000 AND A.SINAME = 'Consumer Loan' AND MONTHYEAR = ?1");
+  const auto salary =
+      store.Prepare("UPDATE SLC_SALARYCALC_E SET EDITMODEYN = 1 WHERE EMPID = 100 AND MONTHYEAR = ?1");
+  const auto attendance = store.Prepare(
+      "UPDATE HVN_ATTENDANCE SET EDITMODEYN = 1 WHERE EMPID = 100 AND MONTHYEAR = ?1 AND "
+      "ifnull(UNITLOCKYN, 0) <> 1");
+  double interest = 10;
+  for (auto _ : state) {
+    interest = interest == 10 ? 11 : 10;
+    store.Read(list);
+    for (int month = kFirstMonth; month < kFirstMonth + kInstalments; ++month) {
+      store.Read(old, month);
+      store.Run(write, month, interest);
+      store.Read(salary, month);
+      store.Read(attendance, month);
+    }
+    store.Read(list);
+  }
+}
+BENCHMARK(InterestOver360Floor)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace ktl

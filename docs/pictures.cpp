@@ -7,9 +7,9 @@
 #include "console/commands.h"
 #include "desktop/look.h"
 #include "desktop/qt_desk.h"
-#include "frame/real_machine.h"
 #include "frame/session.h"
-#include "frame/startup.h"
+#include "machine/real_machine.h"
+#include "start/startup.h"
 
 // Plays a script of KTLStInsConsole on the windows of KTLStIns and saves the one that is open at its end: the
 // pictures of the user's guide.

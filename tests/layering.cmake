@@ -1,31 +1,32 @@
-# A room includes only rooms below it; Qt, SQLite and the spreadsheet library stay in the rooms that own them.
-# Run as: cmake -DSOURCE=<src> -P layering.cmake
-set(levels runtime:0 database:1 screen:2 common:3 frame:4 formula:5 workbook:5 instructions:6 recovery:7 premium:7
-           benefit:7 desktop:9 console:9 company:9)
-foreach(entry ${levels})
-  string(REPLACE ":" ";" pair ${entry})
-  list(GET pair 0 room)
-  list(GET pair 1 level_${room})
-endforeach()
+# A room includes only rooms that its line in src/CMakeLists.txt names; Qt, SQLite and the spreadsheet library stay
+# in the rooms that own them. Run as: cmake -DSOURCE=<src> -P layering.cmake
+cmake_minimum_required(VERSION 3.25)
+
+set(rooms)
+macro(ktl_room room)
+  cmake_parse_arguments(${room} "" "WHEN;PROGRAM" "USES;LINKS" ${ARGN})
+  list(APPEND rooms ${room})
+endmacro()
+include(${SOURCE}/CMakeLists.txt)
 
 set(faults 0)
 macro(fault text)
-  message("${file}: ${text}")
+  message("src/${file}: ${text}")
   math(EXPR faults "${faults} + 1")
 endmacro()
 
 file(GLOB_RECURSE files RELATIVE ${SOURCE} ${SOURCE}/*.h ${SOURCE}/*.cpp)
 foreach(file ${files})
   string(REGEX REPLACE "/.*" "" room ${file})
+  if(NOT room IN_LIST rooms)
+    fault("stands in no room")
+  endif()
   file(STRINGS ${SOURCE}/${file} includes REGEX "^#include")
   foreach(include ${includes})
-    if(include MATCHES "\"([a-z]+)/")
+    if(include MATCHES "\"([^\"/]*)/")
       set(other ${CMAKE_MATCH_1})
-      # The one place that knows every screen.
-      if(DEFINED level_${other} AND NOT other STREQUAL room AND NOT file STREQUAL "frame/register_screens.cpp")
-        if(NOT level_${other} LESS level_${room})
-          fault("includes ${other}")
-        endif()
+      if(NOT other STREQUAL room AND NOT other IN_LIST ${room}_USES)
+        fault("includes ${other}")
       endif()
     endif()
     if(include MATCHES "<Q[A-Za-z]+>" AND NOT room STREQUAL "desktop")

@@ -63,8 +63,7 @@ class clsGenCmn {
   static std::string FnStrCorrectFileName(std::string_view text);
   static std::string FnStrSuffixST_ND_RD_TH(long number);
   static std::string FnStrPADL(std::string_view text, std::size_t width, char fill = ' ');
-  // Each character below 128 gains 128, any other loses it: twice gives the text back. Characters are code
-  // points.
+  // Each byte below 128 gains 128, any other loses it: twice gives any text back.
   static std::string FnStrEncryptWord(std::string_view text);
   // Another scrambling, by a fixed key: twice gives the text back as well.
   static std::string FnStrAccessPassword(std::string_view text);

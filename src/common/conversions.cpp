@@ -12,38 +12,6 @@
 namespace ktl {
 namespace {
 
-// Takes the first character off the text; a byte that begins no character counts as one.
-char32_t TakeCharacter(std::string_view& text) {
-  const auto lead = static_cast<unsigned char>(text[0]);
-  std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  if (length > text.size()) length = 1;
-  char32_t character = length == 1 ? lead : lead & 0x7FU >> length;
-  for (std::size_t i = 1; i < length; ++i)
-    character = character << 6 | (static_cast<unsigned char>(text[i]) & 0x3F);
-  text.remove_prefix(length);
-  return character;
-}
-
-void AppendCharacter(std::string& text, char32_t character) {
-  const auto append = [&](char32_t byte) { text += static_cast<char>(byte); };
-  const auto appendTail = [&](int shift) { append(0x80 | (character >> shift & 0x3F)); };
-  if (character < 0x80) {
-    append(character);
-  } else if (character < 0x800) {
-    append(0xC0 | character >> 6);
-    appendTail(0);
-  } else if (character < 0x10000) {
-    append(0xE0 | character >> 12);
-    appendTail(6);
-    appendTail(0);
-  } else {
-    append(0xF0 | character >> 18);
-    appendTail(12);
-    appendTail(6);
-    appendTail(0);
-  }
-}
-
 bool EndsWord(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 }  // namespace
@@ -108,11 +76,9 @@ std::string clsGenCmn::FnStrPADL(std::string_view text, std::size_t width, char 
 }
 
 std::string clsGenCmn::FnStrEncryptWord(std::string_view text) {
-  std::string scrambled;
-  while (!text.empty()) {
-    const char32_t character = TakeCharacter(text);
-    AppendCharacter(scrambled, character < 128 ? character + 128 : character - 128);
-  }
+  constexpr unsigned char kHighBit = 0x80;
+  std::string scrambled(text);
+  for (char& byte : scrambled) byte = static_cast<char>(static_cast<unsigned char>(byte) ^ kHighBit);
   return scrambled;
 }
 

@@ -26,11 +26,15 @@ bool IsNumericZero(const Value& value) {
 
 }  // namespace
 
+Value DataAccess::Guarding(std::string_view sql, Value defaultValue) {
+  const Recordset rows(cn_, sql);
+  if (rows.Eof() || rows[std::size_t{0}].IsNull()) return defaultValue;
+  return rows[std::size_t{0}];
+}
+
 Value DataAccess::FnVarGetDbValue(std::string_view sql, Value defaultValue, bool noMessage) {
   try {
-    const Recordset rows(cn_, sql);
-    if (rows.Eof() || rows[std::size_t{0}].IsNull()) return defaultValue;
-    return rows[std::size_t{0}];
+    return Guarding(sql, std::move(defaultValue));
   } catch (const RuntimeError& error) {
     if (!noMessage && IsShown(error))
       desk_.ShowError(error.description() + " : " + std::to_string(error.number()), title_);

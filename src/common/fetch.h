@@ -32,6 +32,9 @@ class DataAccess {
   std::string Text(std::string_view sql, std::string_view defaultValue = {}) {
     return FnVarGetDbValue(sql, defaultValue).ToText();
   }
+  // Of a lock or a right: as FnVarGetDbValue, but a statement that fails is thrown on, so that what could not
+  // be read never counts as free.
+  Value Guarding(std::string_view sql, Value defaultValue = 0);
   // Throws when the statement fails.
   bool FnBlnRecExists(std::string_view sql);
   // False on any failure, with no message.

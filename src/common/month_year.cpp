@@ -106,6 +106,13 @@ std::string FinYearQryAccess() {
 
 long MonthYearOf(const Date& date) { return date.year() * 12L + date.month(); }
 
+Date FirstDayOf(long monthYear) {
+  const auto [year, month] = Decode(monthYear);
+  return *Date::FromYmd(static_cast<int>(year), static_cast<int>(month), 1);
+}
+
+std::string ShownDate(const std::optional<Date>& date) { return date ? FormatDate(*date, "dd/mm/yyyy") : ""; }
+
 long FnLngMonthYear(std::string_view dateText) {
   const std::optional<Date> date = ParseDate(dateText);
   return date ? MonthYearOf(*date) : 0;

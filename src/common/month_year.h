@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,9 @@ class DataAccess;
 
 // A month-year is year * 12 + month (January 1, December 12); 0 is no month. "Apr/2010" is its text.
 long MonthYearOf(const Date& date);
+Date FirstDayOf(long monthYear);  // of a month that is one
+// As screens show a date: "dd/mm/yyyy", "" for none.
+std::string ShownDate(const std::optional<Date>& date);
 long FnLngMonthYear(std::string_view dateText);        // 0 when the text is no date
 std::string FnStrFormatMonthYear(long monthYear);      // "" for zero or less
 std::string FnStrExplodeMonth(long monthYear);         // as above, but 0 gives December of year -1

@@ -21,6 +21,15 @@ std::string Without(std::string_view text, std::string_view dropped) {
 
 std::string DoubleQuotes(std::string_view text) { return ReplaceAll(std::string(text), "'", "''"); }
 
+std::string LikePattern(std::string_view searched) {
+  std::string pattern;
+  for (const char c : searched) {
+    const bool special = c == '%' || c == '_' || c == '[';
+    pattern += special ? std::string{'[', c, ']'} : std::string{c};
+  }
+  return DoubleQuotes(pattern);
+}
+
 clsSPChar::clsSPChar(std::string_view dbType) : dbType_(UpperCase(dbType)) {}
 
 std::string clsSPChar::FnStrSpSQL(std::string_view text) const {

@@ -8,6 +8,9 @@ namespace ktl {
 
 // "O'Brien" as "O''Brien": the part of every dialect.
 std::string DoubleQuotes(std::string_view text);
+// A searched text inside a LIKE pattern, where "%", "_" and "[" find themselves. Its quotes are doubled as
+// well.
+std::string LikePattern(std::string_view searched);
 
 // Values typed by a person, made safe for a statement. Plain replacements in a fixed order; no state but the
 // dialect word ("SQL", "MYSQL", "ACC97", ...), which the caller reads from the settings ("Settings",

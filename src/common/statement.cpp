@@ -5,6 +5,7 @@
 
 #include "common/month_year.h"
 #include "common/sql_text.h"
+#include "runtime/numbers.h"
 
 namespace ktl {
 
@@ -24,6 +25,12 @@ Statement BuildStatement(const clsSPChar& literals, std::string_view text,
 }
 
 std::string SqlAmount(double amount) {
+  if (WholePaise(amount)) {
+    std::string text = FormatNumber(amount, "0.00");
+    while (text.back() == '0') text.pop_back();
+    if (text.back() == '.') text.pop_back();
+    return text;
+  }
   std::string text = fmt::format("{:.15g}", amount);
   if (text.find('e') != std::string::npos) text = fmt::format("{:.6f}", amount);
   return text;

@@ -13,7 +13,8 @@
 #include "company/company_error.h"
 #include "company/sample_masters.h"
 #include "company/schema_texts.h"
-#include "frame/settings_store.h"
+#include "instructions/total_interest.h"
+#include "machine/settings_store.h"
 
 namespace ktl {
 namespace {
@@ -76,17 +77,18 @@ void CheckPlace(const CompanyOptions& options) {
 }
 
 std::vector<TableSum> Fill(const fs::path& file, const CompanyOptions& options) {
-  RawDatabase database(file);
-  database.Run(kSchemaText);
-  database.Run(kSeedText);
-  database.Run("BEGIN");
+  SqliteDatabase database = MakeUnjournaled(file);
+  database.RunScript(kSchemaText);
+  database.RunScript(kSeedText);
+  database.RunScript("BEGIN");
   WriteMonths(database);
-  database.Run("COMMIT");
+  database.RunScript("COMMIT");
   if (!options.empty) FillSample(database, options.sample);
-  database.Run("PRAGMA analysis_limit = 1000; ANALYZE;");
+  database.RunScript(kTotalInterest.setup);  // behind the rows, which it need not watch being made
+  database.RunScript("ANALYZE");
   auto sums = TableSums(database);
   // As the program keeps it, so that the first workstations to open it need not change it.
-  database.Run("PRAGMA journal_mode = WAL");
+  database.RunScript("PRAGMA journal_mode = WAL");
   return sums;
 }
 
@@ -94,7 +96,7 @@ std::vector<TableSum> Fill(const fs::path& file, const CompanyOptions& options) 
 void CreateLocalStore(const fs::path& file) {
   if (fs::exists(file)) return;
   NewFile store(file);
-  RawDatabase(store.path()).Run(kLocalText);
+  MakeUnjournaled(store.path()).RunScript(kLocalText);
   store.Keep();
 }
 

@@ -33,7 +33,7 @@ struct TableSum {
 std::vector<TableSum> CreateCompany(const CompanyOptions& options);
 
 // Every table of the company, by name.
-std::vector<TableSum> TableSums(RawDatabase& database);
+std::vector<TableSum> TableSums(SqliteDatabase& database);
 
 // Lets the settings store name the company and its user.
 void WriteSettings(const std::filesystem::path& settingsFile, const std::filesystem::path& company);

@@ -1,8 +1,9 @@
 #include <fmt/format.h>
-#include <fmt/ostream.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
+#include <string_view>
 
 #include "common/month_year.h"
 #include "company/company.h"
@@ -10,11 +11,18 @@
 #include "company/formula_commands.h"
 #include "company/sql_command.h"
 #include "database/connection.h"
+#include "machine/files.h"
 
 namespace {
 
 constexpr int kFailed = 1;
 constexpr int kUsage = 2;
+
+int Complain(std::string_view why, int status) {
+  std::cout.flush();
+  std::cerr << why << '\n';
+  return status;
+}
 
 struct SqlOptions {
   std::string file;
@@ -22,7 +30,7 @@ struct SqlOptions {
   bool explain = false;
 };
 
-void AddCreate(CLI::App& app, ktl::CompanyOptions& options, std::string& asOf) {
+void AddCreate(CLI::App& app, ktl::CompanyOptions& options, std::string& asOf, bool& sums) {
   auto* create = app.add_subcommand("create", "Make a company: a sample of employees, or an empty one");
   create->add_option("FILE", options.file, "The company's file")->required();
   create->add_option("--employees", options.sample.employees, "Employees of the sample, 60 or more")
@@ -35,6 +43,7 @@ void AddCreate(CLI::App& app, ktl::CompanyOptions& options, std::string& asOf) {
       ->check(CLI::IsMember(ktl::VariantNames()));
   create->add_flag("--empty", options.empty, "Only the required rows and the months");
   create->add_flag("--force", options.force, "Replace an existing file");
+  create->add_flag("--sums", sums, "Print rows and checksum of every table");
   create->add_option("--settings", options.settingsFile, "Let this settings store name the company");
 }
 
@@ -51,6 +60,20 @@ void AddUse(CLI::App& app, ktl::CompanyOptions& options) {
   use->add_option("--settings", options.settingsFile, "The settings store")->required();
 }
 
+void AddFormulas(CLI::App& app, ktl::FormulaArguments& arguments, std::string& expression) {
+  auto* eval = app.add_subcommand("eval", "Print the value of an expression");
+  eval->add_option("EXPRESSION", expression, "As in KLRound(1234.5, 5, \"n\")")->required();
+  auto* formula = app.add_subcommand("formula", "Show what a formula gives an employee in a month, and why");
+  auto* days = app.add_subcommand("days", "Show the days, holidays and leave of an employee in a month");
+  for (CLI::App* command : {formula, days}) {
+    command->add_option("FILE", arguments.file, "The company's file")->required();
+    if (command == formula)
+      command->add_option("FORMULAID", arguments.formulaId, "The formula's number")->required();
+    command->add_option("EMPID", arguments.empId, "The employee's number")->required();
+    command->add_option("MONTH", arguments.month, "As in Apr/2026")->required();
+  }
+}
+
 int Use(const ktl::CompanyOptions& options) {
   ktl::Connection connection;
   ktl::OpenCompany(connection, options.file.string());  // a file that is no company is not named
@@ -58,18 +81,39 @@ int Use(const ktl::CompanyOptions& options) {
   return 0;
 }
 
-int Create(ktl::CompanyOptions& options, const std::string& asOf) {
+// What a person sees of a company that has been made.
+void TellMade(const ktl::CompanyOptions& options, const std::vector<ktl::TableSum>& sums) {
+  const auto rows = [&sums](std::string_view table) {
+    const auto found = std::ranges::find(sums, table, &ktl::TableSum::table);
+    return found == sums.end() ? std::int64_t{0} : found->rows;
+  };
+  const std::string file = std::filesystem::absolute(options.file).lexically_normal().string();
+  if (options.empty) {
+    std::cout << fmt::format("Made {}: an empty company.\n", file);
+  } else {
+    std::cout << fmt::format("Made {}: a sample of {} employees, {} advances and loans, {} instalments.\n",
+                             file, rows("MAS_EMPLOYEE"), rows("INS_ADVLOAN"), rows("INS_EMIDETAIL"));
+  }
+  if (options.settingsFile) {
+    std::cout << fmt::format("{} names it.\n",
+                             std::filesystem::absolute(*options.settingsFile).lexically_normal().string());
+  }
+}
+
+int Create(ktl::CompanyOptions& options, const std::string& asOf, bool printSums) {
   if (!asOf.empty()) {
     const auto month = ktl::FnStrCorrectMonth(asOf);
     options.sample.salaryTo =
         month.empty() ? 0 : static_cast<int>(ktl::clsDateHandle::FnLngFindMonthValue(month));
     if (options.sample.salaryTo < ktl::kFirstMonth || options.sample.salaryTo > ktl::kLastMonth) {
-      fmt::print(stderr, "--asof: a month from Apr/2024 to Mar/2027 is wanted\n");
-      return kUsage;
+      return Complain("--asof: a month from Apr/2024 to Mar/2027 is wanted", kUsage);
     }
   }
-  for (const auto& sum : ktl::CreateCompany(options)) {
-    fmt::print("{:<26} {:>9} {:016x}\n", sum.table, sum.rows, sum.checksum);
+  const std::vector<ktl::TableSum> sums = ktl::CreateCompany(options);
+  TellMade(options, sums);
+  if (!printSums) return 0;
+  for (const auto& sum : sums) {
+    std::cout << fmt::format("{:<26} {:>9} {:016x}\n", sum.table, sum.rows, sum.checksum);
   }
   return 0;
 }
@@ -88,38 +132,72 @@ int Sql(const SqlOptions& options) {
     run(options.statement);
     return 0;
   }
-  for (std::string line; std::getline(std::cin, line);) {
-    if (!line.empty()) run(line);
+  std::string line;
+  for (std::size_t number = 1; std::getline(std::cin, line); ++number) {
+    try {
+      if (!line.empty()) run(line);
+    } catch (const ktl::RuntimeError& error) {
+      std::cout.flush();
+      throw ktl::CompanyError(fmt::format("line {}: {}", number, error.description()));
+    }
   }
   return 0;
+}
+
+// A result that nobody got is a failure.
+int Written(int status) {
+  if (std::cout.flush()) return status;
+  return Complain("The result cannot be written.", kFailed);
+}
+
+// "" when the first argument is a command or an option.
+std::string UnknownCommand(const CLI::App& app, int argc, char** argv) {
+  const std::string word = argc > 1 ? argv[1] : "-";
+  if (word.starts_with('-')) return "";
+  std::string names;
+  for (const CLI::App* command : app.get_subcommands({})) {
+    if (command->get_name() == word) return "";
+    names += (names.empty() ? "" : ", ") + command->get_name();
+  }
+  return fmt::format("There is no command \"{}\"; the commands are {}.", word, names);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  ktl::KeepNewFilesPrivate();
   CLI::App app{"Makes companies, and asks them", "KTLCompany"};
+  app.set_version_flag("--version", "KTLCompany " KTL_VERSION);
   app.require_subcommand(1);
   ktl::CompanyOptions companyOptions;
   std::string asOf;
+  bool sums = false;
   SqlOptions sqlOptions;
-  AddCreate(app, companyOptions, asOf);
+  std::string expression;
+  ktl::FormulaArguments formulaArguments;
+  AddCreate(app, companyOptions, asOf, sums);
   AddUse(app, companyOptions);
   AddSql(app, sqlOptions);
-  const ktl::FormulaCommands formulaCommands(app);
+  AddFormulas(app, formulaArguments, expression);
+  if (const std::string unknown = UnknownCommand(app, argc, argv); !unknown.empty()) {
+    return Complain(unknown, kUsage);
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : kUsage;
   }
   try {
-    if (app.got_subcommand("create")) return Create(companyOptions, asOf);
+    if (app.got_subcommand("create")) return Written(Create(companyOptions, asOf, sums));
     if (app.got_subcommand("use")) return Use(companyOptions);
-    if (const auto status = formulaCommands.Run(argv[0])) return *status;
-    return Sql(sqlOptions);
+    if (app.got_subcommand("sql")) return Written(Sql(sqlOptions));
+    if (app.got_subcommand("eval")) ktl::PrintExpression(argv[0], expression);
+    if (app.got_subcommand("formula")) ktl::PrintFormula(argv[0], formulaArguments);
+    if (app.got_subcommand("days")) ktl::PrintDays(argv[0], formulaArguments);
+    return Written(0);
   } catch (const ktl::RuntimeError& error) {
-    fmt::print(stderr, "{}\n", error.description());
+    return Complain(error.description(), kFailed);
   } catch (const std::exception& error) {
-    fmt::print(stderr, "{}\n", error.what());
+    return Complain(error.what(), kFailed);
   }
-  return kFailed;
 }

@@ -47,45 +47,46 @@ INSERT INTO MAS_MONTHSALDATE SELECT MONTHYEAR, CALCSTARTDATE, CALCENDDATE FROM M
     {"mar2feb", "UPDATE MAS_OPTSET SET TDSMAR2FEB = 1"},
 };
 
-void ApplyVariants(RawDatabase& database, const std::vector<std::string>& names) {
+void ApplyVariants(SqliteDatabase& database, const std::vector<std::string>& names) {
   for (const auto& name : names) {
     const auto found = std::find_if(std::begin(kVariants), std::end(kVariants),
                                     [&](const auto& variant) { return name == variant.name; });
     if (found == std::end(kVariants)) throw CompanyError(fmt::format("There is no variant \"{}\".", name));
-    database.Run(found->change);
+    database.RunScript(found->change);
   }
 }
 
-void WriteOptions(RawDatabase& database, int salaryTo) {
-  database.Run(fmt::format(R"sql(
+void WriteOptions(SqliteDatabase& database, int salaryTo) {
+  database.RunScript(fmt::format(R"sql(
 UPDATE MAS_OPTSET SET STARTMONTHYEAR = {}, ENDMONTHYEAR = {}, DEFMONTHYEAR = {}, COMPPFESIPERYN = 1, BRGHEFROM = '2026-01-01';
 UPDATE MAS_OPTSETFEATURE SET ADVLEAVEYN = 1, LVSTARTMNYEAR = {}, INTFRLNRULE = 2027;
 )sql",
-                           kFirstMonth, kLastMonth, salaryTo + 1, MonthNo(2025, 10)));
+                                 kFirstMonth, kLastMonth, salaryTo + 1, MonthNo(2025, 10)));
 }
 
 // Indexes of the large tables are made after their rows: in order, and in one go.
 class IndexesAside final {
  public:
-  IndexesAside(RawDatabase& database, const std::vector<std::string>& tables) : database_(database) {
+  IndexesAside(SqliteDatabase& database, const std::vector<std::string>& tables) : database_(database) {
     for (const auto& table : tables) {
       const std::string ofTable = fmt::format(
           "FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL AND tbl_name = '{}'", table);
-      const auto texts = database.Column("SELECT sql " + ofTable);
-      for (const auto& name : database.Column("SELECT name " + ofTable)) database.Run("DROP INDEX " + name);
+      const auto texts = FirstColumn(database, "SELECT sql " + ofTable);
+      for (const auto& name : FirstColumn(database, "SELECT name " + ofTable))
+        database.RunScript("DROP INDEX " + name);
       texts_.insert(texts_.end(), texts.begin(), texts.end());
     }
   }
   void Restore() {
-    for (const auto& text : texts_) database_.Run(text);
+    for (const auto& text : texts_) database_.RunScript(text);
   }
 
  private:
-  RawDatabase& database_;
+  SqliteDatabase& database_;
   std::vector<std::string> texts_;
 };
 
-void WriteEmployees(RawDatabase& database, const SampleOptions& options) {
+void WriteEmployees(SqliteDatabase& database, const SampleOptions& options) {
   SamplePeople people(options.seed);
   SampleLoans loans(options.seed, options.employees, options.targets);
   PeopleWriter peopleWriter(database);
@@ -113,11 +114,11 @@ void WriteEmployees(RawDatabase& database, const SampleOptions& options) {
 
 }  // namespace
 
-void FillSample(RawDatabase& database, const SampleOptions& options) {
+void FillSample(SqliteDatabase& database, const SampleOptions& options) {
   if (options.employees < kAnchors)
     throw CompanyError(fmt::format("A sample company has at least {} employees.", kAnchors));
   IndexesAside indexes(database, {"INS_EMIDETAIL", "SLC_SALARYCALC_E", "SLC_SALARYRATE_E", "HVN_ATTENDANCE"});
-  database.Run("BEGIN");
+  database.RunScript("BEGIN");
   WriteMasters(database);
   WriteAttendanceMasters(database);
   WriteOptions(database, options.salaryTo);
@@ -130,7 +131,7 @@ void FillSample(RawDatabase& database, const SampleOptions& options) {
   WriteIncomeTax(database);
   indexes.Restore();
   ApplyVariants(database, options.variants);
-  database.Run("COMMIT");
+  database.RunScript("COMMIT");
 }
 
 std::vector<std::string> VariantNames() {

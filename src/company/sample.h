@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "company/raw_database.h"
+#include "company/row_writer.h"
 #include "company/sample_loans.h"
 #include "company/sample_model.h"
 
@@ -19,7 +19,7 @@ struct SampleOptions {
 };
 
 // Fills a company that has the schema and the required rows. The same options give the same rows.
-void FillSample(RawDatabase& database, const SampleOptions& options);
+void FillSample(SqliteDatabase& database, const SampleOptions& options);
 
 // Changes that show another set-up of the same company: "mar2feb", "refno", ...
 std::vector<std::string> VariantNames();

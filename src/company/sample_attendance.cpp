@@ -42,7 +42,7 @@ INSERT INTO ATT_HOLIDAY (HOLIDAYID, HOLIDAYDATE, ATTHEADID, BRANCHID) VALUES
 )sql";
 
 // The five fixed days of every year. The first of May is no holiday of head 5, Christmas none of branch 4.
-void WriteFixedHolidays(RawDatabase& database) {
+void WriteFixedHolidays(SqliteDatabase& database) {
   constexpr std::chrono::month_day kDays[] = {std::chrono::January / 26, std::chrono::May / 1,
                                               std::chrono::August / 15, std::chrono::October / 2,
                                               std::chrono::December / 25};
@@ -79,8 +79,8 @@ void AddYear(std::vector<SampleLeave>& leave, const SamplePerson& person, int ye
 
 }  // namespace
 
-void WriteAttendanceMasters(RawDatabase& database) {
-  database.Run(kLists);
+void WriteAttendanceMasters(SqliteDatabase& database) {
+  database.RunScript(kLists);
   WriteFixedHolidays(database);
   RowWriter days(database, "SLC_ATTHEADNOD (ATTHEADID, MONTHYEAR, NOD)");
   for (int month = kFirstMonth; month <= kLastMonth; ++month) days(4, month, double(kFixedHead));
@@ -104,7 +104,7 @@ double LeaveDays(const SampleBook& book, int month) {
   return days;
 }
 
-AttendanceWriter::AttendanceWriter(RawDatabase& database, int salaryTo)
+AttendanceWriter::AttendanceWriter(SqliteDatabase& database, int salaryTo)
     : salaryTo_(salaryTo),
       leave_(database, "ATT_DETAIL (EMPID, LEVDATE, LEVID, FIRSTHALFYN, SECONDHALFYN)"),
       advancedLeave_(

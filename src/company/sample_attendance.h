@@ -2,13 +2,13 @@
 
 #include <cstdint>
 
-#include "company/raw_database.h"
+#include "company/row_writer.h"
 #include "company/sample_model.h"
 
 namespace ktl {
 
 // Attendance heads, kinds of leave, weekly and general holidays.
-void WriteAttendanceMasters(RawDatabase& database);
+void WriteAttendanceMasters(SqliteDatabase& database);
 
 // Leave by days; whoever is on the monthly head has his entered by months.
 std::vector<SampleLeave> MakeLeave(std::uint64_t seed, const SamplePerson& person);
@@ -17,7 +17,7 @@ double LeaveDays(const SampleBook& book, int month);
 
 class AttendanceWriter final {
  public:
-  AttendanceWriter(RawDatabase& database, int salaryTo);
+  AttendanceWriter(SqliteDatabase& database, int salaryTo);
   void Write(const SampleBook& book);
 
  private:

@@ -191,7 +191,7 @@ std::vector<SampleInstruction> SampleLoans::Make(const SamplePerson& person) {
   return made;
 }
 
-LoanWriter::LoanWriter(RawDatabase& database)
+LoanWriter::LoanWriter(SqliteDatabase& database)
     : loan_(database,
             "INS_ADVLOAN (EMPID, SERIALNO, SITYPE, SINAME, LOANACNO, SIDATE, ACTAMT, INTAMT, REMARKS)"),
       instalment_(database,
@@ -221,8 +221,8 @@ void LoanWriter::WriteInstalments(int employee, const SampleInstruction& made) {
   }
 }
 
-void WriteHouseLoans(RawDatabase& database) {
-  database.Run(R"sql(
+void WriteHouseLoans(SqliteDatabase& database) {
+  database.RunScript(R"sql(
 INSERT INTO INS_HLOAN (EMPID, SERIALNO, SITYPE, HADDR, HTYPE, HCAPBORYN) VALUES
   (5, 1, 2, '14 Lotus Lane, Pune 411004', 1, 1), (12, 1, 2, '7 Temple Road, Pune 411030', 2, 0);
 INSERT INTO INS_HLOAN_VAL (EMPID, SERIALNO, SITYPE, FINYEAR, PRCPAMT, INTRAMT, GRSANNVAL, MTAXPAID) VALUES

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "company/raw_database.h"
+#include "company/row_writer.h"
 #include "company/sample_model.h"
 
 namespace ktl {
@@ -45,7 +45,7 @@ class SampleLoans final {
 
 class LoanWriter final {
  public:
-  explicit LoanWriter(RawDatabase& database);
+  explicit LoanWriter(SqliteDatabase& database);
   void Write(int employee, const SampleInstruction& loan);
   // The schedule alone, of an instruction of any type.
   void WriteInstalments(int employee, const SampleInstruction& instruction);
@@ -57,6 +57,6 @@ class LoanWriter final {
 };
 
 // The house-property records of the anchors' housing loans.
-void WriteHouseLoans(RawDatabase& database);
+void WriteHouseLoans(SqliteDatabase& database);
 
 }  // namespace ktl

@@ -106,7 +106,7 @@ constexpr SalaryHead kHeads[] = {
     {1, 4, "TDS", kNone},
 };
 
-void WriteNames(RawDatabase& database) {
+void WriteNames(SqliteDatabase& database) {
   RowWriter write(
       database,
       "INS_MASTER (SITYPE, SINAME, ACCCODE, TDSYN, SIPREF, AMTLIMIT, ALLOWLIMIT, EMIRECCNT, INTRRATE, "
@@ -117,14 +117,14 @@ void WriteNames(RawDatabase& database) {
   }
 }
 
-void WriteFormulas(RawDatabase& database) {
+void WriteFormulas(SqliteDatabase& database) {
   RowWriter write(database, "MAS_FORMULA (FORMULAID, FORMULANAME, FORMULA)");
   for (const auto& formula : kFormulas) write(formula.id, formula.name, formula.text);
   RowWriter query(database, "MAS_FORMULACUSTOM (MODULEID, FNAME, FQUERY)");
   query(1, "OpenAdvances", "SELECT COUNT(*) FROM INS_ADVLOAN WHERE EMPID = $EMPID$ AND SITYPE = 1");
 }
 
-void WriteSalaryHeads(RawDatabase& database) {
+void WriteSalaryHeads(SqliteDatabase& database) {
   RowWriter write(database, "MAS_SALARYHEAD (PAYTYPEYN, SALHEADROWID, SALHEADING, CALCFLDTYPE)");
   for (const auto& head : kHeads) write(head.deduction, head.row, head.name, head.kind);
 }
@@ -168,14 +168,14 @@ const SampleName& NameRules(SampleType type, std::string_view name) {
   return *found;
 }
 
-void WriteMasters(RawDatabase& database) {
-  database.Run(kLists);
+void WriteMasters(SqliteDatabase& database) {
+  database.RunScript(kLists);
   WriteNames(database);
   WriteFormulas(database);
   WriteSalaryHeads(database);
 }
 
-void WriteMonths(RawDatabase& database) {
+void WriteMonths(SqliteDatabase& database) {
   constexpr int kAttendanceOpen =
       MonthNo(2025, 1);  // a locked month without its attendance lock, to be repaired
   RowWriter month(database, "MAS_MONTHYEAR (MONTHYEAR, LOCKEDYN, ATTLOCKYN, CALCSTARTDATE, CALCENDDATE)");

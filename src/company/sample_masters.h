@@ -3,7 +3,7 @@
 #include <optional>
 #include <string_view>
 
-#include "company/raw_database.h"
+#include "company/row_writer.h"
 #include "company/sample_model.h"
 
 namespace ktl {
@@ -28,7 +28,7 @@ struct SampleName {
 const SampleName& NameRules(SampleType type, std::string_view name);
 
 // Everything that does not belong to an employee, but for users and rights.
-void WriteMasters(RawDatabase& database);
-void WriteMonths(RawDatabase& database);
+void WriteMasters(SqliteDatabase& database);
+void WriteMonths(SqliteDatabase& database);
 
 }  // namespace ktl

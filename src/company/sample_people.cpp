@@ -175,7 +175,7 @@ SamplePerson SamplePeople::Make(int id) {
   return person;
 }
 
-PeopleWriter::PeopleWriter(RawDatabase& database)
+PeopleWriter::PeopleWriter(SqliteDatabase& database)
     : employee_(database,
                 "MAS_EMPLOYEE (EMPID, REFNO, EMPNAME, DOJ, DOL, DOB, SEX, SALCALCFROM, RETIREMENTDATE, "
                 "RESIGNATIONDATE, "

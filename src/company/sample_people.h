@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "company/raw_database.h"
+#include "company/row_writer.h"
 #include "company/sample_model.h"
 
 namespace ktl {
@@ -20,7 +20,7 @@ class SamplePeople final {
 
 class PeopleWriter final {
  public:
-  explicit PeopleWriter(RawDatabase& database);
+  explicit PeopleWriter(SqliteDatabase& database);
   void Write(const SamplePerson& person);
 
  private:

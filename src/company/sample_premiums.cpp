@@ -134,7 +134,7 @@ std::vector<SampleInstruction> MakePremiums(std::uint64_t seed, const SamplePers
   return person.id <= kAnchors ? AnchorPremiums(person.id) : Draw(seed, person).All();
 }
 
-PremiumWriter::PremiumWriter(RawDatabase& database)
+PremiumWriter::PremiumWriter(SqliteDatabase& database)
     : premium_(database,
                "INS_OTHER (EMPID, SERIALNO, SITYPE, OTHNAME, OTHNO, STARTMY, ENDMY, REMARKS, PFYN, PFPER, "
                "ESIYN, ESIPER, PTYN)") {}

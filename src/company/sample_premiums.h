@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "company/raw_database.h"
+#include "company/row_writer.h"
 #include "company/sample_model.h"
 
 namespace ktl {
@@ -14,7 +14,7 @@ std::vector<SampleInstruction> AnchorPremiums(int employee);
 
 class PremiumWriter final {
  public:
-  explicit PremiumWriter(RawDatabase& database);
+  explicit PremiumWriter(SqliteDatabase& database);
   void Write(int employee, const SampleInstruction& premium);
 
  private:

@@ -74,7 +74,7 @@ struct SalaryWriter::Taken {
   }
 };
 
-SalaryWriter::SalaryWriter(RawDatabase& database, std::uint64_t seed, int salaryTo)
+SalaryWriter::SalaryWriter(SqliteDatabase& database, std::uint64_t seed, int salaryTo)
     : seed_(seed),
       salaryTo_(salaryTo),
       earnings_(database,

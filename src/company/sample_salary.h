@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "company/raw_database.h"
+#include "company/row_writer.h"
 #include "company/sample_model.h"
 
 namespace ktl {
@@ -12,7 +12,7 @@ struct GivenSalary;
 // The rates and the calculated salaries of the employees, with the attendance rows that go with them.
 class SalaryWriter final {
  public:
-  SalaryWriter(RawDatabase& database, std::uint64_t seed, int salaryTo);
+  SalaryWriter(SqliteDatabase& database, std::uint64_t seed, int salaryTo);
   void Write(const SampleBook& book);
 
  private:

@@ -52,7 +52,7 @@ const Buttons kButtons[] = {
     {79, 612, {"Summary"}},
 };
 
-void WriteButtons(RawDatabase& database) {
+void WriteButtons(SqliteDatabase& database) {
   RowWriter write(database, "SEC_BUTDET (BUTID, FORMID, BUTNAME)");
   for (const auto& buttons : kButtons) {
     int number = buttons.first;
@@ -60,7 +60,7 @@ void WriteButtons(RawDatabase& database) {
   }
 }
 
-void WriteLockHistory(RawDatabase& database) {
+void WriteLockHistory(SqliteDatabase& database) {
   constexpr int kUnknownUser = 99;
   RowWriter write(database, "SEC_MONTHLOCKHISTORY (MONTHYEAR, LOCKEDYN, UNAME, CHANGEDDATE, KTLUSERID)");
   for (int month = kFirstMonth; month <= kLastLockedMonth; ++month) {
@@ -71,7 +71,7 @@ void WriteLockHistory(RawDatabase& database) {
   write(kLastLockedMonth - 1, 1, "PAYROLL-09", "2025-05-06 11:00:00", kUnknownUser);
 }
 
-void WriteEmployeeLocks(RawDatabase& database, int employees) {
+void WriteEmployeeLocks(SqliteDatabase& database, int employees) {
   RowWriter write(database, "SEC_EMPLOCK (EMPID, MONTHYEAR, LOCKYN)");
   for (int month = MonthNo(2026, 9); month <= kLastMonth; ++month) write(10, month, 1);
   write(11, MonthNo(2026, 9), 0);
@@ -82,8 +82,8 @@ void WriteEmployeeLocks(RawDatabase& database, int employees) {
 
 }  // namespace
 
-void WriteSecurity(RawDatabase& database, int employees) {
-  database.Run(R"sql(
+void WriteSecurity(SqliteDatabase& database, int employees) {
+  database.RunScript(R"sql(
 UPDATE SEC_USERLIST SET MULTILOGIN = 1 WHERE UserID = 1;
 INSERT INTO SEC_USERLIST (UserID, USERNAME, GROUPID, READONLYYN, MULTILOGIN) VALUES
   (2, 'PAYCLERK', 2, 0, 0), (3, 'VIEWER', 3, 1, 0), (4, 'BRANCH1', 2, NULL, 0);
@@ -95,8 +95,8 @@ INSERT INTO SEC_BUTPER (BUTID, GROUPID, BUTALLOWYN) VALUES
   WriteEmployeeLocks(database, employees);
 }
 
-void WriteClassSecurity(RawDatabase& database) {
-  database.Run(
+void WriteClassSecurity(SqliteDatabase& database) {
+  database.RunScript(
       "INSERT INTO SEC_CLASSEMP (USERNAME, EMPID) "
       "SELECT DISTINCT 'BRANCH1', EMPID FROM MAS_EMPLOYEEDET WHERE BRANCHID = 1 ORDER BY EMPID");
 }

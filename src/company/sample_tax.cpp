@@ -2,8 +2,8 @@
 
 namespace ktl {
 
-void WriteReimbursements(RawDatabase& database) {
-  database.Run(R"sql(
+void WriteReimbursements(SqliteDatabase& database) {
+  database.RunScript(R"sql(
 INSERT INTO RMB_MASTER (RMBID, RMBNAME) VALUES (1, 'MEDICAL'), (2, 'FUEL'), (3, 'BOOKS');
 INSERT INTO RMB_ALLOT (RMBALLOTID, EMPID, RMBID)
   SELECT (EMPID - 1) * 3 + RMBID, EMPID, RMBID FROM MAS_EMPLOYEE, RMB_MASTER
@@ -19,8 +19,8 @@ INSERT INTO RMB_CLAIM (EMPID, RMBID, CLAIMDATE, SALARYMONTH, CLAIMAMT)
 )sql");
 }
 
-void WriteArrears(RawDatabase& database) {
-  database.Run(R"sql(
+void WriteArrears(SqliteDatabase& database) {
+  database.RunScript(R"sql(
 INSERT INTO MAS_ARREARS (ARREARID, ARRCALCTYPE) VALUES (1, 0), (2, 1);
 INSERT INTO SLC_ARREARS_E (ARREARTRANID, ARREARID, EMPID, EMPDETID, PAIDFOR, BASIC, ECOMP01)
   SELECT PAIDFOR - 24315, 1, EMPID, EMPDETID, PAIDFOR, 1000, 400
@@ -33,8 +33,8 @@ INSERT INTO SLC_ARREARS_D (ARREARTRANID, DCOMP01) VALUES (1, 120), (2, 120), (3,
 // Every 50th employee has no assessment. The row of everyone of 2024, and who has none of his own, show both
 // ways in which ported figures are marked. Of the stored benefits one was edited, one agrees, one has no loan
 // any more.
-void WriteIncomeTax(RawDatabase& database) {
-  database.Run(R"sql(
+void WriteIncomeTax(SqliteDatabase& database) {
+  database.RunScript(R"sql(
 INSERT INTO COM_CLIENTDET (ASSTRANID, CLIENTID, ASSYEAR)
   SELECT (EMPID - 1) * 3 + Y - 2024, EMPID, Y FROM MAS_EMPLOYEE, (SELECT 2025 AS Y UNION SELECT 2026 UNION SELECT 2027)
   WHERE TDSYN = 1 AND EMPID % 50 <> 33 ORDER BY EMPID, Y;

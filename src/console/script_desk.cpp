@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "console/commands.h"
 #include "console/transcript.h"
@@ -104,12 +105,27 @@ bool ScriptDesk::RunAnswerCommand(const std::string& verb, CommandWords& words) 
   return true;
 }
 
+bool ScriptDesk::RunProgressCommand(const std::string& verb, CommandWords& words) {
+  if (verb != "progress") return false;
+  tellsProgress_ = words.OnOrOff();
+  words.End();
+  return true;
+}
+
+// One line a tenth, so that a transcript does not depend on the speed of the machine.
+void ScriptDesk::NoteProgress(const std::string& words, int percent) {
+  const int tenth = percent / 10;
+  if (!tellsProgress_ || tenth == std::exchange(toldTenth_, tenth)) return;
+  out_ << "progress | " << percent << "% | " << OneLine(words) << '\n';
+}
+
 void ScriptDesk::RunCommand(const ScriptLine& line, Screen& screen) {
   currentLine_ = line.number;
   Guarded([&] {
     CommandWords words(line.text);
     const std::string verb = words.Word("a command");
-    if (!RunAnswerCommand(verb, words)) RunScreenCommand(verb, words, screen, out_);
+    if (RunAnswerCommand(verb, words) || RunProgressCommand(verb, words)) return;
+    RunScreenCommand(verb, words, screen, out_);
   });
 }
 
@@ -130,6 +146,7 @@ void ScriptDesk::ShowModal(Screen& screen) {
   FireTimers(screen);
   while (!screen.IsUnloaded()) {
     const auto line = script_.Next();
+    if (mustEnd_()) Fail(std::make_exception_ptr(ProgramFailure(kEndedBySignal)));
     if (!line) return CloseAtEnd(screen);
     RunCommand(*line, screen);
     FireTimers(screen);

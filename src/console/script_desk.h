@@ -2,9 +2,11 @@
 
 #include <deque>
 #include <exception>
+#include <functional>
 #include <istream>
 #include <ostream>
 #include <string>
+#include <utility>
 
 #include "console/script.h"
 #include "screen/desk.h"
@@ -26,10 +28,14 @@ class ScriptError final : public std::exception {
 // transcript. At the end of the script the open screens are closed, the second time without asking.
 class ScriptDesk final : public Desk {
  public:
-  ScriptDesk(std::istream& script, std::ostream& transcript) : script_(script), out_(transcript) {}
+  // mustEnd: asked before every command; once true, the program ends and nothing is saved.
+  ScriptDesk(
+      std::istream& script, std::ostream& transcript, std::function<bool()> mustEnd = [] { return false; })
+      : script_(script), out_(transcript), mustEnd_(std::move(mustEnd)) {}
 
   Answer MsgBox(const MessageBox& box) override;
   void ShowModal(Screen& screen) override;
+  void NoteProgress(const std::string& words, int percent) override;
 
   // Throws ScriptError when a command is left that no screen is there for.
   void CheckAllRead();
@@ -42,6 +48,7 @@ class ScriptDesk final : public Desk {
 
   Answer AnswerTo(const MessageBox& box);
   void TakeLeadingAnswers();
+  bool RunProgressCommand(const std::string& verb, CommandWords& words);
   bool RunAnswerCommand(const std::string& verb, CommandWords& words);
   void RunCommand(const ScriptLine& line, Screen& screen);
   void FireTimers(Screen& screen);
@@ -52,8 +59,11 @@ class ScriptDesk final : public Desk {
 
   Script script_;
   std::ostream& out_;
+  std::function<bool()> mustEnd_;
   std::deque<QueuedAnswer> answers_;
   int currentLine_ = 0;
+  bool tellsProgress_ = false;  // after "progress on"
+  int toldTenth_ = -1;
   std::exception_ptr failure_;
 };
 

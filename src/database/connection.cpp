@@ -1,13 +1,9 @@
 #include "database/connection.h"
 
-#include <fmt/format.h>
-
 #include <chrono>
 
-#include "database/connection_string.h"
-#include "database/drivers/sqlite_driver.h"
-#include "database/drivers/sqlite_file.h"
 #include "database/statement_log.h"
+#include "database/statement_twin.h"
 #include "runtime/text.h"
 
 namespace ktl {
@@ -15,23 +11,6 @@ namespace ktl {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-constexpr std::string_view kCompanyProvider = "SQLite";
-constexpr std::string_view kLocalStoreProvider = "Microsoft.Jet.OLEDB.4.0";
-
-bool IsServerProvider(const std::string& provider) {
-  return EqualsNoCase(provider, "SQLOLEDB.1") || EqualsNoCase(provider, "SQLOLEDB") ||
-         EqualsNoCase(provider, "SQLNCLI");
-}
-
-FileKind KindOfFile(const std::string& provider) {
-  if (EqualsNoCase(provider, kCompanyProvider)) return FileKind::Company;
-  if (EqualsNoCase(provider, kLocalStoreProvider)) return FileKind::LocalStore;
-  if (IsServerProvider(provider))
-    throw DatabaseError(fmt::format("The driver for SQL Server ({}) is not part of this build.", provider));
-  if (provider.empty()) throw DatabaseError("The connection string names no provider.");
-  throw DatabaseError(fmt::format("The provider {} is unknown.", provider));
-}
 
 std::chrono::microseconds Since(Clock::time_point start) {
   return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start);
@@ -48,11 +27,8 @@ void Connection::SetStatementLog(const std::string& file) {
 
 void Connection::Open(const std::string& connectionString) {
   Close();
-  const FileKind kind = KindOfFile(ConnectionSetting(connectionString, "Provider"));
-  SqliteDatabase file =
-      OpenSqliteFile(ConnectionSetting(connectionString, "Data Source"), kind, connectionTimeout_);
-  file.SetBusyTimeout(commandTimeout_);
-  driver_ = std::make_unique<SqliteDriver>(std::move(file), kind, client_);
+  settings_.connectionString = connectionString;
+  driver_ = OpenDriver(settings_);
 }
 
 void Connection::Close() { driver_.reset(); }
@@ -87,10 +63,22 @@ ResultSet Connection::Query(std::string_view sql, Fetch fetch, bool updatable) {
       [](const ResultSet& result) { return std::ssize(result.rows); });
 }
 
+std::int64_t Connection::Execute(const StatementTwin& twin) {
+  return Timed(
+      twin.said, [&] { return driver().Execute(driver().Choose(twin)); },
+      [](std::int64_t rows) { return rows; });
+}
+
+ResultSet Connection::Query(const StatementTwin& twin, Fetch fetch) {
+  return Timed(
+      twin.said, [&] { return driver().Query(driver().Choose(twin), fetch, false); },
+      [](const ResultSet& result) { return std::ssize(result.rows); });
+}
+
 std::optional<Value> Connection::FirstValue(std::string_view sql) {
   auto result = Query(sql, Fetch::FirstRow);
   if (result.rows.empty()) return std::nullopt;
-  return std::move(result.rows.front().values.front());
+  return std::move(result.rows.front().front());
 }
 
 bool Connection::HasRows(std::string_view sql) { return !Query(sql, Fetch::FirstRow).rows.empty(); }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,20 +8,11 @@
 
 #include "database/database_error.h"
 #include "database/driver.h"
-#include "runtime/date.h"
 #include "runtime/value.h"
 
 namespace ktl {
 
 class StatementLog;
-
-// Who speaks through a connection: what HOST_NAME() answers and whom the host's procedures take for signed
-// on.
-struct ClientIdentity {
-  std::string hostName;
-  std::string userName;
-  std::function<Date()> now;  // the clock that the audit table's time comes from
-};
 
 // The shared database connection. Texts are Transact-SQL; the driver makes of them what its database
 // understands.
@@ -34,9 +24,9 @@ class Connection {
   Connection& operator=(const Connection&) = delete;
 
   // To be set before Open. Seconds; the defaults are 600.
-  void SetConnectionTimeout(int seconds) { connectionTimeout_ = seconds; }
-  void SetCommandTimeout(int seconds) { commandTimeout_ = seconds; }
-  void SetClient(ClientIdentity client) { client_ = std::move(client); }
+  void SetConnectionTimeout(int seconds) { settings_.connectionTimeout = seconds; }
+  void SetCommandTimeout(int seconds) { settings_.commandTimeout = seconds; }
+  void SetClient(ClientIdentity client) { settings_.client = std::move(client); }
   // A file to which every statement goes as it was said, one a line: microseconds, rows, text. "" for none.
   void SetStatementLog(const std::string& file);
 
@@ -53,6 +43,9 @@ class Connection {
   std::int64_t Execute(std::string_view sql);
   // The rows of a query; of a batch, those of its first query.
   ResultSet Query(std::string_view sql, Fetch fetch = Fetch::AllRows, bool updatable = false);
+  // The same with an equivalent for the embedded store.
+  std::int64_t Execute(const StatementTwin& twin);
+  ResultSet Query(const StatementTwin& twin, Fetch fetch = Fetch::AllRows);
   // Field 0 of the first row; nothing when there is no row. Steps once.
   std::optional<Value> FirstValue(std::string_view sql);
   bool HasRows(std::string_view sql);
@@ -72,9 +65,7 @@ class Connection {
   template <typename Work, typename Rows>
   auto Timed(std::string_view sql, Work work, Rows rows);
 
-  int connectionTimeout_ = 600;
-  int commandTimeout_ = 600;
-  ClientIdentity client_;
+  ConnectionSettings settings_;
   std::unique_ptr<Driver> driver_;
   std::unique_ptr<StatementLog> log_;
 };

@@ -1,27 +1,29 @@
 #pragma once
 
+#include <any>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "runtime/date.h"
 #include "runtime/value.h"
 
 namespace ktl {
 
-// The row that an updatable recordset stands on, as its driver knows it again.
-using RowKey = std::int64_t;
+// A row of an updatable result, as its driver knows it again; what is in it is the driver's own affair.
+using RowKey = std::any;
 
-struct ResultRow {
-  std::vector<Value> values;
-  RowKey key = 0;
-};
+using ResultRow = std::vector<Value>;
 
 struct ResultSet {
   std::vector<std::string> columns;  // in the spelling of the query
   std::vector<ResultRow> rows;
-  std::string baseTable;  // of an updatable result, else empty
+  // Of an updatable result, else empty: its table, and a key for each row.
+  std::string baseTable;
+  std::vector<RowKey> keys;
 };
 
 struct Assignment {
@@ -30,6 +32,8 @@ struct Assignment {
 };
 
 enum class Fetch { AllRows, FirstRow, NoRows };
+
+struct StatementTwin;
 
 // One database behind a connection. Texts are Transact-SQL. Every failure is a DatabaseError.
 class Driver {
@@ -40,15 +44,36 @@ class Driver {
   virtual ResultSet Query(std::string_view sql, Fetch fetch, bool updatable) = 0;
   virtual std::int64_t Execute(std::string_view sql) = 0;
   virtual std::string Explain(std::string_view sql) = 0;
+  // The text of the twin that this database is to get.
+  virtual std::string_view Choose(const StatementTwin& twin) = 0;
 
   // Texts assigned to date columns are read day first and stored as dates. Columns not named stay null.
   virtual RowKey InsertRow(const std::string& table, const std::vector<Assignment>& values) = 0;
-  virtual void UpdateRow(const std::string& table, RowKey key, const std::vector<Assignment>& values) = 0;
+  virtual void UpdateRow(const std::string& table, const RowKey& key,
+                         const std::vector<Assignment>& values) = 0;
 
   virtual void Begin() = 0;
   virtual void Commit() = 0;
   virtual void Rollback() = 0;
   virtual bool InTransaction() const = 0;
 };
+
+// Who speaks through a connection: what HOST_NAME() answers and whom the host's procedures take for signed
+// on.
+struct ClientIdentity {
+  std::string hostName;
+  std::string userName;
+  std::function<Date()> now;  // the clock that the audit table's time comes from
+};
+
+struct ConnectionSettings {
+  std::string connectionString;
+  int connectionTimeout = 600;  // seconds
+  int commandTimeout = 600;
+  ClientIdentity client;
+};
+
+// The driver of the provider that the connection string names, with its database open.
+std::unique_ptr<Driver> OpenDriver(const ConnectionSettings& settings);
 
 }  // namespace ktl

@@ -17,11 +17,27 @@ void Recordset::Open(Connection& cn, std::string_view sql, OpenMode mode) {
   mode_ = mode;
 }
 
+void Recordset::Open(Connection& cn, const StatementTwin& twin) {
+  Close();
+  result_ = cn.Query(twin);
+  cn_ = &cn;
+}
+
 void Recordset::Close() { *this = Recordset(); }
 
+// Every row is asked for the same fields in the same order.
 std::size_t Recordset::IndexOf(std::string_view field) const {
-  for (std::size_t i = 0; i < result_.columns.size(); ++i)
-    if (tsql::SameWord(result_.columns[i], field)) return i;
+  if (askedBehind_.empty()) askedBehind_.resize(result_.columns.size());
+  if (lastAsked_ < askedBehind_.size()) {
+    const std::size_t guess = askedBehind_[lastAsked_];
+    const std::string& column = result_.columns[guess];
+    if (column == field || tsql::SameWord(column, field)) return lastAsked_ = guess;
+  }
+  for (std::size_t i = 0; i < result_.columns.size(); ++i) {
+    if (!tsql::SameWord(result_.columns[i], field)) continue;
+    askedBehind_[lastAsked_] = i;
+    return lastAsked_ = i;
+  }
   throw DatabaseError(fmt::format("Item cannot be found in the collection: {}.", field), kNoSuchFieldError);
 }
 
@@ -37,25 +53,30 @@ const Value& Recordset::operator[](std::size_t index) const {
   if (index >= result_.columns.size())
     throw DatabaseError(fmt::format("Item cannot be found in the collection: {}.", index), kNoSuchFieldError);
   if (Eof()) throw DatabaseError("There is no current record.", kNoCurrentRowError);
-  return result_.rows[position_].values[index];
+  return result_.rows[position_][index];
 }
 
 bool Recordset::Find(std::string_view field, std::string_view text) {
   const std::size_t index = IndexOf(field);
   for (; !Eof(); MoveNext()) {
-    const Value& value = result_.rows[position_].values[index];
+    const Value& value = result_.rows[position_][index];
     if (!value.IsNull() && EqualsNoCase(value.ToText(), text)) return true;
   }
   return false;
 }
 
+void Recordset::RequireWritable() const {
+  if (mode_ == OpenMode::ReadOnly) throw DatabaseError("The recordset was opened for reading only.", 3251);
+}
+
 void Recordset::AddNew() {
+  RequireWritable();
   pending_.clear();
   adding_ = true;
 }
 
 void Recordset::Set(std::string_view field, Value value) {
-  if (mode_ == OpenMode::ReadOnly) throw DatabaseError("The recordset was opened for reading only.", 3251);
+  RequireWritable();
   const std::size_t index = IndexOf(field);
   if (!adding_ && Eof()) throw DatabaseError("There is no current record.", kNoCurrentRowError);
   const std::string& column = result_.columns[index];
@@ -71,15 +92,16 @@ void Recordset::Update() {
   if (!adding_ && pending_.empty()) return;
   const auto values = std::exchange(pending_, {});
   if (!std::exchange(adding_, false)) {
-    cn_->driver().UpdateRow(result_.baseTable, result_.rows[position_].key, values);
+    cn_->driver().UpdateRow(result_.baseTable, result_.keys[position_], values);
   } else {
-    const RowKey key = cn_->driver().InsertRow(result_.baseTable, values);
+    RowKey key = cn_->driver().InsertRow(result_.baseTable, values);
     if (mode_ == OpenMode::AddOnly) return;
     position_ = result_.rows.size();
-    result_.rows.push_back({std::vector<Value>(result_.columns.size(), Null{}), key});
+    result_.rows.emplace_back(result_.columns.size(), Null{});
+    result_.keys.push_back(std::move(key));
   }
   for (const auto& assignment : values)
-    result_.rows[position_].values[IndexOf(assignment.column)] = assignment.value;
+    result_.rows[position_][IndexOf(assignment.column)] = assignment.value;
 }
 
 }  // namespace ktl

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "database/connection.h"
 #include "database/driver.h"
@@ -22,8 +23,13 @@ class Recordset {
  public:
   Recordset() = default;
   Recordset(Connection& cn, std::string_view sql, OpenMode mode = OpenMode::ReadOnly) { Open(cn, sql, mode); }
+  // Rows that were read before.
+  explicit Recordset(ResultSet rows) : result_(std::move(rows)) {}
+
+  Recordset(Connection& cn, const StatementTwin& twin) { Open(cn, twin); }
 
   void Open(Connection& cn, std::string_view sql, OpenMode mode = OpenMode::ReadOnly);
+  void Open(Connection& cn, const StatementTwin& twin);
   void Close();
   bool IsOpen() const { return cn_ != nullptr; }
 
@@ -49,6 +55,7 @@ class Recordset {
   void Update();
 
  private:
+  void RequireWritable() const;
   std::size_t IndexOf(std::string_view field) const;
 
   Connection* cn_ = nullptr;
@@ -57,6 +64,9 @@ class Recordset {
   std::size_t position_ = 0;
   bool adding_ = false;
   std::vector<Assignment> pending_;
+  // Which field was asked for behind each, found by its name.
+  mutable std::vector<std::size_t> askedBehind_;
+  mutable std::size_t lastAsked_ = 0;
 };
 
 }  // namespace ktl

@@ -1,3 +1,4 @@
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -32,6 +33,7 @@ class CheckBoxBinding final : public Binding {
     MirrorCaption(control_.caption, box_);
     if (box_.isChecked() != control_.Value()) box_.setChecked(control_.Value());
   }
+  bool IsField() const override { return true; }
 
  private:
   CheckBox& control_;
@@ -39,10 +41,24 @@ class CheckBoxBinding final : public Binding {
   ColourMirror colours_;
 };
 
+// Tab and Enter come to a group at its chosen button, or at the first one while none is chosen; the arrow
+// keys choose within it.
+bool IsEntranceOfGroup(const OptionButton& button) {
+  const OptionButton* entrance = nullptr;
+  for (const Control* control : button.screen().Controls()) {
+    if (control->kind() != ControlKind::OptionButton || !control->IsUsable()) continue;
+    const auto* option = static_cast<const OptionButton*>(control);
+    if (option->group() != button.group()) continue;
+    if (!entrance || option->Value()) entrance = option;
+  }
+  return entrance == &button;
+}
+
 class OptionButtonBinding final : public Binding {
  public:
-  OptionButtonBinding(OptionButton& control, QRadioButton& radio, Dispatcher& dispatcher)
-      : control_(control), radio_(radio) {
+  OptionButtonBinding(OptionButton& control, QRadioButton& radio, QButtonGroup& group, Dispatcher& dispatcher)
+      : control_(control), radio_(radio), group_(group) {
+    group.addButton(&radio);
     QObject::connect(&radio, &QRadioButton::toggled, &radio, [this, &dispatcher](bool on) {
       if (on && !dispatcher.IsMirroring()) dispatcher.Run([this] { control_.SetValue(true); });
     });
@@ -52,15 +68,19 @@ class OptionButtonBinding final : public Binding {
     MirrorState(control_, radio_);
     colours_.Mirror(control_, radio_);
     MirrorCaption(control_.caption, radio_);
-    if (radio_.isChecked() == control_.Value()) return;
-    radio_.setAutoExclusive(false);  // else the set one of a group cannot be cleared
-    radio_.setChecked(control_.Value());
-    radio_.setAutoExclusive(true);
+    if (radio_.isChecked() != control_.Value()) {
+      group_.setExclusive(false);  // else the chosen one of a group cannot be cleared
+      radio_.setChecked(control_.Value());
+      group_.setExclusive(true);
+    }
+    radio_.setFocusPolicy(IsEntranceOfGroup(control_) ? Qt::StrongFocus : Qt::ClickFocus);
   }
+  bool IsField() const override { return true; }
 
  private:
   OptionButton& control_;
   QRadioButton& radio_;
+  QButtonGroup& group_;
   ColourMirror colours_;
 };
 
@@ -171,8 +191,10 @@ std::unique_ptr<Binding> BindCheckBox(CheckBox& control, QWidget& widget, Dispat
   return Bind<CheckBoxBinding, QCheckBox>(control, widget, dispatcher);
 }
 
-std::unique_ptr<Binding> BindOptionButton(OptionButton& control, QWidget& widget, Dispatcher& dispatcher) {
-  return Bind<OptionButtonBinding, QRadioButton>(control, widget, dispatcher);
+std::unique_ptr<Binding> BindOptionButton(OptionButton& control, QWidget& widget, QButtonGroup& group,
+                                          Dispatcher& dispatcher) {
+  auto* radio = qobject_cast<QRadioButton*>(&widget);
+  return radio ? std::make_unique<OptionButtonBinding>(control, *radio, group, dispatcher) : nullptr;
 }
 
 std::unique_ptr<Binding> BindButton(Button& control, QWidget& widget, Dispatcher& dispatcher) {

@@ -1,77 +1,34 @@
-#include <QAbstractItemView>
-#include <QAbstractListModel>
-#include <QAbstractProxyModel>
 #include <QComboBox>
-#include <QCompleter>
-#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QTimer>
+#include <QStyle>
 
 #include "desktop/binding.h"
 #include "desktop/dispatcher.h"
+#include "desktop/list_rows.h"
+#include "desktop/suggestions.h"
 #include "runtime/text.h"
 
 namespace ktl {
 namespace {
 
-// The rows as they were when the widget was last brought up to date.
-class ListRows final : public QAbstractListModel {
- public:
-  int rowCount(const QModelIndex& parent = {}) const override {
-    return parent.isValid() ? 0 : int(rows_.size());
-  }
-  QVariant data(const QModelIndex& index, int role) const override {
-    if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole)) return {};
-    return ToQt(rows_[std::size_t(index.row())].text);
-  }
-  const std::vector<ListRow>& Rows() const { return rows_; }
-  void Take(const std::vector<ListRow>& rows) {
-    if (rows_ == rows) return;
-    beginResetModel();
-    rows_ = rows;
-    endResetModel();
-  }
-
- private:
-  std::vector<ListRow> rows_;
-};
-
-// Sees Enter before the list of suggestions does, which would only close itself on it.
-class SuggestionKeys final : public QObject {
- public:
-  explicit SuggestionKeys(QComboBox& combo) : combo_(combo) {}
-
-  bool eventFilter(QObject* target, QEvent* event) override {
-    if (event->type() != QEvent::KeyPress) return false;
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    if (key != Qt::Key_Return && key != Qt::Key_Enter) return false;
-    auto* list = static_cast<QAbstractItemView*>(target);
-    const auto* suggestions = static_cast<const QAbstractProxyModel*>(combo_.completer()->completionModel());
-    const QModelIndex chosen = suggestions->mapToSource(list->currentIndex());
-    list->hide();
-    if (chosen.isValid()) combo_.setCurrentIndex(chosen.row());
-    QTimer::singleShot(0, &combo_, [this] {
-      QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-      QCoreApplication::sendEvent(&combo_, &enter);
-    });
-    return true;
-  }
-
- private:
-  QComboBox& combo_;
-};
+constexpr int kListWidthWithBeside = 360;
 
 class ComboBoxBinding final : public Binding {
  public:
   ComboBoxBinding(ComboBox& control, QComboBox& combo, Dispatcher& dispatcher)
-      : control_(control), combo_(combo), dispatcher_(dispatcher), suggestionKeys_(combo) {
+      : control_(control),
+        combo_(combo),
+        dispatcher_(dispatcher),
+        rows_(control),
+        suggestions_(combo, rows_) {
     combo_.setEditable(control_.editable);
     combo_.setModel(&rows_);
     combo_.setInsertPolicy(QComboBox::NoInsert);
     combo_.setMaxVisibleItems(16);
     combo_.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    if (control_.editable) SetSuggestions();
+    SetUpList();
+    if (control_.editable) SetUpSuggestions();
     QObject::connect(&combo_, &QComboBox::editTextChanged, &combo_,
                      [this](const QString& text) { Typed(text); });
     QObject::connect(&combo_, &QComboBox::currentIndexChanged, &combo_, [this](int row) {
@@ -82,7 +39,7 @@ class ComboBoxBinding final : public Binding {
   void Mirror() override {
     MirrorState(control_, combo_);
     colours_.Mirror(control_, combo_);
-    rows_.Take(control_.Rows());
+    rows_.Take();
     MirrorText();
     QLineEdit* edit = combo_.lineEdit();
     if (!edit) return;
@@ -96,8 +53,11 @@ class ComboBoxBinding final : public Binding {
         return !combo_.hasFocus() || control_.locked;
       case QEvent::MouseButtonPress:
         return control_.locked;
+      case QEvent::FocusOut:
+        suggestions_.hide();
+        return false;
       case QEvent::KeyPress:
-        return control_.locked && ChangesText(static_cast<QKeyEvent&>(event));
+        return KeyPress(static_cast<QKeyEvent&>(event));
       default:
         return false;
     }
@@ -107,6 +67,7 @@ class ComboBoxBinding final : public Binding {
     return !edit || (edit->cursorPosition() == 0 && !edit->hasSelectedText());
   }
   Handler LeaveHandler() const override { return control_.onLeave; }
+  bool IsField() const override { return !control_.locked; }
   void SelectText() override {
     if (combo_.lineEdit()) combo_.lineEdit()->selectAll();
   }
@@ -117,12 +78,59 @@ class ComboBoxBinding final : public Binding {
            key.key() == Qt::Key_F4 || key.key() == Qt::Key_PageUp || key.key() == Qt::Key_PageDown;
   }
 
-  void SetSuggestions() {
-    QCompleter* completer = combo_.completer();
-    completer->setCompletionMode(QCompleter::PopupCompletion);
-    completer->setFilterMode(Qt::MatchContains);
-    completer->setCaseSensitivity(Qt::CaseInsensitive);
-    completer->popup()->installEventFilter(&suggestionKeys_);
+  void SetUpList() {
+    combo_.setItemDelegate(&delegate_);
+    if (auto* list = qobject_cast<QListView*>(combo_.view())) list->setUniformItemSizes(true);
+    if (control_.beside) combo_.view()->setMinimumWidth(kListWidthWithBeside);
+  }
+  void SetUpSuggestions() {
+    combo_.setCompleter(nullptr);
+    suggestions_.chosen = [this](int row) { Choose(row); };
+    QObject::connect(combo_.lineEdit(), &QLineEdit::textEdited, &combo_, [this](const QString& text) {
+      edited_ = true;
+      Offer(text.toStdString());
+    });
+  }
+
+  // What is typed is searched at every key. A text that only one row has needs no list any more.
+  void Offer(const std::string& typed) {
+    rows_.Take();
+    std::vector<int> holding = typed.empty() ? std::vector<int>() : rows_.Holding(typed);
+    MarkUnknown(!typed.empty() && holding.empty());
+    const bool settled = holding.size() == 1 && rows_.Having(typed).size() == 1;
+    suggestions_.Offer(settled ? std::vector<int>() : std::move(holding));
+  }
+  void MarkUnknown(bool unknown) {
+    if (combo_.property("unknown").toBool() == unknown) return;
+    combo_.setProperty("unknown", unknown);
+    combo_.style()->unpolish(&combo_);
+    combo_.style()->polish(&combo_);
+  }
+
+  bool KeyPress(const QKeyEvent& key) {
+    if (control_.locked) return ChangesText(key);
+    const bool ends = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter || key.key() == Qt::Key_Tab;
+    if (ends) return !TakeTyped();
+    return suggestions_.isVisible() && suggestions_.PassKey(key.key());
+  }
+
+  // The marked row, or the only one that can be meant. False when several can: their list is open then.
+  bool TakeTyped() {
+    const int marked = suggestions_.MarkedRow();
+    if (marked >= 0) return Choose(marked);
+    if (!edited_) return true;
+    const std::string typed = combo_.currentText().toStdString();
+    if (typed.empty()) return true;
+    std::vector<int> meant = rows_.Having(typed);
+    if (meant.empty()) meant = rows_.Holding(typed);
+    if (meant.size() == 1) return Choose(meant.front());
+    suggestions_.Offer(meant);
+    return meant.empty();
+  }
+  bool Choose(int row) {
+    suggestions_.hide();
+    Chosen(static_cast<std::size_t>(row));
+    return true;
   }
 
   // A choice in the list shows its text before the combo box tells of it.
@@ -134,6 +142,8 @@ class ComboBoxBinding final : public Binding {
   }
   void Chosen(std::size_t row) {
     if (dispatcher_.IsMirroring()) return;
+    edited_ = false;
+    MarkUnknown(false);
     dispatcher_.Run([this, row] {
       if (row < control_.Rows().size()) control_.ChooseRow(row);
     });
@@ -142,14 +152,15 @@ class ComboBoxBinding final : public Binding {
   void MirrorText() {
     const std::string& text = control_.Text();
     const int row = RowOf(text);
-    if (combo_.currentIndex() != row) combo_.setCurrentIndex(row);
-    if (!control_.editable) return;
-    const QString shown = ToQt(text);
-    if (combo_.currentText() == shown) return;
     QLineEdit* edit = combo_.lineEdit();
-    const int cursor = edit->cursorPosition();
-    combo_.setEditText(shown);
-    edit->setCursorPosition(std::min(cursor, int(shown.size())));
+    const int cursor = edit ? edit->cursorPosition() : 0;  // another row, and none too, moves it
+    const QString shown = ToQt(text);
+    if (combo_.currentText() != shown) edited_ = false;
+    if (combo_.currentIndex() != row) combo_.setCurrentIndex(row);
+    if (!edit) return;
+    if (combo_.currentText() != shown) combo_.setEditText(shown);
+    if (row >= 0 || text.empty()) MarkUnknown(false);
+    if (edit->cursorPosition() != cursor) edit->setCursorPosition(std::min(cursor, int(shown.size())));
   }
 
   // Of several rows with the same text the one that is bound.
@@ -169,8 +180,10 @@ class ComboBoxBinding final : public Binding {
   QComboBox& combo_;
   Dispatcher& dispatcher_;
   ListRows rows_;
-  SuggestionKeys suggestionKeys_;
+  BesideDelegate delegate_;
+  Suggestions suggestions_;
   ColourMirror colours_;
+  bool edited_ = false;  // typed into since a row was chosen
 };
 
 }  // namespace

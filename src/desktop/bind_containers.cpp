@@ -2,6 +2,7 @@
 #include <QProgressBar>
 #include <QTabWidget>
 #include <QTimer>
+#include <utility>
 
 #include "desktop/binding.h"
 #include "desktop/dispatcher.h"
@@ -83,12 +84,14 @@ class TimerBinding final : public Binding {
   void Mirror() override {
     if (timer_.interval() != control_.intervalMs) timer_.setInterval(control_.intervalMs);
     const bool runs = control_.enabled && control_.intervalMs > 0;
-    if (timer_.isActive() != runs) runs ? timer_.start() : timer_.stop();
+    const bool anew = std::exchange(starts_, control_.Starts()) != control_.Starts();
+    if (timer_.isActive() != runs || (runs && anew)) runs ? timer_.start() : timer_.stop();
   }
 
  private:
   Timer& control_;
   QTimer timer_;
+  int starts_ = 0;
 };
 
 }  // namespace

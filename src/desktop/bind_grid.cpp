@@ -54,6 +54,7 @@ class GridBinding final : public Binding {
   void Mirror() override {
     MirrorState(control_, view_);
     if (model_.Take()) {
+      delegate_.framesCurrentCell = model_.HasEditedColumn();
       for (int i = 0; i < model_.columnCount(); ++i) view_.setColumnHidden(i, model_.Column(i).hidden);
       hiddenRows_.clear();
       ShareWidth();
@@ -75,8 +76,12 @@ class GridBinding final : public Binding {
   void RaiseRowClick();
   void Edited(std::size_t row, std::size_t column, const std::string& text);
   void DblClicked(const QModelIndex& index);
+  void AddCopies(QMenu& menu, const QModelIndex& cell);
   void ShowMenu(const QPoint& place);
-  void Copy(CopyRange range) { QGuiApplication::clipboard()->setText(CopiedText(view_, model_, range)); }
+  void SetSelectionMode();
+  void MoveBelow();
+  void Paste();
+  void Copy(const QString& text) { QGuiApplication::clipboard()->setText(text); }
 
   Grid& control_;
   QTableView& view_;
@@ -91,8 +96,7 @@ class GridBinding final : public Binding {
 void GridBinding::SetUpView() {
   view_.setModel(&model_);
   view_.setItemDelegate(&delegate_);
-  view_.setSelectionBehavior(QAbstractItemView::SelectRows);
-  view_.setSelectionMode(QAbstractItemView::ExtendedSelection);
+  SetSelectionMode();
   view_.setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
                         QAbstractItemView::AnyKeyPressed | QAbstractItemView::EditKeyPressed);
   view_.setAlternatingRowColors(true);
@@ -107,11 +111,24 @@ void GridBinding::SetUpView() {
   view_.horizontalHeader()->setHighlightSections(false);
 }
 
+// Cells where blocks of them are pasted; one row where a click on it shows what it stands for; else rows.
+void GridBinding::SetSelectionMode() {
+  view_.setSelectionBehavior(control_.onPaste ? QAbstractItemView::SelectItems
+                                              : QAbstractItemView::SelectRows);
+  const bool oneRow = control_.onRowClick && !control_.onPaste;
+  view_.setSelectionMode(oneRow ? QAbstractItemView::SingleSelection : QAbstractItemView::ExtendedSelection);
+}
+
 void GridBinding::Connect() {
   model_.edited = [this](std::size_t row, std::size_t column, std::string text) {
     ticked_ = model_.TypeOf(model_.index(int(row), int(column))) == CellType::Tick;
     // The editor is still open: what the screen does about it waits until it is closed.
     dispatcher_.Later(control_.screen(), [=, this] { Edited(row, column, text); });
+  };
+  delegate_.entered = [this] {
+    dispatcher_.Later(control_.screen(), [this, row = view_.currentIndex().row()] {
+      if (view_.currentIndex().row() == row) MoveBelow();
+    });
   };
   QObject::connect(
       view_.selectionModel(), &QItemSelectionModel::currentChanged, &view_,
@@ -136,7 +153,7 @@ bool GridBinding::Filter(QEvent& event) {
       view_.update();
       return true;
     case QEvent::MouseMove:  // no selecting by dragging: a row that is active without a click would mislead
-      return static_cast<QMouseEvent&>(event).buttons() != Qt::NoButton;
+      return !control_.onPaste && static_cast<QMouseEvent&>(event).buttons() != Qt::NoButton;
     case QEvent::MouseButtonRelease:
       if (view_.indexAt(static_cast<QMouseEvent&>(event).position().toPoint()) != view_.currentIndex() &&
           rowMoved_) {
@@ -154,28 +171,38 @@ bool GridBinding::Filter(QEvent& event) {
 bool GridBinding::KeyPress(const QKeyEvent& key) {
   if (!view_.hasFocus()) return false;  // on its way up from the editor of a cell
   if (key.matches(QKeySequence::Copy)) {
-    Copy(view_.selectionModel()->hasSelection() ? CopyRange::SelectedRows : CopyRange::AllRows);
+    Copy(CopiedSelection(view_, model_));
     return true;
   }
   if (key.key() == Qt::Key_C && key.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) {
-    Copy(CopyRange::AllRows);
+    Copy(CopiedText(view_, model_, CopyRange::AllRows));
     return true;
   }
   const QModelIndex current = view_.currentIndex();
-  if (key.matches(QKeySequence::Paste) && control_.onPaste && current.isValid()) {
-    const auto row = static_cast<std::size_t>(current.row());
-    const auto column = static_cast<std::size_t>(current.column());
-    const std::string block = QGuiApplication::clipboard()->text().toStdString();
-    dispatcher_.Run([this, row, column, block] { control_.onPaste({row, column, row, column}, block); });
+  if (!current.isValid()) return false;
+  if (key.matches(QKeySequence::Paste) && control_.onPaste) {
+    Paste();
     return true;
   }
-  if ((key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) || !current.isValid()) return false;
-  if (current.flags() & Qt::ItemIsEditable) {
-    view_.edit(current);
-  } else {
+  if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
+  if (control_.onDblClick && !(current.flags() & (Qt::ItemIsEditable | Qt::ItemIsUserCheckable))) {
     DblClicked(current);
+  } else {
+    MoveBelow();
   }
   return true;
+}
+
+void GridBinding::Paste() {
+  const std::string block = QGuiApplication::clipboard()->text().toStdString();
+  dispatcher_.Run([this, range = SelectedRange(view_), block] { control_.onPaste(range, block); });
+}
+
+void GridBinding::MoveBelow() {
+  const QModelIndex current = view_.currentIndex();
+  int row = current.row() + 1;
+  while (row < model_.rowCount() && view_.isRowHidden(row)) ++row;
+  if (row < model_.rowCount()) view_.setCurrentIndex(model_.index(row, current.column()));
 }
 
 void GridBinding::ShareWidth() {
@@ -258,16 +285,25 @@ void GridBinding::DblClicked(const QModelIndex& index) {
   });
 }
 
+void GridBinding::AddCopies(QMenu& menu, const QModelIndex& cell) {
+  QAction* one = menu.addAction(QStringLiteral("Copy Cell"));
+  one->setEnabled(cell.isValid());
+  QObject::connect(one, &QAction::triggered, &menu, [this, cell] { Copy(CellText(model_, cell)); });
+  QAction* selected = menu.addAction(QStringLiteral("Copy Selected Rows"));
+  selected->setEnabled(view_.selectionModel()->hasSelection());
+  QObject::connect(selected, &QAction::triggered, &menu,
+                   [this] { Copy(CopiedText(view_, model_, CopyRange::SelectedRows)); });
+  QAction* all = menu.addAction(QStringLiteral("Copy All Rows\tCtrl+Shift+C"));
+  QObject::connect(all, &QAction::triggered, &menu,
+                   [this] { Copy(CopiedText(view_, model_, CopyRange::AllRows)); });
+}
+
 void GridBinding::ShowMenu(const QPoint& place) {
   if (rowMoved_) dispatcher_.Run([this] { RaiseRowClick(); });
   QMenu menu(&view_);
   FillMenu(menu, control_.popup, dispatcher_);
   if (!menu.isEmpty()) menu.addSeparator();
-  QAction* selected = menu.addAction(QStringLiteral("Copy Selected Rows\tCtrl+C"));
-  selected->setEnabled(view_.selectionModel()->hasSelection());
-  QObject::connect(selected, &QAction::triggered, &menu, [this] { Copy(CopyRange::SelectedRows); });
-  QAction* all = menu.addAction(QStringLiteral("Copy All Rows\tCtrl+Shift+C"));
-  QObject::connect(all, &QAction::triggered, &menu, [this] { Copy(CopyRange::AllRows); });
+  AddCopies(menu, view_.indexAt(place));
   menu.exec(view_.viewport()->mapToGlobal(place));
 }
 

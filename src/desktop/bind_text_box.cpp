@@ -25,6 +25,7 @@ class TextBoxBinding : public Binding {
     return event.type() == QEvent::MouseButtonDblClick && RaiseDblClick();
   }
   Handler LeaveHandler() const override { return control_.onLeave; }
+  bool IsField() const override { return !control_.locked; }
 
  protected:
   virtual void Insert(QChar character) = 0;

@@ -9,6 +9,7 @@
 #include "screen/grid.h"
 #include "screen/screen.h"
 
+class QButtonGroup;
 class QEvent;
 class QMenu;
 class QWidget;
@@ -27,6 +28,8 @@ class Binding {
   // An event on its way to the widget; true takes it away.
   virtual bool Filter(QEvent&) { return false; }
   virtual bool EnterMovesOn() const { return true; }
+  // What Enter goes to: fields that can be changed now, one of a group of options.
+  virtual bool IsField() const { return false; }
   // Where Backspace has nothing to delete and moves to the field before.
   virtual bool IsAtStart() const { return false; }
   // What is called when the focus went to another control; empty for most.
@@ -39,7 +42,9 @@ std::unique_ptr<Binding> BindTextBox(TextBox& control, QWidget& widget, Dispatch
 std::unique_ptr<Binding> BindComboBox(ComboBox& control, QWidget& widget, Dispatcher& dispatcher);
 std::unique_ptr<Binding> BindListBox(ListBox& control, QWidget& widget, Dispatcher& dispatcher);
 std::unique_ptr<Binding> BindCheckBox(CheckBox& control, QWidget& widget, Dispatcher& dispatcher);
-std::unique_ptr<Binding> BindOptionButton(OptionButton& control, QWidget& widget, Dispatcher& dispatcher);
+// The buttons of one group of the screen share the button group, wherever the form has them.
+std::unique_ptr<Binding> BindOptionButton(OptionButton& control, QWidget& widget, QButtonGroup& group,
+                                          Dispatcher& dispatcher);
 std::unique_ptr<Binding> BindButton(Button& control, QWidget& widget, Dispatcher& dispatcher);
 std::unique_ptr<Binding> BindLabel(Label& control, QWidget& widget, Dispatcher& dispatcher);
 std::unique_ptr<Binding> BindFrame(Frame& control, QWidget& widget);

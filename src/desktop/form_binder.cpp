@@ -36,8 +36,10 @@ std::unique_ptr<Binding> FormBinder::Bind(Control& control, QWidget& widget) {
       return BindListBox(static_cast<ListBox&>(control), widget, dispatcher_);
     case ControlKind::CheckBox:
       return BindCheckBox(static_cast<CheckBox&>(control), widget, dispatcher_);
-    case ControlKind::OptionButton:
-      return BindOptionButton(static_cast<OptionButton&>(control), widget, dispatcher_);
+    case ControlKind::OptionButton: {
+      auto& option = static_cast<OptionButton&>(control);
+      return BindOptionButton(option, widget, optionGroups_[option.group()], dispatcher_);
+    }
     case ControlKind::Button:
       return BindButton(static_cast<Button&>(control), widget, dispatcher_);
     case ControlKind::Label:

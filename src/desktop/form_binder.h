@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QButtonGroup>
 #include <map>
 #include <memory>
 #include <string>
@@ -43,6 +44,7 @@ class FormBinder {
   void BindMenus(Screen& screen, QWidget& form);
 
   Dispatcher& dispatcher_;
+  std::map<std::string, QButtonGroup> optionGroups_;
   std::vector<std::unique_ptr<Binding>> bindings_;
   std::map<const QObject*, Bound> byWidget_;
   std::vector<Menu*> looseMenus_;

@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
+#include <utility>
 
 namespace ktl {
 namespace {
@@ -45,7 +46,32 @@ bool Toggles(const QEvent& event, const QRect& cell) {
   return event.type() == QEvent::KeyPress && static_cast<const QKeyEvent&>(event).key() == Qt::Key_Space;
 }
 
+void PaintFrame(QPainter* painter, const QStyleOptionViewItem& option) {
+  painter->save();
+  painter->setPen(QPen(option.palette.color(QPalette::Highlight), 2));
+  painter->drawRect(option.rect.adjusted(1, 1, -1, -1));
+  painter->restore();
+}
+
+bool IsEnter(const QEvent& event) {
+  if (event.type() != QEvent::KeyPress) return false;
+  const int key = static_cast<const QKeyEvent&>(event).key();
+  return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
 }  // namespace
+
+GridDelegate::GridDelegate() {
+  connect(this, &QAbstractItemDelegate::closeEditor, this, [this] {
+    if (std::exchange(enterPressed_, false)) entered();
+  });
+}
+
+// The editor is committed and closed a little later, as the delegate's base does it.
+bool GridDelegate::eventFilter(QObject* editor, QEvent* event) {
+  if (event->type() == QEvent::KeyPress) enterPressed_ = IsEnter(*event);
+  return QStyledItemDelegate::eventFilter(editor, event);
+}
 
 void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
@@ -63,6 +89,7 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   cell.features &= ~QStyleOptionViewItem::HasCheckIndicator;
   style.drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
   if (isTick) PaintTick(painter, option, index, style);
+  if (framesCurrentCell && (option.state & QStyle::State_HasFocus)) PaintFrame(painter, option);
 }
 
 QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,

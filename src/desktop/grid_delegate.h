@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QStyledItemDelegate>
+#include <functional>
 
 namespace ktl {
 
@@ -8,11 +9,21 @@ namespace ktl {
 // click anywhere in a tick cell and the space bar toggle it.
 class GridDelegate final : public QStyledItemDelegate {
  public:
+  bool framesCurrentCell = false;  // where cells are edited it must be seen which one
+  std::function<void()> entered;   // Enter ended an edit; its text is committed by then
+
+  GridDelegate();
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const override;
   bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
+
+ protected:
+  bool eventFilter(QObject* editor, QEvent* event) override;
+
+ private:
+  bool enterPressed_ = false;
 };
 
 }  // namespace ktl

@@ -43,6 +43,11 @@ bool GridModel::IsLocked(const QModelIndex& index) const {
   return !cell || !grid_.IsUsable() || cell->locked.value_or(Column(index.column()).locked);
 }
 
+bool GridModel::HasEditedColumn() const {
+  return std::any_of(columns_.begin(), columns_.end(),
+                     [](const GridColumn& column) { return !column.hidden && !column.locked; });
+}
+
 QVariant GridModel::data(const QModelIndex& index, int role) const {
   const GridCell* cell = CellAt(index);
   if (!cell) return {};

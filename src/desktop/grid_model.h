@@ -24,6 +24,7 @@ class GridModel final : public QAbstractTableModel {
   const GridRow& Row(int row) const { return rows_[std::size_t(row)]; }
   CellType TypeOf(const QModelIndex& index) const;
   bool IsLocked(const QModelIndex& index) const;
+  bool HasEditedColumn() const;  // one that is shown
 
   int rowCount(const QModelIndex& parent = {}) const override {
     return parent.isValid() ? 0 : int(rows_.size());

@@ -42,6 +42,10 @@ QComboBox::down-arrow { image: url(:/look/arrow.xpm); width: 9px; height: 5px; }
 QComboBox::down-arrow:disabled { image: none; }
 QComboBox QAbstractItemView { border: 1px solid #c3ccd8; background: #ffffff; selection-background-color: #2f6fb3; }
 
+#suggestions { border: 1px solid #8fb4dc; border-radius: 0; background: #ffffff;
+               selection-background-color: #2f6fb3; selection-color: #ffffff; }
+QComboBox[unknown="true"] { color: #c23030; }
+
 QPushButton { padding: 5px 12px; border: 1px solid #c3ccd8; border-radius: 5px; background: #ffffff; }
 QPushButton:hover { background: #eaf2fb; border-color: #2f6fb3; }
 QPushButton:pressed { background: #d5e5f6; }
@@ -86,7 +90,7 @@ QPalette Palette() {
                                                                      {QPalette::HighlightedText, "#ffffff"},
                                                                      {QPalette::ToolTipBase, "#fffbe6"},
                                                                      {QPalette::ToolTipText, "#1f2933"},
-                                                                     {QPalette::PlaceholderText, "#9aa5b1"},
+                                                                     {QPalette::PlaceholderText, "#64707d"},
                                                                      {QPalette::Link, "#2f6fb3"}};
   QPalette palette;
   for (const auto& [role, shade] : kShades) palette.setColor(role, QColor(shade));

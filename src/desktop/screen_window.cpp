@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QPushButton>
 #include <QScreen>
 #include <QTabWidget>
 #include <algorithm>
@@ -12,6 +13,27 @@
 #include "desktop/dispatcher.h"
 
 namespace ktl {
+namespace {
+
+// Properties that the forms give to their widgets.
+constexpr const char* kPrimary = "primary";          // a button that its part of the form is filled in for
+constexpr const char* kEnterPasses = "enterPasses";  // a field that is no part of what is entered
+
+// What the widget is filled in for: the primary button of the nearest part of the form that has one.
+QPushButton* PrimaryButtonOf(const QWidget& widget) {
+  for (const QWidget* part = widget.parentWidget(); part; part = part->parentWidget()) {
+    for (auto* button : part->findChildren<QPushButton*>(Qt::FindDirectChildrenOnly)) {
+      if (button->property(kPrimary).toBool()) return button;
+    }
+  }
+  return nullptr;
+}
+
+bool TakesTab(const QWidget& widget) {
+  return widget.isVisible() && widget.isEnabled() && (widget.focusPolicy() & Qt::TabFocus);
+}
+
+}  // namespace
 
 ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispatcher& dispatcher,
                            QWidget* parent)
@@ -100,15 +122,30 @@ bool ScreenWindow::eventFilter(QObject* target, QEvent* event) {
   Binding* binding = binder_->BindingOf(target);
   if (!binding) return QDialog::eventFilter(target, event);
   if (binding->Filter(*event)) return true;
-  if (event->type() != QEvent::KeyPress) return false;
-  return MoveOn(*binding, static_cast<QKeyEvent*>(event)->key());
+  if (event->type() != QEvent::KeyPress || !target->isWidgetType()) return false;
+  return MoveOn(static_cast<QWidget&>(*target), *binding, static_cast<QKeyEvent*>(event)->key());
 }
 
-bool ScreenWindow::MoveOn(const Binding& binding, int key) {
+bool ScreenWindow::MoveOn(QWidget& from, const Binding& binding, int key) {
   const bool on = (key == Qt::Key_Return || key == Qt::Key_Enter) && binding.EnterMovesOn();
   const bool back = key == Qt::Key_Backspace && binding.IsAtStart();
-  if (on || back) focusNextPrevChild(on);
-  return on || back;
+  if (!on && !back) return false;
+  if (QWidget* to = NextField(from, on)) to->setFocus(on ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  return true;
+}
+
+// The next field, or the one before, that is filled in with this one; behind the last one the button that
+// they are filled in for. Null for nowhere to go.
+QWidget* ScreenWindow::NextField(const QWidget& from, bool on) const {
+  QPushButton* const primary = PrimaryButtonOf(from);
+  const auto step = [on](const QWidget* w) { return on ? w->nextInFocusChain() : w->previousInFocusChain(); };
+  for (QWidget* next = step(&from); next != this && next != &from; next = step(next)) {
+    const Binding* binding = binder_->BindingOf(next);
+    if (!binding || !binding->IsField() || !TakesTab(*next) || next->property(kEnterPasses).toBool())
+      continue;
+    if (PrimaryButtonOf(*next) == primary) return next;
+  }
+  return on && primary && TakesTab(*primary) ? primary : nullptr;
 }
 
 }  // namespace ktl

@@ -38,7 +38,8 @@ class ScreenWindow final : public QDialog {
   void Close();
   void SetUpBand();
   void FitOnDesk();
-  bool MoveOn(const Binding& binding, int key);
+  bool MoveOn(QWidget& from, const Binding& binding, int key);
+  QWidget* NextField(const QWidget& from, bool on) const;
 
   Screen& screen_;
   Dispatcher& dispatcher_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "formula/day_count.h"
@@ -11,7 +12,8 @@ struct Session;
 // Day counts of an employee from the attendance tables. Nothing is caught: failing statements throw.
 class clsNODNDP final {
  public:
-  explicit clsNODNDP(Session& session) : session_(session) {}
+  explicit clsNODNDP(Session& session);
+  clsNODNDP(Session& session, std::shared_ptr<EmployeeReads> reads);
 
   DayCounts SetNODNDP(const DayRequest& request);
   // The month figure of a head: with the rotation rows of an employee, and without.
@@ -34,6 +36,7 @@ class clsNODNDP final {
   DaySources SourcesOf(const DayRequest& request);
 
   Session& session_;
+  std::shared_ptr<EmployeeReads> reads_;
 };
 
 }  // namespace ktl

@@ -4,12 +4,22 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "common/month_year.h"
-#include "database/recordset.h"
+#include "formula/employee_reads.h"
 #include "frame/session.h"
 
 namespace ktl {
+
+namespace {
+
+struct LoadedHead {
+  AttHeadSettings settings;
+  AttHeadOptions options;
+};
+
+}  // namespace
 
 struct clsNODNDPCALC::LeaveDay {
   long kind;
@@ -21,6 +31,12 @@ struct clsNODNDPCALC::LeaveDay {
     return selection == LeaveSelection::NotPresent || affectsSalary;
   }
 };
+
+clsNODNDPCALC::clsNODNDPCALC(Session& session, modAttSetting& settings)
+    : clsNODNDPCALC(session, settings, std::make_shared<EmployeeReads>(session.data)) {}
+
+clsNODNDPCALC::clsNODNDPCALC(Session& session, modAttSetting& settings, std::shared_ptr<EmployeeReads> reads)
+    : session_(session), settings_(settings), reads_(std::move(reads)), attendance_(session, reads_) {}
 
 DayCounts clsNODNDPCALC::SetNODNDP(const DayRequest& request) {
   Update_MonthYear();
@@ -43,7 +59,7 @@ DayCounts clsNODNDPCALC::SetNODNDP(const DayRequest& request) {
            },
        .dailyLeave =
            [&](LeaveSelection selection) {
-             if (!leave) leave = ReadLeave(served, holidays);
+             if (!leave) leave = ReadLeave(request, served.period, holidays);
              double days = 0;
              for (const LeaveDay& day : *leave) days += day.IsOf(selection) ? day.days : 0;
              return days;
@@ -63,11 +79,11 @@ double clsNODNDPCALC::FnDblGetHolAndLeave(long lngAttHeadID, const DayRange& ran
     settings_.LoadHeadOptions(lngAttHeadID);
     return HolidaysOf(lngAttHeadID, lngEmpID, range).Count(kind, range, settings_.options.HOLPRIORITY != 0);
   }
-  return ReadValue(
-             session_.Cn,
-             fmt::format("SELECT SUM(FIRSTHALFYN)/2.0 + SUM(SECONDHALFYN)/2.0 FROM LEV_DETAILS WHERE "
+  return reads_
+      ->Read(fmt::format("SELECT SUM(FIRSTHALFYN)/2.0 + SUM(SECONDHALFYN)/2.0 FROM LEV_DETAILS WHERE "
                          "EMPID = {} AND LEAVEDATE BETWEEN '{}' AND '{}' AND LEVID IN ({})",
-                         lngEmpID, IsoDay(range.first), IsoDay(range.last), LeaveSelectionSql(selection)),
+                         reads_->Employee(lngEmpID), IsoDay(range.first), IsoDay(range.last),
+                         LeaveSelectionSql(selection)),
              0)
       .ToDouble();
 }
@@ -94,64 +110,67 @@ bool clsNODNDPCALC::FnBlnGenHoliday(const Date& date, long lngAttHeadID, long ln
 }
 
 bool clsNODNDPCALC::FnBlnEmpExist(long lngEmpID, const Date& date) {
-  return ReadValue(session_.Cn,
-                   fmt::format("SELECT COUNT(EMPID) FROM MAS_EMPLOYEE WHERE EMPID={0} AND DOJ<='{1}' AND "
-                               "(DOL IS NULL OR DOL>='{1}')",
-                               lngEmpID, IsoDay(date)),
-                   0)
+  return reads_
+             ->Read(fmt::format("SELECT COUNT(EMPID) FROM MAS_EMPLOYEE WHERE EMPID={0} AND DOJ<='{1}' AND "
+                                "(DOL IS NULL OR DOL>='{1}')",
+                                reads_->Employee(lngEmpID), IsoDay(date)),
+                    0)
              .ToLong() > 0;
 }
 
 DayRange clsNODNDPCALC::SetValidPeriod(long lngEmpID, const DayRange& range) {
+  const std::string employee = reads_->Employee(lngEmpID);
   const std::string first = IsoDay(range.first);
   const std::string last = IsoDay(range.last);
   DayRange valid;
-  valid.first =
-      ReadValue(session_.Cn,
-                fmt::format("SELECT DOJ FROM MAS_EMPLOYEE WHERE EMPID={} AND DOJ>='{}' AND DOJ<='{}'",
-                            lngEmpID, first, last),
-                range.first)
-          .ToDate();
-  valid.last =
-      ReadValue(session_.Cn,
-                fmt::format("SELECT DOL FROM MAS_EMPLOYEE WHERE EMPID={} AND DOL>='{}' AND (DOL<='{}' AND "
-                            "DOL IS NOT NULL)",
-                            lngEmpID, first, last),
-                range.last)
-          .ToDate();
+  valid.first = reads_
+                    ->Read(fmt::format("SELECT DOJ FROM MAS_EMPLOYEE WHERE EMPID={} AND DOJ>='{}' AND "
+                                       "DOJ<='{}'",
+                                       employee, first, last),
+                           range.first)
+                    .ToDate();
+  valid.last = reads_
+                   ->Read(fmt::format("SELECT DOL FROM MAS_EMPLOYEE WHERE EMPID={} AND DOL>='{}' AND "
+                                      "(DOL<='{}' AND DOL IS NOT NULL)",
+                                      employee, first, last),
+                          range.last)
+                   .ToDate();
   return valid;
 }
 
 double clsNODNDPCALC::FnDblLeaveAvailed(long lngEmpID, long lngLevID, const DayRange& range,
                                         long lngAttHeadID, long lngEmpDetID) {
   const Date detailEnd =
-      ReadValue(session_.Cn,
-                fmt::format("SELECT EFFTODATE FROM MAS_EMPLOYEEDET WHERE EMPID={} AND EMPDETID={}", lngEmpID,
-                            lngEmpDetID),
-                range.last)
+      reads_
+          ->Read(fmt::format("SELECT EFFTODATE FROM MAS_EMPLOYEEDET WHERE EMPID={} AND EMPDETID={}",
+                             reads_->Employee(lngEmpID), reads_->DetailRow(lngEmpDetID)),
+                 range.last)
           .ToDate();
+  // Few detail rows end inside a range; each of these is asked for alone.
+  const std::string employee = detailEnd < range.last ? std::to_string(lngEmpID) : reads_->Employee(lngEmpID);
+  const std::string head = lngAttHeadID == 0 ? "" : reads_->Head(lngAttHeadID);
   const std::string between =
       fmt::format("BETWEEN '{}' AND '{}'", IsoDay(range.first), IsoDay(std::min(range.last, detailEnd)));
-  const std::string ofHead = lngAttHeadID == 0 ? "" : fmt::format(" AND ATTHEADID = {}", lngAttHeadID);
+  const std::string ofHead = lngAttHeadID == 0 ? "" : fmt::format(" AND ATTHEADID = {}", head);
   const double adjusted =
-      ReadValue(
-          session_.Cn,
-          fmt::format("SELECT TAKEN FROM LEV_ADJUSTMENT WHERE EMPID = {} AND LEVID = {}{} AND ASONDATE {}",
-                      lngEmpID, lngLevID, ofHead, between),
-          0)
+      reads_
+          ->Read(fmt::format(
+                     "SELECT TAKEN FROM LEV_ADJUSTMENT WHERE EMPID = {} AND LEVID = {}{} AND ASONDATE {}",
+                     employee, lngLevID, ofHead, between),
+                 0)
           .ToDouble();
   const std::string taken =
       lngAttHeadID == 0
           ? fmt::format("SELECT SUM(TAKEN) FROM LEV_DETAILS WHERE LEVID = {} AND EMPID = {} AND LEAVEDATE {}",
-                        lngLevID, lngEmpID, between)
+                        lngLevID, employee, between)
           : fmt::format(
                 "SELECT SUM(CASE WHEN LEVMONTHLY = 0 OR LEVMONTHLY IS NULL THEN CONVERT(NUMERIC, (CASE WHEN "
                 "FIRSTHALFYN = 0 THEN 0 ELSE 1 END + CASE WHEN SECONDHALFYN = 0 THEN 0 ELSE 1 END))/ 2 ELSE "
                 "LEVMONTHLY END) FROM LEV_DETAILS LD, MAS_EMPLOYEEDET ME WHERE LD.LEVID = {} AND LD.EMPID = "
                 "{} AND LD.EMPID = ME.EMPID AND LD.EMPDETID = ME.EMPDETID AND ME.ATTHEADID = {} AND "
                 "LEAVEDATE {}",
-                lngLevID, lngEmpID, lngAttHeadID, between);
-  return adjusted + ReadValue(session_.Cn, taken, 0).ToDouble();
+                lngLevID, employee, head, between);
+  return adjusted + reads_->Read(taken, 0).ToDouble();
 }
 
 // Once for all employees of this object: nothing takes a month or a head away meanwhile.
@@ -174,51 +193,51 @@ void clsNODNDPCALC::Update_MonthYear() {
 }
 
 long clsNODNDPCALC::FnIntAttHeadID(long lngEmpID, const Date& date) {
-  return ReadValue(
-             session_.Cn,
-             fmt::format(
-                 "SELECT ATTHEADID FROM MAS_EMPLOYEE ME, MAS_EMPLOYEEDET MD WHERE ME.EMPID = MD.EMPID AND "
-                 "ME.EMPID = {0} AND EFFFROMDATE <= '{1}' AND (EFFTODATE IS NULL OR EFFTODATE >= '{1}') "
-                 "AND SALCALCFROM <= '{1}'",
-                 lngEmpID, IsoDay(date)),
-             0)
-      .ToLong();
+  return reads_->Read(DetailRowOnDateSql("ATTHEADID", lngEmpID, date), 0).ToLong();
 }
 
 long clsNODNDPCALC::FnIntBranchID(long lngEmpID, const Date& date) {
-  const Value branch = ReadValue(
-      session_.Cn,
-      fmt::format("SELECT BRANCHID FROM MAS_EMPLOYEE ME, MAS_EMPLOYEEDET MD WHERE ME.EMPID = MD.EMPID AND "
-                  "ME.EMPID = {0} AND EFFFROMDATE <= '{1}' AND (EFFTODATE IS NULL OR EFFTODATE >= '{1}') AND "
-                  "SALCALCFROM <= '{1}'",
-                  lngEmpID, IsoDay(date)),
-      {});
+  const Value branch = reads_->Read(DetailRowOnDateSql("BRANCHID", lngEmpID, date), {});
   if (!branch.IsEmpty()) return branch.ToLong();
   // Without such a row it is the branch of the very first detail row, whoever's that is.
-  return ReadValue(session_.Cn, "SELECT top 1 BRANCHID FROM MAS_EMPLOYEEDET  order by empdetid", 0).ToLong();
+  return reads_->Read("SELECT top 1 BRANCHID FROM MAS_EMPLOYEEDET  order by empdetid", 0).ToLong();
+}
+
+std::string clsNODNDPCALC::DetailRowOnDateSql(const char* column, long empId, const Date& date) const {
+  return fmt::format(
+      "SELECT {0} FROM MAS_EMPLOYEE ME, MAS_EMPLOYEEDET MD WHERE ME.EMPID = MD.EMPID AND ME.EMPID = {1} AND "
+      "EFFFROMDATE <= '{2}' AND (EFFTODATE IS NULL OR EFFTODATE >= '{2}') AND SALCALCFROM <= '{2}'",
+      column, reads_->Employee(empId), IsoDay(date));
 }
 
 PeriodHolidays clsNODNDPCALC::HolidaysOf(long attHeadId, long empId, const DayRange& range) {
-  return {session_.Cn, {empId, attHeadId, FnIntBranchID(empId, range.last)}, range};
+  return {*reads_, {empId, attHeadId, FnIntBranchID(empId, range.last)}, range};
 }
 
 DayRange clsNODNDPCALC::MonthRange(long monthYear) {
-  return {settings_.FnDteMonthCalcStart(monthYear), settings_.FnDteMonthCalcEnd(monthYear)};
+  return *reads_->Once<DayRange>(fmt::format("period month {}", monthYear), [&] {
+    return DayRange{settings_.FnDteMonthCalcStart(monthYear), settings_.FnDteMonthCalcEnd(monthYear)};
+  });
 }
 
 DayRules clsNODNDPCALC::LoadRules(long attHeadId, long monthYear) {
-  settings_.LoadHeadSettings(attHeadId);
+  const auto head = reads_->Once<LoadedHead>(fmt::format("head {}", attHeadId), [&] {
+    settings_.LoadHeadSettings(attHeadId);
+    return LoadedHead{settings_.head, settings_.options};
+  });
+  settings_.head = head->settings;
+  settings_.options = head->options;
   DayRules rules{.nodForCalc = settings_.head.NODFORCALC,
                  .monthly = settings_.head.ATTNTYPE == kMonthlyHead,
                  .tight = settings_.head.TIGHTYN};
-  if (rules.nodForCalc == kHeadDays) rules.headDays = ReadHeadDays(session_.Cn, attHeadId, monthYear);
+  if (rules.nodForCalc == kHeadDays) rules.headDays = ReadHeadDays(*reads_, attHeadId, monthYear);
   return rules;
 }
 
 // Salary may begin, and service end, inside the month.
 DayRange clsNODNDPCALC::InService(long empId, const DayRange& month, const DayRange& period) {
-  const Recordset service(session_.Cn,
-                          fmt::format("SELECT SALCALCFROM, DOL FROM MAS_EMPLOYEE WHERE EMPID={}", empId));
+  const Recordset service = reads_->Rows(
+      fmt::format("SELECT SALCALCFROM, DOL FROM MAS_EMPLOYEE WHERE EMPID={}", reads_->Employee(empId)));
   DayRange served = period;
   if (service.Eof()) return served;
   const auto inMonth = [&](const Value& date) {
@@ -232,13 +251,16 @@ DayRange clsNODNDPCALC::InService(long empId, const DayRange& month, const DayRa
 // What is left of each leave of the period, read once for all that is asked of it. Kinds 2 and 3 are passed
 // over.
 std::vector<clsNODNDPCALC::LeaveDay> clsNODNDPCALC::ReadLeave(const DayRequest& request,
+                                                              const DayRange& served,
                                                               const PeriodHolidays& holidays) {
-  Recordset rows(
-      session_.Cn,
+  // Few join or leave inside a period; each of these is asked for alone.
+  const bool whole = served == request.period;
+  Recordset rows = reads_->Rows(
       fmt::format("SELECT * FROM  LEV_DETAILS DET,ATT_DEFINITION DEF WHERE DET.LEVID = DEF.LEVID AND "
                   "LEAVEYN = 1 AND EMPID = {} AND EMPDETID = {} AND LEAVEDATE BETWEEN  '{}' AND '{}'",
-                  request.empId, request.empDetId, IsoDay(request.period.first),
-                  IsoDay(request.period.last)));
+                  whole ? reads_->Employee(request.empId) : std::to_string(request.empId),
+                  whole ? reads_->DetailRow(request.empDetId) : std::to_string(request.empDetId),
+                  IsoDay(served.first), IsoDay(served.last)));
   std::vector<LeaveDay> days;
   for (; !rows.Eof(); rows.MoveNext()) {
     const long kind = rows["LEVID"].ToLong();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,8 @@ struct HolidayLists {
 class clsNODNDPCALC final {
  public:
   // Loads the head it counts by into the settings.
-  clsNODNDPCALC(Session& session, modAttSetting& settings)
-      : session_(session), settings_(settings), attendance_(session) {}
+  clsNODNDPCALC(Session& session, modAttSetting& settings);
+  clsNODNDPCALC(Session& session, modAttSetting& settings, std::shared_ptr<EmployeeReads> reads);
 
   DayCounts SetNODNDP(const DayRequest& request);
   double FnDblGetNWD(long lngAttHeadID, long lngMonthYear, long lngEmpID);
@@ -51,15 +52,19 @@ class clsNODNDPCALC final {
  private:
   struct LeaveDay;
 
+  std::string DetailRowOnDateSql(const char* column, long empId, const Date& date) const;
   PeriodHolidays HolidaysOf(long attHeadId, long empId, const DayRange& range);
   DayRange MonthRange(long monthYear);
   DayRules LoadRules(long attHeadId, long monthYear);
   DayRange InService(long empId, const DayRange& month, const DayRange& period);
-  std::vector<LeaveDay> ReadLeave(const DayRequest& request, const PeriodHolidays& holidays);
+  // Of the days of the request that the employee served.
+  std::vector<LeaveDay> ReadLeave(const DayRequest& request, const DayRange& served,
+                                  const PeriodHolidays& holidays);
   double LeaveOnDay(const Date& date, const HolidayHalves& leave, const PeriodHolidays& holidays) const;
 
   Session& session_;
   modAttSetting& settings_;
+  std::shared_ptr<EmployeeReads> reads_;
   clsNODNDP attendance_;
   bool monthsComplete_ = false;
 };

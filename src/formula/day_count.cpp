@@ -3,7 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <optional>
+
+#include "formula/employee_reads.h"
 
 namespace ktl {
 namespace {
@@ -126,16 +127,11 @@ DayCounts CountDays(const DayRules& rules, const DayRange& month, const DayReque
   return counts;
 }
 
-Value ReadValue(Connection& cn, const std::string& sql, Value defaultValue) {
-  const std::optional<Value> value = cn.FirstValue(sql);
-  return value && !value->IsNull() ? *value : defaultValue;
-}
-
-double ReadHeadDays(Connection& cn, long attHeadId, long monthYear) {
-  return ReadValue(cn,
-                   fmt::format("SELECT NOD FROM SLC_ATTHEADNOD WHERE ATTHEADID = {} AND MONTHYEAR = {}",
-                               attHeadId, monthYear),
-                   0)
+double ReadHeadDays(EmployeeReads& reads, long attHeadId, long monthYear) {
+  return reads
+      .Read(fmt::format("SELECT NOD FROM SLC_ATTHEADNOD WHERE ATTHEADID = {} AND MONTHYEAR = {}", attHeadId,
+                        monthYear),
+            0)
       .ToDouble();
 }
 

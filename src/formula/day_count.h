@@ -3,18 +3,18 @@
 #include <functional>
 #include <string>
 
-#include "common/fetch.h"
-#include "database/connection.h"
 #include "runtime/date.h"
-#include "runtime/value.h"
 
 namespace ktl {
+
+class EmployeeReads;
 
 // The days of a salary month: its figure, the days paid for and the days present.
 struct DayCounts {
   double calendar = 0;
   double pay = 0;
   double present = 0;
+  bool operator==(const DayCounts&) const = default;
 };
 
 // First and last day, both included.
@@ -24,6 +24,7 @@ struct DayRange {
 
   long Days() const { return DaysBetween(first, last) + 1; }
   bool Holds(const Date& date) const { return first <= date && date <= last; }
+  bool operator==(const DayRange&) const = default;
 };
 
 // What is counted in a range of days. Leave comes with a selection of leave kinds.
@@ -83,10 +84,8 @@ double MonthFigure(const DayRules& rules, const DayRange& month, const DaySource
 DayCounts CountDays(const DayRules& rules, const DayRange& month, const DayRequest& request,
                     const DaySources& sources);
 
-// Field 0 of the first row; the default when there is no row or it is null. Unlike the fetch helper it lets a
-// failing statement throw.
-Value ReadValue(Connection& cn, const std::string& sql, Value defaultValue);
-double ReadHeadDays(Connection& cn, long attHeadId, long monthYear);
+// Of SLC_ATTHEADNOD; 0 without a row.
+double ReadHeadDays(EmployeeReads& reads, long attHeadId, long monthYear);
 
 // "2026-09-14"
 inline std::string IsoDay(const Date& date) { return FormatDate(date, "yyyy-MM-dd"); }

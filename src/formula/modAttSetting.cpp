@@ -2,9 +2,11 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "common/month_year.h"
-#include "database/recordset.h"
 #include "formula/day_count.h"
+#include "formula/employee_reads.h"
 #include "frame/session.h"
 
 namespace ktl {
@@ -77,13 +79,17 @@ std::string HeadSql(long attHeadId) {
   return sql + fmt::format(" From MAS_ATTHEAD Where ATTHEADID = {}", attHeadId);
 }
 
-SalaryCalendar CalendarOf(Session& session) { return {session.data, session.features.On("CALCINMIDYN")}; }
-
 }  // namespace
+
+modAttSetting::modAttSetting(Session& session)
+    : modAttSetting(session, std::make_shared<EmployeeReads>(session.data)) {}
+
+modAttSetting::modAttSetting(Session& session, std::shared_ptr<EmployeeReads> reads)
+    : session_(session), reads_(std::move(reads)) {}
 
 void modAttSetting::LoadHeadSettings(long lngAttHeadID) {
   ResetHeadSettings();
-  const Recordset row(session_.Cn, HeadSql(lngAttHeadID));
+  const Recordset row = reads_->Rows(HeadSql(lngAttHeadID));
   if (!row.Eof()) {
     head.ATTHEADNAME = row["ATTHEADNAME"].TextOrEmpty();
     head.MENUNAME = row["MENUNAME"].TextOrEmpty();
@@ -100,8 +106,8 @@ void modAttSetting::LoadHeadSettings(long lngAttHeadID) {
 
 void modAttSetting::LoadHeadOptions(long lngAttHeadID) {
   ResetHeadOptions();
-  const Recordset row(session_.Cn,
-                      fmt::format("SELECT * FROM ATT_OPTSETTINGS WHERE ATTHEADID={}", lngAttHeadID));
+  const Recordset row =
+      reads_->Rows(fmt::format("SELECT * FROM ATT_OPTSETTINGS WHERE ATTHEADID={}", lngAttHeadID));
   if (row.Eof()) return;
   for (const auto& flag : kOptionFlags) options.*flag.field = Flag(row[flag.column]);
   options.DEFVAL = SmallInt(row["DEFVAL"], 0);
@@ -109,9 +115,8 @@ void modAttSetting::LoadHeadOptions(long lngAttHeadID) {
 }
 
 long modAttSetting::FnLngMonthOfDate(const Date& date) {
-  return ReadValue(
-             session_.Cn,
-             fmt::format("SELECT MONTHYEAR, [dbo].FnStrMonthName(MONTHYEAR) AS MONTHNAME FROM MAS_MONTHYEAR "
+  return reads_
+      ->Read(fmt::format("SELECT MONTHYEAR, [dbo].FnStrMonthName(MONTHYEAR) AS MONTHNAME FROM MAS_MONTHYEAR "
                          "WHERE CALCSTARTDATE <= '{0}' AND CALCENDDATE >= '{0}'",
                          IsoDay(date)),
              0)
@@ -119,11 +124,11 @@ long modAttSetting::FnLngMonthOfDate(const Date& date) {
 }
 
 Date modAttSetting::FnDteMonthCalcStart(long lngMonthYear) {
-  return FnDteMonthStart(CalendarOf(session_), lngMonthYear);
+  return FnDteMonthStart({reads_->data(), session_.features.On("CALCINMIDYN")}, lngMonthYear);
 }
 
 Date modAttSetting::FnDteMonthCalcEnd(long lngMonthYear) {
-  return FnDteMonthEnd(CalendarOf(session_), lngMonthYear);
+  return FnDteMonthEnd({reads_->data(), session_.features.On("CALCINMIDYN")}, lngMonthYear);
 }
 
 }  // namespace ktl

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "runtime/date.h"
 
 namespace ktl {
 
+class EmployeeReads;
 struct Session;
 
 // An attendance head, with the values that stand when none is loaded.
@@ -67,7 +69,8 @@ struct AttHeadOptions {
 // statements throw.
 class modAttSetting final {
  public:
-  explicit modAttSetting(Session& session) : session_(session) {}
+  explicit modAttSetting(Session& session);
+  modAttSetting(Session& session, std::shared_ptr<EmployeeReads> reads);
 
   void ResetHeadSettings() { head = {}; }
   void LoadHeadSettings(long lngAttHeadID);  // and the options; the defaults for a head that is not there
@@ -84,6 +87,7 @@ class modAttSetting final {
 
  private:
   Session& session_;
+  std::shared_ptr<EmployeeReads> reads_;
 };
 
 }  // namespace ktl

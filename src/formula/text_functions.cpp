@@ -152,8 +152,9 @@ Value StrComp(const Arguments& a) {
 // Latin-1.
 std::string CharacterOf(long code) {
   if (code < 0 || code > 0xFF) throw RuntimeError::InvalidProcedureCall();
-  if (code < 0x80) return {static_cast<char>(code)};
-  return {static_cast<char>(0xC0 | (code >> 6)), static_cast<char>(0x80 | (code & 0x3F))};
+  std::string character;
+  AppendCharacter(character, static_cast<char32_t>(code));
+  return character;
 }
 
 Value Asc(const Arguments& a) {

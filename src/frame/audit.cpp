@@ -24,8 +24,8 @@ bool FnBlnAuditOn(Session& session) {
 void WriteAuditTrail(Session& session, long menuNumber, long employee, std::string_view action,
                      std::string_view detail, std::string_view extra) {
   const std::string windowsUser = ReplaceAll(session.machine.environment.Variable("USERNAME"), " ", "");
-  // The user's name is not cleaned.
-  session.Cn.Execute(fmt::format("UpdateAuditTrail '{}', {}, {}, '{}', '{}', '{}' , '{}'",
+  // The user's name is not cleaned, only its quotes are doubled.
+  session.Cn.Execute(session.Sql("UpdateAuditTrail '{}', {}, {}, '{}', '{}', '{}' , '{}'",
                                  session.CurrentUser(), menuNumber, employee,
                                  clsSPChar::FnStrClearAllSp(action), clsSPChar::FnStrClearAllSp(detail),
                                  clsSPChar::FnStrClearAllSp(extra), clsSPChar::FnStrClearAllSp(windowsUser)));

@@ -16,17 +16,17 @@ std::string FillCall(const Session& session, bool forNewestMonth, long newestMon
 
 }  // namespace
 
-std::string ClassSecurityCondition(Session& session, bool forNewestMonth) {
+Statement ClassSecurityCondition(Session& session, std::string_view lead, bool forNewestMonth) {
   long newestMonth = 0;
   if (forNewestMonth) {
     newestMonth = session.data.FnVarGetDbValue("Select Max(MONTHYEAR) From MAS_MONTHYEAR", 0).ToLong();
   }
   // Read again, so that ADMIN is not exempt here.
   const Value on = session.data.FnVarGetDbValue("SELECT CLASSSECURITYN FROM MAS_OPTSET", 0);
-  if (on.NumberOr0() != 1) return "";
+  if (on.NumberOr0() != 1) return {};
   session.Cn.Execute(FillCall(session, forNewestMonth, newestMonth));
-  return fmt::format(" WHERE EMPID  IN (SELECT EMPID FROM [TMP{}{}])", session.hostName,
-                     session.FilterSuffix());
+  return Statement(
+      fmt::format("{} IN (SELECT EMPID FROM [TMP{}{}])", lead, session.hostName, session.FilterSuffix()));
 }
 
 }  // namespace ktl

@@ -19,8 +19,8 @@ void TellMissingScreen(Session& session, const std::string& screenName);
 // Opens the screen modally and gives the place on top back to the screen that opened it.
 void ShowScreen(Session& session, Screen& screen);
 
-// A way from one screen to another whose room it may not include. start/ puts the factories in; a door without
-// one answers with one plain message that names the screen.
+// A way from one screen to another whose room it may not include. start/ puts the factories in; a door
+// without one answers with one plain message that names the screen.
 template <typename... Arguments>
 class Door {
  public:

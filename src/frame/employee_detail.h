@@ -1,6 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <string>
+
+#include "database/recordset.h"
 
 namespace ktl {
 
@@ -30,5 +33,11 @@ struct EmployeeDetail {
 // Into the session's employeeDetail; what is not found or null is empty.
 void LoadEmployeeDetail(Session& session, long empId, long empDetId);  // and the dates
 void LoadEmployeeDates(Session& session, long empId);
+
+// The same with what stands in the statements for the numbers, for whoever reads many employees at once.
+using OpenRows = std::function<Recordset(const std::string& sql)>;
+void LoadEmployeeDetail(Session& session, const std::string& empId, const std::string& empDetId,
+                        const OpenRows& open);
+void LoadEmployeeDates(Session& session, const std::string& empId, const OpenRows& open);
 
 }  // namespace ktl

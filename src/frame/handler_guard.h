@@ -8,8 +8,8 @@ namespace ktl {
 
 struct Session;
 
-// How a screen tells that a handler failed: the number, a tab and the description, or the description, " : " and
-// the number.
+// How a screen tells that a handler failed: the number, a tab and the description, or the description, " : "
+// and the number.
 enum class ErrorStyle { NumberFirst, DescriptionFirst };
 
 // Runs the work; a failure of the run-time or the database ends it with the box of the style.

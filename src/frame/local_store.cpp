@@ -4,8 +4,8 @@
 
 #include <filesystem>
 
-#include "frame/files.h"
 #include "frame/session.h"
+#include "machine/files.h"
 
 namespace ktl {
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <chrono>
+#include <exception>
 #include <thread>
 
 #include "common/titles.h"
@@ -55,14 +56,18 @@ void modExternal::StartAndWait() {
     settings.Set(kTalk, handleKey, "0");
     process = session_.machine.siblings.Launch(path, sibling);
   }
-  if (process) {
-    if (MODE != 4) WaitForHandle(*process);
-    WaitForEnd(*process);
-    settings.Set(kTalk, handleKey, "0");
-  } else {
-    session_.desk.ShowError("Required External Application not found", session_.title);
+  if (!process) session_.desk.ShowError("Required External Application not found", session_.title);
+  std::exception_ptr failure;
+  try {
+    if (process && MODE != 4) WaitForHandle(*process);
+    if (process) WaitForEnd(*process);
+  } catch (...) {
+    failure = std::current_exception();
   }
+  // However the wait ended: nobody shall write to a window that has gone.
+  if (process) settings.Set(kTalk, handleKey, "0");
   settings.Set(kTalk, StatusKey(), std::to_string(callersStatus_));
+  if (failure) std::rethrow_exception(failure);
 }
 
 long modExternal::Handle() {
@@ -86,6 +91,7 @@ void modExternal::WaitForRunning() {
 void modExternal::PassTime(SiblingProcess* process) {
   if (process != nullptr) PassStatus(*process);
   session_.desk.Refresh();
+  if (session_.machine.environment.MustEnd()) throw ProgramFailure(kEndedBySignal);
   std::this_thread::sleep_for(kTick);
 }
 

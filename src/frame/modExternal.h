@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "frame/machine.h"
+#include "machine/machine.h"
 #include "screen/controls.h"
 #include "screen/screen.h"
 

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/statement.h"
+
 namespace ktl {
 
 class Button;
@@ -25,14 +27,17 @@ void WriteAuditTrail(Session& session, long menuNumber, long employee, std::stri
 // to spare then.
 void AuditInstruction(Session& session, long employee, std::string_view deed, const std::string& detail);
 
+// Why nothing may be written for the employee chosen: what a disabled button tells. "" when it may.
+std::string WhyReadOnly(const Session& session);
 // lockyn of the employee, kept in the session.
 long ReadEmpLockStatus(Session& session, long employee);
 // True when the employee is locked in one of the months; lastMonth is the text as the statement takes it
 // ("DEFAULT").
 bool IsEmployeeLocked(Session& session, long employee, long firstMonth, const std::string& lastMonth);
 
-// The condition that leaves the employees that the user may see, " WHERE EMPID  IN (SELECT ...)", or "" when
+// The condition that leaves the employees that the user may see, "LEAD IN (SELECT ...)", or nothing when
 // class security is off. Fills the workstation's table first.
-std::string ClassSecurityCondition(Session& session, bool forNewestMonth = true);
+Statement ClassSecurityCondition(Session& session, std::string_view lead = " WHERE EMPID ",
+                                 bool forNewestMonth = true);
 
 }  // namespace ktl

@@ -9,9 +9,9 @@
 #include "database/connection.h"
 #include "frame/doors.h"
 #include "frame/employee_detail.h"
-#include "frame/machine.h"
 #include "frame/options.h"
 #include "frame/screen_registry.h"
+#include "machine/machine.h"
 #include "screen/desk.h"
 
 namespace ktl {
@@ -21,7 +21,7 @@ class Screen;
 // What one run of the program knows, from the command line to the end. Passed by reference; there are no
 // globals.
 struct Session {
-  Session(Machine machine, Desk& desk) : machine(machine), desk(desk), data(Cn, desk) {}
+  Session(Machine ofMachine, Desk& ofDesk) : machine(ofMachine), desk(ofDesk), data(Cn, desk) {}
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 

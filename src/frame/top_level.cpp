@@ -1,7 +1,7 @@
 #include "frame/top_level.h"
 
-#include "frame/files.h"
 #include "frame/session.h"
+#include "machine/files.h"
 #include "runtime/errors.h"
 #include "runtime/numbers.h"
 #include "screen/screen.h"

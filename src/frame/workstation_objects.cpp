@@ -33,6 +33,8 @@ void PrepareWorkstationObjects(Session& session) {
   session.EmployeeViewName = "[" + view + "]";
   session.FilterTableName = "[" + table + "]";
 
+  // One step: all programs of a workstation share these objects, and two of them may start at once.
+  Transaction transaction(session.Cn);
   session.Cn.Execute(FilterTableBatch(table));
   session.Cn.Execute(fmt::format("IF EXISTS (SELECT * FROM SYS.VIEWS WHERE NAME = {}) DROP VIEW {}",
                                  Quoted(view), session.EmployeeViewName));
@@ -40,6 +42,7 @@ void PrepareWorkstationObjects(Session& session) {
       "CREATE VIEW {} AS SELECT E.*, ISNULL(T.FILTERYN1, 1) AS FILTERYN1, ISNULL(T.REPTYN1, 1) AS REPTYN1"
       " FROM MAS_EMPLOYEE E LEFT JOIN {} T ON E.EMPID =T.EMPID",
       session.EmployeeViewName, session.FilterTableName));
+  transaction.Commit();
 }
 
 }  // namespace ktl

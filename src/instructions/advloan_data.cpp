@@ -25,10 +25,10 @@ std::string LenderOf(Session& session, const InstructionKey& key) {
 
 // By hand before the month from which salaries are calculated.
 double RecoveredByHand(Session& session, const InstructionKey& key, long salaryFrom) {
-  return session.data.Number(
-      session.Sql("Select Sum(E.MDFYAMT) From INS_EMIDETAIL E Where E.EMPID = {} And "
-                  "E.SERIALNO = {} And E.SITYPE = {} And E.EMIRECVYN = 1 And E.MONTHYEAR < {}",
-                  key.employee, key.serial, key.type, salaryFrom));
+  return session.data.Number(session.Sql(
+      "Select Sum(E.MDFYAMT) From INS_EMIDETAIL E Where E.EMPID = {} And E.SERIALNO = {} And E.SITYPE = {} "
+      "And E.EMIRECVYN = 1 And E.MONTHYEAR < {}",
+      key.employee, key.serial, key.type, salaryFrom));
 }
 
 Statement SalaryHeadOf(const InstructionKey& key) {
@@ -51,9 +51,8 @@ double RecoveredBySalary(Session& session, const InstructionKey& key) {
 bool SalaryHasTaken(Session& session, const InstructionKey& key, long monthYear) {
   Recordset rs(session.Cn, session.Sql("Select DISTINCT E.EMIRECVYN, {} {} And E.MONTHYEAR = {}",
                                        SalaryHeadOf(key), CalculatedSalaryOf(session, key), monthYear));
-  for (; !rs.Eof(); rs.MoveNext()) {
+  for (; !rs.Eof(); rs.MoveNext())
     if (!rs[1].IsNull() && rs[1].ToDouble() > -1) return true;
-  }
   return false;
 }
 
@@ -62,9 +61,8 @@ std::set<long> ReadCalculatedMonths(Session& session, const InstructionKey& key)
   std::set<long> months;
   for (Recordset rs(session.Cn,
                     session.Sql("Select DISTINCT E.MONTHYEAR {}", CalculatedSalaryOf(session, key)));
-       !rs.Eof(); rs.MoveNext()) {
+       !rs.Eof(); rs.MoveNext())
     months.insert(rs[0].ToLong());
-  }
   return months;
 }
 
@@ -203,8 +201,8 @@ AdvLoanTotals ReadTotals(Session& session, long employee, InstructionType type) 
           session.data.Number(session.Sql("Select Sum(INTAMT) From INS_ADVLOAN Where {}", ofEmployee)),
       // Each sum counts 0 when there is nothing to add, so that months marked by hand show without a receipt.
       .receipts = session.data.Number(session.Sql(
-          "Select ISNULL(Sum(RCPTAMT),0) + ISNULL((SELECT SUM(ISNULL(MDFYAMT,0)) FROM INS_EMIDETAIL "
-          "WHERE EMPID = {} AND SITYPE = {} AND EMIRECVYN=1 ),0) From INS_RECEIPTS Where {}",
+          "Select ISNULL(Sum(RCPTAMT),0) + ISNULL((SELECT SUM(ISNULL(MDFYAMT,0)) FROM INS_EMIDETAIL WHERE "
+          "EMPID = {} AND SITYPE = {} AND EMIRECVYN=1 ),0) From INS_RECEIPTS Where {}",
           employee, type, ofEmployee)),
       .fromSalary = session.data.Number(session.Sql(
           "Select Sum(ISNULL(MDFYAMT,0))  AS Total From INS_EMIDETAIL D,SLC_SALARYCALC_E E Where "

@@ -23,7 +23,7 @@ enum class EntryField {
   Interest,
   Instalment,
   Count,
-  RecoverFrom,
+  RecoverFrom
 };
 
 using EntryRefusal = Refusal<EntryField>;

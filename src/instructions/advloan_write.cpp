@@ -88,19 +88,11 @@ void DeleteRows(Session& session, const char* table, const InstructionKey& key) 
   session.Cn.Execute(session.Sql("Delete From {} Where  {}", Statement(table), WhereInstruction(key)));
 }
 
-std::string_view AuditTextOf(DeletedInstalments choice) {
-  switch (choice) {
-    case DeletedInstalments::NotAsked:
-      break;
-    case DeletedInstalments::SpreadOverOthers:
-      return ":Adjustment Option Selected = Adjust the EMI Amount for the Months";
-    case DeletedInstalments::NewMonth:
-      return ":Adjustment Option Selected = Create New Month for Recovery";
-    case DeletedInstalments::NoAdjustment:
-      return ":Adjustment Option Selected = Delete with No Adjustments";
-  }
-  return "";
-}
+// In the order of DeletedInstalments.
+constexpr const char* kAuditOfChoice[] = {
+    "", ":Adjustment Option Selected = Adjust the EMI Amount for the Months",
+    ":Adjustment Option Selected = Create New Month for Recovery",
+    ":Adjustment Option Selected = Delete with No Adjustments"};
 
 }  // namespace
 
@@ -115,9 +107,8 @@ bool WriteAdvLoan(Session& session, const AdvLoanEntry& entry) {
   // "Added" stands for a change of an existing row too.
   Audit(session, key, "Added", EntryAuditText(entry));
   RaiseEditMode(session, key.employee, MonthsOfInstruction(key), AttendanceWording::EmployeeFirst);
-  if (isNew && key.type == InstructionType::Loan && session.machine.folder.HasFile(kLoanNumbersMarker)) {
+  if (isNew && key.type == InstructionType::Loan && session.machine.folder.HasFile(kLoanNumbersMarker))
     GiveLoanNumber(session, key);
-  }
   return true;
 }
 
@@ -165,7 +156,7 @@ void AuditDeletedInstalments(Session& session, const InstructionKey& key, std::s
     detail += fmt::format("::Month/Year = {}:EMI Amount = {}", FnStrFormatMonthYear(month.monthYear),
                           ShownAmount(month.MDFYAMT));
   }
-  Audit(session, key, "EMI's Deleted", detail.append(AuditTextOf(choice)));
+  Audit(session, key, "EMI's Deleted", detail.append(kAuditOfChoice[static_cast<std::size_t>(choice)]));
 }
 
 void LowerTotalInterest(Session& session, const InstructionKey& key, std::string_view name, double interest) {

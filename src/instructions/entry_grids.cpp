@@ -2,22 +2,11 @@
 
 #include <algorithm>
 
-#include "common/amounts.h"
 #include "common/month_year.h"
+#include "instructions/list_columns.h"
 #include "runtime/numbers.h"
 
 namespace ktl {
-
-namespace {
-
-std::string DateText(const std::optional<Date>& date) { return date ? FormatDate(*date, "dd/mm/yyyy") : ""; }
-
-template <typename Row, typename Amount>
-auto Shown(Amount Row::*amount) {
-  return [amount](const Row& row) { return ShownAmount(row.*amount); };
-}
-
-}  // namespace
 
 double AsShown(const std::optional<double>& amount) { return RoundByPattern(amount.value_or(0), "0.00"); }
 
@@ -32,17 +21,18 @@ void InstructionGrid::Describe(InstructionType type, const std::string& caption)
   const bool noAccount = type == InstructionType::Advance;
   list_.SetColumns({
       {{"Sl.No.", CellType::Number, 60}, [](const Row& row) { return std::to_string(row.serial); }},
-      {{caption + " Name", CellType::Text, 180}, [](const Row& row) { return row.name; }},
-      {{caption + " A/c No.", CellType::Text, 120, noAccount}, [](const Row& row) { return row.account; }},
-      {{"Date", CellType::Date, 90}, [](const Row& row) { return DateText(row.date); }},
-      {{"Amount", CellType::Number, 110}, Shown(&Row::amount)},
-      {{"Interest", CellType::Number, 100}, Shown(&Row::interest)},
-      {{"EMI", CellType::Number, 110}, Shown(&Row::emi)},
-      {{"Recovered", CellType::Number, 110}, Shown(&Row::recovered)},
-      {{std::string(FactsOf(type).receiptWord) + "s", CellType::Number, 110}, Shown(&Row::receipts)},
-      {{"Remarks", CellType::Text, 200}, [](const Row& row) { return row.remarks; }},
+      {{caption + " Name", CellType::Text, 180}, &Row::name},
+      {{caption + " A/c No.", CellType::Text, 120, noAccount}, &Row::account},
+      {{"Date", CellType::Date, 90}, [](const Row& row) { return ShownDate(row.date); }},
+      {{"Amount", CellType::Number, 110}, Amount(&Row::amount)},
+      {{"Interest", CellType::Number, 100}, Amount(&Row::interest)},
+      {{"EMI", CellType::Number, 110}, Amount(&Row::emi)},
+      {{"Recovered", CellType::Number, 110}, Amount(&Row::recovered)},
+      {{std::string(FactsOf(type).receiptWord) + "s", CellType::Number, 110}, Amount(&Row::receipts)},
+      {{"Remarks", CellType::Text, 200}, &Row::remarks},
   });
   list_.paint = [this](std::size_t line, const Row& row) { Paint(line, row); };
+  grid_.summed = {kAmount, kInterest, kEmi, kRecovered, kReceipts};
 }
 
 void InstructionGrid::Show(std::vector<AdvLoanListRow> rows, long serial) {
@@ -77,24 +67,25 @@ void ScheduleGrid::Describe(InstructionType type) {
       {{"Month", CellType::Text, 90}, [](const Row& row) { return FnStrFormatMonthYear(row.monthYear); }},
       {{"EMI Recovered", CellType::Tick, 110, false, false},
        [](const Row& row) { return row.IsRecovered() ? "1" : "0"; }},
-      {{"Actual Principle", CellType::Number, 120}, Shown(&Row::ACTPRNAMT)},
-      {{"Actual Interest", CellType::Number, 120}, Shown(&Row::ACTINTAMT)},
-      {{"Actual Amount", CellType::Number, 120}, Shown(&Row::EMIAMT)},
-      {{"Modified Principle", CellType::Number, 130}, Shown(&Row::MDFPRNAMT)},
-      {{"Modified Interest", CellType::Number, 120}, Shown(&Row::MDFINTAMT)},
-      {{"Interest Amount", CellType::Number, 120}, Shown(&Row::INTAMT)},
-      {{"Modified Amount", CellType::Number, 125}, Shown(&Row::MDFYAMT)},
-      {{"Institution", CellType::Text, 180, noInstitution}, [](const Row& row) { return row.institution; }},
+      {{"Actual Principle", CellType::Number, 120}, Amount(&Row::ACTPRNAMT)},
+      {{"Actual Interest", CellType::Number, 120}, Amount(&Row::ACTINTAMT)},
+      {{"Actual Amount", CellType::Number, 120}, Amount(&Row::EMIAMT)},
+      {{"Modified Principle", CellType::Number, 130}, Amount(&Row::MDFPRNAMT)},
+      {{"Modified Interest", CellType::Number, 120}, Amount(&Row::MDFINTAMT)},
+      {{"Interest Amount", CellType::Number, 120}, Amount(&Row::INTAMT)},
+      {{"Modified Amount", CellType::Number, 125}, Amount(&Row::MDFYAMT)},
+      {{"Institution", CellType::Text, 180, noInstitution}, &Row::institution},
   });
   list_.paint = [this](std::size_t line, const Row& row) { Paint(line, row); };
+  grid_.summed = {kActualPrincipal,  kActualInterest, kActualAmount,  kModifiedPrincipal,
+                  kModifiedInterest, kInterestAmount, kModifiedAmount};
 }
 
 void ScheduleGrid::ShowColumns(bool apart, bool reducing) {
   std::vector<GridColumn>& columns = grid_.columns;
   if (columns.empty()) return;
-  for (Column column : {kActualPrincipal, kActualInterest, kModifiedPrincipal, kModifiedInterest}) {
+  for (Column column : {kActualPrincipal, kActualInterest, kModifiedPrincipal, kModifiedInterest})
     columns[column].hidden = !apart;
-  }
   columns[kInterestAmount].hidden = !reducing;
 }
 
@@ -123,16 +114,14 @@ void ScheduleGrid::SetRecovered(std::size_t line, bool recovered) {
 }
 
 void ScheduleGrid::TickAllOpen(bool ticked) {
-  for (std::size_t line = 0; line < list_.Rows().size(); ++line) {
+  for (std::size_t line = 0; line < list_.Rows().size(); ++line)
     if (!At(line).IsRecovered()) grid_.At(line, kTick).text = ticked ? "1" : "0";
-  }
 }
 
 std::set<long> ScheduleGrid::RecoveredMonths() const {
   std::set<long> recovered;
-  for (const ScheduleMonth& month : list_.Rows()) {
+  for (const ScheduleMonth& month : list_.Rows())
     if (month.IsRecovered()) recovered.insert(month.monthYear);
-  }
   return recovered;
 }
 

@@ -25,17 +25,18 @@ double SumAsShown(const std::vector<ScheduleMonth>& months, ScheduleMonth::Amoun
 // An employee's instructions.
 class InstructionGrid {
  public:
+  // The account is shown of loans only.
   enum Column : std::size_t {
     kSerial,
     kName,
-    kAccount,  // loans only
+    kAccount,
     kDate,
     kAmount,
     kInterest,
     kEmi,
     kRecovered,
     kReceipts,
-    kRemarks,
+    kRemarks
   };
 
   explicit InstructionGrid(Grid& grid) : grid_(grid), list_(grid) {}
@@ -56,6 +57,7 @@ class InstructionGrid {
 // The schedule of one instruction.
 class ScheduleGrid {
  public:
+  // The institution is shown of loans only.
   enum Column : std::size_t {
     kTick,
     kCounter,
@@ -68,7 +70,7 @@ class ScheduleGrid {
     kModifiedInterest,
     kInterestAmount,
     kModifiedAmount,
-    kInstitution,  // loans only
+    kInstitution
   };
 
   explicit ScheduleGrid(Grid& grid) : grid_(grid), list_(grid) {}

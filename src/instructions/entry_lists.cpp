@@ -3,7 +3,6 @@
 #include "database/recordset.h"
 #include "frame/rights.h"
 #include "frame/session.h"
-#include "runtime/text.h"
 
 namespace ktl {
 
@@ -11,16 +10,15 @@ namespace {
 
 std::vector<ListRow> ReadList(Session& session, const Statement& sql, const char* text, const char* value) {
   std::vector<ListRow> rows;
-  for (Recordset rs(session.Cn, sql); !rs.Eof(); rs.MoveNext()) {
+  for (Recordset rs(session.Cn, sql); !rs.Eof(); rs.MoveNext())
     rows.push_back({rs[text].TextOrEmpty(), rs[value].TextOrEmpty()});
-  }
   return rows;
 }
 
 }  // namespace
 
 std::vector<ListRow> ReadEmployees(Session& session, const char* shownColumn) {
-  const Statement visible(ClassSecurityCondition(session));
+  const Statement visible = ClassSecurityCondition(session);
   return ReadList(session,
                   session.Sql("Select EMPID, EMPNAME, REFNO From MAS_EMPLOYEE {} Order By {}", visible,
                               Statement(shownColumn)),
@@ -30,7 +28,7 @@ std::vector<ListRow> ReadEmployees(Session& session, const char* shownColumn) {
 std::vector<ListRow> ReadEmployeesWithRunningEmi(Session& session, InstructionType type,
                                                  const char* shownColumn) {
   // Two tables have the column, and only the outer one is meant.
-  const Statement visible(ReplaceAll(ClassSecurityCondition(session), " WHERE EMPID ", " AND ins.EMPID "));
+  const Statement visible = ClassSecurityCondition(session, " AND ins.EMPID ");
   return ReadList(
       session,
       session.Sql(

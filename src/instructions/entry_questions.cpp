@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "common/month_year.h"
 #include "frame/modExternal.h"
 #include "frame/rights.h"
@@ -11,7 +13,13 @@
 namespace ktl {
 
 bool MayLeaveNewRecord(Session& session, const char* question, const std::function<bool()>& save) {
-  switch (session.desk.MsgBox({question, Buttons::YesNoCancel, Icon::Question, Answer::Yes, session.title})) {
+  switch (session.desk.MsgBox({question,
+                               Buttons::YesNoCancel,
+                               Icon::Question,
+                               Answer::Yes,
+                               session.title,
+                               0,
+                               {"&Yes, save", "&No, drop it", "&Cancel, go back"}})) {
     case Answer::Yes:
       return save();
     case Answer::No:
@@ -43,13 +51,25 @@ std::optional<Refusal<NoField>> FindDeleteRefusal(Session& session, const Instru
                           .title = kDeniedTitle};
 }
 
+std::optional<Refusal<NoField>> FindMonthsRefusal(Session& session, long employee,
+                                                  const std::vector<ScheduleMonth>& months) {
+  const auto locked = std::ranges::count_if(
+      months, [&session](const ScheduleMonth& month) { return IsMonthLocked(session, month.monthYear); });
+  if (locked > 0) {
+    return Refusal<NoField>{
+        fmt::format("{} month(s) are locked.\r\nEMI details for these months will not be deleted.", locked)};
+  }
+  if (!IsEmployeeLocked(session, employee, months.front().monthYear, kNoLastMonth)) return std::nullopt;
+  return Refusal<NoField>{
+      .text = "Employee has been locked. Cannot Delete.", .icon = Icon::Exclamation, .title = kDeniedTitle};
+}
+
 void OpenEmployeeSummary(Session& session, long employee) {
   if (session.data.FnBlnRecExists(
           session.Sql("SELECT BUTALLOWYN FROM SEC_BUTPER WHERE BUTID = 612 AND BUTALLOWYN=0 AND GROUPID = "
                       "(SELECT GROUPID from SEC_USERLIST WHERE UPPER(USERNAME)= '{}')",
-                      session.CurrentUser()))) {
+                      session.CurrentUser())))
     return session.desk.Warn("Permission denied.", session.title);
-  }
   if (employee == 0) return;
   session.machine.settings.Set("Settings", "EMPSUMMRY", std::to_string(employee));
   StartExternal(session, {"KTLFFS", "KestrelLedger - Full & Final settlement",

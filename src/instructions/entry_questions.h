@@ -3,9 +3,11 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "frame/refusal.h"
 #include "instructions/instruction_parent.h"
+#include "instructions/schedule_month.h"
 
 namespace ktl {
 
@@ -20,6 +22,11 @@ enum class NoField {};
 // it. The caption is the company's word for the type.
 std::optional<Refusal<NoField>> FindDeleteRefusal(Session& session, const InstructionKey& key,
                                                   const std::string& caption);
+
+// What stands against deleting months of an instruction. One locked month keeps them all: it has to be
+// unticked first.
+std::optional<Refusal<NoField>> FindMonthsRefusal(Session& session, long employee,
+                                                  const std::vector<ScheduleMonth>& months);
 
 // Opens the employee's full and final settlement, for users who may see it.
 void OpenEmployeeSummary(Session& session, long employee);

@@ -70,9 +70,8 @@ void FormulaFrame::cmdAccept_Click() {
   months_ = clsGenCmn::FnDblTrimVal(txtMonths.Text());
   if (!cmbFormula.MatchesList()) return Refuse("Select proper 'Formula'.", cmbFormula);
   const auto formula = static_cast<long>(Val(cmbFormula.BoundText()));
-  if (const auto amount = AmountByFormula(session_, formula, of->employee, of->monthYear)) {
+  if (const auto amount = AmountByFormula(session_, formula, of->employee, of->monthYear))
     accepted(*amount * months_);
-  }
   Close();
 }
 

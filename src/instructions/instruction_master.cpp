@@ -20,26 +20,6 @@ Statement NameCondition(Session& session, const std::string& name, const char* c
   return session.Sql(" And UPPER(SINAME) {} '{}'", Statement(comparison), UpperCase(name));
 }
 
-// Asked once a section of the list.
-class SectionNames {
- public:
-  explicit SectionNames(Session& session) : session_(session) {}
-
-  std::string Of(std::optional<long> tdsRefNo) {
-    if (!tdsRefNo) return "";
-    const auto [place, isNew] = names_.try_emplace(*tdsRefNo);
-    if (isNew) {
-      place->second =
-          session_.data.Text(session_.Sql("Select TDSREF From MAS_TDSREF Where TDSREFNO = {}", *tdsRefNo));
-    }
-    return place->second;
-  }
-
- private:
-  Session& session_;
-  std::map<long, std::string> names_;
-};
-
 InstructionMaster MasterOf(const Recordset& row) {
   return {
       .type = static_cast<InstructionType>(row["SITYPE"].ToLong()),
@@ -132,10 +112,16 @@ bool NeedsSection(const InstructionMaster& master) {
 std::vector<InstructionMaster> ReadInstructionMasters(Session& session, InstructionType type) {
   std::vector<InstructionMaster> masters;
   Recordset rows(session.Cn, session.Sql("Select * From INS_MASTER Where SITYPE = {} Order By SINAME", type));
-  SectionNames sections(session);
+  std::map<long, std::string> sections;  // each asked once
   for (; !rows.Eof(); rows.MoveNext()) {
-    masters.push_back(MasterOf(rows));
-    masters.back().section = sections.Of(masters.back().tdsRefNo);
+    InstructionMaster& master = masters.emplace_back(MasterOf(rows));
+    if (!master.tdsRefNo) continue;
+    const auto [section, isNew] = sections.try_emplace(*master.tdsRefNo);
+    if (isNew) {
+      section->second =
+          session.data.Text(session.Sql("Select TDSREF From MAS_TDSREF Where TDSREFNO = {}", section->first));
+    }
+    master.section = section->second;
   }
   return masters;
 }
@@ -143,9 +129,8 @@ std::vector<InstructionMaster> ReadInstructionMasters(Session& session, Instruct
 std::vector<ListRow> ReadSections(Session& session) {
   std::vector<ListRow> sections;
   Recordset rows(session.Cn, "SELECT TDSREFNO, TDSREF FROM MAS_TDSREF WHERE TYPEID In(2) and TDSREFNO <> 8");
-  for (; !rows.Eof(); rows.MoveNext()) {
+  for (; !rows.Eof(); rows.MoveNext())
     sections.push_back({rows["TDSREF"].TextOrEmpty(), rows["TDSREFNO"].TextOrEmpty()});
-  }
   return sections;
 }
 
@@ -169,9 +154,8 @@ std::optional<MasterRefusal> FindPreferenceRefusal(Session& session, const Instr
   const Statement others = oldName.empty() ? Statement() : NameCondition(session, oldName, "<>");
   if (!session.data.FnBlnRecExists(
           session.Sql("Select SIPREF From INS_MASTER Where SITYPE = {} And SIPREF = {}{}", master.type,
-                      master.siPref, others))) {
+                      master.siPref, others)))
     return std::nullopt;
-  }
   return MasterRefusal{
       "Deduction preference given is already set for another " + caption + "\r\nSpecify another number.",
       MasterField::DedPref};

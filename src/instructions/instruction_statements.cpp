@@ -33,8 +33,9 @@ Statement MonthsOfInstruction(const InstructionKey& key) {
 Statement OneMonth(long monthYear) { return Statement(fmt::format("= {}", monthYear)); }
 
 bool IsMonthLocked(Session& session, long monthYear) {
-  return session.data.Number(
-             session.Sql("Select LOCKEDYN From MAS_MONTHYEAR Where MONTHYEAR = {}", monthYear)) == 1;
+  return session.data
+             .Guarding(session.Sql("Select LOCKEDYN From MAS_MONTHYEAR Where MONTHYEAR = {}", monthYear))
+             .NumberOr0() == 1;
 }
 
 std::vector<long> ReadScheduleMonths(Session& session, const InstructionKey& key) {

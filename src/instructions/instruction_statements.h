@@ -25,6 +25,8 @@ Statement OneMonth(long monthYear);
 
 // The months of the schedule in their order.
 std::vector<long> ReadScheduleMonths(Session& session, const InstructionKey& key);
+// "No end" of a range of months, as the employee lock takes it.
+inline constexpr const char* kNoLastMonth = "36000";
 bool IsMonthLocked(Session& session, long monthYear);
 // The highest counter of the instruction plus 1; 1 when it has no month.
 long NextCounter(Session& session, const InstructionKey& key);

@@ -23,9 +23,8 @@ constexpr TypeFacts kFacts[] = {
 }  // namespace
 
 const TypeFacts& FactsOf(InstructionType type) {
-  for (const TypeFacts& facts : kFacts) {
+  for (const TypeFacts& facts : kFacts)
     if (facts.type == type) return facts;
-  }
   throw RuntimeError::InvalidProcedureCall();
 }
 

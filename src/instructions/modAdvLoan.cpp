@@ -2,11 +2,10 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "frame/modExternal.h"
+#include "frame/pickers.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
@@ -17,13 +16,12 @@
 #include "instructions/total_interest.h"
 #include "instructions/type_rights.h"
 #include "runtime/numbers.h"
-#include "workbook/grid_workbook.h"
+#include "workbook/export_menu.h"
 
 namespace ktl {
 
 namespace {
 
-constexpr const char* kNoLaterLock = "36000";
 constexpr Colour kAboutToGoColour = 0xFFE0E0;
 
 }  // namespace
@@ -51,15 +49,14 @@ void modAdvLoan::ConnectHandlers() {
   cmbALName.onChange = on_(&modAdvLoan::cmbALName_Change);
   txtSerialNo.onChange = on_(&modAdvLoan::txtSerialNo_Change);
   txtAdvDate.onLeave = on_(&modAdvLoan::txtAdvDate_LostFocus);
-  txtAdvDate.onDblClick = on_([this] { session_.doors.calendar(txtAdvDate); });
+  AskForDate(session_, txtAdvDate);
   txtAdvAmount.onLeave = on_(&modAdvLoan::txtAdvAmount_LostFocus);
   chkSelectAll.onClick = on_([this] { schedule_.TickAllOpen(chkSelectAll.Value()); });
   fpgAdvLoan.onRowClick = on_(&modAdvLoan::fpgAdvLoan_Click);
   fpgEMI.onCellChange = on_(&modAdvLoan::fpgEMI_CellChange);
   overview.lblSummary.onClick = on_([this] { OpenEmployeeSummary(session_, employee.Employee()); });
-  mnuExport.onClick = on_(&modAdvLoan::mnuExport_Click);
+  BindExport(session_, mnuExport, fpgEMI, [] { return ExportWords{"EMI Details", "The schedule"}; });
   mnuBulkDelete.onClick = on_([this] { session_.doors.bulkDelete(type_); });
-  fpgEMI.popup = {&mnuExport};
   fpgAdvLoan.popup = {&mnuBulkDelete};
   cmdNew.onClick = on_(&modAdvLoan::cmdNew_Click);
   cmdClose.onClick = [this] { Unload(); };
@@ -148,9 +145,8 @@ void modAdvLoan::SetCaptions() {
 
 void modAdvLoan::ShowForType() {
   for (Control* control : std::initializer_list<Control*>{&lblLoanAccNo, &txtLoanAccNo, &lblInstitution,
-                                                          &cmbInstitution, &cmdInstitution}) {
+                                                          &cmbInstitution, &cmdInstitution})
     control->visible = type_ == InstructionType::Loan;
-  }
   cmdTDSDet.visible = false;
 }
 
@@ -158,6 +154,7 @@ void modAdvLoan::DescribeLists() {
   instructions_.Describe(type_, caption_);
   schedule_.Describe(type_);
   receipts_.SetColumns(ReceiptColumns(type_));
+  fpgReceipts.summed = kSummedReceiptColumns;
   lblAmountPaid.backColour = kRecoveredColour;
   lblTotalEqual.backColour = kRecoveryEqualColour;
   lblTotalNotEqual.backColour = kRecoveryUnequalColour;
@@ -166,6 +163,11 @@ void modAdvLoan::DescribeLists() {
 
 void modAdvLoan::ShowComponentColumns() {
   schedule_.ShowColumns(session_.SepPiYN || rules_.REDUCINGBALYN, rules_.REDUCINGBALYN);
+}
+
+Subject modAdvLoan::Subject() const {
+  if (serial_ == 0) return {.employee = employee.Words()};
+  return {employee.Words(), fmt::format("{} {}", cmbALName.Text(), serial_), AmountWords(Totals())};
 }
 
 void modAdvLoan::FillLists() {
@@ -194,12 +196,15 @@ void modAdvLoan::chkCurrEMIEmp_Click() {
 
 // Buttons by the rights of the user and the lock of the employee.
 void modAdvLoan::EnableCommands() {
-  const bool writable = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
+  const std::string why = WhyReadOnly(session_);
+  const bool writable = why.empty();
   for (Button* button :
        {&cmdSave, &cmdDelete, &cmdEMIDelete, &cmdMonthly, &cmdNew, &cmdEmi, &cmdInstitution, &cmdMaster}) {
     button->enabled = writable;
+    button->whyDisabled = why;
   }
   cmdMultiAllot.enabled = !session_.ReadOnlyUser;
+  cmdMultiAllot.whyDisabled = why;
   cmdEmi.enabled = writable || employee.Employee() == 0;  // a read-only user loses it with the first employee
   schedule_.Lock(!writable);
   EnableInputs();
@@ -210,9 +215,8 @@ void modAdvLoan::EnableInputs() {
   const bool chosen = employee.Employee() != 0;
   for (Control* input :
        std::initializer_list<Control*>{&cmbALName, &cmbInstitution, &txtLoanAccNo, &txtSerialNo, &txtAdvDate,
-                                       &txtAdvAmount, &txtInterestAmt, &cmdIntrCalc, &txtRemarks}) {
+                                       &txtAdvAmount, &txtInterestAmt, &cmdIntrCalc, &txtRemarks})
     input->enabled = chosen;
-  }
   recovery.Enable(chosen);
   cmdFmeFormula.enabled = chosen && recovery.fmeInstallment.visible;
 }
@@ -292,9 +296,8 @@ void modAdvLoan::ShowInstruction(const AdvLoanDetail& detail) {
 
 // Everything but the serial number.
 void modAdvLoan::ClearInstruction() {
-  for (TextBox* box : {&txtLoanAccNo, &txtAdvDate, &txtAdvAmount, &txtInterestAmt, &txtRemarks}) {
+  for (TextBox* box : {&txtLoanAccNo, &txtAdvDate, &txtAdvAmount, &txtInterestAmt, &txtRemarks})
     box->SetText("");
-  }
   cmbALName.SetText("");
   cmbInstitution.SetText("");
   recovery.Clear();
@@ -312,9 +315,8 @@ void modAdvLoan::txtAdvDate_LostFocus() {
   const std::string typed = txtAdvDate.Text();
   txtAdvDate.SetText(IsDate(typed) ? FormatDateText(typed, "dd/MM/yyyy")
                                    : clsDateHandle::FnStrCorrectDate(typed));
-  if (recovery.txtRecvrFrom.Text().empty() && !txtAdvDate.Text().empty()) {
+  if (recovery.txtRecvrFrom.Text().empty() && !txtAdvDate.Text().empty())
     recovery.txtRecvrFrom.SetText(FormatDateText(txtAdvDate.Text(), "Mmm/YYYY"));
-  }
 }
 
 void modAdvLoan::txtAdvAmount_LostFocus() {
@@ -365,11 +367,10 @@ void modAdvLoan::fpgAdvLoan_Click(std::size_t, std::size_t) {
   const AdvLoanListRow* const clicked = instructions_.Active();
   if (clicked == nullptr) return;
   const std::string serial = std::to_string(clicked->serial);
-  if (serial == txtSerialNo.Text()) {
+  if (serial == txtSerialNo.Text())
     txtSerialNo_Change();
-  } else {
+  else
     txtSerialNo.SetText(serial);
-  }
 }
 
 void modAdvLoan::fpgEMI_CellChange(std::size_t row, std::size_t column) {
@@ -404,9 +405,8 @@ AdvLoanEntry modAdvLoan::Entry() const {
 
 void modAdvLoan::cmdNew_Click() {
   if (newRecord_ && !MayLeaveNewRecord(session_, "Do you want to Save Entered Details?",
-                                       [this] { return ValidateAndSave(); })) {
+                                       [this] { return ValidateAndSave(); }))
     return;
-  }
   if (employee.Employee() == 0) {
     session_.Inform("Select employee.");
     SetFocus(employee.cmbEmpName);
@@ -424,9 +424,8 @@ void modAdvLoan::cmdNew_Click() {
 void modAdvLoan::cmdSave_Click() {
   const bool deducted = schedule_.AnyRecovered();
   if (deducted &&
-      !session_.desk.Confirm("EMI already deducted. Do you want to modify the detail ?", session_.title)) {
+      !session_.desk.Confirm("EMI already deducted. Do you want to modify the detail ?", session_.title))
     return;
-  }
   if (!ValidateAndSave() || deducted) return;
   if (session_.SepPiYN) CalculateInterest();
   cmdNew_Click();
@@ -526,9 +525,8 @@ void modAdvLoan::cmdEMIDelete_Click() {
   for (const ScheduleMonth& month : deleted) DeleteInstalment(session_, Key(), month.counter);
   const DeletedInstalments choice = AdjustAfterDelete(deleted);
   AuditDeletedInstalments(session_, Key(), cmbALName.Text(), deleted, choice);
-  if (session_.SepPiYN) {
+  if (session_.SepPiYN)
     LowerTotalInterest(session_, Key(), cmbALName.Text(), SumAsShown(deleted, &ScheduleMonth::MDFINTAMT));
-  }
   RefreshDetail();
   RefreshEMI();
   UpdateOverview();
@@ -541,19 +539,10 @@ std::vector<ScheduleMonth> modAdvLoan::MonthsToDelete() {
     session_.Inform("Select EMI to delete.");
     return {};
   }
-  if (!session_.desk.Confirm("Do you want to delete selected " + caption_ + " EMI Detail?", session_.title)) {
+  if (!session_.desk.Confirm("Do you want to delete selected " + caption_ + " EMI Detail?", session_.title))
     return {};
-  }
-  const auto locked = std::ranges::count_if(
-      ticked, [this](const ScheduleMonth& month) { return IsMonthLocked(session_, month.monthYear); });
-  if (locked > 0) {
-    // Not even the unlocked ones go: the locked ones have to be unticked first.
-    session_.Inform(
-        fmt::format("{} month(s) are locked.\r\nEMI details for these months will not be deleted.", locked));
-    return {};
-  }
-  if (IsEmployeeLocked(session_, employee.Employee(), ticked.front().monthYear, kNoLaterLock)) {
-    session_.desk.Warn("Employee has been locked. Cannot Delete.", kDeniedTitle);
+  if (const auto refusal = FindMonthsRefusal(session_, employee.Employee(), ticked)) {
+    Refuse(session_, *this, *refusal, {});
     return {};
   }
   return ticked;
@@ -567,7 +556,12 @@ DeletedInstalments modAdvLoan::AdjustAfterDelete(const std::vector<ScheduleMonth
       {"Do you want to Adjust the EMI Amount?\r\nClick on 'Yes' to Adjust the EMI Amount for the "
        "Months\r\nClick on 'No' to Create New Month for Recovery\r\nClick 'Cancel' to Delete with No "
        "Adjustments",
-       Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
+       Buttons::YesNoCancel,
+       Icon::Question,
+       Answer::Cancel,
+       session_.title,
+       0,
+       {"&Yes, spread it", "&No, one new month", "&Cancel, only delete"}});
   const double amount = SumAsShown(deleted, &ScheduleMonth::EMIAMT);
   if (answer == Answer::Yes) {
     SpreadDeleted(session_, Key(), open, amount);
@@ -598,9 +592,8 @@ void modAdvLoan::cmdMultiAllot_Click() {
 
 void modAdvLoan::OpenOnInstruction(const Door<InstructionParent&>& door) {
   const AdvLoanListRow* const listed = instructions_.Active();
-  if (listed == nullptr || AsShown(listed->amount) == 0 || !HasInstruction()) {
+  if (listed == nullptr || AsShown(listed->amount) == 0 || !HasInstruction())
     return session_.Inform("Select a " + caption_ + " record.");
-  }
   door(*this);
   RefreshAll();
 }
@@ -609,12 +602,6 @@ void modAdvLoan::cmdReport_Click() {
   StartExternal(session_, {"KTLSIRep", "KestrelLedger - Reports",
                            fmt::format("{}#{}#{}#0", FactsOf(type_).report,
                                        Value(session_.ReportFlag).ToText(), session_.ReportNumber)});
-}
-
-void modAdvLoan::mnuExport_Click() {
-  if (fpgEMI.rows.empty()) return session_.Inform("No Records Found");
-  const std::string file = ExportGridToWorkbook(session_, fpgEMI, "EMI Details");
-  if (!file.empty()) session_.Inform("The schedule has been written to " + file);
 }
 
 void modAdvLoan::CalculateInterest() {

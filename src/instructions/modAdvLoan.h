@@ -100,12 +100,12 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void cmdInstitution_Click();
   void cmdMultiAllot_Click();
   void cmdReport_Click();
-  void mnuExport_Click();
   void fpgAdvLoan_Click(std::size_t row, std::size_t column);
   void fpgEMI_CellChange(std::size_t row, std::size_t column);
 
   InstructionKey Key() const override { return {employee.Employee(), type_, serial_}; }
   std::string InstructionName() const override { return cmbALName.Text(); }
+  ktl::Subject Subject() const override;
   InstructionTotals Totals() const override { return instructions_.TotalsOf(serial_); }
   std::set<long> RecoveredMonths() const override { return schedule_.RecoveredMonths(); }
   bool ComponentsApart() const override { return KeepsComponentsApart(session_, Key()); }

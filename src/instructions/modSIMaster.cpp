@@ -64,9 +64,8 @@ modSIMaster::modSIMaster(Session& session, InstructionType type)
 
 void modSIMaster::ConnectHandlers() {
   chkType.onClick = [this] { chkType_Click(); };
-  for (CheckBox* box : {&chkTDSAppl, &chkMaxAmount, &chkMaxAllowed, &chkRecEMI, &chkInterestRate}) {
+  for (CheckBox* box : {&chkTDSAppl, &chkMaxAmount, &chkMaxAllowed, &chkRecEMI, &chkInterestRate})
     box->onClick = [this] { EnableByTicks(); };
-  }
   fpgSIMaster.onRowClick = [this](std::size_t row, std::size_t) { fpgSIMaster_Click(row); };
   cmdNew.onClick = [this] { cmdNew_Click(); };
   cmdSave.onClick = on_(&modSIMaster::cmdSave_Click);
@@ -125,31 +124,28 @@ void modSIMaster::DescribeList() {
   using Row = InstructionMaster;
   const bool advanced = HasAdvancedOptions();
   const bool advLoan = IsAdvanceOrLoan(type_);
-  const bool loan = type_ == InstructionType::Loan;
   const bool loanScreen = session_.FormCode == kLoanFormCode;
-  using enum CellType;
+  const auto tick = [](const char* heading, bool hidden, bool Row::*flag, int width = 90) {
+    return GridList<Row>::Column{{heading, CellType::Tick, width, hidden},
+                                 [flag](const Row& row) { return Flag(row.*flag); }};
+  };
+  const auto number = [](const char* heading, bool hidden, auto textOf, auto Row::*value, int width = 90) {
+    return GridList<Row>::Column{{heading, CellType::Number, width, hidden},
+                                 [textOf, value](const Row& row) { return textOf(row.*value); }};
+  };
   list_.SetColumns({
-      {{.caption = caption_ + " Name", .width = 180}, [](const Row& row) { return row.siName; }},
-      {{.caption = "Account Code", .width = 110}, [](const Row& row) { return row.accCode; }},
-      {{.caption = "TDS", .type = Tick, .width = 50, .hidden = loan},
-       [](const Row& row) { return Flag(row.tdsYn); }},
-      {{.caption = "Section"}, [](const Row& row) { return row.section; }},
-      {{.caption = "Deduction Pref.", .type = Number, .hidden = !advLoan},
-       [](const Row& row) { return PreferenceText(row.siPref); }},
-      {{.caption = "Max. Limit", .type = Number, .width = 110, .hidden = !advanced},
-       [](const Row& row) { return AmountText(row.amtLimit); }},
-      {{.caption = "Max. Allowed", .type = Number, .hidden = !advanced},
-       [](const Row& row) { return CountText(row.allowLimit); }},
-      {{.caption = "Recovery EMI", .type = Number, .hidden = !advanced},
-       [](const Row& row) { return CountText(row.emiRecCnt); }},
-      {{.caption = "Interest Rate", .type = Number, .hidden = !advanced},
-       [](const Row& row) { return RateText(row.intrRate); }},
-      {{.caption = "Reducing Balance", .type = Tick, .hidden = !advanced},
-       [](const Row& row) { return Flag(row.reducingBalYn); }},
-      {{.caption = "Separate P/I Acc", .type = Tick, .hidden = !advLoan},
-       [](const Row& row) { return Flag(row.sepPiYn); }},
-      {{.caption = "IFBYN", .type = Tick, .hidden = !advLoan || !loanScreen},
-       [](const Row& row) { return Flag(row.sbiIfbYn); }},
+      {{caption_ + " Name", CellType::Text, 180}, &Row::siName},
+      {{"Account Code", CellType::Text, 110}, &Row::accCode},
+      tick("TDS", type_ == InstructionType::Loan, &Row::tdsYn, 50),
+      {{"Section"}, &Row::section},
+      number("Deduction Pref.", !advLoan, PreferenceText, &Row::siPref),
+      number("Max. Limit", !advanced, AmountText, &Row::amtLimit, 110),
+      number("Max. Allowed", !advanced, CountText, &Row::allowLimit),
+      number("Recovery EMI", !advanced, CountText, &Row::emiRecCnt),
+      number("Interest Rate", !advanced, RateText, &Row::intrRate),
+      tick("Reducing Balance", !advanced, &Row::reducingBalYn),
+      tick("Separate P/I Acc", !advLoan, &Row::sepPiYn),
+      tick("IFBYN", !advLoan || !loanScreen, &Row::sbiIfbYn),
   });
 }
 
@@ -175,11 +171,10 @@ void modSIMaster::EnableByTicks() {
 
 void modSIMaster::Clear() {
   LoadFields({});
-  for (Control* control : Controls()) {
+  for (Control* control : Controls())
     if (control->kind() == ControlKind::TextBox || control->kind() == ControlKind::CheckBox ||
         control->kind() == ControlKind::ComboBox)
       control->tag.clear();
-  }
   oldName_.clear();
 }
 

@@ -1,9 +1,9 @@
 #include "instructions/receipts.h"
 
-#include "common/amounts.h"
 #include "database/recordset.h"
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
+#include "instructions/list_columns.h"
 
 namespace ktl {
 
@@ -24,18 +24,15 @@ std::vector<Receipt> ReadReceipts(Session& session, const InstructionKey& key) {
 }
 
 std::vector<GridList<Receipt>::Column> ReceiptColumns(InstructionType type) {
-  const auto amount = [](std::optional<double> Receipt::*column) {
-    return [column](const Receipt& row) { return ShownAmount(row.*column); };
-  };
   return {
       {{"Counter", CellType::Number, 70, true},
        [](const Receipt& row) { return std::to_string(row.counter); }},
       {{std::string(FactsOf(type).receiptWord) + " Date", CellType::Date, 110},
        [](const Receipt& row) { return row.RCPTDATE ? FormatDate(*row.RCPTDATE, "dd/mm/yyyy") : ""; }},
-      {{"Principle Amt.", CellType::Number, 120}, amount(&Receipt::RCPTPRNAMT)},
-      {{"Interest Amt.", CellType::Number, 120}, amount(&Receipt::RCPTINTAMT)},
-      {{"Total Amount", CellType::Number, 120}, amount(&Receipt::RCPTAMT)},
-      {{"Remarks", CellType::Text, 220}, [](const Receipt& row) { return row.remarks; }},
+      {{"Principle Amt.", CellType::Number, 120}, Amount(&Receipt::RCPTPRNAMT)},
+      {{"Interest Amt.", CellType::Number, 120}, Amount(&Receipt::RCPTINTAMT)},
+      {{"Total Amount", CellType::Number, 120}, Amount(&Receipt::RCPTAMT)},
+      {{"Remarks", CellType::Text, 220}, &Receipt::remarks},
   };
 }
 

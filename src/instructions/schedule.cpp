@@ -80,9 +80,8 @@ std::vector<ScheduleRow> GenerateSchedule(const ScheduleTerms& terms) {
 bool WriteSchedule(Session& session, const InstructionKey& key, const ScheduleTerms& terms, long institution,
                    ScheduleForm form) {
   if (session.data.FnBlnRecExists(
-          session.Sql("Select EMPID From INS_EMIDETAIL Where {}", WhereInstruction(key)))) {
+          session.Sql("Select EMPID From INS_EMIDETAIL Where {}", WhereInstruction(key))))
     return false;
-  }
   const std::vector<ScheduleRow> schedule = GenerateSchedule(terms);
   Recordset rows(session.Cn, "Select * From INS_EMIDETAIL", OpenMode::AddOnly);
   for (const ScheduleRow& row : schedule) AddScheduleRow(rows, key, row, institution, form);
@@ -95,11 +94,10 @@ std::vector<OpenMonth> SpreadOver(std::vector<OpenMonth> months, double total) {
   const double share = FnDblRoundUp(RoundTwoPlaces(total / static_cast<double>(months.size())));
   double left = total;
   for (OpenMonth& month : months) {
-    if (share <= left) {
+    if (share <= left)
       month.modifiedAmount += share;
-    } else if (left > 0) {
+    else if (left > 0)
       month.modifiedAmount += left;
-    }
     left -= share;
   }
   return months;

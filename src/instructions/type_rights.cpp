@@ -13,25 +13,14 @@ namespace {
 // One number a type, in the order of TypeColumn; 0 where the type has none.
 using Numbers = std::array<int, 6>;
 
-struct FormNumbers {
+struct RightNumbers {
   std::string_view screen;
-  Numbers form;
+  std::string_view button;  // "" for the form itself
+  Numbers numbers;
 };
 
-struct ButtonNumbers {
-  std::string_view screen;
-  std::string_view button;
-  Numbers right;
-};
-
-constexpr FormNumbers kForms[] = {
-    {"modAdvLoan", {48, 54}},
-    {"modSIMaster", {49, 55, 61, 70, 65, 74}},
-    {"modEMIDet", {52, 58, 63, 72, 67, 76}},
-    {"modReceipts", {53, 59}},
-};
-
-constexpr ButtonNumbers kButtons[] = {
+constexpr RightNumbers kRights[] = {
+    {"modAdvLoan", "", {48, 54}},
     {"modAdvLoan", "cmdMaster", {198, 222}},
     {"modAdvLoan", "cmdInstitution", {0, 223}},
     {"modAdvLoan", "cmdFmeFormula", {199, 224}},
@@ -44,11 +33,14 @@ constexpr ButtonNumbers kButtons[] = {
     {"modAdvLoan", "cmdEMIDelete", {206, 231}},
     {"modAdvLoan", "cmdEmi", {207, 232}},
     {"modAdvLoan", "cmdReceipts", {208, 233}},
+    {"modSIMaster", "", {49, 55, 61, 70, 65, 74}},
     {"modSIMaster", "cmdSave", {209, 234, 256, 287, 270, 300}},
     {"modSIMaster", "cmdDelete", {210, 235, 257, 288, 271, 301}},
+    {"modEMIDet", "", {52, 58, 63, 72, 67, 76}},
     {"modEMIDet", "cmdSave", {218, 244, 259, 290, 273, 303}},
     {"modEMIDet", "cmdDelete", {219, 245, 260, 291, 274, 304}},
     {"modEMIDet", "cmdInstitution", {0, 246, 261, 292, 275, 0}},
+    {"modReceipts", "", {53, 59}},
     {"modReceipts", "cmdSave", {220, 247}},
     {"modReceipts", "cmdDelete", {221, 248}},
 };
@@ -61,15 +53,16 @@ std::size_t TypeColumn(InstructionType type) {
 
 void ApplyTypeRights(Session& session, Screen& screen, InstructionType type) {
   if (type == InstructionType::None) return;
-  const std::size_t column = TypeColumn(type);
-  for (const ButtonNumbers& numbers : kButtons) {
-    if (numbers.screen != screen.name()) continue;
-    const int right = numbers.right[column];
-    screen.Find(numbers.button)->tag = right == 0 ? "" : std::to_string(right);
+  long form = 0;
+  for (const RightNumbers& right : kRights) {
+    if (right.screen != screen.name()) continue;
+    const int number = right.numbers[TypeColumn(type)];
+    if (right.button.empty())
+      form = number;
+    else
+      screen.Find(right.button)->tag = number == 0 ? "" : std::to_string(number);
   }
-  for (const FormNumbers& numbers : kForms) {
-    if (numbers.screen == screen.name()) ApplyButtonRights(session, screen, numbers.form[column]);
-  }
+  ApplyButtonRights(session, screen, form);
 }
 
 }  // namespace ktl

@@ -91,10 +91,11 @@ long CountLockedMonths(Session& session, long firstMonth, long lastMonth) {
 }
 
 long CountLockedMonthsAtOnce(Session& session, long firstMonth, long lastMonth) {
-  return session.data.Long(
-      session.Sql("Select Count(MONTHYEAR) From MAS_MONTHYEAR Where LOCKEDYN = 1 And "
-                  "MONTHYEAR >= {} AND MONTHYEAR <= {}",
-                  firstMonth, lastMonth));
+  return session.data
+      .Guarding(session.Sql("Select Count(MONTHYEAR) From MAS_MONTHYEAR Where LOCKEDYN = 1 And "
+                            "MONTHYEAR >= {} AND MONTHYEAR <= {}",
+                            firstMonth, lastMonth))
+      .ToLong();
 }
 
 std::string LockedMonthsText(long count) {

@@ -35,8 +35,6 @@ std::vector<ListRow> ReadInstitutionRows(Session& session, InstructionType type)
 // Asks the salary side to calculate the month again.
 void RaiseFlags(Session& session, const InstructionKey& key, long monthYear);
 
-// "No end" of a range of months, as the employee lock takes it.
-inline constexpr const char* kNoLastMonth = "36000";
 // Locked months of the range, each asked by itself.
 long CountLockedMonths(Session& session, long firstMonth, long lastMonth);
 // The same in one query.

@@ -11,6 +11,7 @@
 #include "database/recordset.h"
 #include "frame/rights.h"
 #include "frame/session.h"
+#include "instructions/instruction_statements.h"
 #include "recovery/emi_entry.h"
 #include "recovery/emi_months.h"
 #include "runtime/numbers.h"

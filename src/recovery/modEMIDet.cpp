@@ -12,9 +12,9 @@
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "instructions/components.h"
+#include "instructions/list_columns.h"
 #include "instructions/type_rights.h"
 #include "recovery/emi_months.h"
-#include "recovery/list_columns.h"
 #include "recovery/working.h"
 #include "runtime/numbers.h"
 
@@ -104,7 +104,11 @@ void modEMIDet::SetColumns() {
       {{"EMI Rec", CellType::Number, 60, true},
        [marked](const Month& month) { return marked ? std::to_string(month.IsRecovered()) : ""; }},
   });
+  fpgEMIDetail.summed = {kActualPrincipal,   kActualInterest,   kActualAmount,
+                         kModifiedPrincipal, kModifiedInterest, kModifiedAmount};
 }
+
+Subject modEMIDet::Subject() const { return parent_.Subject(); }
 
 void modEMIDet::Form_Activate() {
   ShowForType();
@@ -125,8 +129,11 @@ void modEMIDet::ShowForType() {
 
 // Whoever may not save here may not compute interest into the months either.
 void modEMIDet::EnableByRights() {
-  const bool writable = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
-  cmdSave.enabled = cmdDelete.enabled = cmdIntCalculate.enabled = writable;
+  const std::string why = WhyReadOnly(session_);
+  for (Button* button : {&cmdSave, &cmdDelete, &cmdIntCalculate}) {
+    button->enabled = why.empty();
+    button->whyDisabled = why;
+  }
 }
 
 void modEMIDet::FillEmiGrid() {
@@ -251,7 +258,12 @@ Answer modEMIDet::AskAboutAmount(const char* cancel) {
                                            "Click on 'No' to Create New Month for Recovery\r\n"
                                            "Click 'Cancel' to {}",
                                            cancel),
-                               Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
+                               Buttons::YesNoCancel,
+                               Icon::Question,
+                               Answer::Cancel,
+                               session_.title,
+                               0,
+                               {"&Yes, adjust", "&No, one new month", "&Cancel, no adjustment"}});
 }
 
 bool modEMIDet::MayRecoverMore(const EmiEntry& entry) {

@@ -65,6 +65,8 @@ class modEMIDet final : public Screen {
   Button cmdDelete{*this, "cmdDelete", "&Delete"};
   Button cmdClose{*this, "cmdClose", "&Close"};
 
+  ktl::Subject Subject() const override;
+
   void Form_Load() override;
   void Form_Activate() override;
   bool Form_QueryUnload() override;

@@ -4,10 +4,11 @@
 #include "common/month_year.h"
 #include "frame/handler_guard.h"
 #include "frame/modExternal.h"
+#include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "instructions/components.h"
-#include "recovery/list_columns.h"
+#include "instructions/list_columns.h"
 #include "recovery/reducing_interest.h"
 #include "runtime/numbers.h"
 
@@ -30,6 +31,7 @@ ScheduleMonth::Amount ScheduleMonth::*AmountOf(std::size_t column) {
 modInterestMaster::modInterestMaster(Session& session, InstructionParent& parent)
     : Screen("modInterestMaster"),
       session_(session),
+      parent_(parent),
       key_(parent.Key()),
       name_(parent.InstructionName()),
       reducing_(parent.ComponentsApart()) {
@@ -72,7 +74,8 @@ void modInterestMaster::Form_Load() {
   const EmployeeLabels employee = ReadEmployeeLabels(session_, key_.employee);
   lblEmpIDRef.caption = employee.reference;
   lblEmpName.caption = employee.name;
-  cmdSave.enabled = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
+  cmdSave.whyDisabled = WhyReadOnly(session_);
+  cmdSave.enabled = cmdSave.whyDisabled.empty();
   if (FillGrid()) return;
   session_.Inform("Save the record first, and then enter interest details.");
   Unload();
@@ -91,7 +94,10 @@ void modInterestMaster::SetColumns() {
       amount("Modified Principle", 140, kModifiedPrincipal),
       amount("Modified Int. Amt", 140, kModifiedInterest),
   });
+  fpgSIMaster.summed = {kActualPrincipal, kActualInterest, kModifiedPrincipal, kModifiedInterest};
 }
+
+Subject modInterestMaster::Subject() const { return parent_.Subject(); }
 
 bool modInterestMaster::FillGrid() {
   std::vector<ScheduleMonth> months = ReadInterestRows(session_, key_, name_);

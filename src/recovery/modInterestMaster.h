@@ -45,6 +45,8 @@ class modInterestMaster final : public Screen {
   Button cmdUpdateRedBal{*this, "cmdUpdateRedBal", "Up&date"};
   Button cmdCloseRedBal{*this, "cmdCloseRedBal", "Clos&e"};
 
+  ktl::Subject Subject() const override;
+
   void Form_Load() override;
   bool Form_QueryUnload() override;
 
@@ -65,6 +67,7 @@ class modInterestMaster final : public Screen {
   void SetAmount(std::size_t row, std::size_t column, double amount);
 
   Session& session_;
+  const InstructionParent& parent_;
   InstructionKey key_;
   std::string name_;
   bool reducing_;

@@ -20,10 +20,6 @@ namespace {
 
 constexpr Colour kDeleteColour = 0xFFE0E0;
 
-std::string DateText(const Receipt& receipt) {
-  return receipt.RCPTDATE ? FormatDate(*receipt.RCPTDATE, "dd/mm/yyyy") : "";
-}
-
 }  // namespace
 
 modReceipts::modReceipts(Session& session, InstructionParent& parent)
@@ -58,10 +54,14 @@ void modReceipts::ConnectHandlers() {
 
 void modReceipts::Form_Load() {
   receipts_.SetColumns(ReceiptColumns(key_.type));
+  fpgReceipts.summed = kSummedReceiptColumns;
   FillReceiptGrid();
   ApplyTypeRights(session_, *this, key_.type);
-  cmdSave.enabled = cmdDelete.enabled = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
+  cmdSave.whyDisabled = cmdDelete.whyDisabled = WhyReadOnly(session_);
+  cmdSave.enabled = cmdDelete.enabled = cmdSave.whyDisabled.empty();
 }
+
+Subject modReceipts::Subject() const { return parent_.Subject(); }
 
 void modReceipts::FillReceiptGrid() {
   fpgReceipts.Clear();
@@ -76,7 +76,7 @@ void modReceipts::ShowReceiptRow(std::size_t lngRow) {
   const Receipt* receipt = receipts_.At(lngRow);
   if (receipt == nullptr) return;
   txtCounter.SetText(std::to_string(receipt->counter));
-  txtRcptDate.SetText(DateText(*receipt));
+  txtRcptDate.SetText(ShownDate(receipt->RCPTDATE));
   txtAmount.tag = ShownAmount(reducing_ ? receipt->RCPTPRNAMT : receipt->RCPTAMT);
   txtAmount.SetText(txtAmount.tag);
   txtInterest.SetText(ShownAmount(receipt->RCPTINTAMT));
@@ -139,7 +139,7 @@ bool modReceipts::SaveReceipt() {
   const ReceiptDifference months = MonthsOfReceipt(session_, parent_, entry.date);
   const std::optional<Answer> answer = AskAdjustment(entry, months);
   if (!AreMonthsFree(answer, months)) return false;
-  if (const Receipt* stored = StoredReceipt(entry)) entry.date = DateText(*stored);
+  if (const Receipt* stored = StoredReceipt(entry)) entry.date = ShownDate(stored->RCPTDATE);
   WriteReceipt(session_, key_, entry);
   if (answer && *answer != Answer::Cancel) {
     AdjustSavedReceipt(session_, parent_, *answer, entry, months);
@@ -162,17 +162,23 @@ bool modReceipts::MayExceedRecoverable(const ReceiptEntry& entry) {
 std::optional<Answer> modReceipts::AskAdjustment(const ReceiptEntry& entry, const ReceiptDifference& months) {
   if (months.lngFromMonth > months.lngToMonth) return Answer::Cancel;
   if (!entry.amount.IsChanged() && !(reducing_ && entry.interest.IsChanged())) return std::nullopt;
-  return AskAboutAmount("Delete the Current and Future Months EMI Amount from Last ");
+  return AskAboutAmount("Delete the Current and Future Months EMI Amount from Last ",
+                        "&No, from the last months");
 }
 
-Answer modReceipts::AskAboutAmount(const char* no) {
+Answer modReceipts::AskAboutAmount(const char* no, const char* noWords) {
   return session_.desk.MsgBox(
       {fmt::format("Do you want to Adjust the EMI Amount?\r\n"
                    "Click on 'Yes' to Adjust the EMI Amount for Current and Future Months\r\n"
                    "Click on 'No' to {}\r\n"
                    "Click 'Cancel' to Save/Update with No Adjustments",
                    no),
-       Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
+       Buttons::YesNoCancel,
+       Icon::Question,
+       Answer::Cancel,
+       session_.title,
+       0,
+       {"&Yes, adjust", noWords, "&Cancel, no adjustment"}});
 }
 
 bool modReceipts::AreMonthsFree(std::optional<Answer> answer, const ReceiptDifference& months) {
@@ -207,10 +213,10 @@ void modReceipts::Delete() {
   if (!confirmed) return fpgReceipts.PaintRow(row, kWhite);
   cmdClose.enabled = false;
   const ReceiptDifference months = MonthsOfReceipt(session_, parent_, entry.date);
-  const Answer answer = AskAboutAmount("Create New Month for Recovery");
+  const Answer answer = AskAboutAmount("Create New Month for Recovery", "&No, one new month");
   fpgReceipts.PaintRow(row, kWhite);
   if (!AreMonthsFree(answer, months)) return;
-  entry.date = DateText(*stored);
+  entry.date = ShownDate(stored->RCPTDATE);
   entry.remarks = stored->remarks;
   DeleteReceipt(session_, key_, *entry.counter);
   if (answer != Answer::Cancel) {

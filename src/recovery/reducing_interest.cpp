@@ -11,11 +11,6 @@ namespace {
 constexpr int kNearestRupee = 1;
 constexpr double kDaysOfYear = 365;
 
-Date FirstDayOf(long monthYear) {
-  const long month = (monthYear - 1) % 12 + 1;
-  return *Date::FromYmd(static_cast<int>((monthYear - month) / 12), static_cast<int>(month), 1);
-}
-
 // Interest of the whole month, before rounding.
 double WholeMonth(double balance, const InterestTerms& terms, double daysOfMonth) {
   return terms.daysBasis ? balance * terms.rate * daysOfMonth / kDaysOfYear : balance * terms.rate / 12;

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <iterator>
 #include <limits>
 
@@ -28,13 +29,15 @@ struct Decimal {
 
   explicit Decimal(double value);
 
+  char& At(int index) { return digits[static_cast<std::size_t>(index)]; }
+  char At(int index) const { return digits[static_cast<std::size_t>(index)]; }
   // The digit that stands `place` places behind the point; 0 and below stand before it.
   char DigitAt(int place) const {
     const int index = exponent + place - 1;
-    return index >= 0 && index < count ? digits[index] : '0';
+    return index >= 0 && index < count ? At(index) : '0';
   }
   void DropTrailingZeros() {
-    while (count > 0 && digits[count - 1] == '0') --count;
+    while (count > 0 && At(count - 1) == '0') --count;
   }
   void Cut(int decimals) {
     count = std::clamp(exponent + decimals, 0, count);
@@ -63,7 +66,7 @@ Decimal::Decimal(double value) : negative(value < 0) {
 void Decimal::RoundHalfAway(int decimals) {
   const int keep = exponent + decimals;
   if (keep >= count) return;
-  const bool up = keep >= 0 && digits[keep] >= '5';
+  const bool up = keep >= 0 && At(keep) >= '5';
   count = std::max(keep, 0);
   if (up)
     CarryOne();
@@ -72,9 +75,9 @@ void Decimal::RoundHalfAway(int decimals) {
 }
 
 void Decimal::CarryOne() {
-  while (count > 0 && digits[count - 1] == '9') --count;
+  while (count > 0 && At(count - 1) == '9') --count;
   if (count > 0) {
-    ++digits[count - 1];
+    ++At(count - 1);
     return;
   }
   digits[0] = '1';
@@ -153,7 +156,8 @@ std::optional<double> ParseWhole(std::string_view text) {
 
 void AppendExponentForm(std::string& text, const Decimal& number) {
   text += number.digits[0];
-  if (number.count > 1) text.append(".").append(number.digits.data() + 1, number.count - 1);
+  if (number.count > 1)
+    text.append(".").append(number.digits.data() + 1, static_cast<std::size_t>(number.count - 1));
   const int power = number.exponent - 1;
   text += power < 0 ? "E-" : "E+";
   if (std::abs(power) < 10) text += '0';
@@ -166,6 +170,18 @@ void AppendDecimalForm(std::string& text, const Decimal& number) {
   if (number.count <= number.exponent) return;
   text += '.';
   for (int place = 1; place <= number.count - number.exponent; ++place) text += number.DigitAt(place);
+}
+
+std::string RupeesAndPaise(std::int64_t paise) {
+  std::array<char, 24> text;
+  char* end = text.data();
+  if (paise < 0) *end++ = '-';
+  const auto amount = static_cast<std::uint64_t>(std::abs(paise));
+  end = std::to_chars(end, text.data() + text.size(), amount / 100).ptr;
+  *end++ = '.';
+  *end++ = static_cast<char>('0' + amount / 10 % 10);
+  *end++ = static_cast<char>('0' + amount % 10);
+  return std::string(text.data(), end);
 }
 
 }  // namespace
@@ -229,7 +245,18 @@ double TruncateDecimals(double value, int decimals) {
   return number.negative ? -cut : cut;
 }
 
+std::optional<std::int64_t> WholePaise(double amount) {
+  constexpr double kMostPaise = 1e15;
+  const double paise = std::nearbyint(amount * 100);
+  const bool whole = std::fabs(paise) < kMostPaise && paise / 100 == amount;
+  if (!whole || (paise == 0 && std::signbit(amount))) return std::nullopt;
+  return static_cast<std::int64_t>(paise);
+}
+
 std::string FormatNumber(double value, std::string_view patternText) {
+  // What nearly every amount is, in the pattern that nearly every list has.
+  if (patternText == "0.00")
+    if (const auto paise = WholePaise(value)) return RupeesAndPaise(*paise);
   const Pattern pattern(patternText);
   Decimal number(value);
   number.RoundHalfAway(pattern.decimals);

@@ -24,6 +24,9 @@ double RoundTwoPlaces(double value);
 // Cuts the decimal text behind the given number of decimals.
 double TruncateDecimals(double value, int decimals);
 
+// The amount in paise; nothing when it has finer parts, more than fifteen digits, or is a negative zero.
+std::optional<std::int64_t> WholePaise(double amount);
+
 // Number patterns: "####", "####.##", "0", "0.00", "000000000", "###.##", "#,##,###.00", "00". Halves go away
 // from zero, judged on the decimal text of the value (15 significant digits). A negative that rounds to zero
 // shows no sign. A pattern without a digit to show gives an empty text ("####" of 0.3). A pattern with ","

@@ -99,4 +99,35 @@ std::string Left(std::string_view utf8, std::size_t count) {
   return std::string(utf8.substr(0, end));
 }
 
+char32_t TakeCharacter(std::string_view& utf8) {
+  const auto lead = static_cast<unsigned char>(utf8[0]);
+  std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  if (length > utf8.size()) length = 1;
+  char32_t character = length == 1 ? lead : lead & 0x7FU >> length;
+  for (std::size_t i = 1; i < length; ++i)
+    character = character << 6 | (static_cast<unsigned char>(utf8[i]) & 0x3F);
+  utf8.remove_prefix(length);
+  return character;
+}
+
+void AppendCharacter(std::string& utf8, char32_t character) {
+  const auto append = [&](char32_t byte) { utf8 += static_cast<char>(byte); };
+  const auto appendTail = [&](int shift) { append(0x80 | (character >> shift & 0x3F)); };
+  if (character < 0x80) {
+    append(character);
+  } else if (character < 0x800) {
+    append(0xC0 | character >> 6);
+    appendTail(0);
+  } else if (character < 0x10000) {
+    append(0xE0 | character >> 12);
+    appendTail(6);
+    appendTail(0);
+  } else {
+    append(0xF0 | character >> 18);
+    appendTail(12);
+    appendTail(6);
+    appendTail(0);
+  }
+}
+
 }  // namespace ktl

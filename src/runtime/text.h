@@ -16,5 +16,8 @@ std::vector<std::string> Split(std::string_view text, std::string_view separator
 // Characters, not bytes.
 std::size_t Length(std::string_view utf8);
 std::string Left(std::string_view utf8, std::size_t count);
+// Takes the first character off a text that is not empty; a byte that begins no character counts as one.
+char32_t TakeCharacter(std::string_view& utf8);
+void AppendCharacter(std::string& utf8, char32_t character);
 
 }  // namespace ktl

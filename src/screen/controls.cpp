@@ -15,28 +15,18 @@ void Raise(Handler handler) {
   if (handler) handler();
 }
 
-// The bytes of the character that the text begins with, and its code point. A stray byte stands for itself.
-struct Character {
-  std::size_t bytes = 1;
-  int code = 0;
+// A flag that is set for as long as this stands.
+class Set {
+ public:
+  explicit Set(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
+  ~Set() { flag_ = before_; }
+  Set(const Set&) = delete;
+  Set& operator=(const Set&) = delete;
+
+ private:
+  bool& flag_;
+  bool before_;
 };
-
-Character FirstCharacter(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text.front());
-  const std::size_t bytes = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  if (bytes == 1 || bytes > text.size()) return {1, lead};
-  int code = lead & (0xFF >> (bytes + 1));
-  for (std::size_t i = 1; i < bytes; ++i) code = code << 6 | (static_cast<unsigned char>(text[i]) & 0x3F);
-  return {bytes, code};
-}
-
-std::string Encoded(int code) {
-  const auto tail = [code](int shift) { return static_cast<char>(0x80 | (code >> shift & 0x3F)); };
-  if (code < 0x80) return {static_cast<char>(code)};
-  if (code < 0x800) return {static_cast<char>(0xC0 | code >> 6), tail(0)};
-  if (code < 0x10000) return {static_cast<char>(0xE0 | code >> 12), tail(6), tail(0)};
-  return {static_cast<char>(0xF0 | code >> 18), tail(12), tail(6), tail(0)};
-}
 
 }  // namespace
 
@@ -63,21 +53,33 @@ void TextBox::TypeOver(std::string_view typed) {
   const std::string before = std::exchange(text_, {});
   const auto filter = onKeyPress;
   while (!typed.empty()) {
-    const auto [bytes, code] = FirstCharacter(typed);
+    const std::string_view from = typed;
+    const int code = static_cast<int>(TakeCharacter(typed));
     const int kept = filter ? filter(code) : code;
-    const bool fits = maxLength == 0 || Length(text_) < maxLength;
-    if (kept != 0 && fits) text_ += kept == code ? std::string(typed.substr(0, bytes)) : Encoded(kept);
-    typed.remove_prefix(bytes);
+    if (kept == 0 || (maxLength != 0 && Length(text_) >= maxLength)) continue;
+    if (kept == code) {
+      text_ += from.substr(0, from.size() - typed.size());  // as it was typed, a stray byte too
+    } else {
+      AppendCharacter(text_, static_cast<char32_t>(kept));
+    }
   }
   if (text_ != before) Raise(onChange);
 }
 
-void ComboBox::SetRows(std::vector<ListRow> rows) { rows_ = std::move(rows); }
+void ComboBox::SetRows(std::vector<ListRow> rows) {
+  rows_ = std::move(rows);
+  ++rowsVersion_;
+}
 
 void ComboBox::SetText(std::string text) {
   if (text == text_) return;
   text_ = std::move(text);
   chosenValue_.reset();
+  RaiseChange();
+}
+
+void ComboBox::RaiseChange() {
+  const Set changing(changing_);
   Raise(onChange);
 }
 
@@ -97,7 +99,10 @@ std::string ComboBox::BoundText() const {
 void ComboBox::SetBoundText(std::string_view value) {
   const auto row =
       std::find_if(rows_.begin(), rows_.end(), [&](const ListRow& r) { return r.value == value; });
-  if (row == rows_.end()) return SetText({});
+  if (row == rows_.end()) {
+    if (!changing_ || MatchesList()) SetText({});
+    return;
+  }
   ChooseRow(static_cast<std::size_t>(row - rows_.begin()));
 }
 
@@ -106,7 +111,7 @@ void ComboBox::ChooseRow(std::size_t row) {
   const bool differs = chosen.text != text_ || chosen.value != BoundText();
   text_ = chosen.text;
   chosenValue_ = chosen.value;
-  if (differs) Raise(onChange);
+  if (differs) RaiseChange();
 }
 
 std::size_t ComboBox::FindRow(std::string_view text) const {

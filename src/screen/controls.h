@@ -59,6 +59,7 @@ class Control {
   Colour foreColour = kNoColour;
   std::string tag;
   std::string toolTip;
+  std::string whyDisabled;  // the tool tip while it is disabled
   // The frame (or tab page) that holds it: a control in a hidden or disabled frame is hidden or disabled with
   // it.
   Control* container = nullptr;
@@ -114,6 +115,8 @@ class ComboBox final : public Control {
   const std::vector<ListRow>& Rows() const { return rows_; }
   // Keeps the text; raises nothing.
   void SetRows(std::vector<ListRow> rows);
+  // Another number for every list of rows that was set: who copies them need not compare them.
+  std::size_t RowsVersion() const { return rowsVersion_; }
 
   const std::string& Text() const { return text_; }
   void SetText(std::string text);  // raises onChange when the text differs
@@ -121,7 +124,8 @@ class ComboBox final : public Control {
   // chosen counts, else the first.
   std::string BoundText() const;
   // Shows the row with that value, nothing when there is none; raises onChange when the text or the row
-  // differs.
+  // differs. Called while this control's own change is under way it leaves a text that no row shows yet: a
+  // control that follows another must not take away what is being typed.
   void SetBoundText(std::string_view value);
   // What a choice in the open list does.
   void ChooseRow(std::size_t row);
@@ -131,13 +135,20 @@ class ComboBox final : public Control {
 
   bool locked = false;
   bool editable = true;
+  // Another list of the same values, as names and reference numbers of employees are: its text stands beside
+  // the row's own in the open list and is searched as well.
+  const ComboBox* beside = nullptr;
   Handler onChange;
   Handler onLeave;
 
  private:
   std::vector<ListRow> rows_;
+  std::size_t rowsVersion_ = 0;
   std::string text_;
   std::optional<std::string> chosenValue_;
+  bool changing_ = false;
+
+  void RaiseChange();
 };
 
 struct TickRow {
@@ -160,8 +171,8 @@ class ListBox final : public Control {
 
 class CheckBox final : public Control {
  public:
-  CheckBox(Screen& screen, std::string name, std::string caption = {})
-      : Control(screen, ControlKind::CheckBox, std::move(name)), caption(std::move(caption)) {}
+  CheckBox(Screen& screen, std::string name, std::string text = {})
+      : Control(screen, ControlKind::CheckBox, std::move(name)), caption(std::move(text)) {}
 
   bool Value() const { return value_; }
   void SetValue(bool value);  // raises onClick when it differs, whoever sets it
@@ -176,9 +187,9 @@ class CheckBox final : public Control {
 // Of the option buttons of one group at most one is set.
 class OptionButton final : public Control {
  public:
-  OptionButton(Screen& screen, std::string name, std::string group, std::string caption = {})
+  OptionButton(Screen& screen, std::string name, std::string group, std::string text = {})
       : Control(screen, ControlKind::OptionButton, std::move(name)),
-        caption(std::move(caption)),
+        caption(std::move(text)),
         group_(std::move(group)) {}
 
   bool Value() const { return value_; }
@@ -196,8 +207,8 @@ class OptionButton final : public Control {
 
 class Button final : public Control {
  public:
-  Button(Screen& screen, std::string name, std::string caption = {})
-      : Control(screen, ControlKind::Button, std::move(name)), caption(std::move(caption)) {}
+  Button(Screen& screen, std::string name, std::string text = {})
+      : Control(screen, ControlKind::Button, std::move(name)), caption(std::move(text)) {}
 
   std::string caption;  // "&" before the shortcut letter
   Handler onClick;
@@ -205,8 +216,8 @@ class Button final : public Control {
 
 class Label final : public Control {
  public:
-  Label(Screen& screen, std::string name, std::string caption = {})
-      : Control(screen, ControlKind::Label, std::move(name)), caption(std::move(caption)) {}
+  Label(Screen& screen, std::string name, std::string text = {})
+      : Control(screen, ControlKind::Label, std::move(name)), caption(std::move(text)) {}
 
   std::string caption;
   Handler onClick;  // a label with a handler is a link
@@ -214,8 +225,8 @@ class Label final : public Control {
 
 class Frame final : public Control {
  public:
-  Frame(Screen& screen, std::string name, std::string caption = {})
-      : Control(screen, ControlKind::Frame, std::move(name)), caption(std::move(caption)) {}
+  Frame(Screen& screen, std::string name, std::string text = {})
+      : Control(screen, ControlKind::Frame, std::move(name)), caption(std::move(text)) {}
 
   std::string caption;
 };
@@ -242,8 +253,8 @@ class Tabs final : public Control {
 
 class Menu final : public Control {
  public:
-  Menu(Screen& screen, std::string name, std::string caption)
-      : Control(screen, ControlKind::Menu, std::move(name)), caption(std::move(caption)) {}
+  Menu(Screen& screen, std::string name, std::string text)
+      : Control(screen, ControlKind::Menu, std::move(name)), caption(std::move(text)) {}
 
   std::string caption;
   Handler onClick;
@@ -255,8 +266,18 @@ class Timer final : public Control {
     enabled = false;
   }
 
+  // Runs, and its time begins anew.
+  void Restart() {
+    enabled = true;
+    ++starts_;
+  }
+  int Starts() const { return starts_; }
+
   int intervalMs = 0;
   Handler onTimer;
+
+ private:
+  int starts_ = 0;
 };
 
 class ProgressBar final : public Control {

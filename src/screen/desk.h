@@ -21,6 +21,8 @@ struct MessageBox {
   Answer defaultAnswer = Answer::OK;
   std::string title;
   int closesItselfMs = 0;  // 0: stays until answered
+  // What each answer does, in the order of AnswersOf, for buttons that say more than Yes and No.
+  std::vector<std::string> words;
 };
 
 std::vector<Answer> AnswersOf(Buttons buttons);  // in the order of the buttons
@@ -29,8 +31,8 @@ Answer DefaultAnswerOf(const MessageBox& box);
 std::string_view NameOf(Answer answer);  // "OK", "Cancel", "Yes", "No"
 std::string_view NameOf(Icon icon);
 
-// What a handler of an open screen let pass ends the program, whatever handler stands around that screen: it is no
-// RuntimeError, so that no error box swallows it. what() is the description and the number.
+// What a handler of an open screen let pass ends the program, whatever handler stands around that screen: it
+// is no RuntimeError, so that no error box swallows it. what() is the description and the number.
 class ProgramFailure final : public std::exception {
  public:
   explicit ProgramFailure(std::string text) : text_(std::move(text)) {}
@@ -39,6 +41,8 @@ class ProgramFailure final : public std::exception {
  private:
   std::string text_;
 };
+
+inline constexpr const char* kEndedBySignal = "ended by a signal";
 
 // The person in front of the program.
 class Desk {
@@ -51,6 +55,14 @@ class Desk {
   // Shows what has changed so far inside a long handler.
   virtual void Refresh() {}
   virtual void SetBusy(bool) {}
+  // The screen on top has told the person that its work is stored.
+  virtual void NoteSaved() {}
+  // Tells of a file that was written.
+  virtual void TellWritten(const std::string& text, const std::string& /*file*/, const std::string& title) {
+    Inform(text, title);
+  }
+  // A step of long work, for a desk that has no window to show it in.
+  virtual void NoteProgress(const std::string& /*words*/, int /*percent*/) {}
 
   void Inform(std::string text, std::string title);     // information, OK
   void Warn(std::string text, std::string title);       // exclamation, OK

@@ -96,8 +96,9 @@ TEST(Amounts, TextConversions) {
 }
 
 TEST(Amounts, ScramblingTwiceGivesTheTextBack) {
-  EXPECT_EQ(clsGenCmn::FnStrEncryptWord("A"), "\u00C1");
-  EXPECT_EQ(clsGenCmn::FnStrEncryptWord("\u00C1"), "A");
+  EXPECT_EQ(clsGenCmn::FnStrEncryptWord("A\x7F"), "\xC1\xFF");
+  const std::string devanagari = "Data Source=/tmp/वेतन.kldb;";
+  EXPECT_EQ(clsGenCmn::FnStrEncryptWord(clsGenCmn::FnStrEncryptWord(devanagari)), devanagari);
   for (const std::string text : {"", "Provider=SQLite;Data Source=/tmp/a b.kldb;", "é\u00FF\u0080 z"}) {
     EXPECT_EQ(clsGenCmn::FnStrEncryptWord(clsGenCmn::FnStrEncryptWord(text)), text);
     const std::string scrambled = clsGenCmn::FnStrAccessPassword(text);

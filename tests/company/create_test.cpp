@@ -1,5 +1,5 @@
 #include "common/amounts.h"
-#include "frame/settings_store.h"
+#include "machine/settings_store.h"
 #include "sample_company.h"
 
 namespace ktl {
@@ -54,6 +54,9 @@ TEST(CreateCompany, TargetsAreMetExactly) {
   CreateCompany(options);
   EXPECT_EQ(Ask(options.file, "SELECT COUNT(*) FROM INS_ADVLOAN"), "500");
   EXPECT_EQ(Ask(options.file, "SELECT COUNT(*) FROM INS_EMIDETAIL"), "9001");
+  // What the planner knows is counted, not guessed.
+  EXPECT_EQ(Ask(options.file, "SELECT CAST(stat AS INTEGER) FROM sqlite_stat1 WHERE idx = 'IX_EMI_MONTH'"),
+            "9001");
 }
 
 TEST(CreateCompany, AnEmptyCompanyHasTheRequiredRowsAndTheMonths) {
@@ -136,7 +139,8 @@ TEST(CreateCompany, ALocalStoreThatIsThereStays) {
   CreateCompany(Options(folder / "a.kldb"));
   EXPECT_EQ(Ask(folder / "klgen.MDB", "SELECT group_concat(ASSYEAR) FROM ITSETTING"),
             "2024,2025,2026,2027,2028");
-  RawDatabase(folder / "klgen.MDB").Run("INSERT INTO ITSETTING VALUES (2029)");
+  SqliteDatabase(folder / "klgen.MDB", SqliteDatabase::Mode::Existing)
+      .RunScript("INSERT INTO ITSETTING VALUES (2029)");
   CreateCompany(Options(folder / "b.kldb"));
   EXPECT_EQ(Ask(folder / "klgen.MDB", "SELECT MAX(ASSYEAR) FROM ITSETTING"), "2029");
 }

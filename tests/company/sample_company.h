@@ -35,9 +35,9 @@ inline CompanyOptions Options(const std::filesystem::path& file, int employees =
 
 // The first column of every row, joined by "; ".
 inline std::string Ask(const std::filesystem::path& file, const std::string& sql) {
-  RawDatabase database(file);
+  SqliteDatabase database(file, SqliteDatabase::Mode::Existing);
   std::string answer;
-  for (const auto& value : database.Column(sql)) answer += (answer.empty() ? "" : "; ") + value;
+  for (const auto& value : FirstColumn(database, sql)) answer += (answer.empty() ? "" : "; ") + value;
   return answer;
 }
 

@@ -35,7 +35,8 @@ struct Ended {
 };
 
 Ended RunCompany(const std::string& arguments) {
-  const std::string command = KTL_BUILD_DIR "/KTLCompany " + arguments + " 2>&1 </dev/null";
+  const std::string command = KTL_BUILD_DIR "/KTLCompany " + arguments +
+                              (arguments.find('<') == arguments.npos ? " 2>&1 </dev/null" : " 2>&1");
   Ended ended;
   FILE* pipe = ::popen(command.c_str(), "r");
   std::array<char, 4096> part;
@@ -62,6 +63,7 @@ TEST(CommandLine, FailuresAreOneLineAndAStatus) {
       {"sql " + in + "good.kldb 'FETCH IT'", 1, "FETCH"},
       {"create " + in + "good.kldb", 1, "--force"},
       {"create " + in + "new.kldb --asof 2026", 2, "--asof"},
+      {"creat " + in + "new.kldb", 2, "\"creat\"; the commands are create, use, sql"},
   };
   for (const auto& c : cases) {
     const Ended ended = RunCompany(c.arguments);
@@ -72,7 +74,26 @@ TEST(CommandLine, FailuresAreOneLineAndAStatus) {
   EXPECT_FALSE(std::filesystem::exists(folder / "none.kldb"));
   EXPECT_EQ(RunCompany("create").status, 2);
   EXPECT_EQ(RunCompany("create " + in + "new.kldb --variant nowhere").status, 2);
-  EXPECT_EQ(RunCompany("sql " + in + "good.kldb 'SELECT COUNT(*) AS N FROM MAS_EMPLOYEE'").output, "N\n60\n");
+  const std::string count = "sql " + in + "good.kldb 'SELECT COUNT(*) AS N FROM MAS_EMPLOYEE'";
+  EXPECT_EQ(RunCompany(count).output, "N\n60\n");
+  EXPECT_EQ(RunCompany(count + " >/dev/full").status, 1);
+  std::ofstream(folder / "pipe.sql") << "SELECT 1 AS A\n\nSELECT NOTHING FROM MAS_EMPLOYEE\nSELECT 2 AS B\n";
+  const Ended piped = RunCompany("sql " + in + "good.kldb <" + in + "pipe.sql");
+  EXPECT_EQ(piped.status, 1);
+  EXPECT_NE(piped.output.find("A\n1\nline 3: "), std::string::npos) << piped.output;
+  EXPECT_EQ(piped.output.find("B\n2"), std::string::npos) << piped.output;
+}
+
+TEST(CommandLine, CreateSaysWhatItMade) {
+  const Folder folder;
+  const std::string file = (folder / "made.kldb").string();
+  const std::string told =
+      RunCompany("create " + file + " --employees 100 --loans 70 --emi-target 1000").output;
+  EXPECT_EQ(told, "Made " + file + ": a sample of 100 employees, 70 advances and loans, 1000 instalments.\n");
+  EXPECT_EQ(RunCompany("create " + file + " --empty --force").output,
+            "Made " + file + ": an empty company.\n");
+  const std::string sums = RunCompany("create " + file + " --force --sums").output;
+  EXPECT_NE(sums.find("\nINS_EMIDETAIL "), std::string::npos);
 }
 
 }  // namespace

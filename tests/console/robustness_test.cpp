@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -11,6 +12,7 @@
 #include "company/company.h"
 #include "database/connection.h"
 #include "database/recordset.h"
+#include "machine/settings_store.h"
 #include "shell.h"
 
 extern char** environ;
@@ -94,28 +96,51 @@ class BadDay : public testing::Test {
 };
 
 TEST_F(BadDay, CommandLinesThatNameNoScreenEndWithOneLineOrOneBox) {
-  const struct {
-    const char* line;
-    const char* out;
-    const char* err;
-  } cases[] = {
-      {"", "", "Subscript out of range"},
-      {"1502#False", "", "Subscript out of range"},
-      {"1502#perhaps#0#0", "", "Type mismatch"},
-      {"1502#False#zero#0", "", "Type mismatch"},
-      {"99999999999#False#0#0", "", "Overflow"},
-      {"1502#False#32768#0", "", "Overflow"},
-      {"1506#False#0#0",
-       "box | Critical | KestrelLedger - Standing Instruction | Invalid form reference | OK\n", ""},
-      {"letters#False#0#0$Pay", "box | Critical | Pay | Invalid form reference | OK\n", ""},
-  };
-  for (const auto& c : cases) {
-    const Outcome outcome = Play(c.line);
-    EXPECT_EQ(outcome.status, 1) << c.line;
-    EXPECT_EQ(outcome.out, c.out) << c.line;
-    EXPECT_NE(outcome.err.find(c.err), std::string::npos) << c.line << ": " << outcome.err;
-    EXPECT_LE(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+  // What cannot be taken apart is told with an example, before anything is opened.
+  for (const char* line : {"", "1502#False", "1502#perhaps#0#0", "1502#False#zero#0", "99999999999#False#0#0",
+                           "1502#False#32768#0"}) {
+    const Outcome outcome = Play(line, "", "no-such.ini");
+    EXPECT_EQ(outcome.status, 2) << line;
+    EXPECT_EQ(outcome.out, "") << line;
+    EXPECT_NE(outcome.err.find(std::string("\"") + line + "\""), std::string::npos) << outcome.err;
+    EXPECT_NE(outcome.err.find("1502#False#0#0"), std::string::npos) << outcome.err;
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
   }
+  const std::pair<const char*, const char*> boxes[] = {
+      {"1506#False#0#0",
+       "box | Critical | KestrelLedger - Standing Instruction | Invalid form reference | OK\n"},
+      {"letters#False#0#0$Pay", "box | Critical | Pay | Invalid form reference | OK\n"}};
+  for (const auto& [line, box] : boxes) {
+    const Outcome outcome = Play(line);
+    EXPECT_EQ(outcome.status, 1) << line;
+    EXPECT_EQ(outcome.out, box);
+  }
+}
+
+TEST_F(BadDay, ATranscriptThatCannotBeWrittenIsAFailure) {
+  std::ofstream(Path("script")) << "screen\n";
+  const std::string run = "cd " + ShellQuoted(folder.path().string()) +
+                          " && KTL_SETTINGS=settings.ini KTL_FOLDER=. " KTL_BUILD_DIR
+                          "/KTLStInsConsole '1502#False#0#0' script 2>err >";
+  EXPECT_EQ(RunShell(run + "out"), 0);
+  EXPECT_EQ(RunShell(run + "/dev/full"), 1);
+  EXPECT_NE(ReadAll(Path("err")).find("cannot be written"), std::string::npos);
+}
+
+TEST_F(BadDay, WhatTheProgramsMakeOnlyTheirUserCanRead) {
+  ASSERT_EQ(RunShell("cd " + ShellQuoted(folder.path().string()) +
+                     " && umask 022 && mkdir own && " KTL_BUILD_DIR
+                     "/KTLCompany create own/c.kldb --settings own/s.ini >/dev/null && echo close | "
+                     "KTL_SETTINGS=own/s.ini "
+                     "KTL_FOLDER=own KTL_SQL_LOG=own/log " KTL_BUILD_DIR "/KTLStInsConsole '1502#False#0#0'"),
+            0);
+  std::size_t files = 0;
+  for (const auto& file : fs::directory_iterator(Path("own"))) {
+    EXPECT_EQ(file.status().permissions() & (fs::perms::group_all | fs::perms::others_all), fs::perms::none)
+        << file.path();
+    ++files;
+  }
+  EXPECT_GE(files, 4U);  // company, local store, settings, log
 }
 
 TEST_F(BadDay, FilesThatAreNoCompanyAreNamed) {
@@ -179,7 +204,8 @@ TEST_F(BadDay, LongAndForeignTextsAreKeptWhole) {
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL WHERE EMPID = 49"), "360\n");
 }
 
-pid_t Start(const std::vector<std::string>& arguments, const std::vector<std::string>& environment) {
+pid_t Start(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
+            const std::string& input = "/dev/null") {
   std::vector<char*> argv, env;
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   for (const std::string& variable : environment) env.push_back(const_cast<char*>(variable.c_str()));
@@ -188,11 +214,56 @@ pid_t Start(const std::vector<std::string>& arguments, const std::vector<std::st
   env.push_back(nullptr);
   posix_spawn_file_actions_t quiet;
   posix_spawn_file_actions_init(&quiet);
+  posix_spawn_file_actions_addopen(&quiet, 0, input.c_str(), O_RDONLY, 0);
   posix_spawn_file_actions_addopen(&quiet, 1, "/dev/null", O_WRONLY, 0);
   pid_t child = 0;
   if (posix_spawn(&child, argv[0], &quiet, nullptr, argv.data(), env.data()) != 0) child = 0;
   posix_spawn_file_actions_destroy(&quiet);
   return child;
+}
+
+// Asked to end, the program ends without a question and leaves no number of a window that has gone.
+TEST_F(BadDay, ASignalOrAWrongScriptLeavesNoWindowNumberBehind) {
+  SettingsFile settings(Path("settings.ini"));
+  const auto handle = [&] { return settings.Get("ExeTalk", "HWNDKTLStInsConsole", "none"); };
+  EXPECT_EQ(Play("1502#False#0#0", "click cmdNowhere\n").status, 2);
+  EXPECT_EQ(handle(), "0");
+  ASSERT_EQ(::mkfifo(Path("waits").c_str(), 0600), 0);
+  std::fstream script(Path("waits"), std::ios::in | std::ios::out);  // so that nobody waits to open it
+  const pid_t child =
+      Start({KTL_BUILD_DIR "/KTLStInsConsole", "1502#False#0#0"},
+            {"KTL_SETTINGS=" + Path("settings.ini").string(), "KTL_FOLDER=" + folder.path().string()},
+            Path("waits").string());
+  ASSERT_GT(child, 0);
+  script << kEnterLoan << std::flush;
+  while (handle() != std::to_string(child)) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  kill(child, SIGTERM);
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << status;
+  EXPECT_EQ(handle(), "0");
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN WHERE EMPID = 49"), "0\n");
+}
+
+// Programs of one machine share the workstation's objects, which the first of them makes.
+TEST_F(BadDay, ManyFirstStartsAtOnce) {
+  for (int round = 0; round < 3; ++round) {
+    for (const char* ending : {"", "-wal", "-shm"}) fs::remove(Path(std::string("company.kldb") + ending));
+    CompanyOptions options;
+    options.file = Path("company.kldb");
+    CreateCompany(options);
+    std::vector<pid_t> children;
+    for (int i = 0; i < 6; ++i) {
+      children.push_back(
+          Start({KTL_BUILD_DIR "/KTLStInsConsole", "1502#False#0#0"},
+                {"KTL_SETTINGS=" + Path("settings.ini").string(), "KTL_FOLDER=" + folder.path().string()}));
+    }
+    for (const pid_t child : children) {
+      int status = 0;
+      ASSERT_EQ(waitpid(child, &status, 0), child);
+      EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    }
+  }
 }
 
 // Cut off anywhere, a save leaves a sound company with nothing, the instruction, or the instruction with its

@@ -107,7 +107,7 @@ TEST(Language, EveryDateColumnOfTheSchemaIsKnownAsOne) {
   EXPECT_GT(columns.rows.size(), 20u);
   for (const auto& row : columns.rows) {
     const std::string sql =
-        company.Cn().Explain("SELECT 1 FROM T WHERE " + row.values[0].text() + " = '05/Apr/2010'");
+        company.Cn().Explain("SELECT 1 FROM T WHERE " + row[0].text() + " = '05/Apr/2010'");
     EXPECT_NE(sql.find("'2010-04-05'"), std::string::npos) << sql;
   }
 }

@@ -84,6 +84,39 @@ TEST(Recordset, FindsFieldsAndRowsWithoutRegardToCase) {
   EXPECT_THROW(rows.Set("EMPID", 1), DatabaseError);
 }
 
+TEST(Recordset, MisuseIsAnErrorAndWritesNothing) {
+  TestCompany company;
+  company.Loan(17, 3, "Car Loan", 12000);
+  const char* const all = "SELECT * FROM INS_ADVLOAN";
+  const auto numberOf = [](auto deed) { return FailureOf(deed).number(); };
+
+  Recordset closed;
+  EXPECT_NE(numberOf([&] { closed.AddNew(); }), 0);
+  Recordset readOnly(company.Cn(), all);
+  EXPECT_NE(numberOf([&] { readOnly.AddNew(); }), 0);
+  EXPECT_NE(numberOf([&] { readOnly.Set("REMARKS", "x"); }), 0);
+
+  Recordset rows(company.Cn(), all, OpenMode::Update);
+  EXPECT_EQ(numberOf([&] { rows.Set("NOTHING", 1); }), kNoSuchFieldError);
+  rows.MoveNext();
+  EXPECT_EQ(numberOf([&] { rows.Set("REMARKS", "x"); }), kNoCurrentRowError);
+  rows.AddNew();
+  rows.Set("EMPID", 17);
+  EXPECT_EQ(numberOf([&] { rows.Update(); }), kIntegrityError);  // no serial number
+
+  Recordset mine(company.Cn(), all, OpenMode::Update), gone(company.Cn(), all, OpenMode::Update);
+  mine.Set("REMARKS", "mine");
+  mine.Update();
+  EXPECT_EQ(company.Rows("SELECT REMARKS FROM INS_ADVLOAN"), "mine");
+  company.Execute("DELETE FROM INS_ADVLOAN");
+  gone.Set("REMARKS", "late");
+  EXPECT_EQ(numberOf([&] { gone.Update(); }), kRowGoneError);
+  EXPECT_EQ(company.Rows("SELECT COUNT(*) FROM INS_ADVLOAN"), "0");
+  mine.Close();
+  EXPECT_FALSE(mine.IsOpen());
+  EXPECT_TRUE(mine.Eof() && mine.Bof());
+}
+
 TEST(Recordset, ValuesMustFitTheirFields) {
   TestCompany company;
   company.Loan(17, 3, "Car Loan", 12000);

@@ -176,6 +176,45 @@ TEST(Statements, ChangesLeaveWhatTheyShould) {
   }
 }
 
+using Table = std::vector<std::vector<Value>>;
+
+Table ReadAll(TestCompany& company, const std::string& sql) {
+  Table table;
+  for (auto& row : company.Cn().Query(sql).rows) table.push_back(std::move(row));
+  return table;
+}
+
+// What a query answers, and the rows that a change can leave.
+std::vector<Table> Traces(TestCompany& company, const std::string& sql, bool query) {
+  const RolledBack undo(company.Cn());
+  std::vector<Table> traces;
+  if (query)
+    traces.push_back(ReadAll(company, sql));
+  else
+    company.Execute(sql);
+  for (const char* table : {"INS_ADVLOAN", "INS_EMIDETAIL", "INS_MASTER", "INS_RECEIPTS", "INS_OTHER",
+                            "SLC_SALARYCALC_E", "HVN_ATTENDANCE", "MAS_MONTHYEAR", "MAS_LOANINTUPDATE"})
+    traces.push_back(ReadAll(company, std::string("SELECT * FROM ") + table));
+  return traces;
+}
+
+TEST(Statements, AnswerTheSameWithTheirNumbersApart) {
+  TestCompany company;
+  Furnish(company);
+  int compared = 0;
+  for (const auto& said : EverythingSaid()) {
+    // A comment keeps a text as it stands.
+    const std::string asItStands = "/**/ " + said.sql;
+    const bool query = said.mode != "exec" && said.mode != "batch" && said.mode != "proc";
+    if (said.mode == "proc" || said.id == "session-4" || said.id == "allotment-3" ||
+        said.sql.ends_with("ITSETTING"))
+      continue;
+    EXPECT_TRUE(Traces(company, said.sql, query) == Traces(company, asItStands, query)) << said.id;
+    ++compared;
+  }
+  EXPECT_GT(compared, 350);
+}
+
 TEST(Statements, TheFilterTableIsMadeOnceAndSetBack) {
   TestCompany company;
   company.Employee(17);

@@ -1,9 +1,24 @@
+#include "desktop/list_rows.h"
 #include "desktop/toy_screen.h"
 
 namespace ktl {
 namespace {
 
-using FieldsTest = ToyTest;
+class FieldsTest : public ToyTest {
+ protected:
+  // The open list under a field, each row with the text beside it.
+  static Heard Offered(const ScreenWindow& window) {
+    Heard rows;
+    for (const auto* list : window.findChildren<QListView*>("suggestions")) {
+      if (!list->isVisible()) continue;
+      for (int row = 0; row < list->model()->rowCount(); ++row) {
+        const QModelIndex index = list->model()->index(row, 0);
+        rows.push_back((index.data().toString() + ' ' + index.data(kBesideRole).toString()).toStdString());
+      }
+    }
+    return rows;
+  }
+};
 
 TEST_F(FieldsTest, TypingPassesTheFilterAndKeepsTheCursor) {
   WorkAt<QLineEdit>("txtCount", [this](QLineEdit& count) {
@@ -27,6 +42,53 @@ TEST_F(FieldsTest, EnterLeavesTheFieldAndBackspaceAtItsStartGoesBack) {
     QTest::keyClick(&amount, Qt::Key_Home);
     QTest::keyClick(&amount, Qt::Key_Backspace);
     EXPECT_EQ(screen.Focus(), &screen.txtCount);
+  });
+}
+
+TEST_F(FieldsTest, EnterGoesOverTheFieldsAndEndsAtSave) {
+  screen.txtAmount.locked = true;
+  screen.optTwo.SetValue(true);
+  Work([this](ScreenWindow& window) {
+    std::vector<std::string> visited;
+    for (QWidget* at = &Find<QLineEdit>(window, "txtCount"); at->objectName() != "cmdSave";) {
+      at->setFocus();
+      QTest::keyClick(at, Qt::Key_Return);
+      Settle();
+      ASSERT_NE(window.focusWidget(), at);
+      at = window.focusWidget();
+      visited.push_back(at->objectName().toStdString());
+    }
+    EXPECT_EQ(visited, (Heard{"cmbName", "cmbNumber", "chkAll", "optTwo", "cmdSave"}));
+    EXPECT_EQ(screen.heard, Heard{"two"}) << "nothing was pressed";
+    QTest::keyClick(window.focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_EQ(window.focusWidget()->objectName(), "cmdMore") << "Tab goes over the buttons too";
+  });
+}
+
+TEST_F(FieldsTest, AGroupOfOptionsIsEnteredAtItsChoiceAndAlwaysHasOne) {
+  Work([this](ScreenWindow& window) {
+    auto& one = Find<QRadioButton>(window, "optOne");
+    auto& two = Find<QRadioButton>(window, "optTwo");
+    const auto tabInto = [&window] {
+      Find<QCheckBox>(window, "chkAll").setFocus();
+      QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+      return window.focusWidget();
+    };
+    EXPECT_EQ(tabInto(), &one) << "none is chosen";
+    QTest::keyClick(&one, Qt::Key_Space);
+    QTest::keyClick(&one, Qt::Key_Down);
+    EXPECT_TRUE(screen.optTwo.Value());
+    EXPECT_EQ(tabInto(), &two);
+    screen.optOne.SetValue(true);
+    desk.Refresh();
+    EXPECT_EQ(tabInto(), &one);
+    QTest::mouseClick(&one, Qt::LeftButton, {}, {5, one.height() / 2});
+    EXPECT_TRUE(one.isChecked() && screen.optOne.Value());
+    QTest::keyClick(&one, Qt::Key_Tab);
+    EXPECT_EQ(window.focusWidget()->objectName(), "cmdMore");
+    screen.optOne.enabled = false;
+    desk.Refresh();
+    EXPECT_EQ(tabInto(), &two) << "the choice cannot be used";
   });
 }
 
@@ -96,17 +158,91 @@ TEST_F(FieldsTest, ComboTakesTypingAndTellsRowsOfTheSameTextApart) {
   });
 }
 
-TEST_F(FieldsTest, EnterInTheSuggestionsChoosesAndMovesOn) {
+TEST_F(FieldsTest, TypingOverAChosenEntryKeepsEveryLetterInItsPlace) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {{"cmbName", "ish", ""},
+                                                                     {"cmbName", "ishaan", "14"},
+                                                                     {"cmbNumber", "K0", ""},
+                                                                     {"cmbNumber", "K04", "14"}};
+  for (const auto& [name, typed, chosen] : cases) {
+    SCOPED_TRACE(typed);
+    screen.cmbName.SetBoundText("11");
+    WorkAt<QComboBox>(name, [&](QComboBox& combo) {
+      combo.setFocus();
+      combo.lineEdit()->selectAll();
+      QTest::keyClicks(&combo, typed);
+      EXPECT_EQ(combo.currentText(), typed);
+      EXPECT_EQ(combo.lineEdit()->cursorPosition(), int(std::string(typed).size()));
+      EXPECT_EQ(screen.cmbName.BoundText(), chosen);
+    });
+  }
+}
+
+TEST_F(FieldsTest, AListThatIsReadAnewIsShown) {
   WorkAt<QComboBox>("cmbName", [this](QComboBox& combo) {
-    Enter(combo, "ish");
-    Settle();
-    QWidget* suggestions = QApplication::activePopupWidget();
-    ASSERT_TRUE(suggestions);
-    QTest::keyClick(suggestions, Qt::Key_Down);
-    QTest::keyClick(suggestions, Qt::Key_Return);
-    Settle();
-    EXPECT_EQ(screen.cmbName.BoundText(), "14");
-    EXPECT_EQ(screen.Focus(), &screen.chkAll);
+    screen.cmbName.SetRows({{"Dev Nair", "12"}, {"Asha Rao", "11"}, {"Ishaan", "14"}, {"Meera", "15"}});
+    desk.Refresh();
+    EXPECT_EQ(combo.itemText(3), "Meera");
+    combo.setCurrentIndex(3);
+    EXPECT_EQ(screen.cmbName.BoundText(), "15");
+  });
+}
+
+// Types into the list of names, then presses the keys.
+struct Typing {
+  const char* typed;
+  std::vector<Qt::Key> keys;
+  Heard offered;       // what is open after the typing
+  const char* chosen;  // after the keys
+  const char* focus;
+};
+
+TEST_F(FieldsTest, APersonIsChosenByAPartOfNameOrNumber) {
+  const Typing cases[] = {
+      {"ish", {Qt::Key_Return}, {"Ishaan K04"}, "14", "cmbNumber"},
+      {"k04", {Qt::Key_Return}, {"Ishaan K04"}, "14", "cmbNumber"},
+      {"ishaan", {Qt::Key_Return}, {}, "14", "cmbNumber"},
+      {"a",
+       {Qt::Key_Down, Qt::Key_Tab},
+       {"Asha Rao K01", "Dev Nair K02", "Dev Nair K03", "Ishaan K04"},
+       "11",
+       "cmbNumber"},
+      {"dev nair", {Qt::Key_Return}, {"Dev Nair K02", "Dev Nair K03"}, "12", "cmbName"},
+      {"dev", {Qt::Key_Return}, {"Dev Nair K02", "Dev Nair K03"}, "", "cmbName"},
+      {"dev", {Qt::Key_Tab, Qt::Key_Up, Qt::Key_Return}, {"Dev Nair K02", "Dev Nair K03"}, "13", "cmbNumber"},
+      {"dev", {Qt::Key_Escape}, {"Dev Nair K02", "Dev Nair K03"}, "", "cmbName"},
+      {"zz", {Qt::Key_Return}, {}, "", "cmbNumber"},
+      {"", {Qt::Key_Return}, {}, "", "cmbNumber"},
+  };
+  for (const Typing& c : cases) {
+    SCOPED_TRACE(c.typed);
+    screen.cmbName.SetText("");
+    Work([&](ScreenWindow& window) {
+      auto& combo = Find<QComboBox>(window, "cmbName");
+      Enter(combo, c.typed);
+      EXPECT_EQ(Offered(window), c.offered);
+      for (const Qt::Key key : c.keys) QTest::keyClick(&combo, key);
+      Settle();
+      EXPECT_EQ(screen.cmbName.BoundText(), c.chosen);
+      EXPECT_EQ(window.focusWidget()->objectName(), c.focus);
+      EXPECT_EQ(Offered(window).empty(), window.focusWidget() != &combo || c.keys.back() == Qt::Key_Escape);
+      EXPECT_EQ(combo.palette().color(QPalette::Text) == QColor("#c23030"), *c.typed == 'z');
+    });
+  }
+}
+
+TEST_F(FieldsTest, SuggestionsGoWithAClickOnThemOrElsewhere) {
+  Work([this](ScreenWindow& window) {
+    auto& combo = Find<QComboBox>(window, "cmbName");
+    Enter(combo, "dev");
+    auto& list = Find<QListView>(window, "suggestions");
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                      list.visualRect(list.model()->index(1, 0)).center());
+    EXPECT_EQ(screen.cmbName.BoundText(), "13");
+    EXPECT_FALSE(list.isVisible());
+    combo.lineEdit()->selectAll();
+    QTest::keyClicks(&combo, "dev");
+    QTest::mouseClick(&window, Qt::LeftButton, {}, {3, 3});
+    EXPECT_FALSE(list.isVisible());
   });
 }
 

@@ -28,7 +28,7 @@ namespace ktl {
 // A screen with a control of every kind. What its handlers hear goes into `heard`.
 class ToyScreen final : public Screen {
  public:
-  explicit ToyScreen(Desk& desk) : Screen("toy"), desk(desk) {
+  explicit ToyScreen(Desk& person) : Screen("toy"), desk(person) {
     caption = "Toy";
     Connect();
     FillLists();
@@ -41,10 +41,12 @@ class ToyScreen final : public Screen {
   TextBox txtCount{*this, "txtCount"};
   TextBox txtAmount{*this, "txtAmount"};
   ComboBox cmbName{*this, "cmbName"};
+  ComboBox cmbNumber{*this, "cmbNumber"};
   CheckBox chkAll{*this, "chkAll", "All"};
   Frame fmeMode{*this, "fmeMode", "Mode"};
   OptionButton optOne{*this, "optOne", "mode", "One"};
   OptionButton optTwo{*this, "optTwo", "mode", "Two"};
+  Button cmdMore{*this, "cmdMore", "..."};
   Button cmdSave{*this, "cmdSave", "&Save"};
   Label lblHelp{*this, "lblHelp", "Help"};
   Tabs tabPages{*this, "tabPages"};
@@ -70,7 +72,13 @@ class ToyScreen final : public Screen {
     txtCount.onChange = [this] { heard.push_back("count " + txtCount.Text()); };
     txtAmount.onLeave = [this] { txtAmount.SetText(txtAmount.Text() + ".00"); };
     txtAmount.onDblClick = Hears("calendar");
-    cmbName.onChange = [this] { heard.push_back("name " + cmbName.Text() + "=" + cmbName.BoundText()); };
+    cmbName.onChange = [this] {
+      heard.push_back("name " + cmbName.Text() + "=" + cmbName.BoundText());
+      cmbNumber.SetBoundText(cmbName.BoundText());
+    };
+    cmbNumber.onChange = [this] {
+      if (cmbNumber.BoundText() != cmbName.BoundText()) cmbName.SetBoundText(cmbNumber.BoundText());
+    };
     chkAll.onClick = Hears("all");
     optTwo.onClick = Hears("two");
     cmdSave.onClick = [this] { heard.push_back("save " + txtAmount.Text()); };
@@ -89,7 +97,10 @@ class ToyScreen final : public Screen {
   }
 
   void FillLists() {
+    cmbName.beside = &cmbNumber;
+    cmbNumber.beside = &cmbName;
     cmbName.SetRows({{"Asha Rao", "11"}, {"Dev Nair", "12"}, {"Dev Nair", "13"}, {"Ishaan", "14"}});
+    cmbNumber.SetRows({{"K01", "11"}, {"K02", "12"}, {"K03", "13"}, {"K04", "14"}});
     lstPeople.withTicks = true;
     lstPeople.rows = {{"Asha", "11"}, {"Dev", "12"}};
     fpgRows.columns = {{"Pick", CellType::Tick, 40, false, false},
@@ -118,12 +129,14 @@ inline std::unique_ptr<QWidget> ToyForm() {
   Place<QLineEdit>(*form, "txtCount");
   Place<QLineEdit>(*form, "txtAmount");
   Place<QComboBox>(*form, "cmbName");
+  Place<QComboBox>(*form, "cmbNumber");
   Place<QCheckBox>(*form, "chkAll");
   auto& mode = Place<QGroupBox>(*form, "fmeMode");
   new QVBoxLayout(&mode);
   Place<QRadioButton>(mode, "optOne");
   Place<QRadioButton>(mode, "optTwo");
-  Place<QPushButton>(*form, "cmdSave");
+  Place<QPushButton>(*form, "cmdMore");
+  Place<QPushButton>(*form, "cmdSave").setProperty("primary", true);
   Place<QLabel>(*form, "lblHelp");
   auto& tabs = Place<QTabWidget>(*form, "tabPages");
   for (int i = 0; i < 3; ++i) tabs.addTab(new QWidget, {});

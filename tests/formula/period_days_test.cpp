@@ -65,9 +65,15 @@ TEST_F(PeriodDays, HolidaysOfHeadsAndBranches) {
       {kPattern, "(1, 7, 24322, 1)", 5, 3, 6.5},    // in force later
       {kBranch, "(1, 1, 6, 24000, 1, 1)", 1, 3, 4},
       {kBranch, "(1, 1, 6, 24322, 1, 1), (2, 2, 6, 24000, 1, 1)", 5, 3, 6.5},  // later, another branch
-      {kRotation, "(17, 0, '02/Sep/2026', 1, 1), (0, 1, '03/Sep/2026', 1, 1)", 1, 3, 4},
-      {kRotation, "(0, 0, '02/Sep/2026', 1, 1), (0, 1, '03/Sep/2026', 1, 0)", 0.5, 3, 3.5},
-      {kRotation, "(0, 0, '12/Sep/2026', 0, 1), (0, 2, '03/Sep/2026', 1, 0)", 0.5, 3, 3},
+      // A date's own row comes before the pattern, the other dates stay on it.
+      {kRotation, "(17, 0, '02/Sep/2026', 1, 1), (0, 1, '03/Sep/2026', 1, 0)", 6.5, 3, 8},
+      {kRotation, "(0, 0, '07/Sep/2026', 1, 1), (0, 2, '08/Sep/2026', 1, 1), (18, 0, '09/Sep/2026', 1, 1)", 6,
+       3, 7.5},
+      // Of several owners' rows for one date the employee's counts, then the head's.
+      {kRotation,
+       "(17, 0, '06/Sep/2026', 0, 0), (0, 1, '06/Sep/2026', 1, 1), (0, 1, '20/Sep/2026', 1, 0), "
+       "(0, 0, '20/Sep/2026', 1, 1), (0, 0, '27/Sep/2026', 0, 1), (17, 0, '13/Sep/2026', 0, 1)",
+       2.5, 3, 4.5},
       // From that day on holidays belong to branches: those of heads are everybody's then.
       {"UPDATE MAS_OPTSET SET BRGHEFROM = '14/Sep/2026'; ",
        "UPDATE ATT_HOLIDAY SET BRANCHID = 2 WHERE HOLIDAYID = 1", 5, 4, 7.5},

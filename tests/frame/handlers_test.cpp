@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "frame/frame_fixture.h"
 #include "frame/handler_guard.h"
 #include "frame/refusal.h"
 #include "runtime/errors.h"
 #include "screen/screen.h"
+#include "support/frame_fixture.h"
 
 namespace ktl {
 namespace {

@@ -8,7 +8,7 @@
 #include <functional>
 
 #include "frame/session.h"
-#include "frame/siblings.h"
+#include "machine/siblings.h"
 #include "runtime/errors.h"
 #include "support/fake_machine.h"
 #include "support/scripted_desk.h"
@@ -131,6 +131,22 @@ TEST_F(LauncherTest, PassesStatusTextOn) {
   for (const auto& [window, text] : machine.statusBox.texts) passed += std::to_string(window) + text + ' ';
   EXPECT_EQ(passed, "900reading 900writing ");
   EXPECT_EQ(Handle("StatusHWNDKestrel Ledger"), "900");
+}
+
+TEST_F(LauncherTest, ASignalEndsTheWaitAndTheOtherProgramAndLeavesNoDeadNumbers) {
+  machine.settings.Set("ExeTalk", "StatusHWNDKestrel Ledger", "900");
+  Script(folder / "KTLLong", "echo $$ > \"$0.pid\"; exec sleep 60");
+  desk.meanwhile = [this] { machine.environment.mustEnd = !Written("KTLLong.pid").empty(); };
+  EXPECT_THROW(Launch("KTLLong", 3), ProgramFailure);
+  EXPECT_EQ(::kill(std::stoi(Written("KTLLong.pid")), 0), -1);
+  EXPECT_EQ(Handle("StatusHWNDKestrel Ledger"), "900");
+  EXPECT_EQ(Handle("HWNDKTLLong"), "0");
+}
+
+TEST_F(LauncherTest, OurStandardInputIsNotTheirs) {
+  Script(folder / "KTLReads", "cat > \"$0.out\"; echo done >> \"$0.out\"");
+  Launch("KTLReads", 3);
+  EXPECT_EQ(Written("KTLReads.out"), "done\n");
 }
 
 TEST_F(LauncherTest, ModeTwoWaitsForOneThatRunsAlready) {

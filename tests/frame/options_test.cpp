@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "frame/frame_fixture.h"
+#include "support/frame_fixture.h"
 
 namespace ktl {
 namespace {

@@ -6,7 +6,7 @@
 #include <tuple>
 
 #include "database/recordset.h"
-#include "frame/frame_fixture.h"
+#include "support/frame_fixture.h"
 
 namespace ktl {
 namespace {

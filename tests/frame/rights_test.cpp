@@ -4,9 +4,9 @@
 
 #include <tuple>
 
-#include "frame/frame_fixture.h"
 #include "screen/controls.h"
 #include "screen/screen.h"
+#include "support/frame_fixture.h"
 
 namespace ktl {
 namespace {
@@ -112,6 +112,16 @@ TEST_F(RightsTest, AnInstructionsDeedIsAuditedWhileTheAuditIsOn) {
             "19|17|Standing Instructions - Loan Created/Updated|Loan Created/Updated::SI Type = Loan");
 }
 
+TEST_F(RightsTest, TheAuditKnowsAUserWithAQuoteAndFailsAloud) {
+  Sql("DELETE FROM SEC_AUDITTRAIL");
+  Setting("User", "O'BRIEN");
+  session.auditOn = true;
+  AuditInstruction(session, 17, "Loan Added", "");
+  EXPECT_EQ(company.Rows("SELECT USERNAME FROM SEC_AUDITTRAIL"), "O'BRIEN");
+  Sql("DROP TABLE SEC_AUDITTRAIL");
+  EXPECT_THROW(AuditInstruction(session, 17, "Loan Added", ""), DatabaseError);
+}
+
 TEST_F(RightsTest, TypedTextsAreDoubledByTheSettingsDialect) {
   EXPECT_EQ(session.Sql("A = {} And B = '{}'", 17, "O'Brien|").text(), "A = 17 And B = 'O''Brien|'");
   Setting("DBType", "");
@@ -131,23 +141,30 @@ TEST_F(RightsTest, EmployeeLocks) {
   EXPECT_TRUE(IsEmployeeLocked(session, 2, 24125, "24125"));
   EXPECT_FALSE(IsEmployeeLocked(session, 2, 24121, "24124"));
   EXPECT_FALSE(IsEmployeeLocked(session, 1, 24121, "DEFAULT"));
+  // What cannot be read is no "free".
+  Sql("DROP TABLE SEC_EMPLOCK");
+  EXPECT_THROW(IsEmployeeLocked(session, 1, 24121, "DEFAULT"), DatabaseError);
+  DropColumn("MAS_EMPLOYEE", "LOCKYN");
+  EXPECT_THROW(ReadEmpLockStatus(session, 1), DatabaseError);
 }
 
 TEST_F(RightsTest, ClassSecurityFillsTheWorkstationsTable) {
   Fill("SEC_CLASSEMP", "(USERNAME, EMPID) VALUES ('RAVI', 5), ('MEENA', 6)");
   Fill("MAS_EMPLOYEE", "(EMPID, EMPNAME) VALUES (5, 'Asha Rane'), (6, 'Vikram Desai')");
-  EXPECT_EQ(ClassSecurityCondition(session), "");
+  EXPECT_TRUE(ClassSecurityCondition(session).empty());
   Sql("UPDATE MAS_OPTSET SET CLASSSECURITYN = 1");
   for (const bool forNewestMonth : {true, false}) {
-    const std::string condition = ClassSecurityCondition(session, forNewestMonth);
+    const std::string condition = ClassSecurityCondition(session, " WHERE EMPID ", forNewestMonth).text();
     EXPECT_EQ(condition, " WHERE EMPID  IN (SELECT EMPID FROM [TMPPC1])");
     EXPECT_EQ(company.Rows("SELECT EMPID FROM MAS_EMPLOYEE" + condition), "5");
   }
   Setting("User", "ADMIN");
-  EXPECT_NE(ClassSecurityCondition(session), "");  // the administrator is not exempt here
+  EXPECT_FALSE(ClassSecurityCondition(session).empty());  // the administrator is not exempt here
   session.ExtendedYN = true;
   session.WinUserID = "ravi";
-  EXPECT_EQ(ClassSecurityCondition(session), " WHERE EMPID  IN (SELECT EMPID FROM [TMPPC1ravi])");
+  EXPECT_EQ(ClassSecurityCondition(session, " AND ins.EMPID ").text(),
+            " AND ins.EMPID  IN (SELECT EMPID FROM [TMPPC1ravi])");
+  EXPECT_EQ(ClassSecurityCondition(session).text(), " WHERE EMPID  IN (SELECT EMPID FROM [TMPPC1ravi])");
   EXPECT_GE(Number("SELECT COUNT(*) FROM [TMPPC1ravi]"), 1);
 }
 

@@ -143,6 +143,14 @@ TEST_F(EntryDeletes, SpreadingLeavesRecoveredMonthsAloneAndNothingIsAskedWhenNon
   EXPECT_EQ(LastAudit().find("Adjustment"), std::string::npos);
 }
 
+TEST_F(EntryDeletes, WhatIsSpreadIsWhatTheListShows) {
+  company.Advance(17, 1, "Salary Advance", 1000, "01/Sep/2026");
+  for (int i = 0; i < 3; ++i) company.Emi(17, 1, 1, i + 1, 24321 + i, 333.334);
+  OpenOnFirst(Advance);
+  DeleteMonths({1, 2}, {Answer::Yes, Answer::Yes});
+  EXPECT_EQ(Schedule(), "24321|1|333.334|999.99");  // 333.33 and 333.33 onto 333.33
+}
+
 TEST_F(EntryDeletes, ANewMonthOfALoanKeepsItsLender) {
   company.Loan(17, 1, "Car Loan", 2000);
   company.Emi(17, 2, 1, 1, 24322, 1000).With("INSTID", 6);
@@ -188,6 +196,11 @@ TEST_F(EntryDeletes, RefusedButtonsChangeNothing) {
         &screen->cmdMonthly, &screen->cmdMaster, &screen->cmdFmeFormula}) {
     button->tag += "NA";
     if (!button->IsUsable()) continue;
+    EXPECT_EQ(Press(*button), Texts{"Permission denied."}) << button->name();
+  }
+  screen->formula.Show(true);
+  for (Button* button : {&screen->formula.cmdAccept, &screen->formula.cmdAdvFormulate}) {
+    button->tag += "NA";
     EXPECT_EQ(Press(*button), Texts{"Permission denied."}) << button->name();
   }
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL"), "5");

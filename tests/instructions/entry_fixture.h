@@ -5,11 +5,11 @@
 #include <memory>
 #include <string>
 
-#include "frame/connect.h"
 #include "frame/options.h"
 #include "frame/session.h"
 #include "instructions/modAdvLoan.h"
 #include "screen/person.h"
+#include "start/connect.h"
 #include "support/company_fixture.h"
 #include "support/fake_machine.h"
 #include "support/scripted_desk.h"

@@ -60,6 +60,7 @@ TEST_F(EntryScreen, TheListAddsWhatWasRecoveredAndPaysTheColours) {
   for (std::size_t row = 0; row < entry.fpgEMI.rows.size(); ++row)
     recovered += entry.fpgEMI.At(row, ScheduleGrid::kMonth).backColour == 0xC0FFC0u ? "R" : "-";
   EXPECT_EQ(recovered, "R-R--");
+  EXPECT_EQ(entry.RecoveredMonths(), (std::set<long>{24319, 24321}));
   EXPECT_EQ(Line(entry.fpgReceipts, 0), "10/09/2026|||300.00|");
   // Advances 6000 and 10 of interest; receipts 300 and 1000 by hand; the overview counts salaries by
   // INDICATOR 0 alone, so Nov counts too: 1000 + 1010 + 1000.
@@ -69,11 +70,26 @@ TEST_F(EntryScreen, TheListAddsWhatWasRecoveredAndPaysTheColours) {
             "6000.00 10.00 1300.00 3010.00 1700.00");
 }
 
+TEST_F(EntryScreen, ChildScreensCountWhatTheListShows) {
+  company.Advance(17, 1, "Salary Advance", 1000.006, "01/Jul/2026").With("INTAMT", 9.994);
+  company.Emi(17, 1, 1, 1, 24320, 333.333);
+  company.Emi(17, 1, 1, 2, 24321, 333.333);
+  company.Receipt(17, 1, 1, 1, "10/Sep/2026", 20.5);
+  const InstructionTotals totals = OpenOnFirst(Advance).Totals();
+  EXPECT_EQ((std::vector{totals.amount, totals.interest, totals.emi, totals.receipts}),
+            (std::vector{1000.01, 9.99, 666.67, 20.5}));
+  Click(screen->cmdNew);
+  EXPECT_EQ(screen->Totals().amount, 0);
+}
+
 TEST_F(EntryScreen, MarkingAMonthAsRecoveredIsWrittenAndCounted) {
   company.Advance(17, 1, "Salary Advance", 2000, "01/Oct/2026");
   company.Emi(17, 1, 1, 1, 24322, 1000);
   company.Emi(17, 1, 1, 2, 24323, 1000);
   modAdvLoan& entry = OpenOnFirst(Advance);
+  EXPECT_EQ(entry.Subject().employee, "Asha Rao (K17)");
+  EXPECT_EQ(entry.Subject().instruction, "Salary Advance 1");
+  EXPECT_EQ(entry.Subject().amounts, "2,000.00, due 2,000.00");
   TickCell(entry.fpgEMI, 1, ScheduleGrid::kTick, true);
   TickCell(entry.fpgEMI, 1, ScheduleGrid::kRecovered, true);
   EXPECT_EQ(Rows("SELECT COUNTER, EMIRECVYN FROM INS_EMIDETAIL ORDER BY COUNTER"), "1|0\n2|1");
@@ -139,6 +155,7 @@ TEST_F(EntryScreen, LockedEmployeesAndReadOnlyUsersCannotWrite) {
                          &entry.cmdNew, &entry.cmdEmi, &entry.cmdInstitution, &entry.cmdMaster}) {
     EXPECT_FALSE(button->enabled) << button->name();
   }
+  EXPECT_EQ(entry.cmdSave.whyDisabled, "The employee is locked.");
   EXPECT_TRUE(entry.cmdReceipts.enabled);
   Pick(entry.employee.cmbEmpName, "Binod Sen");
   EXPECT_TRUE(entry.cmdSave.enabled && entry.cmdEmi.enabled);
@@ -150,6 +167,7 @@ TEST_F(EntryScreen, LockedEmployeesAndReadOnlyUsersCannotWrite) {
   EXPECT_TRUE(screen->cmdEmi.enabled);
   Pick(screen->employee.cmbEmpName, "Binod Sen");
   EXPECT_FALSE(screen->cmdSave.enabled || screen->cmdEmi.enabled || screen->cmdMultiAllot.enabled);
+  EXPECT_EQ(screen->cmdSave.whyDisabled, "The user RAVI may only read.");
   Click(screen->cmdClose);
   EXPECT_TRUE(screen->IsUnloaded());
 }
@@ -228,6 +246,19 @@ TEST_F(EntryScreen, DoorsNameWhatIsMissing) {
   session.ReportNumber = 4;
   Click(entry.cmdReport);
   EXPECT_EQ(machine.siblings.started.back().arguments, "1521#True#4#0");
+}
+
+TEST_F(EntryScreen, TheSummaryOpensForWhoMaySeeIt) {
+  modAdvLoan& entry = OpenOn(Advance);
+  Click(entry.overview.lblSummary);
+  EXPECT_EQ(machine.siblings.started.back().program, "KTLFFS");
+  EXPECT_EQ(machine.settings.Get("Settings", "EMPSUMMRY"), "17");
+  machine.siblings.started.clear();
+  Run("INSERT INTO SEC_USERLIST (UserID, USERNAME, GROUPID) VALUES (2, 'RAVI', 7);"
+      "INSERT INTO SEC_BUTPER (BUTID, GROUPID, BUTALLOWYN) VALUES (612, 7, 0)");
+  Click(entry.overview.lblSummary);
+  EXPECT_EQ(desk.TakeTexts(), Texts{"Permission denied."});
+  EXPECT_TRUE(machine.siblings.started.empty());
 }
 
 TEST_F(EntryScreen, TheNamesRulesDecideWhatIsShownAndTyped) {

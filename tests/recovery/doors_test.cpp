@@ -1,13 +1,13 @@
 // The screens of recovery behind the buttons of the real entry screen.
 #include <fmt/format.h>
 
-#include "frame/startup.h"
 #include "instructions/modAdvLoan.h"
 #include "recovery/modEMIDet.h"
 #include "recovery/modInterestMaster.h"
 #include "recovery/modReceipts.h"
 #include "recovery_fixture.h"
 #include "runtime/errors.h"
+#include "start/startup.h"
 
 namespace ktl {
 namespace {

@@ -4,10 +4,10 @@
 
 #include <numeric>
 
-#include "frame/connect.h"
 #include "frame/options.h"
 #include "instructions/instruction_statements.h"
 #include "runtime/numbers.h"
+#include "start/connect.h"
 
 namespace ktl {
 

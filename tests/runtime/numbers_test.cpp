@@ -36,6 +36,15 @@ TEST(Numbers, FormatByPattern) {
   EXPECT_THROW(FormatNumber(std::numeric_limits<double>::infinity(), "0"), RuntimeError);
 }
 
+TEST(Numbers, WholePaiseAreFormattedAsAnyAmount) {
+  for (const double amount : {0.0, -0.0, 0.01, -0.1, 1234.5, -99999.99, 9999999999999.99, 1e13, 1e15, -1e15,
+                              0.005, 1.005, 1e-13, 1234.565, 0.29, 1.1 * 3})
+    EXPECT_EQ(FormatNumber(amount, "0.00"), FormatNumber(amount, "#0.00")) << amount;
+  EXPECT_EQ(WholePaise(-1234.56), -123456);
+  for (const double amount : {0.005, 1.1 * 3, -0.0, 1e15, std::nan("")})
+    EXPECT_EQ(WholePaise(amount), std::nullopt) << amount;
+}
+
 TEST(Numbers, RoundByPatternReadsTheTextBack) {
   EXPECT_EQ(RoundByPattern(2.5, "####"), 3);
   EXPECT_EQ(RoundByPattern(-7.126, "###.##"), -7.13);

@@ -89,6 +89,21 @@ TEST(Controls, ACombosBoundValueFollowsItsTextAndTheRowThatWasChosen) {
   EXPECT_EQ(screen.cmb.Text(), "");
 }
 
+TEST(Controls, AComboThatFollowsAnotherKeepsWhatIsBeingTypedIntoIt) {
+  ValueScreen screen;
+  ComboBox number{screen, "number"};
+  number.SetRows({{"K7", "7"}, {"K8", "8"}});
+  screen.cmb.onChange = [&] { number.SetBoundText(screen.cmb.BoundText()); };
+  number.onChange = [&] { screen.cmb.SetBoundText(number.BoundText()); };
+  number.SetText("K8");
+  EXPECT_EQ(screen.cmb.Text(), "Meera");
+  number.SetText("K");
+  EXPECT_EQ(number.Text(), "K");
+  EXPECT_EQ(screen.cmb.Text(), "");
+  screen.cmb.SetText("Me");
+  EXPECT_EQ(number.Text(), "") << "what was typed into it before";
+}
+
 TEST(Controls, TypingPassesTheKeyFilterAndRaisesOneChange) {
   using Filter = std::function<int(const ValueScreen&, int)>;
   const Filter digitsAndOnePoint = [](const ValueScreen& screen, int key) {

@@ -9,6 +9,7 @@
 
 #include "company/schema_texts.h"
 #include "database/drivers/sqlite_file.h"
+#include "instructions/total_interest.h"
 
 namespace ktl::test {
 
@@ -26,7 +27,7 @@ std::filesystem::path NewFile() {
 const std::string& Template() {
   static const std::string bytes = [] {
     const auto file = NewFile();
-    CreateSqliteFile(file, {kSchemaText, kSeedText, "PRAGMA journal_mode = WAL"});
+    CreateSqliteFile(file, {kSchemaText, kSeedText, kTotalInterest.setup, "PRAGMA journal_mode = WAL"});
     std::ifstream stream(file, std::ios::binary);
     std::string content{std::istreambuf_iterator<char>(stream), {}};
     std::filesystem::remove(file);
@@ -85,8 +86,8 @@ std::string TestCompany::Rows(std::string_view sql) {
   std::string text;
   for (const auto& row : cn_.Query(sql).rows) {
     if (!text.empty()) text += '\n';
-    for (const auto& value : row.values) {
-      if (&value != &row.values.front()) text += '|';
+    for (const auto& value : row) {
+      if (&value != &row.front()) text += '|';
       text += value.IsNull() ? "NULL" : value.ToText();
     }
   }

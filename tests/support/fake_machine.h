@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "frame/machine.h"
+#include "machine/machine.h"
 
 namespace ktl {
 
@@ -56,10 +56,12 @@ class FakeEnvironment final : public Environment {
   std::string Variable(std::string_view name) const override;
   std::string ExecutableName() const override { return executableName; }
   long ProcessId() const override { return processId; }
+  bool MustEnd() const override { return mustEnd; }
 
   std::string hostName = "PC1";
   std::string executableName = "KTLStIns";
   long processId = 4711;
+  bool mustEnd = false;
   std::map<std::string, std::string, std::less<>> variables;
 };
 

@@ -11,7 +11,7 @@ namespace ktl {
 
 namespace {
 
-constexpr std::size_t kMostIdleStatements = 128;
+constexpr std::size_t kMostStatements = 128;
 constexpr std::size_t kLongestKeptText = 8192;
 
 std::string_view ColumnText(sqlite3_stmt* statement, int column) {
@@ -66,51 +66,66 @@ SqliteStatement::SqliteStatement(sqlite3* database, std::string_view sql) {
 
 bool SqliteStatement::Step() {
   const int code = sqlite3_step(handle_.get());
-  CheckSqlite(code, sqlite3_db_handle(handle_.get()));
+  Check(code);
   return code == SQLITE_ROW;
 }
+
+void SqliteStatement::Check(int code) const { CheckSqlite(code, sqlite3_db_handle(handle_.get())); }
 
 void SqliteStatement::Reset() noexcept {
   sqlite3_reset(handle_.get());
   sqlite3_clear_bindings(handle_.get());
 }
 
-void SqliteStatement::Bind(int parameter, const Value& value) {
-  sqlite3_stmt* statement = handle_.get();
-  const int index = parameter + 1;
-  const auto bindText = [&](std::string_view text) {
-    return sqlite3_bind_text(statement, index, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
-  };
-  int code = SQLITE_OK;
+void SqliteStatement::Bind(std::size_t parameter, const Value& value) {
   if (value.IsNull() || value.IsEmpty())
-    code = sqlite3_bind_null(statement, index);
+    BindNull(parameter);
   else if (value.IsBoolean())
-    code = sqlite3_bind_int(statement, index, value.boolean() ? 1 : 0);
+    BindInteger(parameter, value.boolean() ? 1 : 0);
   else if (value.IsInteger())
-    code = sqlite3_bind_int64(statement, index, value.integer());
+    BindInteger(parameter, value.integer());
   else if (value.IsDouble())
-    code = sqlite3_bind_double(statement, index, Finite(value.real()));
+    BindReal(parameter, value.real());
   else if (value.IsDate())
-    code = bindText(StoredDate(value.date()));
+    BindText(parameter, StoredDate(value.date()));
   else
-    code = bindText(value.text());
-  CheckSqlite(code, sqlite3_db_handle(statement));
+    BindText(parameter, value.text());
 }
 
-int SqliteStatement::ColumnCount() const { return sqlite3_column_count(handle_.get()); }
+void SqliteStatement::BindInteger(std::size_t parameter, std::int64_t number) {
+  Check(sqlite3_bind_int64(handle_.get(), static_cast<int>(parameter) + 1, number));
+}
 
-std::string SqliteStatement::ColumnName(int column) const {
-  const char* name = sqlite3_column_name(handle_.get(), column);
+void SqliteStatement::BindReal(std::size_t parameter, double number) {
+  Check(sqlite3_bind_double(handle_.get(), static_cast<int>(parameter) + 1, Finite(number)));
+}
+
+void SqliteStatement::BindText(std::size_t parameter, std::string_view text) {
+  Check(sqlite3_bind_text64(handle_.get(), static_cast<int>(parameter) + 1, text.data(), text.size(),
+                            SQLITE_TRANSIENT, SQLITE_UTF8));
+}
+
+void SqliteStatement::BindNull(std::size_t parameter) {
+  Check(sqlite3_bind_null(handle_.get(), static_cast<int>(parameter) + 1));
+}
+
+std::size_t SqliteStatement::ColumnCount() const {
+  return static_cast<std::size_t>(sqlite3_column_count(handle_.get()));
+}
+
+std::string SqliteStatement::ColumnName(std::size_t column) const {
+  const char* name = sqlite3_column_name(handle_.get(), static_cast<int>(column));
   return name == nullptr ? "" : name;
 }
 
-bool SqliteStatement::IsDeclaredDate(int column) const {
-  const char* declared = sqlite3_column_decltype(handle_.get(), column);
+bool SqliteStatement::IsDeclaredDate(std::size_t column) const {
+  const char* declared = sqlite3_column_decltype(handle_.get(), static_cast<int>(column));
   return declared != nullptr && std::strcmp(declared, "DATETIME") == 0;
 }
 
-Value SqliteStatement::Column(int column, bool date) const {
+Value SqliteStatement::Column(std::size_t index, bool date) const {
   sqlite3_stmt* statement = handle_.get();
+  const int column = static_cast<int>(index);
   switch (sqlite3_column_type(statement, column)) {
     case SQLITE_INTEGER:
       return Value(static_cast<long long>(sqlite3_column_int64(statement, column)));
@@ -127,31 +142,20 @@ Value SqliteStatement::Column(int column, bool date) const {
   return Value(text);
 }
 
-std::int64_t SqliteStatement::Integer(int column) const {
-  return sqlite3_column_int64(handle_.get(), column);
+std::int64_t SqliteStatement::Integer(std::size_t column) const {
+  return sqlite3_column_int64(handle_.get(), static_cast<int>(column));
 }
 
-SqliteDatabase::Lease::Lease(SqliteDatabase& database, std::string_view sql)
-    : database_(database), sql_(sql) {
-  const auto found = database.idle_.find(sql_);
-  if (found == database.idle_.end()) {
-    statement_ = std::make_unique<SqliteStatement>(database.handle(), sql);
-    return;
-  }
-  statement_ = std::move(found->second);
-  database.idle_.erase(found);
-}
-
-SqliteDatabase::Lease::~Lease() {
-  if (!statement_ || sql_.size() > kLongestKeptText) return;
-  statement_->Reset();
-  if (database_.idle_.size() >= kMostIdleStatements) database_.idle_.clear();
-  database_.idle_.insert_or_assign(std::move(sql_), std::move(statement_));
+SqliteDatabase::Lease::Lease(SqliteDatabase& database, std::string_view sql) {
+  const auto* kept = database.statements_.Find(sql);
+  const bool free = kept != nullptr && kept->use_count() == 1;
+  statement_ = free ? *kept : std::make_shared<SqliteStatement>(database.handle(), sql);
+  if (kept == nullptr && sql.size() <= kLongestKeptText) database.statements_.Keep(sql, statement_);
 }
 
 void SqliteDatabase::Closer::operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
 
-SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode) {
+SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode) : statements_(kMostStatements) {
   const int flags =
       SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (mode == Mode::New ? SQLITE_OPEN_CREATE : 0);
   sqlite3* raw = nullptr;
@@ -170,13 +174,13 @@ bool SqliteDatabase::InTransaction() const { return sqlite3_get_autocommit(handl
 
 void SqliteDatabase::Run(std::string_view sql, const std::vector<Value>& parameters) {
   Lease statement(*this, sql);
-  for (std::size_t i = 0; i < parameters.size(); ++i) statement->Bind(static_cast<int>(i), parameters[i]);
+  for (std::size_t i = 0; i < parameters.size(); ++i) statement->Bind(i, parameters[i]);
   while (statement->Step()) {
   }
 }
 
-void SqliteDatabase::RunScript(const char* script) {
-  CheckSqlite(sqlite3_exec(handle(), script, nullptr, nullptr, nullptr), handle());
+void SqliteDatabase::RunScript(const std::string& script) {
+  CheckSqlite(sqlite3_exec(handle(), script.c_str(), nullptr, nullptr, nullptr), handle());
 }
 
 std::int64_t SqliteDatabase::Number(std::string_view sql) {

@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "database/database_error.h"
+#include "database/drivers/recently_used.h"
 #include "runtime/value.h"
 
 struct sqlite3;
@@ -23,39 +23,43 @@ class SqliteStatement {
   // True while there is a row.
   bool Step();
   void Reset() noexcept;
-  void Bind(int parameter, const Value& value);
+  void Bind(std::size_t parameter, const Value& value);
+  void BindInteger(std::size_t parameter, std::int64_t number);
+  void BindReal(std::size_t parameter, double number);  // an infinite number is an error
+  void BindText(std::size_t parameter, std::string_view text);
+  void BindNull(std::size_t parameter);
 
-  int ColumnCount() const;
-  std::string ColumnName(int column) const;
-  bool IsDeclaredDate(int column) const;
+  std::size_t ColumnCount() const;
+  std::string ColumnName(std::size_t column) const;
+  bool IsDeclaredDate(std::size_t column) const;
   // date: a text in the stored form of dates is a date. An infinite number is an error.
-  Value Column(int column, bool date = false) const;
-  std::int64_t Integer(int column) const;
+  Value Column(std::size_t column, bool date = false) const;
+  std::int64_t Integer(std::size_t column) const;
 
  private:
   struct Finalizer {
     void operator()(sqlite3_stmt* statement) const noexcept;
   };
+  void Check(int code) const;
+
   std::unique_ptr<sqlite3_stmt, Finalizer> handle_;
 };
 
 // An open file of the embedded database. Prepared statements are kept for the next use of the same text.
 class SqliteDatabase {
  public:
-  // A statement in use; given back, reset, when the lease ends.
+  // A statement in use; reset when the lease ends. A text leased twice at a time gets two statements.
   class Lease {
    public:
     Lease(SqliteDatabase& database, std::string_view sql);
-    ~Lease();
+    ~Lease() { statement_->Reset(); }
     Lease(const Lease&) = delete;
     Lease& operator=(const Lease&) = delete;
     SqliteStatement* operator->() { return statement_.get(); }
     SqliteStatement& operator*() { return *statement_; }
 
    private:
-    SqliteDatabase& database_;
-    std::string sql_;
-    std::unique_ptr<SqliteStatement> statement_;
+    std::shared_ptr<SqliteStatement> statement_;
   };
 
   enum class Mode { Existing, New };
@@ -71,7 +75,7 @@ class SqliteDatabase {
   // Runs a statement of the embedded dialect to its end.
   void Run(std::string_view sql, const std::vector<Value>& parameters = {});
   // Several statements, one after another.
-  void RunScript(const char* script);
+  void RunScript(const std::string& script);
   std::int64_t Number(std::string_view sql);
   // Of the statement run last; 0 when nothing has changed since the count given.
   std::int64_t ChangesSince(std::int64_t totalChanges) const;
@@ -83,7 +87,7 @@ class SqliteDatabase {
     void operator()(sqlite3* database) const noexcept;
   };
   std::unique_ptr<sqlite3, Closer> handle_;
-  std::unordered_map<std::string, std::unique_ptr<SqliteStatement>> idle_;
+  RecentlyUsed<std::shared_ptr<SqliteStatement>> statements_;
 };
 
 // The one place where return codes become errors.

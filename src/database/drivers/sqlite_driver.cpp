@@ -4,7 +4,8 @@
 
 #include <cmath>
 
-#include "database/drivers/shared_text.h"
+#include "database/drivers/sqlite_writer.h"
+#include "database/statement_twin.h"
 #include "database/stored_date.h"
 #include "runtime/numbers.h"
 
@@ -52,78 +53,115 @@ Value DateFor(const Assignment& assignment) {
   return *date;
 }
 
+void Bind(SqliteStatement& statement, std::span<const Value> numbers) {
+  std::size_t parameter = 0;
+  for (const Value& number : numbers) statement.Bind(parameter++, number);
+}
+
 }  // namespace
 
-SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, const ClientIdentity& client)
-    : database_(std::move(database)), client_(client), host_{database_, client, {}} {
+SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, ClientIdentity client)
+    : database_(std::move(database)),
+      client_(std::move(client)),
+      host_{database_, client_, {}},
+      programs_(kMostPrograms) {
   RegisterFunctions(host_);
   if (kind == FileKind::Company) database_.Run(kMonthLockTrigger);
 }
 
 SqliteDriver::~SqliteDriver() { KeepStatistics(); }
 
-// The planner's knowledge is brought up to date when the work is done, not when the next one begins.
+// The planner's figures are brought up to date when the work is done, not when the next one begins: those of
+// tables that have none or have grown many times. So many rows of an index are enough for figures of the
+// right size; with a thousand they are wrong by 15 to 40 times.
 void SqliteDriver::KeepStatistics() noexcept {
   try {
     if (InTransaction()) Rollback();
     database_.SetBusyTimeout(0);
-    database_.RunScript("PRAGMA analysis_limit = 1000; PRAGMA optimize;");
+    database_.RunScript("PRAGMA analysis_limit = 100000; PRAGMA optimize;");
   } catch (const std::exception&) {
     // Another workstation is writing: it will do the same at its own end.
   }
 }
 
-std::shared_ptr<const tsql::Program> SqliteDriver::ProgramOf(std::string_view sql, bool updatable) {
-  std::string key(sql);
-  if (updatable) key += '\n';
-  if (const auto found = programs_.find(key); found != programs_.end()) return found->second;
-  auto program = std::make_shared<const tsql::Program>(tsql::Translate(sql, updatable));
-  if (key.size() > kLongestKeptText) return program;
-  if (programs_.size() >= kMostPrograms) programs_.clear();
-  programs_.emplace(std::move(key), program);
+SqliteDriver::ProgramPtr SqliteDriver::SharedProgram(bool updatable) {
+  std::string marked;
+  if (updatable) marked = shared_.sql + '\n';
+  const std::string& key = updatable ? marked : shared_.sql;
+  if (const auto* kept = programs_.Find(key)) return *kept;
+  ProgramPtr program;
+  try {
+    program = std::make_shared<const tsql::Program>(
+        SqliteWriter(shared_.sql).Translate(updatable, static_cast<int>(shared_.numbers.size())));
+    const auto kind = program->front().kind;
+    const bool plain = kind == tsql::StepKind::Rows || kind == tsql::StepKind::Change;
+    if (program->size() > 1 || !plain) program = nullptr;
+  } catch (const DatabaseError&) {
+    // Read with its numbers in place, the text tells why it cannot be.
+  }
+  if (key.size() <= kLongestKeptText) programs_.Keep(key, program);
   return program;
 }
 
-ResultSet SqliteDriver::Query(std::string_view sql, Fetch fetch, bool updatable) {
-  Outcome outcome;
+SqliteDriver::ProgramPtr SqliteDriver::ProgramOf(std::string_view sql, bool updatable) {
+  std::string key(sql);
+  if (updatable) key += '\n';
+  if (const auto* kept = programs_.Find(key)) return *kept;
+  auto program = std::make_shared<const tsql::Program>(SqliteWriter(sql).Translate(updatable));
+  if (key.size() <= kLongestKeptText) programs_.Keep(key, program);
+  return program;
+}
+
+void SqliteDriver::RunText(std::string_view sql, bool updatable, Run& run) {
   host_.variables.clear();
-  RunProgram(*ProgramOf(sql, updatable), fetch, true, outcome);
-  return std::move(outcome.result);
+  ShareNumbers(sql, shared_);
+  ProgramPtr program;
+  if (!shared_.numbers.empty()) program = SharedProgram(updatable);
+  if (program)
+    run.numbers = shared_.numbers;
+  else
+    program = ProgramOf(sql, updatable);
+  RunProgram(*program, run);
+}
+
+ResultSet SqliteDriver::Query(std::string_view sql, Fetch fetch, bool updatable) {
+  Run run{.fetch = fetch, .keepRows = true};
+  RunText(sql, updatable, run);
+  return std::move(run.result);
 }
 
 std::int64_t SqliteDriver::Execute(std::string_view sql) {
-  Outcome outcome;
-  host_.variables.clear();
-  RunProgram(*ProgramOf(sql, false), Fetch::AllRows, false, outcome);
-  return outcome.rows;
+  Run run;
+  RunText(sql, false, run);
+  return run.rows;
 }
 
-void SqliteDriver::RunProgram(const tsql::Program& program, Fetch fetch, bool keepRows, Outcome& outcome) {
-  for (const auto& step : program) RunStep(step, fetch, keepRows, outcome);
+void SqliteDriver::RunProgram(const tsql::Program& program, Run& run) {
+  for (const auto& step : program) RunStep(step, run);
 }
 
 // The first query of a batch gives its rows.
-void SqliteDriver::RunStep(const tsql::Step& step, Fetch fetch, bool keepRows, Outcome& outcome) {
+void SqliteDriver::RunStep(const tsql::Step& step, Run& run) {
   switch (step.kind) {
     case tsql::StepKind::Rows:
-      if (keepRows && !outcome.answered) {
-        outcome.result = ReadRows(step, fetch);
-        outcome.answered = true;
+      if (run.keepRows && !run.answered) {
+        run.result = ReadRows(step, run);
+        run.answered = true;
       } else {
-        outcome.rows += CountRows(step.sql);
+        run.rows += CountRows(step.sql, run.numbers);
       }
       break;
     case tsql::StepKind::Change: {
       const auto before = database_.TotalChanges();
-      CountRows(step.sql);
-      outcome.rows += database_.ChangesSince(before);
+      CountRows(step.sql, run.numbers);
+      run.rows += database_.ChangesSince(before);
       break;
     }
     case tsql::StepKind::Assign:
-      CountRows(step.sql);
+      CountRows(step.sql, run.numbers);
       break;
     case tsql::StepKind::Branch:
-      RunProgram(database_.Number(step.sql) != 0 ? step.then : step.otherwise, fetch, keepRows, outcome);
+      RunProgram(database_.Number(step.sql) != 0 ? step.then : step.otherwise, run);
       break;
     case tsql::StepKind::Call:
       Call(step);
@@ -131,38 +169,33 @@ void SqliteDriver::RunStep(const tsql::Step& step, Fetch fetch, bool keepRows, O
   }
 }
 
-std::int64_t SqliteDriver::CountRows(const std::string& sql) {
+std::int64_t SqliteDriver::CountRows(const std::string& sql, Numbers numbers) {
   SqliteDatabase::Lease statement(database_, sql);
+  Bind(*statement, numbers);
   std::int64_t rows = 0;
   while (statement->Step()) ++rows;
   return rows;
 }
 
-ResultSet SqliteDriver::ReadRows(const tsql::Step& step, Fetch fetch) {
-  const SharedText shared = ShareNumbers(step.sql);
-  SqliteDatabase::Lease statement(database_, shared.sql);
-  for (std::size_t i = 0; i < shared.numbers.size(); ++i)
-    statement->Bind(static_cast<int>(i), Value(shared.numbers[i]));
+ResultSet SqliteDriver::ReadRows(const tsql::Step& step, const Run& run) {
+  SqliteDatabase::Lease statement(database_, step.sql);
+  Bind(*statement, run.numbers);
   // A changed schema shows in the columns only after the first step.
-  bool more = fetch != Fetch::NoRows && statement->Step();
-  const int first = step.baseTable.empty() ? 0 : 1;
-  const int count = statement->ColumnCount();
+  bool more = run.fetch != Fetch::NoRows && statement->Step();
+  const std::size_t first = step.baseTable.empty() ? 0 : 1, count = statement->ColumnCount();
   ResultSet result;
   result.baseTable = step.baseTable;
   std::vector<bool> dates(count);
-  for (int column = 0; column < count; ++column) {
-    const auto fromBack = static_cast<std::size_t>(count - 1 - column);
-    dates[column] = statement->IsDeclaredDate(column) ||
-                    (column < std::ssize(step.datesFromFront) && step.datesFromFront[column]) ||
-                    (fromBack < step.datesFromBack.size() && step.datesFromBack[fromBack]);
-    if (column >= first) result.columns.push_back(statement->ColumnName(column));
+  for (std::size_t column = first; column < count; ++column) {
+    dates[column] = statement->IsDeclaredDate(column) || step.TellsDate(column, count);
+    result.columns.push_back(statement->ColumnName(column));
   }
-  for (; more; more = fetch == Fetch::AllRows && statement->Step()) {
-    ResultRow& row = result.rows.emplace_back();
-    row.values.reserve(count - first);
-    for (int column = first; column < count; ++column)
-      row.values.push_back(statement->Column(column, dates[column]));
-    if (first > 0) row.key = statement->Integer(0);
+  for (; more; more = run.fetch == Fetch::AllRows && statement->Step()) {
+    auto& row = result.rows.emplace_back();
+    row.reserve(count - first);
+    for (std::size_t column = first; column < count; ++column)
+      row.push_back(statement->Column(column, dates[column]));
+    if (first > 0) result.keys.emplace_back(statement->Integer(0));
   }
   return result;
 }
@@ -180,6 +213,35 @@ std::string SqliteDriver::Explain(std::string_view sql) {
   };
   tell(*ProgramOf(sql, false), "", tell);
   return text;
+}
+
+std::string_view SqliteDriver::Choose(const StatementTwin& twin) {
+  return twin.setup == nullptr || MakeReady(twin) ? twin.embedded : twin.said;
+}
+
+// A company made by an earlier release gets what the twin needs when it is needed first. Inside a transaction
+// nothing is made, since a rollback would take it away again.
+bool SqliteDriver::MakeReady(const StatementTwin& twin) {
+  if (twinTables_.contains(twin.table)) return true;
+  const auto isThere = [&] {
+    SqliteDatabase::Lease table(database_, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?1");
+    table->Bind(0, Value(twin.table));
+    return table->Step();
+  };
+  if (!isThere()) {
+    if (InTransaction()) return false;
+    Begin();
+    try {
+      // Another workstation may have been faster.
+      if (!isThere()) database_.RunScript(twin.setup);
+      Commit();
+    } catch (const DatabaseError&) {
+      if (InTransaction()) Rollback();
+      return false;
+    }
+  }
+  twinTables_.emplace(twin.table);
+  return true;
 }
 
 const SqliteDriver::Fields& SqliteDriver::FieldsOf(const std::string& table) {
@@ -229,22 +291,21 @@ RowKey SqliteDriver::InsertRow(const std::string& table, const std::vector<Assig
   SqliteDatabase::Lease insert(
       database_, values.empty() ? fmt::format("INSERT INTO [{}] DEFAULT VALUES", table)
                                 : "INSERT INTO [" + table + "] (" + columns + ") VALUES (" + marks + ")");
-  int parameter = 0;
-  for (const auto& assignment : values) insert->Bind(parameter++, Fitted(assignment, fields));
+  for (std::size_t i = 0; i < values.size(); ++i) insert->Bind(i, Fitted(values[i], fields));
   insert->Step();
   return database_.LastRowId();
 }
 
-void SqliteDriver::UpdateRow(const std::string& table, RowKey key, const std::vector<Assignment>& values) {
+void SqliteDriver::UpdateRow(const std::string& table, const RowKey& key,
+                             const std::vector<Assignment>& values) {
   if (values.empty()) return;
   const Fields& fields = FieldsOf(table);
   std::string columns;
   for (const auto& assignment : values)
     columns += (columns.empty() ? "[" : ", [") + assignment.column + "] = ?";
   SqliteDatabase::Lease update(database_, "UPDATE [" + table + "] SET " + columns + " WHERE rowid = ?");
-  int parameter = 0;
-  for (const auto& assignment : values) update->Bind(parameter++, Fitted(assignment, fields));
-  update->Bind(parameter, static_cast<long long>(key));
+  for (std::size_t i = 0; i < values.size(); ++i) update->Bind(i, Fitted(values[i], fields));
+  update->Bind(values.size(), std::any_cast<std::int64_t>(key));
   const auto before = database_.TotalChanges();
   update->Step();
   if (database_.ChangesSince(before) == 0)

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <memory>
+#include <set>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
-#include "database/connection.h"
 #include "database/driver.h"
+#include "database/drivers/recently_used.h"
+#include "database/drivers/shared_text.h"
 #include "database/drivers/sqlite_database.h"
 #include "database/drivers/sqlite_file.h"
 #include "database/drivers/sqlite_functions.h"
@@ -19,14 +22,15 @@ namespace ktl {
 // and the host's procedures are run here.
 class SqliteDriver final : public Driver {
  public:
-  SqliteDriver(SqliteDatabase database, FileKind kind, const ClientIdentity& client);
+  SqliteDriver(SqliteDatabase database, FileKind kind, ClientIdentity client);
   ~SqliteDriver() override;
 
   ResultSet Query(std::string_view sql, Fetch fetch, bool updatable) override;
   std::int64_t Execute(std::string_view sql) override;
   std::string Explain(std::string_view sql) override;
+  std::string_view Choose(const StatementTwin& twin) override;
   RowKey InsertRow(const std::string& table, const std::vector<Assignment>& values) override;
-  void UpdateRow(const std::string& table, RowKey key, const std::vector<Assignment>& values) override;
+  void UpdateRow(const std::string& table, const RowKey& key, const std::vector<Assignment>& values) override;
   void Begin() override;
   void Commit() override;
   void Rollback() override;
@@ -35,20 +39,30 @@ class SqliteDriver final : public Driver {
  private:
   enum class FieldKind { Text, Integer, Real, Date };
   using Fields = std::unordered_map<std::string, FieldKind, tsql::WordHash, tsql::WordEqual>;
-  using Programs = std::unordered_map<std::string, std::shared_ptr<const tsql::Program>>;
+  using ProgramPtr = std::shared_ptr<const tsql::Program>;
+  // The numbers that a program's statements take.
+  using Numbers = std::span<const Value>;
 
-  // What one run of a program came to.
-  struct Outcome {
+  // One run of a text: how its rows are wanted, and what it came to.
+  struct Run {
+    Fetch fetch = Fetch::AllRows;
+    bool keepRows = false;
+    Numbers numbers;
     std::int64_t rows = 0;
     ResultSet result;
     bool answered = false;  // the result is there
   };
 
-  std::shared_ptr<const tsql::Program> ProgramOf(std::string_view sql, bool updatable);
-  void RunProgram(const tsql::Program& program, Fetch fetch, bool keepRows, Outcome& outcome);
-  void RunStep(const tsql::Step& step, Fetch fetch, bool keepRows, Outcome& outcome);
-  ResultSet ReadRows(const tsql::Step& step, Fetch fetch);
-  std::int64_t CountRows(const std::string& sql);
+  void RunText(std::string_view sql, bool updatable, Run& run);
+  // The program of all texts that differ from this one in their numbers only; null when there is none.
+  ProgramPtr SharedProgram(bool updatable);
+  ProgramPtr ProgramOf(std::string_view sql, bool updatable);
+  void RunProgram(const tsql::Program& program, Run& run);
+  void RunStep(const tsql::Step& step, Run& run);
+  ResultSet ReadRows(const tsql::Step& step, const Run& run);
+  std::int64_t CountRows(const std::string& sql, Numbers numbers);
+
+  bool MakeReady(const StatementTwin& twin);
 
   void Call(const tsql::Step& step);
   void FillClassTable(const std::string& table, const std::string& user);
@@ -59,9 +73,13 @@ class SqliteDriver final : public Driver {
   void KeepStatistics() noexcept;
 
   SqliteDatabase database_;
-  const ClientIdentity& client_;
+  ClientIdentity client_;
   FunctionHost host_;
-  Programs programs_;
+  SharedText shared_;  // of the text being run
+  // By their texts, those of updatable ones with a line break behind. Null for a shared text whose texts must
+  // be read each on its own.
+  RecentlyUsed<ProgramPtr> programs_;
+  std::set<std::string, std::less<>> twinTables_;  // those known to be there
   std::unordered_map<std::string, Fields, tsql::WordHash, tsql::WordEqual> fields_;
 };
 

@@ -224,9 +224,9 @@ void EmployeeLock(sqlite3_context* context, int, Arguments a) {
         HostOf(context).database,
         "SELECT EXISTS (SELECT 1 FROM MAS_OPTSETFEATURE WHERE EMPLOCKYN = 1) AND EXISTS (SELECT "
         "1 FROM SEC_EMPLOCK WHERE EMPID = ?1 AND LOCKYN = 1 AND MONTHYEAR BETWEEN ?2 AND ?3)");
-    lock->Bind(0, static_cast<long long>(sqlite3_value_int64(a[0])));
-    lock->Bind(1, static_cast<long long>(first));
-    lock->Bind(2, noEnd ? Value(static_cast<long long>(1) << 40) : Value(static_cast<long long>(last)));
+    lock->BindInteger(0, sqlite3_value_int64(a[0]));
+    lock->BindInteger(1, first);
+    lock->BindInteger(2, noEnd ? std::int64_t{1} << 40 : last);
     sqlite3_result_int(context, lock->Step() && lock->Integer(0) != 0 ? 1 : 0);
   });
 }

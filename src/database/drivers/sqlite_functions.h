@@ -3,7 +3,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "database/connection.h"
+#include "database/driver.h"
 #include "database/drivers/sqlite_database.h"
 #include "runtime/value.h"
 

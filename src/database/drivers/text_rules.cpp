@@ -156,9 +156,9 @@ std::size_t FindText(std::string_view pattern, std::string_view text, std::size_
 
 char32_t FirstCharacter(std::string_view utf8) {
   const auto lead = static_cast<unsigned char>(utf8.front());
-  const int length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  char32_t c = length == 1 ? lead : lead & (0x7F >> length);
-  for (int i = 1; i < length && static_cast<std::size_t>(i) < utf8.size(); ++i)
+  const std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  char32_t c = length == 1 ? lead : lead & (0x7FU >> length);
+  for (std::size_t i = 1; i < length && i < utf8.size(); ++i)
     c = (c << 6) | (static_cast<unsigned char>(utf8[i]) & 0x3F);
   return c;
 }

@@ -77,7 +77,7 @@ Keyword KeywordOf(std::string_view name) {
 
 class Lexer {
  public:
-  explicit Lexer(std::string_view text) : text_(text) {}
+  Lexer(std::string_view text, int parameters) : text_(text), parameters_(parameters) {}
 
   std::vector<Token> Run() {
     std::vector<Token> tokens;
@@ -119,6 +119,7 @@ class Lexer {
     if (c == '"') return Quoted('"');
     if (IsDigit(c) || (c == '.' && IsDigit(Peek(1)))) return Number();
     if (c == '@' || BeginsName(c)) return Word();
+    if (c == '?' && parameters_ > 0) return Parameter();
     return Symbol();
   }
 
@@ -171,6 +172,13 @@ class Lexer {
     return token;
   }
 
+  Token Parameter() {
+    const std::size_t begin = at_++;
+    while (IsDigit(Peek())) ++at_;
+    if (Peek() == '.') ++at_;
+    return Make(TokenKind::Number, begin);
+  }
+
   Token Word() {
     const std::size_t begin = at_++;
     while (at_ < text_.size() && ContinuesName(text_[at_])) ++at_;
@@ -194,16 +202,17 @@ class Lexer {
   }
 
   std::string_view text_;
+  int parameters_;
   std::size_t at_ = 0;
 };
 
 }  // namespace
 
-std::vector<Token> Tokenize(std::string_view text) {
+std::vector<Token> Tokenize(std::string_view text, int parameters) {
   if (text.size() > kMaxTextLength)
     throw DatabaseError(fmt::format("The statement is too long: {} characters, at most {} are taken.",
                                     text.size(), kMaxTextLength));
-  return Lexer(text).Run();
+  return Lexer(text, parameters).Run();
 }
 
 void Refuse(std::string_view text, std::size_t offset, const std::string& why) {

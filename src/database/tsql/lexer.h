@@ -86,8 +86,9 @@ struct Token {
 // The longest text that is taken; nothing that the program says comes near it.
 inline constexpr std::size_t kMaxTextLength = 500'000;
 
-// The tokens view the text, which must outlive them; the last one is End.
-std::vector<Token> Tokenize(std::string_view text);
+// The tokens view the text, which must outlive them; the last one is End. A text made of a said one by
+// sharing its numbers has that many parameters ?1, ?2, ...; they are numbers, "?2." one with decimals.
+std::vector<Token> Tokenize(std::string_view text, int parameters = 0);
 
 // Throws DatabaseError: why, the line and column (from 1), and the text around the place.
 [[noreturn]] void Refuse(std::string_view text, std::size_t offset, const std::string& why);

@@ -8,7 +8,7 @@
 
 namespace ktl::tsql {
 
-Block Parse(std::string_view text) { return Parser(text).ParseBatch(); }
+Block Parse(std::string_view text, int parameters) { return Parser(text, parameters).ParseBatch(); }
 
 const Token& Parser::Peek(std::size_t ahead) const {
   return tokens_[std::min(at_ + ahead, tokens_.size() - 1)];

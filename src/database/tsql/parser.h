@@ -10,8 +10,8 @@ namespace ktl::tsql {
 
 // Reads one text: a statement, or several without anything between them, or the call of a procedure.
 // The tree views the text. Throws DatabaseError with line, column and the text around the place for anything
-// that it does not know; what nests deeper than kMaxDepth is refused as well.
-Block Parse(std::string_view text);
+// that it does not know; what nests deeper than kMaxDepth is refused as well. Parameters: see Tokenize.
+Block Parse(std::string_view text, int parameters = 0);
 
 inline constexpr int kMaxDepth = 200;  // of subselects, brackets and functions in one another
 inline constexpr int kMaxChain = 600;  // of operators in a row
@@ -19,7 +19,8 @@ inline constexpr int kMaxChain = 600;  // of operators in a row
 // Recursive descent; expressions are in parser_expressions.cpp, statements in parser.cpp.
 class Parser {
  public:
-  explicit Parser(std::string_view text) : text_(text), tokens_(Tokenize(text)) {}
+  explicit Parser(std::string_view text, int parameters = 0)
+      : text_(text), tokens_(Tokenize(text, parameters)) {}
 
   Block ParseBatch();
 
@@ -83,6 +84,7 @@ class Parser {
   ExprPtr ParseCase();
   ExprPtr ParseNameOrFunction();
   ExprPtr ParseFunction(Token name, std::string_view schema);
+  ExprPtr ParseDatePart();
   ExprPtr ParseCast(const Token& name);
   ExprPtr ParseConvert(const Token& name);
   void ParseTypeName(Expr& cast);

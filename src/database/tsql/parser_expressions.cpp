@@ -255,6 +255,10 @@ ExprPtr Parser::ParseFunction(Token name, std::string_view schema) {
     Adopt(*expr, Make(ExprKind::Star, Take()));
   } else if (!AtSymbol(")")) {
     expr->distinct = Accept(Keyword::Distinct);
+    if (SameWord(name.text, "DATEDIFF")) {
+      Adopt(*expr, ParseDatePart());
+      ExpectSymbol(",");
+    }
     do {
       Adopt(*expr, At(Keyword::Default) ? Make(ExprKind::Default, Take()) : ParseExpr());
     } while (AcceptSymbol(","));
@@ -267,6 +271,17 @@ ExprPtr Parser::ParseFunction(Token name, std::string_view schema) {
     ExpectSymbol(")");
   }
   return expr;
+}
+
+// A word of the language, not a column.
+ExprPtr Parser::ParseDatePart() {
+  for (const std::string_view part : {"DAY", "MONTH", "YEAR"})
+    if (AtWord(part)) {
+      auto expr = Make(ExprKind::DatePart, Take());
+      expr->text = part;
+      return expr;
+    }
+  Unexpected("DAY, MONTH or YEAR");
 }
 
 ExprPtr Parser::ParseCast(const Token& name) {

@@ -15,7 +15,7 @@ enum class StepKind {
   Call,    // name is the procedure
 };
 
-// One thing for the driver to do, in the embedded dialect. Steps are prepared only when they are reached: a
+// One thing for a driver to do, in its database's dialect. Steps are prepared only when they are reached: a
 // batch may speak of objects that an earlier step makes.
 struct Step {
   StepKind kind = StepKind::Rows;
@@ -25,16 +25,19 @@ struct Step {
   std::vector<Step> then;                             // of Branch
   std::vector<Step> otherwise;
   // Of Rows: which columns are dates for certain, told from the front up to the first "*" and from the back
-  // down to the last one. A column behind both is judged by its declaration alone.
+  // down to the last one. A column between both is judged by its declaration alone.
   std::vector<bool> datesFromFront;
   std::vector<bool> datesFromBack;
-  std::string baseTable;  // of Rows that can be updated: the first column is the row's key
+  std::string baseTable;  // of Rows that can be updated: what the dialect has for a key stands in front
+
+  // Of one column of a result of so many.
+  bool TellsDate(std::size_t column, std::size_t count) const {
+    const std::size_t fromBack = count - 1 - column;
+    return (column < datesFromFront.size() && datesFromFront[column]) ||
+           (fromBack < datesFromBack.size() && datesFromBack[fromBack]);
+  }
 };
 
 using Program = std::vector<Step>;
-
-// Throws DatabaseError when the text cannot be read. updatable: the text must be a SELECT * over one table,
-// which then answers the row's key in front.
-Program Translate(std::string_view text, bool updatable = false);
 
 }  // namespace ktl::tsql

@@ -25,6 +25,7 @@ enum class ExprKind {
   Name,        // text, qualifier ("" for none)
   Star,        // qualifier
   Variable,    // text, with the @
+  DatePart,    // text is DAY, MONTH or YEAR: in front of what DATEDIFF counts
   Negate,      // args[0]
   Not,         // args[0]
   Arithmetic,  // text is + - * / %, args[0], args[1]

@@ -100,42 +100,49 @@ Column ColumnOf(std::string_view name) {
   return {Type::Unknown, false};
 }
 
-// In alphabetical order of the names.
 constexpr std::array kFunctions{
-    Function{"ABS", "abs", Type::NotAsked, 1, 1},
-    Function{"CEILING", "KL_CEILING", Type::NotAsked, 1, 1},
-    Function{"CHARINDEX", "KL_CHARINDEX", Type::Integer, 2, 3},
-    Function{"COALESCE", "COALESCE", Type::NotAsked, 2, 100},
-    Function{"COUNT", "COUNT", Type::Integer, 1, 1, Role::Aggregate},
-    Function{"DATEDIFF", "KL_DATEDIFF", Type::Integer, 3, 3, Role::Dates},
-    Function{"DAY", "KL_DAY", Type::Integer, 1, 1, Role::Dates},
-    Function{"FLOOR", "KL_FLOOR", Type::NotAsked, 1, 1},
-    Function{"FNSTRMONTHNAME", "KL_MONTHNAME", Type::Text, 1, 1},
-    Function{"GETDATE", "KL_NOW", Type::Date, 0, 0},
-    Function{"HOST_NAME", "KL_HOST_NAME", Type::Text, 0, 0},
-    Function{"ISNULL", "IFNULL", Type::NotAsked, 2, 2},
-    Function{"LEFT", "KL_LEFT", Type::Text, 2, 2},
-    Function{"LEN", "KL_LEN", Type::Integer, 1, 1},
-    Function{"LOWER", "KL_LOWER", Type::Text, 1, 1},
-    Function{"LTRIM", "ltrim", Type::Text, 1, 1},
-    Function{"MAX", "MAX", Type::NotAsked, 1, 1, Role::Aggregate},
-    Function{"MIN", "MIN", Type::NotAsked, 1, 1, Role::Aggregate},
-    Function{"MONTH", "KL_MONTH", Type::Integer, 1, 1, Role::Dates},
-    Function{"NULLIF", "NULLIF", Type::NotAsked, 2, 2},
-    Function{"RIGHT", "KL_RIGHT", Type::Text, 2, 2},
-    Function{"ROUND", "KL_ROUND", Type::NotAsked, 2, 2},
-    Function{"ROW_NUMBER", "ROW_NUMBER", Type::Integer, 0, 0, Role::Window},
-    Function{"RTRIM", "rtrim", Type::Text, 1, 1},
-    Function{"STR", "KL_STR", Type::Text, 1, 1},
-    Function{"SUBSTRING", "KL_SUBSTRING", Type::Text, 3, 3},
-    Function{"SUM", "SUM", Type::NotAsked, 1, 1, Role::Aggregate},
-    Function{"UDF_GETEMPLOCK", "KL_EMPLOCK", Type::Integer, 3, 3},
-    Function{"UPPER", "KL_UPPER", Type::Text, 1, 1},
-    Function{"YEAR", "KL_YEAR", Type::Integer, 1, 1, Role::Dates},
+    Function{"ABS", Type::NotAsked, 1, 1},
+    Function{"CEILING", Type::NotAsked, 1, 1},
+    Function{"CHARINDEX", Type::Integer, 2, 3},
+    Function{"COALESCE", Type::NotAsked, 2, 100},
+    Function{"COUNT", Type::Integer, 1, 1, Role::Aggregate},
+    Function{"DATEDIFF", Type::Integer, 3, 3, Role::Dates},
+    Function{"DAY", Type::Integer, 1, 1, Role::Dates},
+    Function{"FLOOR", Type::NotAsked, 1, 1},
+    Function{"FNSTRMONTHNAME", Type::Text, 1, 1},
+    Function{"GETDATE", Type::Date, 0, 0},
+    Function{"HOST_NAME", Type::Text, 0, 0},
+    Function{"ISNULL", Type::NotAsked, 2, 2},
+    Function{"LEFT", Type::Text, 2, 2},
+    Function{"LEN", Type::Integer, 1, 1},
+    Function{"LOWER", Type::Text, 1, 1},
+    Function{"LTRIM", Type::Text, 1, 1},
+    Function{"MAX", Type::NotAsked, 1, 1, Role::Aggregate},
+    Function{"MIN", Type::NotAsked, 1, 1, Role::Aggregate},
+    Function{"MONTH", Type::Integer, 1, 1, Role::Dates},
+    Function{"NULLIF", Type::NotAsked, 2, 2},
+    Function{"RIGHT", Type::Text, 2, 2},
+    Function{"ROUND", Type::NotAsked, 2, 2},
+    Function{"ROW_NUMBER", Type::Integer, 0, 0, Role::Window},
+    Function{"RTRIM", Type::Text, 1, 1},
+    Function{"STR", Type::Text, 1, 1},
+    Function{"SUBSTRING", Type::Text, 3, 3},
+    Function{"SUM", Type::NotAsked, 1, 1, Role::Aggregate},
+    Function{"UDF_GETEMPLOCK", Type::Integer, 3, 3},
+    Function{"UPPER", Type::Text, 1, 1},
+    Function{"YEAR", Type::Integer, 1, 1, Role::Dates},
 };
-static_assert(std::ranges::is_sorted(kFunctions, {}, &Function::name));
 
-bool IsNumber(Type type) { return type == Type::Integer || type == Type::Real; }
+constexpr std::array kTypeNames{
+    TypeName{"VARCHAR", Type::Text},    TypeName{"NVARCHAR", Type::Text},
+    TypeName{"INT", Type::Integer},     TypeName{"BIGINT", Type::Integer},
+    TypeName{"BIT", Type::Integer},     TypeName{"SMALLINT", Type::Integer},
+    TypeName{"TINYINT", Type::Integer}, TypeName{"FLOAT", Type::Real},
+    TypeName{"REAL", Type::Real},       TypeName{"NUMERIC", Type::Real, 0},
+    TypeName{"DECIMAL", Type::Real, 0}, TypeName{"MONEY", Type::Real, 4},
+    TypeName{"DATETIME", Type::Date},   TypeName{"SMALLDATETIME", Type::Date},
+    TypeName{"DATE", Type::Date},
+};
 
 }  // namespace
 
@@ -148,23 +155,18 @@ bool ComparesItself(const Expr& expr) {
   return column.type == Type::Text && !column.plainText;
 }
 
+std::span<const Function> Functions() { return kFunctions; }
+
 const Function* FindFunction(std::string_view name) {
-  std::string upper(name);
-  std::ranges::transform(upper, upper.begin(),
-                         [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
-  const auto found = std::ranges::lower_bound(kFunctions, std::string_view(upper), {}, &Function::name);
-  return found != kFunctions.end() && found->name == upper ? &*found : nullptr;
+  const auto found =
+      std::ranges::find_if(kFunctions, [&](const Function& known) { return SameWord(known.name, name); });
+  return found != kFunctions.end() ? &*found : nullptr;
 }
 
-std::optional<Type> TypeOfTypeName(std::string_view name) {
-  static const std::unordered_map<std::string_view, Type, WordHash, WordEqual> types{
-      {"VARCHAR", Type::Text},    {"NVARCHAR", Type::Text},      {"INT", Type::Integer},
-      {"BIGINT", Type::Integer},  {"BIT", Type::Integer},        {"SMALLINT", Type::Integer},
-      {"TINYINT", Type::Integer}, {"FLOAT", Type::Real},         {"REAL", Type::Real},
-      {"NUMERIC", Type::Real},    {"DECIMAL", Type::Real},       {"MONEY", Type::Real},
-      {"DATETIME", Type::Date},   {"SMALLDATETIME", Type::Date}, {"DATE", Type::Date}};
-  const auto found = types.find(name);
-  return found == types.end() ? std::nullopt : std::optional(found->second);
+const TypeName* FindTypeName(std::string_view name) {
+  const auto found =
+      std::ranges::find_if(kTypeNames, [&](const TypeName& known) { return SameWord(known.name, name); });
+  return found != kTypeNames.end() ? &*found : nullptr;
 }
 
 Type Typing::Of(const Expr& expr) const {
@@ -199,7 +201,7 @@ Type Typing::Find(const Expr& expr) const {
     case ExprKind::Case:
       return OfCase(expr);
     case ExprKind::Cast:
-      return TypeOfTypeName(expr.text).value_or(Type::Unknown);
+      return OfCast(expr);
     case ExprKind::Subquery:
       return Of(*expr.query->cores.front().items.front().expr);
     case ExprKind::Function: {
@@ -210,6 +212,11 @@ Type Typing::Find(const Expr& expr) const {
     default:
       return Type::Unknown;
   }
+}
+
+Type Typing::OfCast(const Expr& expr) const {
+  const TypeName* name = FindTypeName(expr.text);
+  return name == nullptr ? Type::Unknown : name->type;
 }
 
 Type Typing::OfArithmetic(const Expr& expr) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -9,6 +10,8 @@
 #include "database/tsql/words.h"
 
 namespace ktl::tsql {
+
+inline bool IsNumber(Type type) { return type == Type::Integer || type == Type::Real; }
 
 // What a column of this name holds, in whatever table it stands; Unknown for names outside the schema.
 Type TypeOfColumn(std::string_view name);
@@ -19,20 +22,28 @@ bool ComparesItself(const Expr& expr);
 
 enum class Role { Plain, Aggregate, Window, Dates };
 
+// What a function of the language answers and takes; what a dialect calls it, the dialect knows.
 struct Function {
-  std::string_view name;     // upper case
-  std::string_view written;  // its name in the embedded dialect
-  Type result;               // NotAsked: that of its first argument whose type is known
+  std::string_view name;  // upper case
+  Type result;            // NotAsked: that of its first argument whose type is known
   std::size_t minArguments;
   std::size_t maxArguments;
   Role role = Role::Plain;
 };
 
-// Nothing for a function that the embedded database does not have.
+// Every function of the language.
+std::span<const Function> Functions();
+// Null for one that is not known.
 const Function* FindFunction(std::string_view name);
 
-// Of CAST, CONVERT and DECLARE; nothing for a type that is not known.
-std::optional<Type> TypeOfTypeName(std::string_view name);
+// A type as CAST, CONVERT and DECLARE name it.
+struct TypeName {
+  std::string_view name;
+  Type type;
+  std::optional<int> scale = {};  // of a decimal: its places unless the text gives them
+};
+// Null for one that is not known.
+const TypeName* FindTypeName(std::string_view name);
 
 // Types expressions from names, literals and functions alone.
 class Typing {
@@ -45,6 +56,7 @@ class Typing {
   Type FirstKnown(const Expr& expr) const;
   Type OfArithmetic(const Expr& expr) const;
   Type OfCase(const Expr& expr) const;
+  Type OfCast(const Expr& expr) const;
 
   std::unordered_map<std::string, Type, WordHash, WordEqual> variables_;
 };

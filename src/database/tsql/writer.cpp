@@ -8,16 +8,29 @@
 
 namespace ktl::tsql {
 
-Program Translate(std::string_view text, bool updatable) {
-  const Block block = Parse(text);
-  EmbeddedWriter writer(text);
-  if (!updatable) return writer.Write(block);
-  const QueryPtr* query = std::get_if<QueryPtr>(&block.front());
-  if (query == nullptr || block.size() != 1) Refuse(text, 0, "only a SELECT * over one table can be updated");
-  Program program;
-  program.push_back(writer.WriteUpdatable(**query));
-  return program;
+namespace {
+
+constexpr const char* kNotUpdatable = "only a SELECT * over one table can be updated";
+
+std::string_view JoinWords(JoinKind join) {
+  switch (join) {
+    case JoinKind::Comma:
+      return ", ";
+    case JoinKind::Inner:
+      return " JOIN ";
+    case JoinKind::Left:
+      return " LEFT JOIN ";
+    case JoinKind::Right:
+      return " RIGHT JOIN ";
+    case JoinKind::Full:
+      return " FULL JOIN ";
+    case JoinKind::Cross:
+      break;
+  }
+  return " CROSS JOIN ";
 }
+
+}  // namespace
 
 std::string Unquote(std::string_view literal) {
   literal.remove_prefix(literal.find('\'') + 1);
@@ -31,19 +44,29 @@ std::string Unquote(std::string_view literal) {
   return text;
 }
 
-Program EmbeddedWriter::Write(const Block& block) {
+Program Writer::Translate(bool updatable, int parameters) {
+  const Block block = Parse(text_, parameters);
+  if (!updatable) return Write(block);
+  const QueryPtr* query = std::get_if<QueryPtr>(&block.front());
+  if (query == nullptr || block.size() != 1) Refuse(text_, 0, kNotUpdatable);
+  Program program;
+  program.push_back(WriteUpdatable(**query));
+  return program;
+}
+
+Program Writer::Write(const Block& block) {
   Program program;
   program.reserve(block.size());
   for (const auto& statement : block) program.push_back(WriteStatement(statement));
   return program;
 }
 
-Step EmbeddedWriter::WriteStatement(const Statement& statement) {
+Step Writer::WriteStatement(const Statement& statement) {
   out_.reserve(text_.size() * 2);
   return std::visit([this](const auto& inner) { return Write(inner); }, statement);
 }
 
-Step EmbeddedWriter::Finish(StepKind kind) {
+Step Writer::Finish(StepKind kind) {
   Step step;
   step.kind = kind;
   step.sql = std::move(out_);
@@ -51,12 +74,12 @@ Step EmbeddedWriter::Finish(StepKind kind) {
   return step;
 }
 
-Step EmbeddedWriter::Write(const QueryPtr& query) {
+Step Writer::Write(const QueryPtr& query) {
   const SelectCore& core = query->cores.front();
   if (!core.into.empty()) {
-    out_ += "CREATE TABLE ";
-    Name(core.into);
-    out_ += " AS ";
+    Put("CREATE TABLE ");
+    WriteName(core.into);
+    Put(" AS ");
   }
   WriteQuery(*query);
   const auto assigns = [](const SelectItem& item) { return !item.variable.empty(); };
@@ -68,64 +91,54 @@ Step EmbeddedWriter::Write(const QueryPtr& query) {
   return step;
 }
 
-Step EmbeddedWriter::WriteUpdatable(const Query& query) {
+Step Writer::WriteUpdatable(const Query& query) {
   const SelectCore& core = query.cores.front();
   const bool plain = query.cores.size() == 1 && !core.distinct && !core.top && core.into.empty() &&
                      core.groupBy.empty() && core.from.size() == 1 && !core.from[0].derived &&
                      core.items.size() == 1 && core.items[0].expr->kind == ExprKind::Star;
-  if (!plain) Refuse(text_, core.offset, "only a SELECT * over one table can be updated");
-  out_ += "SELECT rowid, *";
+  if (!plain) Refuse(text_, core.offset, kNotUpdatable);
+  Put("SELECT ");
+  WriteKeyColumns();
+  Put("*");
   WriteFrom(core.from);
-  if (core.where) {
-    out_ += " WHERE ";
-    WriteExpr(*core.where);
-  }
+  WriteWhere(core.where);
   WriteOrderBy(query.orderBy, nullptr);
   Step step = Finish(StepKind::Rows);
   step.baseTable = core.from[0].name;
   return step;
 }
 
-void EmbeddedWriter::TellDates(const SelectCore& core, Step& step) const {
+void Writer::TellDates(const SelectCore& core, Step& step) const {
   for (const auto& item : core.items) {
     if (item.expr->kind == ExprKind::Star) break;
-    step.datesFromFront.push_back(typing_.Of(*item.expr) == Type::Date);
+    step.datesFromFront.push_back(TypeOf(*item.expr) == Type::Date);
   }
   if (step.datesFromFront.size() == core.items.size()) return;
   for (auto item = core.items.rbegin(); item->expr->kind != ExprKind::Star; ++item)
-    step.datesFromBack.push_back(typing_.Of(*item->expr) == Type::Date);
+    step.datesFromBack.push_back(TypeOf(*item->expr) == Type::Date);
 }
 
-Step EmbeddedWriter::Write(const Insert& insert) {
-  out_ += "INSERT INTO ";
+Step Writer::Write(const Insert& insert) {
+  Put("INSERT INTO ");
   WriteTable(insert.table);
-  if (!insert.columns.empty()) {
-    out_ += " (";
-    for (const auto& column : insert.columns) {
-      if (&column != &insert.columns.front()) out_ += ", ";
-      Name(column);
-    }
-    out_ += ')';
-  }
-  out_ += ' ';
+  if (!insert.columns.empty()) WriteNames(" (", insert.columns);
+  Put(" ");
   if (insert.query) {
     WriteQuery(*insert.query);
     return Finish(StepKind::Change);
   }
-  out_ += "VALUES ";
-  for (const auto& row : insert.rows) {
-    out_ += &row == &insert.rows.front() ? "(" : ", (";
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      if (i > 0) out_ += ", ";
-      WriteAs(*row[i], i < insert.columns.size() ? TypeOfColumn(insert.columns[i]) : Type::Unknown);
-    }
-    out_ += ')';
-  }
+  List("VALUES ", insert.rows, [&](const auto& row) {
+    auto column = insert.columns.begin();
+    List("(", row, [&](const ExprPtr& value) {
+      WriteAs(*value, column == insert.columns.end() ? Type::Unknown : TypeOfColumn(*column++));
+    });
+    Put(")");
+  });
   return Finish(StepKind::Change);
 }
 
-// The item of FROM that is the table to be updated, by its name or because it is updated under its alias.
-const TableRef* EmbeddedWriter::FindTarget(const Update& update) const {
+// By its name, or because it is updated under its alias.
+const TableRef* Writer::FindTarget(const Update& update) const {
   const TableRef* target = nullptr;
   for (const auto& table : update.from) {
     if (SameWord(table.alias, update.table.name)) return &table;
@@ -136,104 +149,101 @@ const TableRef* EmbeddedWriter::FindTarget(const Update& update) const {
   return target;
 }
 
-Step EmbeddedWriter::Write(const Update& update) {
-  const TableRef* target = FindTarget(update);
-  out_ += "UPDATE ";
-  WriteTable(target != nullptr ? *target : update.table);
-  out_ += " SET ";
-  for (const auto& item : update.items) {
-    if (&item != &update.items.front()) out_ += ", ";
-    Name(item.column);
-    out_ += " = ";
-    WriteAs(*item.value, TypeOfColumn(item.column));
-  }
-  WriteUpdateSource(update, target);
+Step Writer::Write(const Update& update) {
+  for (const auto& table : update.from)
+    if (table.join == JoinKind::Left || table.join == JoinKind::Right || table.join == JoinKind::Full)
+      Refuse(text_, table.offset, "an outer join in UPDATE");
+  WriteUpdate(update, FindTarget(update));
   return Finish(StepKind::Change);
 }
 
-// The embedded dialect joins the table to be updated with FROM by itself: it must not be named there again.
-// The conditions of joins go to WHERE.
-void EmbeddedWriter::WriteUpdateSource(const Update& update, const TableRef* target) {
+// The table to be updated is joined with FROM by itself: it must not be named there again.
+void Writer::WriteUpdate(const Update& update, const TableRef* target) {
+  Put("UPDATE ");
+  WriteTable(target != nullptr ? *target : update.table);
+  WriteAssignments(update);
   const char* separator = " FROM ";
   for (const auto& table : update.from) {
-    if (table.join == JoinKind::Left || table.join == JoinKind::Right || table.join == JoinKind::Full)
-      Refuse(text_, table.offset, "an outer join in UPDATE");
     if (&table == target) continue;
-    out_ += separator;
+    Put(separator);
     WriteTable(table);
     separator = ", ";
   }
-  separator = " WHERE ";
-  for (const auto& table : update.from) {
-    if (!table.on) continue;
-    out_ += separator;
-    WriteCondition(*table.on, "AND");
-    separator = " AND ";
-  }
-  if (!update.where) return;
-  out_ += separator;
-  WriteCondition(*update.where, "AND");
+  WriteUpdateConditions(update);
 }
 
-Step EmbeddedWriter::Write(const Delete& statement) {
-  out_ += "DELETE FROM ";
+void Writer::WriteAssignments(const Update& update) {
+  List(" SET ", update.items, [this](const SetItem& item) {
+    WriteName(item.column);
+    Put(" = ");
+    WriteAs(*item.value, TypeOfColumn(item.column));
+  });
+}
+
+// Those of joins too.
+void Writer::WriteUpdateConditions(const Update& update) {
+  const char* separator = " WHERE ";
+  const auto write = [&](const ExprPtr& condition) {
+    if (!condition) return;
+    Put(separator);
+    WriteCondition(*condition, "AND");
+    separator = " AND ";
+  };
+  for (const auto& table : update.from) write(table.on);
+  write(update.where);
+}
+
+Step Writer::Write(const Delete& statement) {
+  Put("DELETE FROM ");
   WriteTable(statement.table);
-  if (statement.where) {
-    out_ += " WHERE ";
-    WriteExpr(*statement.where);
-  }
+  WriteWhere(statement.where);
   return Finish(StepKind::Change);
 }
 
-Step EmbeddedWriter::Write(const CreateView& view) {
-  out_ += "CREATE VIEW ";
-  Name(view.name);
-  out_ += " AS ";
+Step Writer::Write(const CreateView& view) {
+  Put("CREATE VIEW ");
+  WriteName(view.name);
+  Put(" AS ");
   WriteQuery(*view.query);
   return Finish(StepKind::Change);
 }
 
-Step EmbeddedWriter::Write(const DropObject& drop) {
-  out_ += drop.view ? "DROP VIEW " : "DROP TABLE ";
-  Name(drop.name);
+Step Writer::Write(const DropObject& drop) {
+  Put(drop.view ? "DROP VIEW " : "DROP TABLE ");
+  WriteName(drop.name);
   return Finish(StepKind::Change);
 }
 
-Step EmbeddedWriter::Write(const AddPrimaryKey& key) {
-  out_ += "CREATE UNIQUE INDEX ";
-  Name(key.name);
-  out_ += " ON ";
-  Name(key.table);
-  for (const auto& column : key.columns) {
-    out_ += &column == &key.columns.front() ? " (" : ", ";
-    Name(column);
-  }
-  out_ += ')';
+Step Writer::Write(const AddPrimaryKey& key) {
+  WritePrimaryKey(key);
   return Finish(StepKind::Change);
 }
 
-Step EmbeddedWriter::WriteAssignment(std::string_view variable, const Expr* value) {
-  out_ += "SELECT KL_SET('";
-  out_ += variable;
-  out_ += "', ";
-  if (value == nullptr)
-    out_ += "NULL";
-  else
-    WriteExpr(*value);
-  out_ += ')';
+void Writer::WritePrimaryKey(const AddPrimaryKey& key) {
+  Put("ALTER TABLE ");
+  WriteName(key.table);
+  Put(" ADD CONSTRAINT ");
+  WriteName(key.name);
+  WriteNames(" PRIMARY KEY (", key.columns);
+}
+
+Step Writer::WriteAssignment(std::string_view variable, const Expr* value) {
+  Put("SELECT ");
+  WriteSetting(variable, value);
   return Finish(StepKind::Assign);
 }
 
-Step EmbeddedWriter::Write(const Declare& declare) {
-  const auto type = TypeOfTypeName(declare.type);
-  if (!type) Refuse(text_, declare.type.data() - text_.data(), "the type is unknown");
-  typing_.Declare(declare.variable, *type);
+Step Writer::Write(const Declare& declare) {
+  const TypeName* type = FindTypeName(declare.type);
+  if (type == nullptr)
+    Refuse(text_, static_cast<std::size_t>(declare.type.data() - text_.data()), "the type is unknown");
+  typing_.Declare(declare.variable, type->type);
   return WriteAssignment(declare.variable, declare.value.get());
 }
 
-Step EmbeddedWriter::Write(const SetVariable& set) { return WriteAssignment(set.variable, set.value.get()); }
+Step Writer::Write(const SetVariable& set) { return WriteAssignment(set.variable, set.value.get()); }
 
-Step EmbeddedWriter::Write(const Call& call) {
+Step Writer::Write(const Call& call) {
   Step step;
   step.kind = StepKind::Call;
   step.name = call.procedure;
@@ -246,64 +256,50 @@ Step EmbeddedWriter::Write(const Call& call) {
   return step;
 }
 
-Step EmbeddedWriter::Write(const std::unique_ptr<If>& statement) {
-  out_ += "SELECT CASE WHEN ";
+Step Writer::Write(const std::unique_ptr<If>& statement) {
+  Put("SELECT CASE WHEN ");
   WriteExpr(*statement->condition);
-  out_ += " THEN 1 ELSE 0 END";
+  Put(" THEN 1 ELSE 0 END");
   Step step = Finish(StepKind::Branch);
   step.then = Write(statement->then);
   step.otherwise = Write(statement->otherwise);
   return step;
 }
 
-void EmbeddedWriter::WriteQuery(const Query& query) {
+void Writer::WriteQuery(const Query& query) {
   const bool unite = query.cores.size() > 1;
   for (const auto& core : query.cores) {
-    if (&core != &query.cores.front()) out_ += core.unionAll ? " UNION ALL " : " UNION ";
-    if (unite && core.top) out_ += "SELECT * FROM (";
+    if (&core != &query.cores.front()) Put(core.unionAll ? " UNION ALL " : " UNION ");
+    // A limit behind a union would be that of the whole.
+    const bool apart = unite && core.top;
+    if (apart) Put("SELECT * FROM (");
     WriteCore(core, unite);
-    if (unite && core.top) {
-      out_ += " LIMIT ";
-      WriteExpr(*core.top);
-      out_ += ')';
-    }
+    if (!apart) continue;
+    WriteLimit(*core.top);
+    Put(")");
   }
   WriteOrderBy(query.orderBy, &query.cores.front());
-  if (unite || !query.cores.front().top) return;
-  out_ += " LIMIT ";
-  WriteExpr(*query.cores.front().top);
+  if (!unite && query.cores.front().top) WriteLimit(*query.cores.front().top);
 }
 
-void EmbeddedWriter::WriteCore(const SelectCore& core, bool unite) {
-  out_ += core.distinct ? "SELECT DISTINCT " : "SELECT ";
-  for (const auto& item : core.items) {
-    if (&item != &core.items.front()) out_ += ", ";
-    WriteItem(item, core.distinct || unite);
-  }
-  if (!core.from.empty()) WriteFrom(core.from);
-  if (core.where) {
-    out_ += " WHERE ";
-    WriteExpr(*core.where);
-  }
-  for (const auto& key : core.groupBy) {
-    out_ += &key == &core.groupBy.front() ? " GROUP BY " : ", ";
-    WriteKey(*key, *key);
-  }
-  if (core.having) {
-    out_ += " HAVING ";
-    WriteExpr(*core.having);
-  }
+void Writer::WriteLimit(const Expr& count) {
+  Put(" LIMIT ");
+  WriteExpr(count);
 }
 
-void EmbeddedWriter::WriteItem(const SelectItem& item, bool compared) {
-  if (!item.variable.empty()) {
-    out_ += "KL_SET('";
-    out_ += item.variable;
-    out_ += "', ";
-    WriteExpr(*item.expr);
-    out_ += ')';
-    return;
-  }
+void Writer::WriteCore(const SelectCore& core, bool unite) {
+  List(core.distinct ? "SELECT DISTINCT " : "SELECT ", core.items,
+       [&](const SelectItem& item) { WriteItem(item, core.distinct || unite); });
+  WriteFrom(core.from);
+  WriteWhere(core.where);
+  List(" GROUP BY ", core.groupBy, [this](const ExprPtr& key) { WriteKey(*key, *key); });
+  if (!core.having) return;
+  Put(" HAVING ");
+  WriteExpr(*core.having);
+}
+
+void Writer::WriteItem(const SelectItem& item, bool compared) {
+  if (!item.variable.empty()) return WriteSetting(item.variable, item.expr.get());
   if (compared)
     WriteKey(*item.expr, *item.expr);
   else
@@ -311,75 +307,62 @@ void EmbeddedWriter::WriteItem(const SelectItem& item, bool compared) {
   // A qualified column gets its own name, so that ORDER BY finds it where two tables have it.
   const bool qualified = item.expr->kind == ExprKind::Name && !item.expr->qualifier.empty();
   if (item.alias.empty() && !qualified) return;
-  out_ += " AS ";
-  Name(item.alias.empty() ? item.expr->text : item.alias);
+  Put(" AS ");
+  WriteName(item.alias.empty() ? item.expr->text : item.alias);
 }
 
-void EmbeddedWriter::WriteFrom(const std::vector<TableRef>& tables) {
-  out_ += " FROM ";
+void Writer::WriteFrom(const std::vector<TableRef>& tables) {
   for (const auto& table : tables) {
-    if (&table != &tables.front()) {
-      switch (table.join) {
-        case JoinKind::Comma:
-          out_ += ", ";
-          break;
-        case JoinKind::Inner:
-          out_ += " JOIN ";
-          break;
-        case JoinKind::Left:
-          out_ += " LEFT JOIN ";
-          break;
-        case JoinKind::Right:
-          out_ += " RIGHT JOIN ";
-          break;
-        case JoinKind::Full:
-          out_ += " FULL JOIN ";
-          break;
-        case JoinKind::Cross:
-          out_ += " CROSS JOIN ";
-          break;
-      }
-    }
+    Put(&table == &tables.front() ? " FROM " : JoinWords(table.join));
     WriteTable(table);
     if (!table.on) continue;
-    out_ += " ON ";
+    Put(" ON ");
     WriteExpr(*table.on);
   }
 }
 
-void EmbeddedWriter::WriteTable(const TableRef& table) {
-  if (table.derived) {
-    out_ += '(';
-    WriteQuery(*table.derived);
-    out_ += ')';
-  } else {
-    out_ += '[';
-    if (SameWord(table.schema, "SYS") || SameWord(table.schema, "INFORMATION_SCHEMA")) {
-      out_ += table.schema;
-      out_ += '_';
-    }
-    out_ += table.name;
-    out_ += ']';
-  }
-  if (table.alias.empty()) return;
-  out_ += " AS ";
-  Name(table.alias);
+void Writer::WriteWhere(const ExprPtr& where) {
+  if (!where) return;
+  Put(" WHERE ");
+  WriteExpr(*where);
 }
 
-void EmbeddedWriter::WriteOrderBy(const std::vector<OrderItem>& items, const SelectCore* core) {
-  for (const auto& item : items) {
-    out_ += &item == &items.front() ? " ORDER BY " : ", ";
+void Writer::WriteTable(const TableRef& table) {
+  if (table.derived) {
+    Put("(");
+    WriteQuery(*table.derived);
+    Put(")");
+  } else {
+    WriteObject(table);
+  }
+  if (table.alias.empty()) return;
+  Put(" AS ");
+  WriteName(table.alias);
+}
+
+void Writer::WriteObject(const TableRef& table) {
+  if (!table.schema.empty() && !SameWord(table.schema, "dbo")) Put(table.schema, '.');
+  WriteName(table.name);
+}
+
+void Writer::WriteNames(std::string_view before, const std::vector<std::string_view>& names) {
+  List(before, names, [this](std::string_view name) { WriteName(name); });
+  Put(")");
+}
+
+void Writer::WriteOrderBy(const std::vector<OrderItem>& items, const SelectCore* core) {
+  List(" ORDER BY ", items, [&](const OrderItem& item) {
     // An alias stands for the expression behind it.
     const Expr* judged = item.expr.get();
     if (core != nullptr && judged->kind == ExprKind::Name && judged->qualifier.empty())
       for (const auto& column : core->items)
         if (SameWord(column.alias, judged->text)) judged = column.expr.get();
     WriteKey(*item.expr, *judged);
-    if (item.descending) out_ += " DESC";
-  }
+    if (item.descending) Put(" DESC");
+  });
 }
 
-void EmbeddedWriter::WriteKey(const Expr& expr, const Expr& judged) {
+void Writer::WriteKey(const Expr& expr, const Expr& judged) {
   if (!NeedsComparer(judged)) return WriteExpr(expr);
   WriteOperand(expr);
   WriteComparer();

@@ -7,23 +7,73 @@
 #include "database/tsql/program.h"
 #include "database/tsql/tree.h"
 #include "database/tsql/types.h"
+#include "runtime/date.h"
 
 namespace ktl::tsql {
 
-// The comparer that every text comparison goes by, as the texts themselves name it.
-inline constexpr std::string_view kTextComparer = "SQL_Latin1_General_CP1_CI_AS";
-
-// Writes a tree in the embedded dialect. Names go out in brackets, never in double quotes: a wrong name in
-// double quotes would become a text.
-class EmbeddedWriter {
+// Writes a text in a database's own dialect. What dialects share is written here; what they differ in is
+// virtual, and its default is what most of them say. A dialect is one class and one table of function names.
+class Writer {
  public:
-  explicit EmbeddedWriter(std::string_view text) : text_(text) {}
+  // The text must outlive the writer, which takes one text only.
+  explicit Writer(std::string_view text) : text_(text) {}
+  virtual ~Writer() = default;
+  Writer(const Writer&) = delete;
+  Writer& operator=(const Writer&) = delete;
 
-  Program Write(const Block& block);
-  // The first column of the answer is the row's key.
-  Step WriteUpdatable(const Query& query);
+  // Throws DatabaseError when the text cannot be read. updatable: the text must be a SELECT * over one table.
+  // parameters: how many numbers of the text are ?1, ?2, ...
+  Program Translate(bool updatable = false, int parameters = 0);
+
+ protected:
+  // "" for a function that the database does not have.
+  virtual std::string_view NameOf(const Function& function) const = 0;
+  virtual void WriteName(std::string_view name) = 0;
+  virtual void WriteObject(const TableRef& table);  // a table or a view; SYS.TABLES
+  virtual void WriteKeyColumns() {}                 // in front of the columns of an updatable query
+  virtual void WriteLimit(const Expr& count);       // behind the query whose rows are limited
+  virtual void WriteDate(const Date& date);
+  virtual void WriteDatePart(std::string_view part) { Put(part); }  // DAY, MONTH or YEAR in DATEDIFF
+  virtual void WriteComparer();  // behind a text that must compare without regard to case and blanks
+  virtual void WriteVariable(std::string_view variable) = 0;
+  virtual void WriteSetting(std::string_view variable, const Expr* value) = 0;  // no value: null
+
+  virtual void WriteConverted(const Expr& value, Type to) = 0;     // CAST to a text, an integer or a real
+  virtual void WriteDecimal(const Expr& value, int scale) = 0;     // CAST to a number with so many decimals
+  virtual void WriteNumeric(const Expr& text) = 0;                 // a text that meets a number
+  virtual bool MeetsNumbers(const Expr&) const { return false; }   // a text that equals a number as it is
+  virtual void WriteJoined(const Expr& left, const Expr& right);   // two texts
+  virtual void WriteSum(const Expr& left, const Expr& right) = 0;  // what only the rows can tell: "+"
+
+  // target: the item of FROM that is the table to be updated, if any.
+  virtual void WriteUpdate(const Update& update, const TableRef* target);
+  virtual void WritePrimaryKey(const AddPrimaryKey& key);
+
+  void WriteExpr(const Expr& expr);
+  void WriteOperand(const Expr& expr);  // in brackets where it could fall apart
+  void WriteTable(const TableRef& table);
+  void WriteAssignments(const Update& update);
+  void WriteUpdateConditions(const Update& update);
+  void WriteNames(std::string_view before, const std::vector<std::string_view>& names);
+  Type TypeOf(const Expr& expr) const { return typing_.Of(expr); }
+
+  template <typename... Parts>
+  void Put(const Parts&... parts) {
+    ((out_ += parts), ...);
+  }
+  // Each of the items, with commas between them and, when there are any, the opening words in front.
+  template <typename Items, typename Each>
+  void List(std::string_view opening, const Items& items, Each each) {
+    for (const auto& item : items) {
+      Put(opening);
+      each(item);
+      opening = ", ";
+    }
+  }
 
  private:
+  Program Write(const Block& block);
+  Step WriteUpdatable(const Query& query);
   Step WriteStatement(const Statement& statement);
   Step Write(const QueryPtr& query);
   Step Write(const Insert& insert);
@@ -36,23 +86,20 @@ class EmbeddedWriter {
   Step Write(const SetVariable& set);
   Step Write(const Call& call);
   Step Write(const std::unique_ptr<If>& statement);
-  Step Finish(StepKind kind);
   Step WriteAssignment(std::string_view variable, const Expr* value);
+  Step Finish(StepKind kind);
 
   void WriteQuery(const Query& query);
   void WriteCore(const SelectCore& core, bool unite);
   void WriteItem(const SelectItem& item, bool compared);
   void WriteFrom(const std::vector<TableRef>& tables);
-  void WriteTable(const TableRef& table);
-  void WriteUpdateSource(const Update& update, const TableRef* target);
-  const TableRef* FindTarget(const Update& update) const;
+  void WriteWhere(const ExprPtr& where);
   void WriteOrderBy(const std::vector<OrderItem>& items, const SelectCore* core);
+  const TableRef* FindTarget(const Update& update) const;
   void TellDates(const SelectCore& core, Step& step) const;
 
-  void WriteExpr(const Expr& expr);
   void WriteLeaf(const Expr& expr);
   void WriteOperator(const Expr& expr);
-  void WriteOperand(const Expr& expr);
   void WriteCondition(const Expr& expr, std::string_view logical);
   void WriteArithmetic(const Expr& expr);
   void WriteCompare(const Expr& expr);
@@ -63,20 +110,16 @@ class EmbeddedWriter {
   void WriteCase(const Expr& expr);
   void WriteFunction(const Expr& expr);
   void WriteArguments(const Expr& expr, const Function& function);
-  void WriteDatePart(const Expr& expr);
   void WriteCast(const Expr& expr);
   void WriteTextCast(const Expr& expr);
   // A text literal is written as a date when the value goes to or comes from a date.
   void WriteAs(const Expr& expr, Type type);
   void WriteDateLiteral(const Expr& literal);
-  void WriteNumeric(const Expr& expr);
-  void WriteComparer() { out_ += " COLLATE ", out_ += kTextComparer; }
   // What is grouped, sorted or made distinct: a text that would else be compared byte by byte gets the
   // comparer.
   void WriteKey(const Expr& expr, const Expr& judged);
   bool NeedsComparer(const Expr& expr) const;
 
-  void Name(std::string_view name) { out_ += '[', out_ += name, out_ += ']'; }
   [[noreturn]] void RefuseAt(const Expr& expr, const std::string& why) const;
 
   std::string_view text_;

@@ -1,0 +1,43 @@
+#include "formula/detail_rows.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <span>
+
+#include "database/recordset.h"
+#include "frame/session.h"
+
+namespace ktl {
+namespace {
+
+constexpr std::size_t kBlock = 500;
+constexpr const char* kMonth = "MONTH(EFFFROMDATE) + (YEAR(EFFFROMDATE) * 12)";
+
+}  // namespace
+
+std::optional<long> DetailRowOfMonth(Session& session, long empId, long monthYear) {
+  const Recordset rows(
+      session.Cn, fmt::format("Select * From MAS_EMPLOYEEDET Where EMPID = {0} And {2} = (Select Max({2}) "
+                              "From MAS_EMPLOYEEDET Where EMPID = {0} And {2} <= {1})",
+                              empId, monthYear, kMonth));
+  if (rows.Eof()) return std::nullopt;
+  return rows["EMPDETID"].ToLong();
+}
+
+std::unordered_map<long, long> DetailRowsOfMonth(Session& session, const std::vector<long>& employees,
+                                                 long monthYear) {
+  std::unordered_map<long, long> detailRows;
+  for (std::size_t first = 0; first < employees.size(); first += kBlock) {
+    const auto block = std::span(employees).subspan(first, std::min(kBlock, employees.size() - first));
+    Recordset rows(
+        session.Cn,
+        fmt::format("Select EMPID, EMPDETID From MAS_EMPLOYEEDET D Where EMPID In ({0}) And {2} = (Select "
+                    "Max({2}) From MAS_EMPLOYEEDET Where EMPID = D.EMPID And {2} <= {1})",
+                    fmt::join(block, ", "), monthYear, kMonth));
+    for (; !rows.Eof(); rows.MoveNext()) detailRows.try_emplace(rows[0].ToLong(), rows[1].ToLong());
+  }
+  return detailRows;
+}
+
+}  // namespace ktl

@@ -1,0 +1,58 @@
+#include "screen/tick_list.h"
+
+#include <string>
+#include <utility>
+
+namespace ktl {
+
+TickRows TickRowsOf(Grid& grid, std::size_t column) {
+  return {.count = [&grid] { return grid.rows.size(); },
+          .isTicked = [&grid, column](std::size_t row) { return grid.IsTicked(row, column); },
+          .isLocked = [&grid, column](std::size_t row) { return grid.IsLocked(row, column); },
+          .setTicked = [&grid, column](std::size_t row,
+                                       bool ticked) { grid.At(row, column).text = ticked ? "1" : "0"; }};
+}
+
+TickRows TickRowsOf(ListBox& list) {
+  return {.count = [&list] { return list.rows.size(); },
+          .isTicked = [&list](std::size_t row) { return list.rows[row].ticked; },
+          .isLocked = [](std::size_t) { return false; },
+          .setTicked = [&list](std::size_t row, bool ticked) { list.rows[row].ticked = ticked; }};
+}
+
+TickList::TickList(TickRows rows, Around around) : rows_(std::move(rows)), around_(std::move(around)) {
+  const auto pressed = [this](bool ticked) {
+    if (counting_) return;  // the box follows the rows, not the other way round
+    TickAll(ticked);
+    if (around_.changed) around_.changed();
+  };
+  if (around_.all) around_.all->onClick = [this, pressed] { pressed(around_.all->Value()); };
+  if (around_.tickAll) around_.tickAll->onClick = [pressed] { pressed(true); };
+}
+
+void TickList::TickAll(bool ticked) {
+  for (std::size_t row = 0; row < rows_.count(); ++row) {
+    if (!rows_.isLocked(row)) rows_.setTicked(row, ticked);
+  }
+  Count();
+}
+
+void TickList::Count() {
+  const std::size_t listed = rows_.count();
+  const std::size_t selected = Ticked().size();
+  if (around_.listed) around_.listed->caption = "Listed: " + std::to_string(listed);
+  if (around_.selected) around_.selected->caption = "Selected: " + std::to_string(selected);
+  counting_ = true;
+  if (around_.all) around_.all->SetValue(listed > 0 && selected == listed);
+  counting_ = false;
+}
+
+std::vector<std::size_t> TickList::Ticked() const {
+  std::vector<std::size_t> ticked;
+  for (std::size_t row = 0; row < rows_.count(); ++row) {
+    if (rows_.isTicked(row)) ticked.push_back(row);
+  }
+  return ticked;
+}
+
+}  // namespace ktl

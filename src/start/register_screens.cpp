@@ -1,0 +1,52 @@
+#include "instructions/modAdvLoan.h"
+#include "instructions/modSIMaster.h"
+#include "recovery/modEMIDet.h"
+#include "recovery/modInterestMaster.h"
+#include "recovery/modReceipts.h"
+#include "runtime/errors.h"
+#include "start/startup.h"
+
+namespace ktl {
+
+namespace {
+
+// What a screen that is opened by its name gets for the arguments of its door.
+struct OpenedByName {
+  Session& session;
+  Screen* parent;
+
+  operator InstructionType() const { return static_cast<InstructionType>(session.SIType); }
+  operator InstructionParent&() const {
+    auto* const instruction = dynamic_cast<InstructionParent*>(parent);
+    if (instruction == nullptr) throw RuntimeError::InvalidProcedureCall();
+    return *instruction;
+  }
+};
+
+// A door that leads somewhere already stays as it is.
+template <typename ScreenType, typename... Arguments>
+void Register(Session& session, Door<Arguments...>& door) {
+  if (!door.IsThere()) {
+    door.LeadTo([](Session& opened, Arguments... arguments) {
+      return std::make_unique<ScreenType>(opened, arguments...);
+    });
+  }
+  session.screens.Add(door.screenName(), [](Session& opened, Screen* parent) {
+    const OpenedByName arguments{opened, parent};
+    return std::make_unique<ScreenType>(opened, static_cast<Arguments>(arguments)...);
+  });
+}
+
+}  // namespace
+
+void RegisterScreens(Session& session) {
+  session.screens.Add("modAdvLoan", [](Session& opened, Screen*) {
+    return std::make_unique<modAdvLoan>(opened, static_cast<InstructionType>(opened.SIType));
+  });
+  Register<modSIMaster>(session, session.doors.instructionMaster);
+  Register<modEMIDet>(session, session.doors.emiEditor);
+  Register<modReceipts>(session, session.doors.receipts);
+  Register<modInterestMaster>(session, session.doors.interestEditor);
+}
+
+}  // namespace ktl

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace ktl {
+
+class Grid;
+class Menu;
+struct Session;
+
+// What an export of a grid says: the title of its sheet, and what has been written ("The schedule").
+struct ExportWords {
+  std::string title;
+  std::string what;
+};
+
+// The menu, and the right button on the grid, write it into a workbook; an empty grid has "No Records Found".
+void BindExport(Session& session, Menu& menu, Grid& grid, std::function<ExportWords()> words);
+
+}  // namespace ktl
