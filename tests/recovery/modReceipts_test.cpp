@@ -166,7 +166,7 @@ TEST_F(Receipts, AStoredReceiptKeepsItsDate) {
 }
 
 TEST_F(Receipts, ADepositOfAReducingLoan) {
-  Reducing({1000, 1000, 1000}, 90);
+  ReducingAsMade({1000, 1000, 1000}, 90);
   modReceipts& receipts = Open<modReceipts>();
   Enter(receipts, "15/04/2024", "300", "30");
   Save(receipts, {Answer::Yes});
@@ -178,6 +178,7 @@ TEST_F(Receipts, ADepositOfAReducingLoan) {
   EXPECT_EQ(Amounts("MDFPRNAMT"), "900 900");  // the emptied month is gone with its interest
   EXPECT_EQ(Amounts("MDFINTAMT"), "60 0");     // and the interest never deletes one
   EXPECT_EQ(Amounts(), "960 900");
+  TakeComponentsAway();
   ClickRow(receipts.fpgReceipts, 0);
   desk.WillAnswer({Answer::Yes, Answer::No});
   Click(receipts.cmdDelete);
@@ -185,6 +186,12 @@ TEST_F(Receipts, ADepositOfAReducingLoan) {
   EXPECT_TRUE(
       AuditHas("Loan Receipts Deleted:::SI Type = Loan:SI Name = Car Loan::Receipt Date = "
                "15/Apr/2024::Principle Amount = 300.00:Interest Amount = 30.00:EMI Amount = 330.00:"));
+  TakeComponentsAway();
+  ClickRow(receipts.fpgReceipts, 0);
+  desk.WillAnswer({Answer::Yes, Answer::Yes});
+  Click(receipts.cmdDelete);  // 300 more principal a month, and 34, 34 and 32 more interest
+  EXPECT_EQ(Amounts("MDFPRNAMT"), "1200 1200 600");
+  EXPECT_EQ(Amounts(), "1294 1234 662");
 }
 
 TEST_F(Receipts, DeletingPutsTheAmountBack) {

@@ -93,10 +93,14 @@ SmallParent& RecoveryTest::Reducing(const std::vector<double>& principals, doubl
 
 SmallParent& RecoveryTest::ReducingAsMade(const std::vector<double>& principals, double interest) {
   Reducing(principals, interest);
+  TakeComponentsAway();
+  return *parent;
+}
+
+void RecoveryTest::TakeComponentsAway() {
   company.Execute(
       "UPDATE INS_EMIDETAIL SET INTAMT = MDFINTAMT, ACTPRNAMT = NULL, ACTINTAMT = NULL, MDFPRNAMT = NULL, "
       "MDFINTAMT = NULL");
-  return *parent;
 }
 
 void RecoveryTest::Clear() {
