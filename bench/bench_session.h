@@ -8,6 +8,8 @@
 
 #include "bench_company.h"
 #include "database/recordset.h"
+#include "frame/options.h"
+#include "frame/session.h"
 #include "instructions/advloan_write.h"
 #include "instructions/modAdvLoan.h"
 #include "machine/real_machine.h"

@@ -49,7 +49,7 @@ class StatementHole {
   StatementHole(bool) = delete;  // a flag is said as 0 or 1
 
   bool isTyped() const { return typed_; }  // by a person: the dialect of the literals counts
-  std::string TextFor(const clsSPChar& literals) const;
+  void AppendTo(std::string& statement, const clsSPChar& literals) const;
 
  private:
   std::string text_;

@@ -2,11 +2,10 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <iostream>
+#include <optional>
 
 #include "common/month_year.h"
-#include "company/company_error.h"
 #include "company/formula_report.h"
 #include "company/sql_command.h"
 #include "frame/session.h"
@@ -45,80 +44,41 @@ class CompanySession final {
   std::optional<Transaction> transaction_;
 };
 
-// The employee's detail row and the days of a month typed by a person.
-DayRequest RequestFor(Session& session, long empId, const std::string& monthText) {
-  const std::string month = FnStrCorrectMonth(monthText);
-  if (month.empty())
-    throw CompanyError(fmt::format("\"{}\" is no month; one looks like Apr/2026.", monthText));
-  if (!session.data.FnBlnRecExists(fmt::format("SELECT EMPID FROM MAS_EMPLOYEE WHERE EMPID = {}", empId)))
-    throw CompanyError(fmt::format("There is no employee {}.", empId));
-  DayRequest request{.empId = empId, .monthYear = clsDateHandle::FnLngFindMonthValue(month)};
-  request.period = clsNODNDP(session).SetMonthCalcDates(request.monthYear);
-  const auto detail = DetailRowOfMonth(session, empId, request.monthYear);
-  if (!detail) throw CompanyError(fmt::format("Employee {} has no detail row up to {}.", empId, month));
-  request.empDetId = *detail;
-  request.attHeadId =
-      session.data
-          .FnVarGetDbValue(fmt::format("Select ATTHEADID From MAS_EMPLOYEEDET Where EMPDETID = {}", *detail),
-                           0)
-          .ToLong();
+// What was asked about; a month that the company does not have is evaluated all the same.
+DayRequest AskedDays(Session& session, long empId, const std::string& monthText) {
+  DayRequest request = DayRequestOf(session, empId, monthText);
   if (!session.data.FnBlnRecExists(
           fmt::format("SELECT MONTHYEAR FROM MAS_MONTHYEAR WHERE MONTHYEAR = {}", request.monthYear)))
-    std::cerr << month << " is no month of this company.\n";
+    std::cerr << FnStrFormatMonthYear(request.monthYear) << " is no month of this company.\n";
   return request;
 }
 
 }  // namespace
 
-FormulaCommands::FormulaCommands(CLI::App& app)
-    : eval_(app.add_subcommand("eval", "Print the value of an expression")),
-      formula_(app.add_subcommand("formula", "Show what a formula gives an employee in a month, and why")),
-      days_(app.add_subcommand("days", "Show the days, holidays and leave of an employee in a month")) {
-  eval_->add_option("EXPRESSION", expression_, "As in KLRound(1234.5, 5, \"n\")")->required();
-  for (CLI::App* command : {formula_, days_}) {
-    command->add_option("FILE", file_, "The company's file")->required();
-    if (command == formula_) command->add_option("FORMULAID", formulaId_, "The formula's number")->required();
-    command->add_option("EMPID", empId_, "The employee's number")->required();
-    command->add_option("MONTH", month_, "As in Apr/2026")->required();
-  }
-}
-
-std::optional<int> FormulaCommands::Run(const char* argv0) const {
-  if (eval_->parsed()) {
-    Eval(argv0);
-  } else if (formula_->parsed()) {
-    Formula(argv0);
-  } else if (days_->parsed()) {
-    Days(argv0);
-  } else {
-    return std::nullopt;
-  }
-  return 0;
-}
-
-void FormulaCommands::Eval(const char* argv0) const {
+void PrintExpression(const char* argv0, const std::string& expression) {
   RealMachine real(argv0);
   const clsExprEval evaluator([&] { return real.machine().clock.Now(); });
-  std::cout << ResultText(evaluator.EvaluateExpression(expression_)) << '\n';
+  std::cout << ResultText(evaluator.EvaluateExpression(expression)) << '\n';
 }
 
-void FormulaCommands::Formula(const char* argv0) const {
-  CompanySession company(argv0, file_);
+void PrintFormula(const char* argv0, const FormulaArguments& arguments) {
+  const auto& [file, formulaId, empId, month] = arguments;
+  CompanySession company(argv0, file);
   Session& session = company.session();
-  const DayRequest days = RequestFor(session, empId_, month_);
+  const DayRequest days = AskedDays(session, empId, month);
   if (!session.data.FnBlnRecExists(
-          fmt::format("SELECT FORMULAID FROM MAS_FORMULA WHERE FORMULAID = {}", formulaId_)))
-    std::cerr << "There is no formula " << formulaId_ << ".\n";
-  std::cout << FormulaReport(session, {.formulaId = formulaId_,
-                                       .empId = empId_,
+          fmt::format("SELECT FORMULAID FROM MAS_FORMULA WHERE FORMULAID = {}", formulaId)))
+    std::cerr << "There is no formula " << formulaId << ".\n";
+  std::cout << FormulaReport(session, {.formulaId = formulaId,
+                                       .empId = empId,
                                        .empDetId = days.empDetId,
                                        .monthYear = days.monthYear,
                                        .period = days.period});
 }
 
-void FormulaCommands::Days(const char* argv0) const {
-  CompanySession company(argv0, file_);
-  std::cout << DaysReport(company.session(), RequestFor(company.session(), empId_, month_));
+void PrintDays(const char* argv0, const FormulaArguments& arguments) {
+  CompanySession company(argv0, arguments.file);
+  std::cout << DaysReport(company.session(), AskedDays(company.session(), arguments.empId, arguments.month));
 }
 
 }  // namespace ktl

@@ -5,6 +5,7 @@
 #include <cctype>
 
 #include "common/month_year.h"
+#include "company/company_error.h"
 #include "frame/session.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -64,6 +65,25 @@ std::vector<std::string> UnreplacedTokens(const PreparedFormula& formula) {
     if (written.Mentions(token)) tokens.emplace_back(token);
   std::erase_if(tokens, [&](const std::string& token) { return !evaluated.Mentions(token); });
   return tokens;
+}
+
+DayRequest DayRequestOf(Session& session, long empId, const std::string& monthText) {
+  const std::string month = FnStrCorrectMonth(monthText);
+  if (month.empty())
+    throw CompanyError(fmt::format("\"{}\" is no month; one looks like Apr/2026.", monthText));
+  if (!session.data.FnBlnRecExists(fmt::format("SELECT EMPID FROM MAS_EMPLOYEE WHERE EMPID = {}", empId)))
+    throw CompanyError(fmt::format("There is no employee {}.", empId));
+  DayRequest request{.empId = empId, .monthYear = clsDateHandle::FnLngFindMonthValue(month)};
+  request.period = clsNODNDP(session).SetMonthCalcDates(request.monthYear);
+  const auto detail = DetailRowOfMonth(session, empId, request.monthYear);
+  if (!detail) throw CompanyError(fmt::format("Employee {} has no detail row up to {}.", empId, month));
+  request.empDetId = *detail;
+  request.attHeadId =
+      session.data
+          .FnVarGetDbValue(fmt::format("Select ATTHEADID From MAS_EMPLOYEEDET Where EMPDETID = {}", *detail),
+                           0)
+          .ToLong();
+  return request;
 }
 
 std::string FormulaReport(Session& session, const FormulaRequest& request) {

@@ -60,6 +60,20 @@ void AddUse(CLI::App& app, ktl::CompanyOptions& options) {
   use->add_option("--settings", options.settingsFile, "The settings store")->required();
 }
 
+void AddFormulas(CLI::App& app, ktl::FormulaArguments& arguments, std::string& expression) {
+  auto* eval = app.add_subcommand("eval", "Print the value of an expression");
+  eval->add_option("EXPRESSION", expression, "As in KLRound(1234.5, 5, \"n\")")->required();
+  auto* formula = app.add_subcommand("formula", "Show what a formula gives an employee in a month, and why");
+  auto* days = app.add_subcommand("days", "Show the days, holidays and leave of an employee in a month");
+  for (CLI::App* command : {formula, days}) {
+    command->add_option("FILE", arguments.file, "The company's file")->required();
+    if (command == formula)
+      command->add_option("FORMULAID", arguments.formulaId, "The formula's number")->required();
+    command->add_option("EMPID", arguments.empId, "The employee's number")->required();
+    command->add_option("MONTH", arguments.month, "As in Apr/2026")->required();
+  }
+}
+
 int Use(const ktl::CompanyOptions& options) {
   ktl::Connection connection;
   ktl::OpenCompany(connection, options.file.string());  // a file that is no company is not named
@@ -159,10 +173,12 @@ int main(int argc, char** argv) {
   std::string asOf;
   bool sums = false;
   SqlOptions sqlOptions;
+  std::string expression;
+  ktl::FormulaArguments formulaArguments;
   AddCreate(app, companyOptions, asOf, sums);
   AddUse(app, companyOptions);
   AddSql(app, sqlOptions);
-  const ktl::FormulaCommands formulaCommands(app);
+  AddFormulas(app, formulaArguments, expression);
   if (const std::string unknown = UnknownCommand(app, argc, argv); !unknown.empty()) {
     return Complain(unknown, kUsage);
   }
@@ -174,8 +190,11 @@ int main(int argc, char** argv) {
   try {
     if (app.got_subcommand("create")) return Written(Create(companyOptions, asOf, sums));
     if (app.got_subcommand("use")) return Use(companyOptions);
-    if (const auto status = formulaCommands.Run(argv[0])) return Written(*status);
-    return Written(Sql(sqlOptions));
+    if (app.got_subcommand("sql")) return Written(Sql(sqlOptions));
+    if (app.got_subcommand("eval")) ktl::PrintExpression(argv[0], expression);
+    if (app.got_subcommand("formula")) ktl::PrintFormula(argv[0], formulaArguments);
+    if (app.got_subcommand("days")) ktl::PrintDays(argv[0], formulaArguments);
+    return Written(0);
   } catch (const ktl::RuntimeError& error) {
     return Complain(error.description(), kFailed);
   } catch (const std::exception& error) {

@@ -25,9 +25,9 @@ enum class Topic : std::uint64_t {
 // SplitMix64.
 class Random final {
  public:
-  Random(std::uint64_t seed, std::uint64_t employee, Topic topic)
-      : state_(seed ^ (employee * 0x9E3779B97F4A7C15ULL) ^
-               (static_cast<std::uint64_t>(topic) * 0xBF58476D1CE4E5B9ULL)) {}
+  Random(std::uint64_t seed, int employee, Topic topic)
+      : state_(seed ^ Spread(static_cast<std::uint64_t>(employee), 0x9E3779B97F4A7C15ULL) ^
+               Spread(static_cast<std::uint64_t>(topic), 0xBF58476D1CE4E5B9ULL)) {}
 
   std::uint64_t Next() {
     std::uint64_t z = (state_ += 0x9E3779B97F4A7C15ULL);
@@ -48,6 +48,8 @@ class Random final {
   }
 
  private:
+  static std::uint64_t Spread(std::uint64_t number, std::uint64_t factor) { return number * factor; }
+
   std::uint64_t state_;
 };
 

@@ -54,6 +54,10 @@ class Connection {
   void CommitTrans();
   void RollbackTrans();
   bool InTransaction() const;
+  // Before a person is told that something is done: what was committed so far is on the disk when this
+  // returns, whatever happens to the machine then. Once an event, since it waits for the disk. Throws
+  // DatabaseError when the disk fails.
+  void MakeDurable() { driver().MakeDurable(); }
 
   // The text as the database gets it (for looking at, nothing is run).
   std::string Explain(std::string_view sql);

@@ -56,6 +56,9 @@ class Driver {
   virtual void Commit() = 0;
   virtual void Rollback() = 0;
   virtual bool InTransaction() const = 0;
+
+  // What was committed is on the disk when this returns. A server sees to that at each commit.
+  virtual void MakeDurable() {}
 };
 
 // Who speaks through a connection: what HOST_NAME() answers and whom the host's procedures take for signed

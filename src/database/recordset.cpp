@@ -25,9 +25,19 @@ void Recordset::Open(Connection& cn, const StatementTwin& twin) {
 
 void Recordset::Close() { *this = Recordset(); }
 
+// Every row is asked for the same fields in the same order.
 std::size_t Recordset::IndexOf(std::string_view field) const {
-  for (std::size_t i = 0; i < result_.columns.size(); ++i)
-    if (tsql::SameWord(result_.columns[i], field)) return i;
+  if (askedBehind_.empty()) askedBehind_.resize(result_.columns.size());
+  if (lastAsked_ < askedBehind_.size()) {
+    const std::size_t guess = askedBehind_[lastAsked_];
+    const std::string& column = result_.columns[guess];
+    if (column == field || tsql::SameWord(column, field)) return lastAsked_ = guess;
+  }
+  for (std::size_t i = 0; i < result_.columns.size(); ++i) {
+    if (!tsql::SameWord(result_.columns[i], field)) continue;
+    askedBehind_[lastAsked_] = i;
+    return lastAsked_ = i;
+  }
   throw DatabaseError(fmt::format("Item cannot be found in the collection: {}.", field), kNoSuchFieldError);
 }
 

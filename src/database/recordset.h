@@ -64,6 +64,9 @@ class Recordset {
   std::size_t position_ = 0;
   bool adding_ = false;
   std::vector<Assignment> pending_;
+  // Which field was asked for behind each, found by its name.
+  mutable std::vector<std::size_t> askedBehind_;
+  mutable std::size_t lastAsked_ = 0;
 };
 
 }  // namespace ktl

@@ -5,7 +5,8 @@ qt_wrap_ui(form_headers ${forms})
 qt_add_resources(look_source ${desktop}/look.qrc)
 target_sources(ktl_desktop PRIVATE ${form_headers} ${look_source})
 target_include_directories(ktl_desktop PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
-ktl_precompile(ktl_desktop HEADERS <QtWidgets>)
+ktl_precompile(ktl_desktop HEADERS <QApplication> <QComboBox> <QKeyEvent> <QLineEdit> <QPushButton> <QTableView> <QTimer>
+                                   <QWidget>)
 
 # The tool that takes the pictures of the user's guide; not built by default.
 add_executable(ktl_pictures EXCLUDE_FROM_ALL ${CMAKE_SOURCE_DIR}/docs/pictures.cpp)

@@ -21,7 +21,7 @@ void TakeGroups(Session& session, std::string_view sql, std::string_view place, 
   for (Recordset rows(session.Cn, sql); !rows.Eof(); rows.MoveNext()) {
     const std::string text = rows[caption].TextOrEmpty();
     const double at = rows[place].NumberOr0();
-    if (!text.empty() && at >= 1 && at <= last)
+    if (!text.empty() && at >= 1 && at <= static_cast<double>(last))
       session.captions.groups[static_cast<std::size_t>(at) - 1] = text;
   }
 }

@@ -16,11 +16,17 @@ EmployeeChoice::EmployeeChoice(Session& session, Screen& screen) : screen_(scree
   const HandlerGuard on(session, *this, ErrorStyle::NumberFirst);
   cmbEmpName.onChange = on(&EmployeeChoice::cmbEmpName_Change);
   cmbEmpIDRef.onChange = on(&EmployeeChoice::cmbEmpIDRef_Change);
+  cmbEmpName.beside = &cmbEmpIDRef;
+  cmbEmpIDRef.beside = &cmbEmpName;
 }
 
 void EmployeeChoice::SetPeople(std::vector<ListRow> byName, std::vector<ListRow> byNumber) {
   cmbEmpName.SetRows(std::move(byName));
   cmbEmpIDRef.SetRows(std::move(byNumber));
+}
+
+std::string EmployeeChoice::Words() const {
+  return employee_ == 0 ? "" : cmbEmpName.Text() + " (" + cmbEmpIDRef.Text() + ")";
 }
 
 void EmployeeChoice::cmbEmpName_Change() {

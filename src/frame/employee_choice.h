@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "screen/controls.h"
@@ -26,6 +27,7 @@ class EmployeeChoice {
   // The value of a row is EMPID. The choice stays.
   void SetPeople(std::vector<ListRow> byName, std::vector<ListRow> byNumber);
   long Employee() const { return employee_; }  // 0 for none
+  std::string Words() const;                   // "Meera Kulkarni (K90908)"; "" for none
 
  private:
   void cmbEmpName_Change();

@@ -10,6 +10,11 @@ long ReadEmpLockStatus(Session& session, long employee) {
   return session.EmpLockStatus;
 }
 
+std::string WhyReadOnly(const Session& session) {
+  if (session.ReadOnlyUser) return "The user " + session.CurrentUser() + " may only read.";
+  return session.EmpLockStatus == 1 ? "The employee is locked." : "";
+}
+
 bool IsEmployeeLocked(Session& session, long employee, long firstMonth, const std::string& lastMonth) {
   return session.data
       .Guarding(

@@ -11,6 +11,7 @@ void RunGuarded(Session& session, ErrorStyle style, const std::string& title,
                 const std::function<void()>& work) {
   try {
     work();
+    session.desk.Flush();
   } catch (const RuntimeError& error) {
     session.desk.ShowError(style == ErrorStyle::NumberFirst
                                ? fmt::format("{}\t{}", error.number(), error.description())

@@ -27,6 +27,8 @@ void WriteAuditTrail(Session& session, long menuNumber, long employee, std::stri
 // to spare then.
 void AuditInstruction(Session& session, long employee, std::string_view deed, const std::string& detail);
 
+// Why nothing may be written for the employee chosen: what a disabled button tells. "" when it may.
+std::string WhyReadOnly(const Session& session);
 // lockyn of the employee, kept in the session.
 long ReadEmpLockStatus(Session& session, long employee);
 // True when the employee is locked in one of the months; lastMonth is the text as the statement takes it

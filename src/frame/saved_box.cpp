@@ -5,6 +5,7 @@
 namespace ktl {
 
 void ShowSaved(Session& session) {
+  session.desk.NoteSaved();
   session.desk.MsgBox({.text = "Updated", .title = kSavingTitle, .closesItselfMs = 1000});
 }
 

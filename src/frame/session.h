@@ -8,6 +8,7 @@
 #include "common/titles.h"
 #include "database/connection.h"
 #include "frame/doors.h"
+#include "frame/durable_desk.h"
 #include "frame/employee_detail.h"
 #include "frame/options.h"
 #include "frame/screen_registry.h"
@@ -21,13 +22,13 @@ class Screen;
 // What one run of the program knows, from the command line to the end. Passed by reference; there are no
 // globals.
 struct Session {
-  Session(Machine machine, Desk& desk) : machine(machine), desk(desk), data(Cn, desk) {}
+  Session(Machine ofMachine, Desk& ofDesk) : machine(ofMachine), desk(ofDesk, Cn), data(Cn, desk) {}
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
   Machine machine;
-  Desk& desk;
   Connection Cn;
+  DurableDesk desk;
   DataAccess data;
 
   std::string title = kApplicationTitle;  // what message boxes show

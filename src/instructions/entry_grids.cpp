@@ -32,6 +32,7 @@ void InstructionGrid::Describe(InstructionType type, const std::string& caption)
       {{"Remarks", CellType::Text, 200}, &Row::remarks},
   });
   list_.paint = [this](std::size_t line, const Row& row) { Paint(line, row); };
+  grid_.summed = {kAmount, kInterest, kEmi, kRecovered, kReceipts};
 }
 
 void InstructionGrid::Show(std::vector<AdvLoanListRow> rows, long serial) {
@@ -76,6 +77,8 @@ void ScheduleGrid::Describe(InstructionType type) {
       {{"Institution", CellType::Text, 180, noInstitution}, &Row::institution},
   });
   list_.paint = [this](std::size_t line, const Row& row) { Paint(line, row); };
+  grid_.summed = {kActualPrincipal,  kActualInterest, kActualAmount,  kModifiedPrincipal,
+                  kModifiedInterest, kInterestAmount, kModifiedAmount};
 }
 
 void ScheduleGrid::ShowColumns(bool apart, bool reducing) {

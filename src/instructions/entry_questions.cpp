@@ -13,7 +13,13 @@
 namespace ktl {
 
 bool MayLeaveNewRecord(Session& session, const char* question, const std::function<bool()>& save) {
-  switch (session.desk.MsgBox({question, Buttons::YesNoCancel, Icon::Question, Answer::Yes, session.title})) {
+  switch (session.desk.MsgBox({question,
+                               Buttons::YesNoCancel,
+                               Icon::Question,
+                               Answer::Yes,
+                               session.title,
+                               0,
+                               {"&Yes, save", "&No, drop it", "&Cancel, go back"}})) {
     case Answer::Yes:
       return save();
     case Answer::No:

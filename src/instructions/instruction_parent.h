@@ -4,6 +4,7 @@
 #include <string>
 
 #include "instructions/instruction_type.h"
+#include "screen/screen.h"
 
 namespace ktl {
 
@@ -23,7 +24,11 @@ struct InstructionTotals {
   double emi = 0;  // all months as modified
   double recovered = 0;
   double receipts = 0;
+
+  double Due() const { return amount + interest - recovered - receipts; }
 };
+// "10,000.00, due 6,660.00"
+std::string AmountWords(const InstructionTotals& totals);
 
 // What a child screen refreshes when it has written.
 class InstructionLists {
@@ -41,6 +46,7 @@ class InstructionParent : public InstructionLists {
  public:
   virtual InstructionKey Key() const = 0;
   virtual std::string InstructionName() const = 0;
+  virtual ktl::Subject Subject() const { return {}; }  // what a child says under its caption
   virtual InstructionTotals Totals() const = 0;
   virtual std::set<long> RecoveredMonths() const = 0;  // month-years, as the schedule's list marks them
   // Principal and interest of the months are kept apart.

@@ -154,6 +154,7 @@ void modAdvLoan::DescribeLists() {
   instructions_.Describe(type_, caption_);
   schedule_.Describe(type_);
   receipts_.SetColumns(ReceiptColumns(type_));
+  fpgReceipts.summed = kSummedReceiptColumns;
   lblAmountPaid.backColour = kRecoveredColour;
   lblTotalEqual.backColour = kRecoveryEqualColour;
   lblTotalNotEqual.backColour = kRecoveryUnequalColour;
@@ -162,6 +163,11 @@ void modAdvLoan::DescribeLists() {
 
 void modAdvLoan::ShowComponentColumns() {
   schedule_.ShowColumns(session_.SepPiYN || rules_.REDUCINGBALYN, rules_.REDUCINGBALYN);
+}
+
+Subject modAdvLoan::Subject() const {
+  if (serial_ == 0) return {.employee = employee.Words()};
+  return {employee.Words(), fmt::format("{} {}", cmbALName.Text(), serial_), AmountWords(Totals())};
 }
 
 void modAdvLoan::FillLists() {
@@ -190,11 +196,15 @@ void modAdvLoan::chkCurrEMIEmp_Click() {
 
 // Buttons by the rights of the user and the lock of the employee.
 void modAdvLoan::EnableCommands() {
-  const bool writable = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
+  const std::string why = WhyReadOnly(session_);
+  const bool writable = why.empty();
   for (Button* button :
-       {&cmdSave, &cmdDelete, &cmdEMIDelete, &cmdMonthly, &cmdNew, &cmdEmi, &cmdInstitution, &cmdMaster})
+       {&cmdSave, &cmdDelete, &cmdEMIDelete, &cmdMonthly, &cmdNew, &cmdEmi, &cmdInstitution, &cmdMaster}) {
     button->enabled = writable;
+    button->whyDisabled = why;
+  }
   cmdMultiAllot.enabled = !session_.ReadOnlyUser;
+  cmdMultiAllot.whyDisabled = why;
   cmdEmi.enabled = writable || employee.Employee() == 0;  // a read-only user loses it with the first employee
   schedule_.Lock(!writable);
   EnableInputs();
@@ -335,7 +345,10 @@ void modAdvLoan::RefreshDetail() {
 
 void modAdvLoan::RefreshEMI() {
   chkSelectAll.SetValue(false);
-  schedule_.Show(HasInstruction() ? ReadSchedule(session_, Key()) : std::vector<ScheduleMonth>());
+  std::vector<ScheduleMonth> months;
+  if (HasInstruction()) months = ReadSchedule(session_, Key());
+  if (!months.empty() && ComponentsApart()) CountComponents(session_, Key(), months);
+  schedule_.Show(std::move(months));
 }
 
 void modAdvLoan::RefreshReceipts() {
@@ -543,7 +556,12 @@ DeletedInstalments modAdvLoan::AdjustAfterDelete(const std::vector<ScheduleMonth
       {"Do you want to Adjust the EMI Amount?\r\nClick on 'Yes' to Adjust the EMI Amount for the "
        "Months\r\nClick on 'No' to Create New Month for Recovery\r\nClick 'Cancel' to Delete with No "
        "Adjustments",
-       Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
+       Buttons::YesNoCancel,
+       Icon::Question,
+       Answer::Cancel,
+       session_.title,
+       0,
+       {"&Yes, spread it", "&No, one new month", "&Cancel, only delete"}});
   const double amount = SumAsShown(deleted, &ScheduleMonth::EMIAMT);
   if (answer == Answer::Yes) {
     SpreadDeleted(session_, Key(), open, amount);

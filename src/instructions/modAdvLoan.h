@@ -10,6 +10,7 @@
 #include "frame/handler_guard.h"
 #include "instructions/advloan_validation.h"
 #include "instructions/advloan_write.h"
+#include "instructions/components.h"
 #include "instructions/entry_grids.h"
 #include "instructions/formula_frame.h"
 #include "instructions/overview_frame.h"
@@ -104,9 +105,10 @@ class modAdvLoan final : public Screen, public InstructionParent {
 
   InstructionKey Key() const override { return {employee.Employee(), type_, serial_}; }
   std::string InstructionName() const override { return cmbALName.Text(); }
+  ktl::Subject Subject() const override;
   InstructionTotals Totals() const override { return instructions_.TotalsOf(serial_); }
   std::set<long> RecoveredMonths() const override { return schedule_.RecoveredMonths(); }
-  bool ComponentsApart() const override { return rules_.REDUCINGBALYN; }
+  bool ComponentsApart() const override { return KeepsComponentsApart(session_, Key()); }
   void RefreshDetail() override;
   void RefreshEMI() override;
   void RefreshReceipts() override;

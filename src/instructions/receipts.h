@@ -25,5 +25,6 @@ std::vector<Receipt> ReadReceipts(Session& session, const InstructionKey& key);
 
 // As every list of receipts shows them.
 std::vector<GridList<Receipt>::Column> ReceiptColumns(InstructionType type);
+inline const std::vector<std::size_t> kSummedReceiptColumns = {2, 3, 4};
 
 }  // namespace ktl

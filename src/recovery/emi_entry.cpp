@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "common/amounts.h"
 #include "common/month_year.h"
@@ -47,11 +48,17 @@ std::optional<EmiRefusal> CheckMonthLocks(Session& session, const MonthRange& mo
   return EmiRefusal{LockedMonthsText(locked), EmiField::None, Icon::Exclamation};
 }
 
-std::optional<EmiRefusal> CheckAmount(const EditedAmount& amount) {
-  if (amount.now < 0) return EmiRefusal{"Specify proper amount.", EmiField::Amount};
-  if (amount.now > kAmountLimit)
-    return EmiRefusal{"Amount should be less than 9,99,99,99,999.99", EmiField::Amount};
+std::optional<EmiRefusal> CheckAmount(const EditedAmount& amount, EmiField field) {
+  if (amount.now < 0) return EmiRefusal{"Specify proper amount.", field};
+  if (amount.now > kAmountLimit) return EmiRefusal{kAmountTooLarge, field};
   return std::nullopt;
+}
+
+std::optional<EmiRefusal> CheckEmployeeLock(Session& session, const InstructionKey& key,
+                                            const MonthRange& months) {
+  if (!IsEmployeeLocked(session, key.employee, months.from, kNoLastMonth)) return std::nullopt;
+  return EmiRefusal{"Employee has been locked. Cannot Save/Update.", EmiField::None, Icon::Information,
+                    kDeniedTitle};
 }
 
 // Neither month lies before the month of the instruction's date.
@@ -115,19 +122,24 @@ EditedAmount::EditedAmount(std::string typed, std::string tag)
     : text(std::move(typed)),
       textBefore(std::move(tag)),
       now(clsGenCmn::FnDblTrimVal(text)),
-      before(clsGenCmn::FnDblTrimVal(textBefore)) {}
+      before(clsGenCmn::FnDblTrimVal(textBefore)) {
+  if (std::fabs(now) > kAmountLimit) return;  // refused as it was typed
+  const double paise = RoundByPattern(now, "0.00");
+  if (paise == now) return;
+  now = paise;
+  text = ShownAmount(paise);
+}
 
 std::optional<EmiRefusal> CheckEmiEntry(Session& session, const InstructionKey& key, const EmiEntry& entry) {
   if (entry.lngCounter < 1) return EmiRefusal{"Select record or click 'New'.", EmiField::New};
   if (const auto refusal = CheckMonthRange(session, entry.months)) return refusal;
-  if (const auto refusal = CheckAmount(entry.amount)) return refusal;
+  if (const auto refusal = CheckAmount(entry.amount, EmiField::Amount)) return refusal;
+  if (const auto refusal = CheckAmount(entry.interest, EmiField::Interest)) return refusal;
   if (const auto refusal = CheckGivenDate(session, key, entry.months)) return refusal;
   if (HasInstitution(key.type) && entry.institution == 0)
     return EmiRefusal{"Select Institution.", EmiField::Institution};
   if (const auto refusal = CheckMonthLocks(session, entry.months)) return refusal;
-  if (!IsEmployeeLocked(session, key.employee, entry.months.from, kNoLastMonth)) return std::nullopt;
-  return EmiRefusal{"Employee has been locked. Cannot Save/Update.", EmiField::None, Icon::Information,
-                    kDeniedTitle};
+  return CheckEmployeeLock(session, key, entry.months);
 }
 
 bool RecoversTooMuch(const InstructionTotals& totals, double amountBefore, const EmiEntry& entry) {
@@ -246,13 +258,15 @@ void AuditDeletedMonth(Session& session, const InstructionKey& key, const std::s
   AuditChange(session, key, caption, " EMI's Deleted", detail);
 }
 
-std::optional<PanelRefusal> CheckInterestPanel(Session& session, const InterestPanel& panel,
+std::optional<PanelRefusal> CheckInterestPanel(Session& session, const InstructionKey& key,
+                                               const InterestPanel& panel,
                                                const std::vector<ScheduleMonth>& months) {
   using enum EmiField;
   if (const auto refusal = CheckMonthRange(session, panel.months)) return PanelRefusal{*refusal};
   if (panel.rate == 0) return PanelRefusal{{"Enter Interest Rate.", Rate}};
   if (panel.rate < 0) return PanelRefusal{{"Specify proper Interest.", Rate}};
   if (const auto refusal = CheckMonthLocks(session, panel.months)) return PanelRefusal{*refusal};
+  if (const auto refusal = CheckEmployeeLock(session, key, panel.months)) return PanelRefusal{*refusal};
   if (panel.rate >= 100) return PanelRefusal{{"Specify proper Interest.", Rate}, true};
   if (!months.empty() && panel.months.from < months.front().monthYear) return PanelRefusal{{"", From}, true};
   if (!months.empty() && panel.months.to > months.back().monthYear) return PanelRefusal{{"", To}, true};

@@ -23,7 +23,9 @@ struct MonthRange {
   bool Holds(long monthYear) const { return monthYear >= from && monthYear <= to; }
 };
 
-// A field of an editor: what it holds and what it held when its row was picked.
+inline constexpr const char* kAmountTooLarge = "Amount should be less than 9,99,99,99,999.99";
+
+// A field of an editor: what it holds, to the paisa, and what it held when its row was picked.
 struct EditedAmount {
   EditedAmount() = default;
   EditedAmount(std::string typed, std::string tag);
@@ -44,7 +46,7 @@ struct EmiEntry {
   std::string remarks;
 };
 
-enum class EmiField { None, New, From, To, Amount, Institution, Rate };
+enum class EmiField { None, New, From, To, Amount, Interest, Institution, Rate };
 using EmiRefusal = Refusal<EmiField>;
 
 // All checks before a save, in their fixed order; nothing is changed.
@@ -81,7 +83,8 @@ struct InterestPanel {
 struct PanelRefusal : EmiRefusal {
   bool empties = false;  // the field is to be typed again
 };
-std::optional<PanelRefusal> CheckInterestPanel(Session& session, const InterestPanel& panel,
+std::optional<PanelRefusal> CheckInterestPanel(Session& session, const InstructionKey& key,
+                                               const InterestPanel& panel,
                                                const std::vector<ScheduleMonth>& months);
 // The balance falls by the principal of every month; only those of the range are written and flagged.
 void WriteInterests(Session& session, const InstructionKey& key, const InterestPanel& panel,

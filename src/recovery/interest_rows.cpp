@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <numeric>
+
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "common/titles.h"
@@ -9,6 +12,7 @@
 #include "frame/rights.h"
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
+#include "recovery/emi_entry.h"
 #include "recovery/emi_months.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -69,6 +73,39 @@ void WriteMonth(Session& session, const ScheduleMonth& month, const Statement& j
       now.Modified(), join, month.monthYear));
 }
 
+// The list's first column.
+constexpr std::size_t kMonthColumn = 0;
+
+using CellLines = std::vector<std::vector<std::string>>;
+
+CellLines LinesOf(const std::string& block) {
+  CellLines lines;
+  for (const std::string& line : Split(ReplaceAll(block, "\r", ""), "\n")) {
+    if (line.empty()) continue;
+    std::vector<std::string>& cells = lines.emplace_back(Split(line, "\t"));
+    for (std::string& cell : cells) cell = Trim(cell);
+  }
+  return lines;
+}
+
+// Those whose headings the cells are; none when a cell is no heading.
+std::vector<std::size_t> HeadedColumns(const std::vector<std::string>& cells, const Grid& list) {
+  std::vector<std::size_t> columns;
+  for (const std::string& cell : cells) {
+    const auto column = std::ranges::find(list.columns, cell, &GridColumn::caption);
+    if (column == list.columns.end()) return {};
+    columns.push_back(static_cast<std::size_t>(column - list.columns.begin()));
+  }
+  return columns;
+}
+
+// Behind the last row when there is no such month.
+std::size_t RowOfMonth(const Grid& list, const std::string& month) {
+  std::size_t row = 0;
+  while (row < list.rows.size() && list.Text(row, kMonthColumn) != month) ++row;
+  return row;
+}
+
 }  // namespace
 
 std::vector<ScheduleMonth> ReadInterestRows(Session& session, const InstructionKey& key,
@@ -89,14 +126,29 @@ std::vector<ScheduleMonth> ReadInterestRows(Session& session, const InstructionK
   return months;
 }
 
+EmployeeLabels ReadEmployeeLabels(Session& session, long employee) {
+  const Recordset rs(
+      session.Cn, session.Sql("SELECT EMPID, REFNO, EMPNAME FROM MAS_EMPLOYEE Where EMPID = {}", employee));
+  if (rs.Eof()) return {};
+  return {session.options.REFNOCAP + " : " + rs["REFNO"].TextOrEmpty(),
+          "Emp. Name : " + rs["EMPNAME"].TextOrEmpty()};
+}
+
 std::optional<Refusal<NoField>> CheckInterestRows(Session& session, const InstructionKey& key,
                                                   const std::vector<ScheduleMonth>& months) {
   using Refused = Refusal<NoField>;
+  const auto tooLarge = [](const ScheduleMonth& month) {
+    const Amounts now(month);
+    return std::max({now.actualPrincipal, now.actualInterest, now.modifiedPrincipal, now.modifiedInterest}) >
+           kAmountLimit;
+  };
   const long first = months.front().monthYear;
   const long locked = CountLockedMonthsAtOnce(session, first, months.back().monthYear);
   if (locked > 0) return Refused{fmt::format("{} month(s) locked.  Cannot save.", locked)};
-  if (!IsEmployeeLocked(session, key.employee, first, kNoLastMonth)) return std::nullopt;
-  return Refused{.text = "Employee has been locked. Cannot Save.", .title = kDeniedTitle};
+  if (IsEmployeeLocked(session, key.employee, first, kNoLastMonth))
+    return Refused{.text = "Employee has been locked. Cannot Save.", .title = kDeniedTitle};
+  if (std::ranges::any_of(months, tooLarge)) return Refused{kAmountTooLarge};
+  return std::nullopt;
 }
 
 void WriteInterestRows(Session& session, const InstructionKey& key, const std::string& name,
@@ -122,20 +174,45 @@ void WriteInterestRows(Session& session, const InstructionKey& key, const std::s
                                caption, name, key.serial, changes));
 }
 
-std::optional<AmountBlock> ParseAmountBlock(const std::string& text) {
-  AmountBlock block;
-  for (const std::string& line : Split(ReplaceAll(text, "\r", ""), "\n")) {
-    if (line.empty()) continue;
-    std::vector<double>& row = block.emplace_back();
-    for (const std::string& cell : Split(line, "\t")) {
-      const std::optional<double> amount = ParseNumber(Trim(cell));
-      if (!amount || *amount < 0 || *amount > kAmountLimit) return std::nullopt;
-      row.push_back(*amount);
+std::string RefusedAmount(const std::string& text) {
+  if (Trim(text).empty()) return "";
+  const std::optional<double> amount = ParseNumber(Trim(text));
+  if (!amount || *amount < 0) return "Specify proper amount.";
+  return *amount > kAmountLimit ? kAmountTooLarge : "";
+}
+
+std::optional<std::vector<PlacedAmount>> PlaceBlock(const std::string& block, const GridRange& selection,
+                                                    const Grid& list) {
+  CellLines lines = LinesOf(block);
+  if (lines.empty() || list.rows.empty()) return std::nullopt;
+  std::vector<std::size_t> columns = HeadedColumns(lines.front(), list);
+  GridRange room = selection;
+  if (!columns.empty()) {
+    lines.erase(lines.begin());
+    room.lastRow = list.rows.size() - 1;
+  } else {
+    if (room.Rows() == 1 && room.Columns() == 1) {  // the corner that the block starts in
+      room.lastRow = list.rows.size() - 1;
+      room.lastColumn = list.columns.size() - 1;
     }
-    if (row.size() != block.front().size()) return std::nullopt;
+    columns.resize(lines.front().size());
+    std::iota(columns.begin(), columns.end(), room.firstColumn);
+    if (room.firstColumn == kMonthColumn || columns.back() > room.lastColumn) return std::nullopt;
   }
-  if (block.empty()) return std::nullopt;
-  return block;
+  std::vector<PlacedAmount> placed;
+  for (std::size_t line = 0; line < lines.size(); ++line) {
+    if (lines[line].size() != columns.size()) return std::nullopt;
+    std::size_t row = room.firstRow + line;
+    if (columns.front() == kMonthColumn) row = RowOfMonth(list, lines[line].front());
+    if (row > room.lastRow || row >= list.rows.size()) return std::nullopt;
+    for (std::size_t cell = 0; cell < columns.size(); ++cell) {
+      if (columns[cell] == kMonthColumn) continue;
+      const std::string& text = lines[line][cell];
+      if (text.empty() || !RefusedAmount(text).empty()) return std::nullopt;
+      placed.push_back({row, columns[cell], *ParseNumber(text)});
+    }
+  }
+  return placed;
 }
 
 }  // namespace ktl

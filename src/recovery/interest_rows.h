@@ -7,6 +7,7 @@
 #include "instructions/entry_questions.h"
 #include "instructions/instruction_parent.h"
 #include "instructions/schedule_month.h"
+#include "screen/grid.h"
 
 namespace ktl {
 
@@ -17,7 +18,13 @@ struct Session;
 std::vector<ScheduleMonth> ReadInterestRows(Session& session, const InstructionKey& key,
                                             const std::string& name);
 
-// Locks that stand against writing the months.
+// Whose months these are: "Ref. No. : K17" and "Emp. Name : Asha Rao".
+struct EmployeeLabels {
+  std::string reference, name;
+};
+EmployeeLabels ReadEmployeeLabels(Session& session, long employee);
+
+// Locks and amounts that stand against writing the months.
 std::optional<Refusal<NoField>> CheckInterestRows(Session& session, const InstructionKey& key,
                                                   const std::vector<ScheduleMonth>& months);
 
@@ -26,9 +33,18 @@ std::optional<Refusal<NoField>> CheckInterestRows(Session& session, const Instru
 void WriteInterestRows(Session& session, const InstructionKey& key, const std::string& name,
                        const std::vector<ScheduleMonth>& months);
 
-// A pasted block of amounts: rows by line breaks, cells by tabs. Nothing when a cell is no amount or the rows
-// differ in length.
-using AmountBlock = std::vector<std::vector<double>>;
-std::optional<AmountBlock> ParseAmountBlock(const std::string& text);
+// What stands against an amount as typed into a cell, "" when nothing does; an empty text is 0.
+std::string RefusedAmount(const std::string& text);
+
+// Amounts of a pasted block, rows by line breaks and cells by tabs, each with its place. A copy of the list
+// comes back under its headings, which tell the columns, and its months tell the rows; any other block starts
+// in the corner of the selection, and in more than one selected cell it has to fit. Nothing when it does not
+// fit, or a cell is no amount.
+struct PlacedAmount {
+  std::size_t row, column;
+  double amount;
+};
+std::optional<std::vector<PlacedAmount>> PlaceBlock(const std::string& block, const GridRange& selection,
+                                                    const Grid& list);
 
 }  // namespace ktl

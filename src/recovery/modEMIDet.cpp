@@ -11,6 +11,7 @@
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
+#include "instructions/components.h"
 #include "instructions/list_columns.h"
 #include "instructions/type_rights.h"
 #include "recovery/emi_months.h"
@@ -53,10 +54,11 @@ void modEMIDet::ConnectHandlers() {
   txtFromMonth.onLeave = on(&modEMIDet::txtFromMonth_LostFocus);
   txtToMonth.onLeave = on(&modEMIDet::txtToMonth_LostFocus);
   for (TextBox* box : {&txtAmount, &txtInterest}) {
-    box->onLeave = [box] {
-      if (clsGenCmn::FnDblTrimVal(box->Text()) != 0)
+    box->onLeave = on([box] {
+      const double amount = clsGenCmn::FnDblTrimVal(box->Text());
+      if (amount != 0 && amount <= kAmountLimit)  // more is refused by a save, as it was typed
         box->SetText(clsGenCmn::FnStrConvertToCommaNumber(box->Text(), 2));
-    };
+    });
   }
   cmdNew.onClick = on(&modEMIDet::cmdNew_Click);
   cmdSave.onClick = on(&modEMIDet::cmdSave_Click);
@@ -102,7 +104,11 @@ void modEMIDet::SetColumns() {
       {{"EMI Rec", CellType::Number, 60, true},
        [marked](const Month& month) { return marked ? std::to_string(month.IsRecovered()) : ""; }},
   });
+  fpgEMIDetail.summed = {kActualPrincipal,   kActualInterest,   kActualAmount,
+                         kModifiedPrincipal, kModifiedInterest, kModifiedAmount};
 }
+
+Subject modEMIDet::Subject() const { return parent_.Subject(); }
 
 void modEMIDet::Form_Activate() {
   ShowForType();
@@ -113,17 +119,28 @@ void modEMIDet::ShowForType() {
   lblInstitution.visible = cmbInstitution.visible = cmdInstitution.visible = HasInstitution(key_.type);
   lblInterest.visible = txtInterest.visible = IsAdvanceOrLoan();
   txtInterest.enabled = reducing_;
-  if (IsAdvanceOrLoan() && reducing_) lblAmount.caption = "Modified Principle";
+  if (IsAdvanceOrLoan() && reducing_) {
+    lblAmount.caption = "Modified Principle";
+  } else if (IsAdvanceOrLoan() && !session_.SepPiYN) {
+    lblAmount.caption = "Amount";
+  }
   chkIntRateRedBal.visible = IsAdvanceOrLoan() && reducing_;
 }
 
 // Whoever may not save here may not compute interest into the months either.
 void modEMIDet::EnableByRights() {
-  const bool writable = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
-  cmdSave.enabled = cmdDelete.enabled = cmdIntCalculate.enabled = writable;
+  const std::string why = WhyReadOnly(session_);
+  for (Button* button : {&cmdSave, &cmdDelete, &cmdIntCalculate}) {
+    button->enabled = why.empty();
+    button->whyDisabled = why;
+  }
 }
 
-void modEMIDet::FillEmiGrid() { months_.Show(ReadEmiMonths(session_, parent_)); }
+void modEMIDet::FillEmiGrid() {
+  std::vector<ScheduleMonth> months = ReadEmiMonths(session_, parent_);
+  if (reducing_) CountComponents(session_, key_, months);
+  months_.Show(std::move(months));
+}
 
 void modEMIDet::FillInstitutions() { cmbInstitution.SetRows(ReadInstitutionRows(session_, key_.type)); }
 
@@ -152,6 +169,7 @@ void modEMIDet::ClearEmiFields() {
   }
   cmbInstitution.SetText("");
   lngCounter = 0;
+  fpgEMIDetail.activeRow = kNoRow;  // nothing is picked
 }
 
 void modEMIDet::cmdNew_Click() { NewEmiRow(); }
@@ -206,6 +224,7 @@ bool modEMIDet::SaveEmiRow() {
     SetFocus(txtAmount);
     return false;
   }
+  if (reducing_) StoreComponents(session_, key_);
   const bool blnRowAdded = WriteEmiMonths(session_, parent_, entry);
   if (IsAdvanceOrLoan()) {
     RefreshParent();
@@ -239,7 +258,12 @@ Answer modEMIDet::AskAboutAmount(const char* cancel) {
                                            "Click on 'No' to Create New Month for Recovery\r\n"
                                            "Click 'Cancel' to {}",
                                            cancel),
-                               Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
+                               Buttons::YesNoCancel,
+                               Icon::Question,
+                               Answer::Cancel,
+                               session_.title,
+                               0,
+                               {"&Yes, adjust", "&No, one new month", "&Cancel, no adjustment"}});
 }
 
 bool modEMIDet::MayRecoverMore(const EmiEntry& entry) {
@@ -295,6 +319,7 @@ bool modEMIDet::MayDelete(const ScheduleMonth& month) {
 
 void modEMIDet::DeleteMonth(std::size_t row, std::optional<Answer> answer) {
   const ScheduleMonth month = *months_.At(row);
+  if (reducing_) StoreComponents(session_, key_);
   DeleteEmiMonth(session_, key_, month);
   AuditDeletedMonth(session_, key_, strTypeDesc, reducing_, month, answer);
   if (answer) {
@@ -329,11 +354,14 @@ void modEMIDet::txtIntFrom_LostFocus() {
 void modEMIDet::txtIntTo_LostFocus() { txtIntTo.SetText(FnStrCorrectMonth(txtIntTo.Text())); }
 
 void modEMIDet::cmdIntCalculate_Click() {
+  if (FnBlnPermitted(session_, cmdSave)) return;
   const InterestPanel panel{.months = {txtIntFrom.Text(), txtIntTo.Text()},
                             .rate = clsGenCmn::FnDblTrimVal(txtInt.Text()),
                             .daysBasis = chkCalculationOn.Value(),
                             .exactDates = chkEffDate.Value()};
-  if (const auto refusal = CheckInterestPanel(session_, panel, months_.Rows())) return RefusePanel(*refusal);
+  if (const auto refusal = CheckInterestPanel(session_, key_, panel, months_.Rows()))
+    return RefusePanel(*refusal);
+  StoreComponents(session_, key_);
   WriteInterests(session_, key_, panel, months_.Rows());
   RefreshParent();
   FillEmiGrid();

@@ -65,6 +65,8 @@ class modEMIDet final : public Screen {
   Button cmdDelete{*this, "cmdDelete", "&Delete"};
   Button cmdClose{*this, "cmdClose", "&Close"};
 
+  ktl::Subject Subject() const override;
+
   void Form_Load() override;
   void Form_Activate() override;
   bool Form_QueryUnload() override;
@@ -114,11 +116,10 @@ class modEMIDet final : public Screen {
   bool reducing_;
   std::string strTypeDesc;
   GridList<ScheduleMonth> months_{fpgEMIDetail};
-  const std::map<EmiField, Control*> fields_{{EmiField::New, &cmdNew},
-                                             {EmiField::From, &txtFromMonth},
-                                             {EmiField::To, &txtToMonth},
-                                             {EmiField::Amount, &txtAmount},
-                                             {EmiField::Institution, &cmbInstitution}};
+  const std::map<EmiField, Control*> fields_{
+      {EmiField::New, &cmdNew},           {EmiField::From, &txtFromMonth},
+      {EmiField::To, &txtToMonth},        {EmiField::Amount, &txtAmount},
+      {EmiField::Interest, &txtInterest}, {EmiField::Institution, &cmbInstitution}};
   bool blnNewRow = false;
   long lngCounter = 0;           // of the month picked, the next one after cmdNew, 0 for none
   std::size_t lngActiveRow = 0;  // in the grid, when a save began

@@ -1,13 +1,13 @@
 #include "recovery/modInterestMaster.h"
 
-#include <algorithm>
-
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "frame/handler_guard.h"
 #include "frame/modExternal.h"
+#include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
+#include "instructions/components.h"
 #include "instructions/list_columns.h"
 #include "recovery/reducing_interest.h"
 #include "runtime/numbers.h"
@@ -15,6 +15,8 @@
 namespace ktl {
 
 namespace {
+
+constexpr const char* kAmountFormat = "0.00";  // what is typed or computed has two places
 
 // Behind a column of amounts.
 ScheduleMonth::Amount ScheduleMonth::*AmountOf(std::size_t column) {
@@ -27,7 +29,12 @@ ScheduleMonth::Amount ScheduleMonth::*AmountOf(std::size_t column) {
 }  // namespace
 
 modInterestMaster::modInterestMaster(Session& session, InstructionParent& parent)
-    : Screen("modInterestMaster"), session_(session), key_(parent.Key()), name_(parent.InstructionName()) {
+    : Screen("modInterestMaster"),
+      session_(session),
+      parent_(parent),
+      key_(parent.Key()),
+      name_(parent.InstructionName()),
+      reducing_(parent.ComponentsApart()) {
   caption = "Interest Editor";
   cmdUpdate.toolTip = "Copy Actual amount to Modified.";
   chkDays.toolTip = "Interest Calculation on Days basis. Cal.days/365";
@@ -64,7 +71,11 @@ void modInterestMaster::ConnectHandlers() {
 
 void modInterestMaster::Form_Load() {
   SetColumns();
-  cmdSave.enabled = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
+  const EmployeeLabels employee = ReadEmployeeLabels(session_, key_.employee);
+  lblEmpIDRef.caption = employee.reference;
+  lblEmpName.caption = employee.name;
+  cmdSave.whyDisabled = WhyReadOnly(session_);
+  cmdSave.enabled = cmdSave.whyDisabled.empty();
   if (FillGrid()) return;
   session_.Inform("Save the record first, and then enter interest details.");
   Unload();
@@ -83,42 +94,39 @@ void modInterestMaster::SetColumns() {
       amount("Modified Principle", 140, kModifiedPrincipal),
       amount("Modified Int. Amt", 140, kModifiedInterest),
   });
+  fpgSIMaster.summed = {kActualPrincipal, kActualInterest, kModifiedPrincipal, kModifiedInterest};
 }
 
+Subject modInterestMaster::Subject() const { return parent_.Subject(); }
+
 bool modInterestMaster::FillGrid() {
+  std::vector<ScheduleMonth> months = ReadInterestRows(session_, key_, name_);
+  if (reducing_) CountComponents(session_, key_, months);
   fpgSIMaster.Clear();
-  months_.Show(ReadInterestRows(session_, key_, name_));
+  months_.Show(std::move(months));
   changed_ = false;
   return !months_.Rows().empty();
 }
 
 void modInterestMaster::SetAmount(std::size_t row, std::size_t column, double amount) {
-  months_.Rows()[row].*AmountOf(column) = amount;
+  months_.Rows()[row].*AmountOf(column) = RoundByPattern(amount, kAmountFormat);
   months_.ShowAgain(row);
   changed_ = true;
 }
 
-// What is typed is kept as an amount: a text that is none counts 0, more than an amount can hold is cut.
+// What is no amount leaves the old one.
 void modInterestMaster::fpgSIMaster_CellChange(std::size_t row, std::size_t column) {
-  const double typed = clsGenCmn::FnDblTrimVal(fpgSIMaster.Text(row, column));
-  SetAmount(row, column, std::clamp(typed, 0.0, kAmountLimit));
+  const std::string typed = fpgSIMaster.Text(row, column);
+  const std::string refused = RefusedAmount(typed);
+  if (refused.empty()) return SetAmount(row, column, clsGenCmn::FnDblTrimVal(typed));
+  months_.ShowAgain(row);
+  session_.Inform(refused);
 }
 
 void modInterestMaster::fpgSIMaster_Paste(const GridRange& selection, const std::string& block) {
-  const std::optional<AmountBlock> amounts = ParseAmountBlock(block);
-  GridRange room = selection;
-  if (room.Rows() == 1 && room.Columns() == 1) {  // the corner that the block starts in
-    room.lastRow = months_.Rows().size() - 1;
-    room.lastColumn = kModifiedInterest;
-  }
-  const bool fits = amounts && selection.firstColumn > kMonth && room.lastRow < months_.Rows().size() &&
-                    room.lastColumn <= kModifiedInterest && amounts->size() <= room.Rows() &&
-                    amounts->front().size() <= room.Columns();
-  if (!fits) return session_.Inform("Selected range is invalid to paste.");
-  for (std::size_t row = 0; row < amounts->size(); ++row) {
-    for (std::size_t column = 0; column < amounts->front().size(); ++column)
-      SetAmount(selection.firstRow + row, selection.firstColumn + column, (*amounts)[row][column]);
-  }
+  const auto amounts = PlaceBlock(block, selection, fpgSIMaster);
+  if (!amounts) return session_.Inform("Selected range is invalid to paste.");
+  for (const PlacedAmount& each : *amounts) SetAmount(each.row, each.column, each.amount);
 }
 
 void modInterestMaster::cmdUpdate_Click() {
@@ -167,6 +175,7 @@ void modInterestMaster::cmdSave_Click() {
     Refuse(session_, *this, *refusal, {});
     return;
   }
+  if (reducing_) StoreComponents(session_, key_);
   WriteInterestRows(session_, key_, name_, months_.Rows());
   ShowSaved(session_);
   FillGrid();

@@ -24,6 +24,8 @@ class modInterestMaster final : public Screen {
 
   modInterestMaster(Session& session, InstructionParent& parent);
 
+  Label lblEmpIDRef{*this, "lblEmpIDRef"};
+  Label lblEmpName{*this, "lblEmpName"};
   Grid fpgSIMaster{*this, "fpgSIMaster"};
   Label lblCopyPaste{*this, "lblCopyPaste", "Click here to copy Actual Amounts to Modified Amounts."};
   Button cmdSave{*this, "cmdSave", "&Save"};
@@ -42,6 +44,8 @@ class modInterestMaster final : public Screen {
   CheckBox chkEffDate{*this, "chkEffDate", "Eff. Date/DOL"};
   Button cmdUpdateRedBal{*this, "cmdUpdateRedBal", "Up&date"};
   Button cmdCloseRedBal{*this, "cmdCloseRedBal", "Clos&e"};
+
+  ktl::Subject Subject() const override;
 
   void Form_Load() override;
   bool Form_QueryUnload() override;
@@ -63,8 +67,10 @@ class modInterestMaster final : public Screen {
   void SetAmount(std::size_t row, std::size_t column, double amount);
 
   Session& session_;
+  const InstructionParent& parent_;
   InstructionKey key_;
   std::string name_;
+  bool reducing_;
   GridList<ScheduleMonth> months_{fpgSIMaster};  // the exact amounts: the cells show two decimals
   bool changed_ = false;
 };

@@ -36,6 +36,7 @@ modReceipts::modReceipts(Session& session, InstructionParent& parent)
   for (TextBox* box : {&txtAmount, &txtInterest}) {
     box->rightAligned = true;
     box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
+    box->onLeave = [box] { box->SetText(EditedAmount(box->Text(), "").text); };  // as it will be stored
   }
   txtRcptDate.onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnly(key); };
   ConnectHandlers();
@@ -53,10 +54,14 @@ void modReceipts::ConnectHandlers() {
 
 void modReceipts::Form_Load() {
   receipts_.SetColumns(ReceiptColumns(key_.type));
+  fpgReceipts.summed = kSummedReceiptColumns;
   FillReceiptGrid();
   ApplyTypeRights(session_, *this, key_.type);
-  cmdSave.enabled = cmdDelete.enabled = session_.EmpLockStatus != 1 && !session_.ReadOnlyUser;
+  cmdSave.whyDisabled = cmdDelete.whyDisabled = WhyReadOnly(session_);
+  cmdSave.enabled = cmdDelete.enabled = cmdSave.whyDisabled.empty();
 }
+
+Subject modReceipts::Subject() const { return parent_.Subject(); }
 
 void modReceipts::FillReceiptGrid() {
   fpgReceipts.Clear();
@@ -117,8 +122,13 @@ void modReceipts::cmdSave_Click() {
   SaveReceipt();
 }
 
+const Receipt* modReceipts::StoredReceipt(const ReceiptEntry& entry) const {
+  const auto stored = std::ranges::find(receipts_.Rows(), entry.counter, &Receipt::counter);
+  return stored == receipts_.Rows().end() ? nullptr : &*stored;
+}
+
 bool modReceipts::SaveReceipt() {
-  const ReceiptEntry entry = Entry();
+  ReceiptEntry entry = Entry();
   if (const auto refusal = CheckReceipt(session_, key_, entry))
     return Refuse(session_, *this, *refusal, fields_);
   if (!MayExceedRecoverable(entry)) {
@@ -129,6 +139,7 @@ bool modReceipts::SaveReceipt() {
   const ReceiptDifference months = MonthsOfReceipt(session_, parent_, entry.date);
   const std::optional<Answer> answer = AskAdjustment(entry, months);
   if (!AreMonthsFree(answer, months)) return false;
+  if (const Receipt* stored = StoredReceipt(entry)) entry.date = ShownDate(stored->RCPTDATE);
   WriteReceipt(session_, key_, entry);
   if (answer && *answer != Answer::Cancel) {
     AdjustSavedReceipt(session_, parent_, *answer, entry, months);
@@ -151,17 +162,23 @@ bool modReceipts::MayExceedRecoverable(const ReceiptEntry& entry) {
 std::optional<Answer> modReceipts::AskAdjustment(const ReceiptEntry& entry, const ReceiptDifference& months) {
   if (months.lngFromMonth > months.lngToMonth) return Answer::Cancel;
   if (!entry.amount.IsChanged() && !(reducing_ && entry.interest.IsChanged())) return std::nullopt;
-  return AskAboutAmount("Delete the Current and Future Months EMI Amount from Last ");
+  return AskAboutAmount("Delete the Current and Future Months EMI Amount from Last ",
+                        "&No, from the last months");
 }
 
-Answer modReceipts::AskAboutAmount(const char* no) {
+Answer modReceipts::AskAboutAmount(const char* no, const char* noWords) {
   return session_.desk.MsgBox(
       {fmt::format("Do you want to Adjust the EMI Amount?\r\n"
                    "Click on 'Yes' to Adjust the EMI Amount for Current and Future Months\r\n"
                    "Click on 'No' to {}\r\n"
                    "Click 'Cancel' to Save/Update with No Adjustments",
                    no),
-       Buttons::YesNoCancel, Icon::Question, Answer::Cancel, session_.title});
+       Buttons::YesNoCancel,
+       Icon::Question,
+       Answer::Cancel,
+       session_.title,
+       0,
+       {"&Yes, adjust", noWords, "&Cancel, no adjustment"}});
 }
 
 bool modReceipts::AreMonthsFree(std::optional<Answer> answer, const ReceiptDifference& months) {
@@ -187,19 +204,20 @@ void modReceipts::cmdDelete_Click() {
 
 void modReceipts::Delete() {
   if (receipts_.Rows().empty()) return session_.Inform("No records to delete.");
-  const ReceiptEntry entry = Entry();
-  const auto picked = std::ranges::find(receipts_.Rows(), entry.counter, &Receipt::counter);
-  if (entry.amount.now == 0 || picked == receipts_.Rows().end())
-    return session_.Inform("Select record to delete.");
-  const auto row = static_cast<std::size_t>(picked - receipts_.Rows().begin());
+  ReceiptEntry entry = Entry();
+  const Receipt* const stored = StoredReceipt(entry);
+  if (entry.amount.now == 0 || stored == nullptr) return session_.Inform("Select record to delete.");
+  const auto row = static_cast<std::size_t>(stored - receipts_.Rows().data());
   fpgReceipts.PaintRow(row, kDeleteColour);
   const bool confirmed = session_.desk.Confirm("Delete selected " + strRcptWord + "?", session_.title);
   if (!confirmed) return fpgReceipts.PaintRow(row, kWhite);
   cmdClose.enabled = false;
   const ReceiptDifference months = MonthsOfReceipt(session_, parent_, entry.date);
-  const Answer answer = AskAboutAmount("Create New Month for Recovery");
+  const Answer answer = AskAboutAmount("Create New Month for Recovery", "&No, one new month");
   fpgReceipts.PaintRow(row, kWhite);
   if (!AreMonthsFree(answer, months)) return;
+  entry.date = ShownDate(stored->RCPTDATE);
+  entry.remarks = stored->remarks;
   DeleteReceipt(session_, key_, *entry.counter);
   if (answer != Answer::Cancel) {
     AdjustDeletedReceipt(session_, parent_, answer, entry, months);

@@ -34,6 +34,8 @@ class modReceipts final : public Screen {
   Button cmdDelete{*this, "cmdDelete", "&Delete"};
   Button cmdClose{*this, "cmdClose", "&Close"};
 
+  ktl::Subject Subject() const override;
+
   void Form_Load() override;
   bool Form_QueryUnload() override;
 
@@ -54,10 +56,12 @@ class modReceipts final : public Screen {
   void Delete();
 
   ReceiptEntry Entry() const;
+  const Receipt* StoredReceipt(const ReceiptEntry& entry) const;  // null for a new one
   bool MayExceedRecoverable(const ReceiptEntry& entry);
   // Nothing when no question was due: months are tested for locks all the same.
   std::optional<Answer> AskAdjustment(const ReceiptEntry& entry, const ReceiptDifference& months);
-  Answer AskAboutAmount(const char* no);
+  // What No does, as the text tells it and as its button does.
+  Answer AskAboutAmount(const char* no, const char* noWords);
   bool AreMonthsFree(std::optional<Answer> answer, const ReceiptDifference& months);
   void AfterChange();
 
@@ -67,8 +71,10 @@ class modReceipts final : public Screen {
   bool reducing_;
   std::string strRcptWord;
   GridList<Receipt> receipts_{fpgReceipts};
-  const std::map<ReceiptField, Control*> fields_{
-      {ReceiptField::New, &cmdNew}, {ReceiptField::Date, &txtRcptDate}, {ReceiptField::Amount, &txtAmount}};
+  const std::map<ReceiptField, Control*> fields_{{ReceiptField::New, &cmdNew},
+                                                 {ReceiptField::Date, &txtRcptDate},
+                                                 {ReceiptField::Amount, &txtAmount},
+                                                 {ReceiptField::Interest, &txtInterest}};
   bool blnNewRow = false;
 };
 

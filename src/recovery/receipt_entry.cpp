@@ -7,6 +7,7 @@
 #include "database/recordset.h"
 #include "frame/rights.h"
 #include "frame/session.h"
+#include "instructions/components.h"
 #include "instructions/instruction_statements.h"
 #include "recovery/change_audit.h"
 #include "recovery/emi_months.h"
@@ -62,8 +63,8 @@ std::optional<ReceiptRefusal> CheckReceipt(Session& session, const InstructionKe
   if (!FnBlnMonthAllowed(session.options.STARTMONTHYEAR, entry.date))
     return ReceiptRefusal{"Given date cannot be before the 'Start Month' set.", ReceiptField::Date};
   if (entry.amount.now == 0) return ReceiptRefusal{fmt::format("Specify {} amount.", word), Amount};
-  if (entry.amount.now > kAmountLimit)
-    return ReceiptRefusal{"Amount should be less than 9,99,99,99,999.99", Amount};
+  if (entry.amount.now > kAmountLimit) return ReceiptRefusal{kAmountTooLarge, Amount};
+  if (entry.interest.now > kAmountLimit) return ReceiptRefusal{kAmountTooLarge, Interest};
   const Value given = session.data.FnVarGetDbValue(
       session.Sql("Select SIDATE From INS_ADVLOAN Where {}", WhereInstruction(key)));
   if (!given.IsDate() || *date >= given.date()) return std::nullopt;
@@ -120,6 +121,7 @@ void AdjustSavedReceipt(Session& session, InstructionParent& parent, Answer answ
   const bool spread = answer == Answer::Yes;
   const ReceiptDifference amount = By(entry.amount.now - entry.amount.before, false, months);
   if (parent.ComponentsApart()) {
+    StoreComponents(session, parent.Key());
     const ReceiptDifference interest = By(entry.interest.now - entry.interest.before, false, months);
     (spread ? RedPrinciModify : RedPrinciModifyLastMonth)(session, parent, amount);
     (spread ? RedIntModify : RedIntModifyLastMonth)(session, parent, interest);
@@ -131,15 +133,17 @@ void AdjustSavedReceipt(Session& session, InstructionParent& parent, Answer answ
 void AdjustDeletedReceipt(Session& session, InstructionParent& parent, Answer answer,
                           const ReceiptEntry& entry, const ReceiptDifference& months) {
   const double amount = entry.amount.now, interest = entry.interest.now;
+  if (answer == Answer::Cancel) return;
   const bool reducing = parent.ComponentsApart();
+  if (reducing) StoreComponents(session, parent.Key());
   if (answer == Answer::Yes && reducing) {
     RedPrinciModify(session, parent, By(amount, true, months));
     RedIntModify(session, parent, By(interest, true, months));
   } else if (answer == Answer::Yes) {
     EMIModify(session, parent, By(amount, true, months));
-  } else if (answer == Answer::No && reducing) {
+  } else if (reducing) {
     AddRecoveryMonthRed(session, parent, amount, interest);
-  } else if (answer == Answer::No) {
+  } else {
     AddRecoveryMonth(session, parent, amount);
   }
 }
@@ -153,7 +157,7 @@ void AuditReceipt(Session& session, const InstructionKey& key, bool reducing, Re
   AuditChange(session, key, InstructionCaption(session, key.type),
               deed == ReceiptDeed::Saved ? " Receipts Updated" : " Receipts Deleted",
               fmt::format("::Receipt Date = {}{}:Remarks = {}", FormatDateText(entry.date, "dd/mmm/yyyy"),
-                          amounts, entry.remarks));
+                          amounts, Trim(entry.remarks)));
 }
 
 }  // namespace ktl

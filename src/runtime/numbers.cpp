@@ -29,13 +29,15 @@ struct Decimal {
 
   explicit Decimal(double value);
 
+  char& At(int index) { return digits[static_cast<std::size_t>(index)]; }
+  char At(int index) const { return digits[static_cast<std::size_t>(index)]; }
   // The digit that stands `place` places behind the point; 0 and below stand before it.
   char DigitAt(int place) const {
     const int index = exponent + place - 1;
-    return index >= 0 && index < count ? digits[index] : '0';
+    return index >= 0 && index < count ? At(index) : '0';
   }
   void DropTrailingZeros() {
-    while (count > 0 && digits[count - 1] == '0') --count;
+    while (count > 0 && At(count - 1) == '0') --count;
   }
   void Cut(int decimals) {
     count = std::clamp(exponent + decimals, 0, count);
@@ -64,7 +66,7 @@ Decimal::Decimal(double value) : negative(value < 0) {
 void Decimal::RoundHalfAway(int decimals) {
   const int keep = exponent + decimals;
   if (keep >= count) return;
-  const bool up = keep >= 0 && digits[keep] >= '5';
+  const bool up = keep >= 0 && At(keep) >= '5';
   count = std::max(keep, 0);
   if (up)
     CarryOne();
@@ -73,9 +75,9 @@ void Decimal::RoundHalfAway(int decimals) {
 }
 
 void Decimal::CarryOne() {
-  while (count > 0 && digits[count - 1] == '9') --count;
+  while (count > 0 && At(count - 1) == '9') --count;
   if (count > 0) {
-    ++digits[count - 1];
+    ++At(count - 1);
     return;
   }
   digits[0] = '1';
@@ -154,7 +156,8 @@ std::optional<double> ParseWhole(std::string_view text) {
 
 void AppendExponentForm(std::string& text, const Decimal& number) {
   text += number.digits[0];
-  if (number.count > 1) text.append(".").append(number.digits.data() + 1, number.count - 1);
+  if (number.count > 1)
+    text.append(".").append(number.digits.data() + 1, static_cast<std::size_t>(number.count - 1));
   const int power = number.exponent - 1;
   text += power < 0 ? "E-" : "E+";
   if (std::abs(power) < 10) text += '0';

@@ -59,6 +59,7 @@ class Control {
   Colour foreColour = kNoColour;
   std::string tag;
   std::string toolTip;
+  std::string whyDisabled;  // the tool tip while it is disabled
   // The frame (or tab page) that holds it: a control in a hidden or disabled frame is hidden or disabled with
   // it.
   Control* container = nullptr;
@@ -134,8 +135,8 @@ class ComboBox final : public Control {
 
   bool locked = false;
   bool editable = true;
-  // Another list of the same values, as names and reference numbers of employees are: its text stands beside the
-  // row's own in the open list and is searched as well.
+  // Another list of the same values, as names and reference numbers of employees are: its text stands beside
+  // the row's own in the open list and is searched as well.
   const ComboBox* beside = nullptr;
   Handler onChange;
   Handler onLeave;

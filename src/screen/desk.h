@@ -21,6 +21,8 @@ struct MessageBox {
   Answer defaultAnswer = Answer::OK;
   std::string title;
   int closesItselfMs = 0;  // 0: stays until answered
+  // What each answer does, in the order of AnswersOf, for buttons that say more than Yes and No.
+  std::vector<std::string> words;
 };
 
 std::vector<Answer> AnswersOf(Buttons buttons);  // in the order of the buttons
@@ -53,6 +55,12 @@ class Desk {
   // Shows what has changed so far inside a long handler.
   virtual void Refresh() {}
   virtual void SetBusy(bool) {}
+  // The screen on top has told the person that its work is stored.
+  virtual void NoteSaved() {}
+  // Tells of a file that was written.
+  virtual void TellWritten(const std::string& text, const std::string& /*file*/, const std::string& title) {
+    Inform(text, title);
+  }
   // A step of long work, for a desk that has no window to show it in.
   virtual void NoteProgress(const std::string& /*words*/, int /*percent*/) {}
 

@@ -55,6 +55,7 @@ class Grid final : public Control {
   std::vector<GridRow> rows;
   std::size_t activeRow = kNoRow;
   std::size_t activeColumn = 0;
+  std::vector<std::size_t> summed;  // columns of amounts whose sums stand under the rows
 
   // Adds a row of empty cells, one a column; its index.
   std::size_t AddRow();

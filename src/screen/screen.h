@@ -11,6 +11,13 @@
 
 namespace ktl {
 
+// Whom and what a screen is about. Empty where it is about nobody in particular.
+struct Subject {
+  std::string employee;     // "Meera Kulkarni (K90908)"
+  std::string instruction;  // "Consumer Loan 2"
+  std::string amounts;      // "10,000.00, due 6,660.00"
+};
+
 // A screen without a window. Its constructor connects the handlers; a desk loads it, mirrors it until it is
 // unloaded and passes on what a person does.
 class Screen {
@@ -22,6 +29,7 @@ class Screen {
 
   const std::string& name() const { return name_; }
   std::string caption;
+  virtual ktl::Subject Subject() const { return {}; }
 
   virtual void Form_Load() {}
   virtual void Form_Activate() {}                   // once, right after the load

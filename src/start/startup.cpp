@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "frame/session.h"
 #include "frame/top_level.h"
 #include "frame/workstation_objects.h"
 #include "runtime/numbers.h"

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "frame/session.h"
-
 namespace ktl {
+
+struct Session;
 
 // Fills the doors and the registry with every screen of the program that is not in them yet.
 void RegisterScreens(Session& session);

@@ -11,7 +11,7 @@ namespace {
 
 class modToyNote final : public Screen {
  public:
-  modToyNote(Desk& desk, std::string& note) : Screen("modToyNote"), desk(desk), note(note) {
+  modToyNote(Desk& itsDesk, std::string& itsNote) : Screen("modToyNote"), desk(itsDesk), note(itsNote) {
     cmdKeep.onClick = [this] {
       this->note = txtNote.Text();
       asksToClose = false;
@@ -32,7 +32,7 @@ class modToyNote final : public Screen {
 // Something of every kind, as the real screens have it.
 class modToy final : public Screen {
  public:
-  explicit modToy(Desk& desk) : Screen("modToy"), desk(desk) {
+  explicit modToy(Desk& itsDesk) : Screen("modToy"), desk(itsDesk) {
     FillControls();
     ConnectHandlers();
   }

@@ -43,7 +43,7 @@ TEST_F(OddFiles, AreRefusedInOneClearLine) {
   EXPECT_EQ(ErrorOf(missing), "The company file " + missing + " does not exist.");
   EXPECT_FALSE(fs::exists(missing));
   EXPECT_EQ(ErrorOf(folder_.string()), folder_.string() + " is a folder, not a company file.");
-  for (const std::size_t bytes : {5000, 0}) {
+  for (const std::size_t bytes : {5000U, 0U}) {
     const std::string text = Path("notes.txt");
     std::ofstream(text) << std::string(bytes, 'x');
     EXPECT_EQ(ErrorOf(text), text + " is not a company file.") << bytes;

@@ -11,6 +11,7 @@
 #include "frame/session.h"
 #include "instructions/modAdvLoan.h"
 #include "start/startup.h"
+#include "support/company_fixture.h"
 #include "support/fake_machine.h"
 
 namespace ktl {
@@ -52,7 +53,9 @@ class FormCheckDesk final : public Desk {
 TEST(FormsTest, EveryScreenHasAFormWithAWidgetForEachControl) {
   FakeMachine machine;
   FormCheckDesk desk;
+  test::TestCompany company;  // children ask what kind of instruction they work on
   Session session(machine.machine(), desk);
+  session.Cn.Open(company.ConnectionString());
   RegisterScreens(session);
   const std::vector<std::string> names = session.screens.Names();
   ASSERT_FALSE(names.empty());

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "company/company.h"
+#include "company/company_error.h"
 #include "company/formula_report.h"
 #include "formula_fixture.h"
 
@@ -80,6 +81,26 @@ TEST_F(SampleFormulas, ReportTellsWhyAnAmountIsWhatItIs) {
     asked.formulaId = formula;
     EXPECT_EQ(FormulaReport(office.session, asked), lines);
   }
+}
+
+TEST_F(SampleFormulas, OfSomebodyOrAMonthThatIsNotThere) {
+  const std::tuple<long, const char*, const char*> cases[] = {
+      {99, "Sep/2026", "There is no employee 99."},
+      {45, "Mar/2026", "Employee 45 has no detail row up to Mar/2026."},
+      {1, "Smarch", "\"Smarch\" is no month; one looks like Apr/2026."}};
+  for (const auto& [employee, month, text] : cases) {
+    try {
+      DayRequestOf(office.session, employee, month);
+      ADD_FAILURE() << text;
+    } catch (const CompanyError& error) {
+      EXPECT_STREQ(error.what(), text);
+    }
+  }
+  const DayRequest asked = DayRequestOf(office.session, 21, "9/2026");
+  EXPECT_EQ(asked.monthYear, 24321);
+  EXPECT_EQ(asked.period, MonthOf("Sep/2026"));
+  EXPECT_EQ(Value(asked.attHeadId),
+            office.session.data.FnVarGetDbValue("SELECT ATTHEADID FROM MAS_EMPLOYEEDET WHERE EMPID = 21"));
 }
 
 TEST_F(SampleFormulas, DaysOfBothCountsStandBesideEachOther) {

@@ -40,8 +40,8 @@ TEST_F(DoorsTest, AScreenThatIsNotThereIsNamed) {
   session.doors.calendar(box);
   session.screens.Show(session, "modSalSIAdj");
   EXPECT_EQ(desk.TakeLines(),
-            "Information | Loans | The screen \"frmKtlCalender\" is not part of this build yet.\n"
-            "Information | Loans | The screen \"modSalSIAdj\" is not part of this build yet.");
+            "Information | Loans | The calendar is not part of this build yet.\n"
+            "Information | Loans | The deduction preference is not part of this build yet.");
 }
 
 TEST_F(DoorsTest, ThePlaceOnTopGoesBackToTheOpener) {

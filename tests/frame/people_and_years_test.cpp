@@ -77,8 +77,7 @@ TEST_F(SharedFacts, AFieldAsksItsPicker) {
   month.onDblClick();
   EXPECT_EQ(asked, &month);
   date.onDblClick();  // no such screen yet: one plain line
-  EXPECT_EQ(desk.TakeTexts(),
-            std::vector<std::string>{"The screen \"frmKtlCalender\" is not part of this build yet."});
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"The calendar is not part of this build yet."});
 }
 
 }  // namespace

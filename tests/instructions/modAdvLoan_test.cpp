@@ -90,6 +90,9 @@ TEST_F(EntryScreen, MarkingAMonthAsRecoveredIsWrittenAndCounted) {
   company.Emi(17, 1, 1, 1, 24322, 1000);
   company.Emi(17, 1, 1, 2, 24323, 1000);
   modAdvLoan& entry = OpenOnFirst(Advance);
+  EXPECT_EQ(entry.Subject().employee, "Asha Rao (K17)");
+  EXPECT_EQ(entry.Subject().instruction, "Salary Advance 1");
+  EXPECT_EQ(entry.Subject().amounts, "2,000.00, due 2,000.00");
   TickCell(entry.fpgEMI, 1, ScheduleGrid::kTick, true);
   TickCell(entry.fpgEMI, 1, ScheduleGrid::kRecovered, true);
   EXPECT_EQ(Rows("SELECT COUNTER, EMIRECVYN FROM INS_EMIDETAIL ORDER BY COUNTER"), "1|0\n2|1");
@@ -155,6 +158,7 @@ TEST_F(EntryScreen, LockedEmployeesAndReadOnlyUsersCannotWrite) {
                          &entry.cmdNew, &entry.cmdEmi, &entry.cmdInstitution, &entry.cmdMaster}) {
     EXPECT_FALSE(button->enabled) << button->name();
   }
+  EXPECT_EQ(entry.cmdSave.whyDisabled, "The employee is locked.");
   EXPECT_TRUE(entry.cmdReceipts.enabled);
   const auto& columns = entry.fpgEMI.columns;
   EXPECT_TRUE(columns[ScheduleGrid::kTick].locked && columns[ScheduleGrid::kRecovered].locked);
@@ -169,6 +173,7 @@ TEST_F(EntryScreen, LockedEmployeesAndReadOnlyUsersCannotWrite) {
   EXPECT_TRUE(screen->cmdEmi.enabled);
   Pick(screen->employee.cmbEmpName, "Binod Sen");
   EXPECT_FALSE(screen->cmdSave.enabled || screen->cmdEmi.enabled || screen->cmdMultiAllot.enabled);
+  EXPECT_EQ(screen->cmdSave.whyDisabled, "The user RAVI may only read.");
   Click(screen->cmdClose);
   EXPECT_TRUE(screen->IsUnloaded());
 }

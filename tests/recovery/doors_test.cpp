@@ -1,4 +1,6 @@
 // The screens of recovery behind the buttons of the real entry screen.
+#include <fmt/format.h>
+
 #include "instructions/modAdvLoan.h"
 #include "recovery/modEMIDet.h"
 #include "recovery/modInterestMaster.h"
@@ -55,11 +57,41 @@ TEST_F(Doors, TheEditorCountsTheMonthsThatASalaryHasNotTaken) {
   EXPECT_EQ(entry.fpgAdvLoan.Text(0, InstructionGrid::kReceipts), "100.00");
 }
 
+TEST_F(Doors, ReducingIsTheInstructionsOwnName) {
+  company.Name(2, "Car Loan").Reducing(12);
+  company.Name(2, "Plain Loan");
+  for (const bool reducing : {true, false}) {
+    for (const int option : {1, 0}) {
+      SCOPED_TRACE(testing::Message() << reducing << " with ADVMGALYN " << option);
+      Clear();
+      reducing ? ReducingAsMade({1000, 1000}, 50) : Instruction(InstructionType::Loan, {1050, 1050});
+      company.Execute(
+          fmt::format("UPDATE INS_ADVLOAN SET SINAME = '{}'", reducing ? "Car Loan" : "Plain Loan"));
+      company.Execute(fmt::format("UPDATE MAS_OPTSETFEATURE SET ADVMGALYN = {}", option));
+      LoadFeatureSet(session);
+      modAdvLoan& entry = Entry(InstructionType::Loan);
+      Pick(entry.cmbALName, reducing ? "Plain Loan" : "Car Loan");  // not saved
+      desk.WillWorkOn<modEMIDet>([&](modEMIDet& editor) {
+        ClickRow(editor.fpgEMIDetail, 0);
+        EXPECT_EQ(editor.txtAmount.Text(), reducing ? "1000.00" : "1050.00");
+        Type(editor.txtRemarks, "asked for");
+        Click(editor.cmdSave);
+      });
+      Click(entry.cmdEmi);
+      EXPECT_EQ(Amounts(), "1050 1050");  // a remark changes no amount
+      EXPECT_EQ(Amounts("MDFPRNAMT"), reducing ? "1000 1000" : "0 0");
+      EXPECT_EQ(entry.fpgEMI.Text(1, ScheduleGrid::kModifiedInterest), reducing ? "50.00" : "");
+    }
+  }
+}
+
 TEST_F(Doors, TheInterestEditorOpensForSeparateInterest) {
   Reducing({1000, 1000}, 0);
   company.Name(2, "Car Loan").Reducing(12).SeparateInterest();
   modAdvLoan& entry = Entry(InstructionType::Loan);
   desk.WillWorkOn<modInterestMaster>([](modInterestMaster& editor) {
+    EXPECT_EQ(editor.lblEmpIDRef.caption + "|" + editor.lblEmpName.caption,
+              "Ref. No. : K17|Emp. Name : Asha Rao");
     Click(editor.cmdRedBalance);
     Type(editor.txtInterestRate, "12");
     Click(editor.cmdUpdateRedBal);

@@ -96,21 +96,61 @@ TEST_F(InterestEditor, PastesOnlyWhatFits) {
   Reducing({100, 200}, 1);
   modInterestMaster& editor = Open<modInterestMaster>();
   const GridRange modified{0, modInterestMaster::kModifiedPrincipal, 1, modInterestMaster::kModifiedInterest};
+  const GridRange last{1, modInterestMaster::kModifiedInterest, 1, modInterestMaster::kModifiedInterest};
   std::string huge;
   for (int row = 0; row < 2500; ++row) huge += "1\t2\t3\t4\n";
   for (const std::string block :
-       {"1\t2\t3", "1\n2\n3", "1\t2\n3", "one\ttwo", "", "-1", "9999999999999", huge.c_str()})
+       {"1\t2\t3", "1\n2\n3", "1\t2\n3", "one\ttwo", "", "-1", "9999999999999", huge.c_str(),
+        "Month/Year\tModified Int. Amt\nJun/2024\t5", "Month/Year\tModified Int. Amt\nMay/2024\tfive"})
     editor.fpgSIMaster_Paste(modified, block);
   editor.fpgSIMaster_Paste({0, modInterestMaster::kMonth, 0, modInterestMaster::kMonth}, "1");
-  editor.fpgSIMaster_Paste({1, modInterestMaster::kModifiedInterest, 1, modInterestMaster::kModifiedInterest},
-                           "1\t2");
-  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>(10, "Selected range is invalid to paste."));
+  editor.fpgSIMaster_Paste(last, "1\t2");
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>(12, "Selected range is invalid to paste."));
   editor.fpgSIMaster_Paste(modified, "1,150.50\t7\r\n250\t8\r\n");
   editor.fpgSIMaster_Paste({0, modInterestMaster::kActualPrincipal, 0, modInterestMaster::kActualPrincipal},
                            "5\t6\n7\t8");
+  // A copy of the list finds its months and columns wherever it is pasted.
+  editor.fpgSIMaster_Paste(last, "Month/Year\tModified Int. Amt\nMay/2024\t9.506\nApr/2024\t7\n");
   Click(editor.cmdSave);
-  EXPECT_EQ(Amounts(), "1157.5 258");
+  EXPECT_EQ(Amounts(), "1157.5 259.51");
   EXPECT_EQ(Amounts("EMIAMT"), "11 15");
+}
+
+TEST_F(InterestEditor, TakesAmountsOfTwoPlacesAndNothingElse) {
+  ReducingAsMade({100, 200}, 1);
+  modInterestMaster& editor = Open<modInterestMaster>();
+  const struct {
+    const char* typed;
+    const char* shown;
+    const char* box;
+  } cases[] = {
+      {"12.345", "12.35", ""},
+      {"abc", "12.35", "Specify proper amount."},
+      {"12ab", "12.35", "Specify proper amount."},
+      {"-1", "12.35", "Specify proper amount."},
+      {"10000000000", "12.35", "Amount should be less than 9,99,99,99,999.99"},
+      {"9,99,99,99,999.99", "9999999999.99", ""},
+      {"", "0.00", ""},
+      {"1,000.5", "1000.50", ""},
+  };
+  for (const auto& c : cases) {
+    TypeCell(editor.fpgSIMaster, 0, modInterestMaster::kModifiedInterest, c.typed);
+    EXPECT_EQ(editor.fpgSIMaster.Text(0, modInterestMaster::kModifiedInterest), c.shown) << c.typed;
+    EXPECT_EQ(desk.TakeTexts(), *c.box == 0 ? std::vector<std::string>{} : std::vector<std::string>{c.box});
+  }
+  Click(editor.cmdSave);
+  EXPECT_EQ(Amounts(), "1100.5 201");  // the months came without components
+  // Only what was changed is told, and what was stored before.
+  EXPECT_TRUE(AuditHas("Amount::Apr/2024:Actual = 100.00 + 1.00 = 101.00 (100.00 + 1.00 = 101.00):Modified"));
+  EXPECT_FALSE(AuditHas("May/2024"));
+  Click(editor.cmdRedBalance);
+  Type(editor.txtInterestRate, "9999999999");
+  Type(editor.txtMonthOffSet, "9999");
+  Click(editor.cmdUpdateRedBal);
+  desk.TakeTexts();
+  Click(editor.cmdSave);
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"Amount should be less than 9,99,99,99,999.99"});
+  EXPECT_EQ(Amounts(), "1100.5 201");
 }
 
 }  // namespace

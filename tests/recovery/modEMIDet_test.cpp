@@ -257,6 +257,61 @@ TEST_F(Editor, DeletesAMonth) {
   EXPECT_EQ(desk.TakeTexts(), Texts{"No records to delete."});
 }
 
+// The components that the months lack are counted, and stored before the first write.
+TEST_F(Editor, MonthsAsTheEntryScreenMakesThemKeepTheirAmounts) {
+  const auto start = [this](std::size_t row) -> modEMIDet& {
+    Clear();
+    ReducingAsMade({3000, 3000, 3000}, 100);
+    company.Execute("UPDATE INS_ADVLOAN SET ACTAMT = 9000");
+    modEMIDet& editor = OpenOn(row);
+    EXPECT_EQ(editor.fpgEMIDetail.Text(row, modEMIDet::kActualPrincipal), "3000.00");
+    return editor;
+  };
+  Delete(start(1), 1, {Answer::Yes, Answer::No});
+  EXPECT_EQ(Amounts(), "3100 3100 3100");
+  EXPECT_EQ(Amounts("MDFINTAMT"), "100 100 100");
+  modEMIDet& panel = start(0);
+  Tick(panel.chkIntRateRedBal, true);
+  panel.txtInt.SetText("12");
+  panel.txtIntFrom.SetText("May/2024");
+  panel.txtIntTo.SetText("May/2024");
+  Click(panel.cmdIntCalculate);  // one percent of 6000
+  EXPECT_EQ(Amounts(), "3100 3060 3100");
+  Save(start(0), "3000", "100", {});
+  EXPECT_EQ(Amounts("ACTPRNAMT"), "3000 3000 3000");
+  desk.TakeTexts();
+}
+
+TEST_F(Editor, WhatIsTooLargeIsRefusedAsItWasTyped) {
+  Reducing({1000, 1000}, 50);
+  modEMIDet& editor = OpenOn(0);
+  const std::string digits(309, '9');
+  for (TextBox* box : {&editor.txtAmount, &editor.txtInterest}) {
+    const std::string before = box->Text();
+    Type(*box, digits);
+    Click(editor.cmdSave);
+    EXPECT_EQ(desk.TakeTexts(), Texts{kTooLarge});
+    EXPECT_EQ(editor.Focus(), box);
+    box->SetText(before);
+  }
+  EXPECT_EQ(Amounts(), "1050 1050");
+}
+
+TEST_F(Editor, MarksTheRowThatIsPicked) {
+  Instruction(InstructionType::Advance, {1000, 1000});
+  modEMIDet& editor = OpenOn(1);
+  EXPECT_EQ(editor.fpgEMIDetail.activeRow, 1u);
+  Save(editor, "1000.004", "", {});  // no change, to the paisa
+  EXPECT_EQ(desk.TakeTexts(), Texts{"Updated"});
+  EXPECT_EQ(editor.fpgEMIDetail.activeRow, kNoRow);
+  ClickRow(editor.fpgEMIDetail, 0);
+  Click(editor.cmdNew);
+  EXPECT_EQ(editor.fpgEMIDetail.activeRow, kNoRow);
+  EXPECT_EQ(editor.lblAmount.caption, "Amount");
+  session.SepPiYN = true;
+  EXPECT_EQ(Open<modEMIDet>().lblAmount.caption, "Modified Amount");
+}
+
 TEST_F(Editor, DeletesAReducingMonth) {
   Reducing({1000, 1000, 1000}, 50);
   modEMIDet& editor = Open<modEMIDet>();
@@ -305,6 +360,17 @@ TEST_F(Editor, ThePanelComputesARange) {
   EXPECT_EQ(Flagged(), "1 2");
   Type(editor.txtIntFrom, "may.2024");
   EXPECT_EQ(editor.txtIntFrom.Text() + " " + editor.txtIntTo.Text(), "May/2024 Jul/2024");
+  // What stands against a save stands against the panel.
+  editor.txtIntTo.SetText("Jun/2024");
+  editor.txtInt.SetText("24");
+  company.Row("SEC_EMPLOCK").With("EMPID", 17).With("MONTHYEAR", kApr2024 + 2).With("LOCKYN", 1);
+  Click(editor.cmdIntCalculate);
+  company.Execute("DELETE FROM SEC_EMPLOCK");
+  session.MultiLoginYN = true;
+  editor.cmdSave.tag += "NA";
+  Click(editor.cmdIntCalculate);
+  EXPECT_EQ(desk.TakeTexts(), (Texts{kEmployeeLocked, "Permission denied."}));
+  EXPECT_EQ(Amounts("MDFINTAMT"), "0 1100 1000 0");
 }
 
 TEST_F(Editor, RightsAndFailures) {

@@ -17,6 +17,8 @@ constexpr const char* kTooMuch =
     "Entered amount is more than Advance recoverable.\r\nDo you want to continue?";
 constexpr const char* kOneLocked = "1 Month(s) locked. Cannot save.\r\nUnlock months to save data.";
 
+constexpr const char* kTooLarge = "Amount should be less than 9,99,99,99,999.99";
+
 class Receipts : public RecoveryTest {
  protected:
   std::string Stored() {
@@ -56,7 +58,7 @@ TEST_F(Receipts, RefusesWhatCannotBeSavedAndWritesNothing) {
       {"29/02/2025", "10", "Specify date. Format dd/mm/yyyy.", date},
       {"31/03/2023", "10", "Given date cannot be before the 'Start Month' set.", date},
       {"15/05/2024", "0", "Specify Receipt amount.", amount},
-      {"15/05/2024", "10000000000", "Amount should be less than 9,99,99,99,999.99", amount},
+      {"15/05/2024", "10000000000", kTooLarge, amount},
       {"31/03/2024", "10", "Receipt date cannot be before the Advance given date.", date},
       {"15/05/2024", "3050.01", kTooMuch, amount},
   };
@@ -66,6 +68,10 @@ TEST_F(Receipts, RefusesWhatCannotBeSavedAndWritesNothing) {
     EXPECT_EQ(desk.TakeTexts(), Texts{c.text});
     EXPECT_EQ(receipts.Focus(), &c.focus) << c.text;
   }
+  Enter(receipts, "15/05/2024", "10", std::string(309, '9').c_str());
+  Click(receipts.cmdSave);
+  EXPECT_EQ(desk.TakeTexts(), Texts{kTooLarge});
+  EXPECT_EQ(receipts.Focus(), &receipts.txtInterest);
   company.Lock(kApr2024 + 2);
   Enter(receipts, "15/05/2024", "3050");  // as much as there is
   Save(receipts, {Answer::Yes});
@@ -129,6 +135,7 @@ TEST_F(Receipts, AStoredReceiptKeepsItsDate) {
   Type(receipts.txtRemarks, "  by cheque ");
   Click(receipts.cmdSave);
   EXPECT_EQ(desk.TakeTexts(), Texts{"Updated"});
+  EXPECT_TRUE(AuditHas("::Receipt Date = 10/Apr/2024::EMI Amount = 300.00:Remarks = by cheque"));
   EXPECT_EQ(Stored(), "4|10/04/2024|300|0|300|by cheque");
   company.Lock(kApr2024 + 1);
   ClickRow(receipts.fpgReceipts, 0);
@@ -145,10 +152,21 @@ TEST_F(Receipts, AStoredReceiptKeepsItsDate) {
   EXPECT_EQ(Flagged(), "");
   Click(receipts.cmdNew);
   EXPECT_EQ(receipts.txtCounter.Text() + " " + receipts.txtRcptDate.Text(), "5 15/09/2026");
+  Type(receipts.txtRcptDate, "30/06/2024");
+  Type(receipts.txtAmount, "0.455");
+  EXPECT_EQ(receipts.txtAmount.Text(), "0.46");  // as it will be stored
+  Click(receipts.cmdSave);
+  ClickRow(receipts.fpgReceipts, 1);
+  EXPECT_EQ(receipts.txtAmount.Text(), "0.46");
+  Type(receipts.txtRemarks, "typed, not stored");
+  desk.WillAnswer({Answer::Yes, Answer::Cancel});
+  Click(receipts.cmdDelete);
+  EXPECT_TRUE(AuditHas("::Receipt Date = 30/Jun/2024::EMI Amount = 0.46"));
+  EXPECT_FALSE(AuditHas("typed"));
 }
 
 TEST_F(Receipts, ADepositOfAReducingLoan) {
-  Reducing({1000, 1000, 1000}, 90);
+  ReducingAsMade({1000, 1000, 1000}, 90);
   modReceipts& receipts = Open<modReceipts>();
   Enter(receipts, "15/04/2024", "300", "30");
   Save(receipts, {Answer::Yes});
@@ -160,6 +178,7 @@ TEST_F(Receipts, ADepositOfAReducingLoan) {
   EXPECT_EQ(Amounts("MDFPRNAMT"), "900 900");  // the emptied month is gone with its interest
   EXPECT_EQ(Amounts("MDFINTAMT"), "60 0");     // and the interest never deletes one
   EXPECT_EQ(Amounts(), "960 900");
+  TakeComponentsAway();
   ClickRow(receipts.fpgReceipts, 0);
   desk.WillAnswer({Answer::Yes, Answer::No});
   Click(receipts.cmdDelete);
@@ -167,6 +186,12 @@ TEST_F(Receipts, ADepositOfAReducingLoan) {
   EXPECT_TRUE(
       AuditHas("Loan Receipts Deleted:::SI Type = Loan:SI Name = Car Loan::Receipt Date = "
                "15/Apr/2024::Principle Amount = 300.00:Interest Amount = 30.00:EMI Amount = 330.00:"));
+  TakeComponentsAway();
+  ClickRow(receipts.fpgReceipts, 0);
+  desk.WillAnswer({Answer::Yes, Answer::Yes});
+  Click(receipts.cmdDelete);  // 300 more principal a month, and 34, 34 and 32 more interest
+  EXPECT_EQ(Amounts("MDFPRNAMT"), "1200 1200 600");
+  EXPECT_EQ(Amounts(), "1294 1234 662");
 }
 
 TEST_F(Receipts, DeletingPutsTheAmountBack) {

@@ -45,7 +45,7 @@ RecoveryTest::RecoveryTest() {
   machine.settings.Set("Settings", "DBType", "SQL");
   machine.settings.Set("Settings", "User", "RAVI");
   company.Months(kApr2024, kApr2024 + 35);
-  company.Employee(17).Named("Asha Rao");
+  company.Employee(17).Named("Asha Rao").Ref("K17");
   company.Institution(5, "Deccan Bank", 2);
   OpenConnection(session, company.ConnectionString());
   LoadOptionSet(session);
@@ -89,6 +89,18 @@ SmallParent& RecoveryTest::Reducing(const std::vector<double>& principals, doubl
       fmt::format("UPDATE INS_ADVLOAN SET INTAMT = {}", interest * static_cast<double>(principals.size())));
   parent = std::make_unique<SmallParent>(session, InstructionKey{17, InstructionType::Loan, 1}, true);
   return *parent;
+}
+
+SmallParent& RecoveryTest::ReducingAsMade(const std::vector<double>& principals, double interest) {
+  Reducing(principals, interest);
+  TakeComponentsAway();
+  return *parent;
+}
+
+void RecoveryTest::TakeComponentsAway() {
+  company.Execute(
+      "UPDATE INS_EMIDETAIL SET INTAMT = MDFINTAMT, ACTPRNAMT = NULL, ACTINTAMT = NULL, MDFPRNAMT = NULL, "
+      "MDFINTAMT = NULL");
 }
 
 void RecoveryTest::Clear() {

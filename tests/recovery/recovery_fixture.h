@@ -53,6 +53,9 @@ class RecoveryTest : public testing::Test {
   // reducing one the amounts are principals, each with that interest.
   SmallParent& Instruction(InstructionType type, const std::vector<double>& amounts);
   SmallParent& Reducing(const std::vector<double>& principals, double interest);
+  // The same as the entry screen makes it: no components, INTAMT alone.
+  SmallParent& ReducingAsMade(const std::vector<double>& principals, double interest);
+  void TakeComponentsAway();
   void Clear();               // takes every instruction and flag away
   void Recovered(int month);  // marked by hand
   // "1000 700 1075": the modified amounts in the order of the months; another column when named.

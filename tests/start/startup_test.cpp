@@ -184,8 +184,7 @@ TEST_F(StartupTest, NoScreenIsOpened) {
       {"1499#False#0#0", invalid},
       {"1511#False#0#0", invalid},
       {"1510#False#0#0",
-       "Information | KestrelLedger - Standing Instruction | The screen \"frmSepInt\" is not part of this "
-       "build yet."},
+       "Information | KestrelLedger - Standing Instruction | The separate interest is not part of this build yet."},
   };
   for (const auto& [line, box] : cases) {
     Session run(machine.machine(), desk);

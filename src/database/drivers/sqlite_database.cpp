@@ -188,10 +188,23 @@ std::int64_t SqliteDatabase::Number(std::string_view sql) {
   return statement->Step() ? statement->Integer(0) : 0;
 }
 
+std::string SqliteDatabase::Text(std::string_view sql) {
+  Lease statement(*this, sql);
+  return statement->Step() ? statement->Column(0).TextOrEmpty() : "";
+}
+
 std::int64_t SqliteDatabase::TotalChanges() const { return sqlite3_total_changes64(handle()); }
 
 std::int64_t SqliteDatabase::ChangesSince(std::int64_t totalChanges) const {
   return TotalChanges() == totalChanges ? 0 : sqlite3_changes64(handle());
+}
+
+void SqliteDatabase::FlushLog() {
+  sqlite3_file* log = nullptr;
+  CheckSqlite(sqlite3_file_control(handle(), "main", SQLITE_FCNTL_JOURNAL_POINTER, &log), handle());
+  const bool open = log != nullptr && log->pMethods != nullptr;
+  if (open && log->pMethods->xSync(log, SQLITE_SYNC_NORMAL) != SQLITE_OK)
+    throw DatabaseError("The disk did not take what was saved.");
 }
 
 std::int64_t SqliteDatabase::LastRowId() const { return sqlite3_last_insert_rowid(handle()); }

@@ -77,10 +77,13 @@ class SqliteDatabase {
   // Several statements, one after another.
   void RunScript(const std::string& script);
   std::int64_t Number(std::string_view sql);
+  std::string Text(std::string_view sql);
   // Of the statement run last; 0 when nothing has changed since the count given.
   std::int64_t ChangesSince(std::int64_t totalChanges) const;
   std::int64_t TotalChanges() const;
   std::int64_t LastRowId() const;
+  // Commits are only written to the log; this waits until it is on the disk.
+  void FlushLog();
 
  private:
   struct Closer {

@@ -69,7 +69,14 @@ SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, ClientIdentit
   if (kind == FileKind::Company) database_.Run(kMonthLockTrigger);
 }
 
-SqliteDriver::~SqliteDriver() { KeepStatistics(); }
+SqliteDriver::~SqliteDriver() {
+  KeepStatistics();
+  try {
+    MakeDurable();
+  } catch (const std::exception&) {
+    // Whoever was told that something is done has had it flushed before.
+  }
+}
 
 // The planner's figures are brought up to date when the work is done, not when the next one begins: those of
 // tables that have none or have grown many times. So many rows of an index are enough for figures of the
@@ -327,6 +334,13 @@ void SqliteDriver::Commit() {
 void SqliteDriver::Rollback() {
   if (!InTransaction()) throw DatabaseError("No transaction is active.");
   database_.Run("ROLLBACK");
+}
+
+void SqliteDriver::MakeDurable() {
+  const auto changes = database_.TotalChanges();
+  if (changes == durableChanges_) return;
+  database_.FlushLog();
+  if (!InTransaction()) durableChanges_ = changes;  // an open one is in the log at its commit
 }
 
 }  // namespace ktl

@@ -35,6 +35,7 @@ class SqliteDriver final : public Driver {
   void Commit() override;
   void Rollback() override;
   bool InTransaction() const override { return database_.InTransaction(); }
+  void MakeDurable() override;
 
  private:
   enum class FieldKind { Text, Integer, Real, Date };
@@ -75,7 +76,8 @@ class SqliteDriver final : public Driver {
   SqliteDatabase database_;
   ClientIdentity client_;
   FunctionHost host_;
-  SharedText shared_;  // of the text being run
+  std::int64_t durableChanges_ = 0;  // made by this connection when its log was last flushed
+  SharedText shared_;                // of the text being run
   // By their texts, those of updatable ones with a line break behind. Null for a shared text whose texts must
   // be read each on its own.
   RecentlyUsed<ProgramPtr> programs_;

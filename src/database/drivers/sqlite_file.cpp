@@ -54,9 +54,11 @@ SqliteDatabase OpenSqliteFile(const std::string& file, FileKind kind, int timeou
   database.SetBusyTimeout(timeoutSeconds);
   if (database.IsReadOnly()) throw DatabaseError(fmt::format("The company file {} cannot be written.", file));
   CheckContents(database, file, kind);
-  // Where readers and a writer cannot share a log, the file keeps its own journal.
-  database.Run("PRAGMA journal_mode = WAL");
-  database.RunScript("PRAGMA synchronous = NORMAL; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -32000;");
+  database.RunScript("PRAGMA temp_store = MEMORY; PRAGMA cache_size = -32000;");
+  // A log is flushed when a person is about to be told that something is done. Where readers and a writer
+  // cannot share one, the file keeps its own journal, and each commit waits for the disk.
+  const bool logged = database.Text("PRAGMA journal_mode = WAL") == "wal";
+  database.RunScript(logged ? "PRAGMA synchronous = NORMAL" : "PRAGMA synchronous = EXTRA");
   return database;
 }
 

@@ -283,7 +283,7 @@ void Writer::WriteArguments(const Expr& expr, const Function& function) {
       RefuseAt(*argument, "\"*\" is for COUNT alone");
     if (argument->kind == ExprKind::Default && function.name == "UDF_GETEMPLOCK")
       Put("NULL");
-    else if (function.role == Role::Aggregate)
+    else if (function.role == Role::Aggregate || (function.name == "NULLIF" && type == Type::Text))
       WriteKey(*argument, *argument);
     else
       WriteAs(*argument, sameType ? type : Type::Unknown);

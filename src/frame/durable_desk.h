@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+
+#include "screen/desk.h"
+
+namespace ktl {
+
+class Connection;
+
+// The desk as the screens see it: what was written before a person is told or asked something is on the disk
+// before he reads it. Of an error he is told in any case. Throws DatabaseError when the disk fails.
+class DurableDesk final : public Desk {
+ public:
+  DurableDesk(Desk& desk, Connection& cn) : desk_(desk), cn_(cn) {}
+
+  Answer MsgBox(const MessageBox& box) override;
+  void ShowModal(Screen& screen) override { desk_.ShowModal(screen); }
+  void Refresh() override { desk_.Refresh(); }
+  void SetBusy(bool busy) override { desk_.SetBusy(busy); }
+  void NoteSaved() override;
+  void TellWritten(const std::string& text, const std::string& file, const std::string& title) override;
+  void NoteProgress(const std::string& words, int percent) override { desk_.NoteProgress(words, percent); }
+
+  void Flush();
+
+ private:
+  Desk& desk_;
+  Connection& cn_;
+};
+
+}  // namespace ktl
