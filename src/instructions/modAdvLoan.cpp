@@ -10,9 +10,11 @@
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
+#include "frame/writing_turn.h"
 #include "instructions/entry_lists.h"
 #include "instructions/entry_questions.h"
 #include "instructions/instruction_statements.h"
+#include "instructions/shown_rows.h"
 #include "instructions/total_interest.h"
 #include "instructions/type_rights.h"
 #include "runtime/numbers.h"
@@ -265,6 +267,7 @@ void modAdvLoan::ShowInterestLock() {
 
 void modAdvLoan::txtSerialNo_Change() {
   serial_ = employee.Employee() == 0 ? 0 : static_cast<long>(Val(txtSerialNo.Text()));
+  if (serial_ != 0) shownRow_ = InstructionRow(session_, Key());
   const std::optional<AdvLoanDetail> detail = serial_ == 0 ? std::nullopt : ReadAdvLoan(session_, Key());
   if (detail) {
     newRecord_ = false;
@@ -346,12 +349,16 @@ void modAdvLoan::RefreshDetail() {
 void modAdvLoan::RefreshEMI() {
   chkSelectAll.SetValue(false);
   std::vector<ScheduleMonth> months;
-  if (HasInstruction()) months = ReadSchedule(session_, Key());
+  if (HasInstruction()) {
+    shownSchedule_ = ScheduleRows(session_, Key());
+    months = ReadSchedule(session_, Key());
+  }
   if (!months.empty() && ComponentsApart()) CountComponents(session_, Key(), months);
   schedule_.Show(std::move(months));
 }
 
 void modAdvLoan::RefreshReceipts() {
+  if (HasInstruction()) shownReceipts_ = ReceiptRows(session_, Key());
   receipts_.Show(HasInstruction() ? ReadReceipts(session_, Key()) : std::vector<Receipt>());
   fpgReceipts.activeRow = kNoRow;
 }
@@ -376,7 +383,10 @@ void modAdvLoan::fpgAdvLoan_Click(std::size_t, std::size_t) {
 void modAdvLoan::fpgEMI_CellChange(std::size_t row, std::size_t column) {
   if (column != ScheduleGrid::kRecovered) return;
   const bool recovered = fpgEMI.IsTicked(row, column);
-  MarkRecovered(session_, Key(), schedule_.At(row).counter, recovered);
+  const auto mark = [&] { MarkRecovered(session_, Key(), schedule_.At(row).counter, recovered); };
+  const auto months = [this] { return ScheduleRows(session_, Key()); };
+  if (!WriteInTurn(session_, months, shownSchedule_, mark, [this] { ShowAnew(); })) return;
+  shownSchedule_ = months();
   schedule_.SetRecovered(row, recovered);
   UpdateOverview();
 }
@@ -432,15 +442,36 @@ void modAdvLoan::cmdSave_Click() {
 }
 
 bool modAdvLoan::ValidateAndSave() {
-  const AdvLoanEntry entry = Entry();
+  AdvLoanEntry entry = Entry();
   const auto ask = [this](const std::string& text, Icon icon, Answer preset) {
     return session_.desk.Confirm(text, session_.title, preset, icon);
   };
   if (const auto refusal = ValidateAdvLoan(session_, entry, ask)) return RefuseSave(*refusal);
+  bool written = false;
+  const auto row = [this] { return InstructionRow(session_, Key()); };
+  const auto write = [&] {
+    // A number that was taken meanwhile becomes the next free one.
+    if (newRecord_ && row() != shownRow_) entry.key.serial = NextSerial(session_, entry.key.employee, type_);
+    try {
+      written = WriteAdvLoan(session_, entry);
+    } catch (const RuntimeError&) {
+      shownRow_ = row();  // without its schedule it is there all the same; another save is an edit of it
+      throw;
+    }
+  };
+  const std::optional<std::string> shown = newRecord_ ? std::nullopt : std::optional(shownRow_);
+  if (!WriteInTurn(session_, row, shown, write, [this] { ShowAnew(); })) return false;
   // An amount of 0 or below writes nothing and says nothing.
-  if (!WriteAdvLoan(session_, entry)) return false;
+  if (!written) return false;
+  serial_ = entry.key.serial;
   AfterSave();
   return true;
+}
+
+void modAdvLoan::ShowAnew() {
+  RefreshDetail();
+  UpdateOverview();
+  txtSerialNo_Change();
 }
 
 bool modAdvLoan::RefuseSave(const EntryRefusal& refusal) {
@@ -463,6 +494,9 @@ void modAdvLoan::AfterSave() {
   ShowSaved(session_);
   newRecord_ = false;
   if (session_.AdvanceMgmtYN) RefreshTotalInterest(session_);
+  shownRow_ = InstructionRow(session_, Key());
+  if (const std::string taken = std::to_string(serial_); taken != txtSerialNo.Text())
+    txtSerialNo.SetText(taken);
   RefreshDetail();
   UpdateOverview();
   FillNames();
@@ -478,7 +512,11 @@ void modAdvLoan::cmdDelete_Click() {
   paint(kAboutToGoColour);
   const std::optional<AdvLoanDetail> detail = DetailToDelete();
   if (!detail) return paint(kWhite);
-  DeleteAdvLoan(session_, Key(), *detail, cmdTDSDet.visible);
+  const bool deleted = WriteInTurn(
+      session_, [this] { return InstructionAndSchedule(session_, Key()) + ReceiptRows(session_, Key()); },
+      shownRow_ + shownSchedule_ + shownReceipts_,
+      [&] { DeleteAdvLoan(session_, Key(), *detail, cmdTDSDet.visible); }, [this] { ShowAnew(); });
+  if (!deleted) return;
   serial_ = 0;
   RefreshDetail();
   UpdateOverview();
@@ -522,15 +560,22 @@ bool modAdvLoan::ConfirmCascades() {
 void modAdvLoan::cmdEMIDelete_Click() {
   const std::vector<ScheduleMonth> deleted = MonthsToDelete();
   if (deleted.empty()) return;
+  const bool written = WriteInTurn(
+      session_, [this] { return ScheduleRows(session_, Key()); }, shownSchedule_,
+      [&] { DeleteInstalments(deleted); }, [this] { ShowAnew(); });
+  if (!written) return;
+  RefreshDetail();
+  RefreshEMI();
+  UpdateOverview();
+  fpgAdvLoan_Click(fpgAdvLoan.activeRow, 0);
+}
+
+void modAdvLoan::DeleteInstalments(const std::vector<ScheduleMonth>& deleted) {
   for (const ScheduleMonth& month : deleted) DeleteInstalment(session_, Key(), month.counter);
   const DeletedInstalments choice = AdjustAfterDelete(deleted);
   AuditDeletedInstalments(session_, Key(), cmbALName.Text(), deleted, choice);
   if (session_.SepPiYN)
     LowerTotalInterest(session_, Key(), cmbALName.Text(), SumAsShown(deleted, &ScheduleMonth::MDFINTAMT));
-  RefreshDetail();
-  RefreshEMI();
-  UpdateOverview();
-  fpgAdvLoan_Click(fpgAdvLoan.activeRow, 0);
 }
 
 std::vector<ScheduleMonth> modAdvLoan::MonthsToDelete() {
