@@ -8,6 +8,7 @@
 #include "database/recordset.h"
 #include "frame/ported_stat.h"
 #include "frame/session.h"
+#include "frame/writing_turn.h"
 #include "instructions/instruction_master_dialect.h"
 #include "instructions/instruction_type.h"
 #include "runtime/text.h"
@@ -126,6 +127,10 @@ std::vector<InstructionMaster> ReadInstructionMasters(Session& session, Instruct
   return masters;
 }
 
+std::string InstructionMasterRows(Session& session, InstructionType type) {
+  return RowsAsText(session, session.Sql("Select * From INS_MASTER Where SITYPE = {} Order By SINAME", type));
+}
+
 std::vector<ListRow> ReadSections(Session& session) {
   std::vector<ListRow> sections;
   Recordset rows(session.Cn, "SELECT TDSREFNO, TDSREF FROM MAS_TDSREF WHERE TYPEID In(2) and TDSREFNO <> 8");
@@ -173,8 +178,9 @@ void DeleteHouseLoanDetails(Session& session, const InstructionMaster& master) {
 }
 
 void WriteInstructionMaster(Session& session, const InstructionMaster& master, const std::string& oldName,
-                            bool advanced) {
+                            bool advanced, const std::string& shown) {
   Transaction transaction(session.Cn);
+  if (InstructionMasterRows(session, master.type) != shown) throw ChangedMeanwhile();
   if constexpr (kMasterDialect == "ORA") {
     ExecuteAll(session, OraSaveStatements(session, master, oldName, advanced));
   } else {

@@ -53,9 +53,13 @@ bool HasHouseLoanDetails(Session& session, const InstructionMaster& master);
 // Of every loan under the name. Not in a transaction: it stands even if the save fails later.
 void DeleteHouseLoanDetails(Session& session, const InstructionMaster& master);
 
-// Writes over the row of the old name, or adds one. A rename is carried over to the instructions.
+// The names of a type as a text that differs when another workstation has changed one.
+std::string InstructionMasterRows(Session& session, InstructionType type);
+
+// Writes over the row of the old name, or adds one. A rename is carried over to the instructions. Throws
+// ChangedMeanwhile, with nothing written, when the names are no longer as they were shown.
 void WriteInstructionMaster(Session& session, const InstructionMaster& master, const std::string& oldName,
-                            bool advanced);
+                            bool advanced, const std::string& shown);
 
 bool IsMasterInUse(Session& session, InstructionType type, const std::string& siName);
 void DeleteInstructionMaster(Session& session, InstructionType type, const std::string& siName);

@@ -5,6 +5,7 @@
 #include "common/amounts.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
+#include "frame/writing_turn.h"
 #include "instructions/type_rights.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -150,6 +151,7 @@ void modSIMaster::DescribeList() {
 }
 
 void modSIMaster::FillList() {
+  shown_ = InstructionMasterRows(session_, type_);
   list_.Show(ReadInstructionMasters(session_, type_));
   fpgSIMaster.activeRow = kNoRow;
   clickedName_.clear();
@@ -250,12 +252,20 @@ void modSIMaster::cmdSave_Click() {
   if (const auto refusal = FindPreferenceRefusal(session_, master, oldName_, caption_))
     return RefuseSave(*refusal);
 
-  WriteInstructionMaster(session_, master, oldName_, advanced);
+  if (!UnlessChanged(
+          session_, [&] { WriteInstructionMaster(session_, master, oldName_, advanced, shown_); },
+          [this] { ShowAnew(); }))
+    return;
   oldName_ = master.siName;  // a failure from here on leaves the written row in the fields
+  shown_ = InstructionMasterRows(session_, type_);
   if (!IsAdvanceOrLoan(type_) && chkTDSAppl.IsShown())
     MarkInstructionsForPorting(session_, type_, master.siName, FactsOf(type_).masterPortCode);
   WriteAudit(" Master Created/Updated");
   ShowSaved(session_);
+  ShowAnew();
+}
+
+void modSIMaster::ShowAnew() {
   FillList();
   Clear();
 }
@@ -298,14 +308,20 @@ void modSIMaster::cmdDelete_Click() {
   fpgSIMaster.PaintRow(row, kNoColour);
   if (!confirmed) return;
 
+  if (WriteInTurn(
+          session_, [this] { return InstructionMasterRows(session_, type_); }, shown_,
+          [&] { DeleteName(*clicked); }, [this] { ShowAnew(); }))
+    ShowAnew();
+}
+
+void modSIMaster::DeleteName(const InstructionMaster& master) {
+  if (IsMasterInUse(session_, type_, clickedName_)) throw ChangedMeanwhile();
   // A name without instructions marks nobody; the code differs from the one of saving.
   if (type_ == InstructionType::Incentive && chkTDSAppl.IsShown())
     MarkInstructionsForPorting(session_, type_, clickedName_, kPortInsOther);
   DeleteInstructionMaster(session_, type_, clickedName_);
-  LoadFields(*clicked);
+  LoadFields(master);
   WriteAudit(" Master Deleted");
-  FillList();
-  Clear();
 }
 
 void modSIMaster::WriteAudit(const std::string& deed) {

@@ -268,6 +268,29 @@ TEST_F(MasterScreen, DeletesOnlyWhatNoInstructionOfItsTypeUses) {
   EXPECT_EQ(Rows("SELECT SITYPE, SINAME FROM INS_MASTER ORDER BY SITYPE"), "2|Used Loan\n3|Car Loan");
 }
 
+TEST_F(MasterScreen, RefusesWhatAnotherWorkstationHasChanged) {
+  company.Name(1, "Festival Advance");
+  company.Name(1, "Travel Advance");
+  const auto refused = [&] {
+    EXPECT_EQ(
+        desk.LastBox().text,
+        "Row cannot be located for updating. Some values may have been changed since it was last read.");
+    desk.TakeBoxes();
+  };
+  modSIMaster& s = Open(1501);
+  ClickRow(s.fpgSIMaster, 0);
+  Run("UPDATE INS_MASTER SET SIPREF = 7 WHERE SINAME = 'Festival Advance'");
+  SaveAs("Feast Advance");
+  refused();
+  EXPECT_EQ(s.txtSIName.Text(), "");
+  ClickRow(s.fpgSIMaster, 0);
+  Run("UPDATE INS_MASTER SET SINAME = 'Fest Advance' WHERE SIPREF = 7");
+  AnswerDelete(Answer::Yes);
+  refused();
+  EXPECT_EQ(Rows("SELECT SINAME, SIPREF FROM INS_MASTER WHERE SITYPE = 1 ORDER BY SINAME"),
+            "Fest Advance|7\nTravel Advance|NULL");
+}
+
 TEST_F(MasterScreen, WritesAuditTextsWithOldValues) {
   Run("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 1");
   const auto audit = [](const std::string& act, const std::string& details) {
