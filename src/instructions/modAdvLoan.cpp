@@ -376,6 +376,7 @@ void modAdvLoan::fpgAdvLoan_Click(std::size_t, std::size_t) {
 void modAdvLoan::fpgEMI_CellChange(std::size_t row, std::size_t column) {
   if (column != ScheduleGrid::kRecovered) return;
   const bool recovered = fpgEMI.IsTicked(row, column);
+  schedule_.ShowStored(row);  // a mark that cannot be written is not shown
   MarkRecovered(session_, Key(), schedule_.At(row).counter, recovered);
   schedule_.SetRecovered(row, recovered);
   UpdateOverview();
