@@ -7,11 +7,13 @@
 
 #include "desktop/message_box.h"
 #include "desktop/screen_window.h"
+#include "desktop/waiting_box.h"
 
 namespace ktl {
 namespace {
 
 constexpr int kPictureDelayMs = 200;  // lets the window settle
+constexpr std::chrono::seconds kQuietWait{2};
 
 // A window that is open for as long as this stands.
 class OnDesk {
@@ -84,6 +86,24 @@ void QtDesk::SetBusy(bool busy) {
   }
 }
 
+// Short waits are no news: until the box is up the windows are only painted.
+bool QtDesk::KeepWaiting(std::chrono::milliseconds waited, bool mayGiveUp) {
+  if (waited < kQuietWait) {
+    const Dispatcher::Waits waits(dispatcher_, nullptr);
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    return true;
+  }
+  if (!waiting_) waiting_ = std::make_unique<WaitingBox>(Top());
+  waiting_->Show(waited, mayGiveUp);
+  {
+    const Dispatcher::Waits waits(dispatcher_, waiting_.get());
+    QApplication::processEvents();
+  }
+  const bool goesOn = !waiting_->IsGivenUp();
+  if (!goesOn) waiting_.reset();
+  return goesOn;
+}
+
 void QtDesk::BringUpToDate() {
   Mirror();
   GrantFocus();
@@ -93,6 +113,7 @@ void QtDesk::BringUpToDate() {
 }
 
 void QtDesk::Mirror() {
+  waiting_.reset();  // whoever has something to show waits no longer
   const Dispatcher::Mirroring mirroring(dispatcher_);
   for (ScreenWindow* window : open_) window->Mirror();
 }

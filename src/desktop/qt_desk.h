@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@ class QWidget;
 namespace ktl {
 
 class ScreenWindow;
+class WaitingBox;
 
 // Thrown out of ShowModal when the picture that was asked for is written.
 struct PictureTaken {};
@@ -34,6 +36,7 @@ class QtDesk final : public Desk {
   void ShowModal(Screen& screen) override;
   void Refresh() override;
   void SetBusy(bool busy) override;
+  bool KeepWaiting(std::chrono::milliseconds waited, bool mayGiveUp) override;
 
  private:
   void BringUpToDate();
@@ -50,6 +53,7 @@ class QtDesk final : public Desk {
   std::string pictureFile_;
   Act act_;
   bool busy_ = false;
+  std::unique_ptr<WaitingBox> waiting_;
 };
 
 }  // namespace ktl

@@ -81,6 +81,7 @@ class ScheduleGrid {
   void Lock(bool locked);  // both ticks of every month
   void Show(std::vector<ScheduleMonth> months);
   // As a person has marked the line.
+  void ShowStored(std::size_t line) { list_.ShowAgain(line); }
   void SetRecovered(std::size_t line, bool recovered);
   void TickAllOpen(bool ticked);
 

@@ -383,6 +383,7 @@ void modAdvLoan::fpgAdvLoan_Click(std::size_t, std::size_t) {
 void modAdvLoan::fpgEMI_CellChange(std::size_t row, std::size_t column) {
   if (column != ScheduleGrid::kRecovered) return;
   const bool recovered = fpgEMI.IsTicked(row, column);
+  schedule_.ShowStored(row);  // a mark that cannot be written is not shown
   const auto mark = [&] { MarkRecovered(session_, Key(), schedule_.At(row).counter, recovered); };
   const auto months = [this] { return ScheduleRows(session_, Key()); };
   if (!WriteInTurn(session_, months, shownSchedule_, mark, [this] { ShowAnew(); })) return;

@@ -99,6 +99,12 @@ TEST_F(EntryScreen, MarkingAMonthAsRecoveredIsWrittenAndCounted) {
   EXPECT_EQ(entry.fpgEMI.At(1, ScheduleGrid::kMonth).backColour, 0xC0FFC0u);
   EXPECT_FALSE(entry.fpgEMI.IsTicked(1, ScheduleGrid::kTick));
   EXPECT_EQ(entry.overview.txtTotalReceipt.Text(), "1000.00");
+  {
+    const Transaction otherWorkstation(company.Cn());
+    TickCell(entry.fpgEMI, 1, ScheduleGrid::kRecovered, false);
+    EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
+    EXPECT_TRUE(entry.fpgEMI.IsTicked(1, ScheduleGrid::kRecovered));
+  }
   TickCell(entry.fpgEMI, 1, ScheduleGrid::kRecovered, false);
   EXPECT_EQ(Rows("SELECT SUM(EMIRECVYN) FROM INS_EMIDETAIL"), "0");
   EXPECT_EQ(entry.overview.txtTotalDue.Text(), "2000.00");

@@ -172,9 +172,25 @@ TEST_F(StartupTest, AHelpFileCountsOnlyWhenItIsThere) {
   Talk("HelpFile", file);
   EnterTopLevel(session, screen);
   EXPECT_EQ(session.helpFile, "");
+  Connect();
+  Fill("MAS_COMPANY", "(CMPNAME) VALUES ('Neem & Sons')");
+  Setting("User", "LEELA");
   std::ofstream{file};
   EnterTopLevel(session, screen);
   EXPECT_EQ(session.helpFile, file);
+  EXPECT_EQ(desk.place.company + "|" + desk.place.user + "|" + desk.place.helpFile,
+            "Neem & Sons|LEELA|" + file);
+}
+
+TEST_F(StartupTest, WhoWaitsForAnotherWorkstationIsAskedUntilTheProgramIsToEnd) {
+  Connect();
+  desk.keepsWaiting = [asked = 0](bool mayGiveUp) mutable { return mayGiveUp && ++asked < 3; };
+  for (const bool mustEnd : {false, true}) {
+    machine.environment.mustEnd = mustEnd;
+    const Transaction other(company.Cn());
+    EXPECT_THROW(session.Cn.Execute("DELETE FROM MAS_EMPLOYEE"), DatabaseError);
+    if (mustEnd) desk.keepsWaiting = [](bool) { return ADD_FAILURE(), false; };
+  }
 }
 
 TEST_F(StartupTest, NoScreenIsOpened) {

@@ -48,10 +48,12 @@ void CheckContents(SqliteDatabase& database, const std::string& file, FileKind k
 
 }  // namespace
 
-SqliteDatabase OpenSqliteFile(const std::string& file, FileKind kind, int timeoutSeconds) {
+SqliteDatabase OpenSqliteFile(const std::string& file, FileKind kind, int timeoutSeconds,
+                              const WaitHandler& onWait) {
   RequireFile(file);
   SqliteDatabase database(file, SqliteDatabase::Mode::Existing);
   database.SetBusyTimeout(timeoutSeconds);
+  if (onWait) database.SetOnWait([&onWait](std::chrono::milliseconds waited) { return onWait({waited}); });
   if (database.IsReadOnly()) throw DatabaseError(fmt::format("The company file {} cannot be written.", file));
   CheckContents(database, file, kind);
   database.RunScript("PRAGMA temp_store = MEMORY; PRAGMA cache_size = -32000;");
@@ -59,6 +61,7 @@ SqliteDatabase OpenSqliteFile(const std::string& file, FileKind kind, int timeou
   // cannot share one, the file keeps its own journal, and each commit waits for the disk.
   const bool logged = database.Text("PRAGMA journal_mode = WAL") == "wal";
   database.RunScript(logged ? "PRAGMA synchronous = NORMAL" : "PRAGMA synchronous = EXTRA");
+  database.SetOnWait({});
   return database;
 }
 
