@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <exception>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "screen/desk.h"
 
 class QDialog;
+class QKeyEvent;
 class QWidget;
 
 namespace ktl {
@@ -18,6 +20,7 @@ namespace ktl {
 class Dispatcher final : public QObject {
  public:
   explicit Dispatcher(Handler bringUpToDate);
+  ~Dispatcher() override;
 
   void Run(const Handler& handler);
   // Runs before the next handler or input, at the latest when the event loop is idle; not while a box is up.
@@ -28,8 +31,11 @@ class Dispatcher final : public QObject {
   // Drops what still waits for a screen that goes away.
   void Forget(const Screen& screen);
 
+  // The key goes to the field that has the focus when what runs now is over.
+  void TypeAfterwards(const QKeyEvent& key);
+
   // Runs the dialog until it is closed. What a handler threw meanwhile comes out here, a RuntimeError as a
-  // ProgramFailure.
+  // ProgramFailure: what was wrong, without the number that says nothing to a person.
   int Exec(QDialog& dialog);
   void RethrowFailure();
 
@@ -73,12 +79,14 @@ class Dispatcher final : public QObject {
 
   Handler TakeWaiting();
   void RunWaiting();
+  void PassTyping();
   void Fail(std::exception_ptr failure);
   bool IsForBox(const QObject& target) const;
 
   Handler bringUpToDate_;
   std::vector<Waiting> waiting_;
   std::vector<QDialog*> dialogs_;  // innermost last
+  std::vector<std::unique_ptr<QKeyEvent>> typed_;
   std::exception_ptr failure_;
   int dialogsShown_ = 0;
   int mirroring_ = 0;

@@ -54,7 +54,7 @@ Answer QtDesk::MsgBox(const MessageBox& box) {
 void QtDesk::ShowModal(Screen& screen) {
   const auto form = forms_.find(screen.name());
   if (form == forms_.end()) {
-    return Inform("The screen \"" + screen.name() + "\" has no window in this build yet.", screen.caption);
+    return Inform("This screen has no window in this build yet.", screen.caption);
   }
   screen.Load();
   if (screen.IsUnloaded()) return;

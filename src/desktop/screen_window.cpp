@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "desktop/dispatcher.h"
+#include "desktop/fitting_form.h"
 
 namespace ktl {
 namespace {
@@ -38,10 +39,12 @@ bool TakesTab(const QWidget& widget) {
 ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispatcher& dispatcher,
                            QWidget* parent)
     : QDialog(parent), screen_(screen), dispatcher_(dispatcher), form_(std::move(form)) {
-  setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
-                 Qt::WindowMinMaxButtonsHint);
+  // The first one stands in the task bar and can be put away; those over it stay with it.
+  setWindowFlags((parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                 Qt::WindowCloseButtonHint | Qt::WindowMinMaxButtonsHint);
   SetUpBand();
   const QSize size = form_->size();
+  MakeFit(*form_);
   layout_.setContentsMargins(0, 0, 0, 0);
   layout_.setSpacing(0);
   layout_.addWidget(&band_);
@@ -97,6 +100,7 @@ void ScreenWindow::FocusMoved(const QWidget* from, const QWidget* to) {
   const Control* left = binder_->ControlOf(from);
   Control* entered = binder_->ControlOf(to);
   if (entered) screen_.NoteFocus(entered);
+  if (entered) BringIntoSight(*binder_->WidgetOf(*entered));
   if (!left || left == entered) return;
   const Binding* binding = binder_->BindingOf(binder_->WidgetOf(*left));
   // Not from inside the change of focus: a box there would leave the focus nowhere.

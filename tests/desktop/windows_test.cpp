@@ -42,6 +42,44 @@ TEST_F(WindowsTest, BoxesAreAnsweredByKeyDefaultOrTime) {
   });
 }
 
+TEST_F(WindowsTest, TheButtonsOfABoxSayWhatTheyDo) {
+  OnSave([&] {
+    OnNext<QMessageBox>([](QMessageBox& box) {
+      EXPECT_EQ(box.button(QMessageBox::Yes)->text(), "&Yes, spread it");
+      EXPECT_EQ(box.button(QMessageBox::Cancel)->text(), "&Cancel, go back");
+      EXPECT_TRUE(box.textInteractionFlags() & Qt::TextSelectableByMouse);
+      EXPECT_FALSE(box.iconPixmap().isNull());
+      EXPECT_EQ(Copied(box), "Adjust?");
+      QTest::keyClick(&box, Qt::Key_N);
+    });
+    const MessageBox box{"Adjust?",
+                         Buttons::YesNoCancel,
+                         Icon::Question,
+                         Answer::Yes,
+                         "Toy",
+                         0,
+                         {"&Yes, spread it", "&No, one month", "&Cancel, go back"}};
+    EXPECT_EQ(desk.MsgBox(box), Answer::No);
+  });
+}
+
+TEST_F(WindowsTest, WhatIsTypedIntoAClosingBoxReachesTheField) {
+  screen.cmdSave.onClick = [this] {
+    OnNext<QMessageBox>([this](QMessageBox& box) {
+      QTest::keyClick(box.defaultButton(), Qt::Key_7);
+      OnNext<QMessageBox>([](QMessageBox& question) { QTest::keyClick(&question, Qt::Key_Return); });
+    });
+    desk.MsgBox({.text = "Updated", .title = "Toy", .closesItselfMs = kWaitMs});
+    desk.Inform("And now?", "Toy");
+    screen.SetFocus(screen.txtCount);
+  };
+  Work([this](ScreenWindow& window) {
+    PressSave(window);
+    Settle();
+    EXPECT_EQ(screen.txtCount.Text(), "7");
+  });
+}
+
 TEST_F(WindowsTest, AFieldIsLeftBeforeTheButtonWorks) {
   Work([this](ScreenWindow& window) {
     Enter(Find<QLineEdit>(window, "txtAmount"), "12");
