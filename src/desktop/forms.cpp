@@ -4,7 +4,9 @@
 #include "ui_modEMIDet.h"
 #include "ui_modInterestMaster.h"
 #include "ui_modReceipts.h"
+#include "ui_modSIDetails.h"
 #include "ui_modSIMaster.h"
+#include "ui_modSalSIAdj.h"
 
 namespace ktl {
 namespace {
@@ -24,7 +26,9 @@ const Forms& ProgramForms() {
       {"modEMIDet", Make<Ui::modEMIDet>},
       {"modInterestMaster", Make<Ui::modInterestMaster>},
       {"modReceipts", Make<Ui::modReceipts>},
+      {"modSIDetails", Make<Ui::modSIDetails>},
       {"modSIMaster", Make<Ui::modSIMaster>},
+      {"modSalSIAdj", Make<Ui::modSalSIAdj>},
   };
   return kForms;
 }

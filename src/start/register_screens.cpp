@@ -3,7 +3,10 @@
 #include "recovery/modEMIDet.h"
 #include "recovery/modInterestMaster.h"
 #include "recovery/modReceipts.h"
+#include "recovery/modSIDetails.h"
+#include "recovery/modSalSIAdj.h"
 #include "runtime/errors.h"
+#include "runtime/numbers.h"
 #include "start/startup.h"
 
 namespace ktl {
@@ -42,6 +45,12 @@ void Register(Session& session, Door<Arguments...>& door) {
 void RegisterScreens(Session& session) {
   session.screens.Add("modAdvLoan", [](Session& opened, Screen*) {
     return std::make_unique<modAdvLoan>(opened, static_cast<InstructionType>(opened.SIType));
+  });
+  session.screens.Add("modSIDetails", [](Session& opened, Screen*) {
+    return std::make_unique<modSIDetails>(opened, opened.FormEmpId);
+  });
+  session.screens.Add("modSalSIAdj", [](Session& opened, Screen*) {
+    return std::make_unique<modSalSIAdj>(opened, Value(Val(opened.FormArgText)).ToLong());
   });
   Register<modSIMaster>(session, session.doors.instructionMaster);
   Register<modEMIDet>(session, session.doors.emiEditor);
