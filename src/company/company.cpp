@@ -13,6 +13,7 @@
 #include "company/company_error.h"
 #include "company/sample_masters.h"
 #include "company/schema_texts.h"
+#include "instructions/month_list.h"
 #include "instructions/total_interest.h"
 #include "machine/settings_store.h"
 
@@ -85,6 +86,7 @@ std::vector<TableSum> Fill(const fs::path& file, const CompanyOptions& options) 
   database.RunScript("COMMIT");
   if (!options.empty) FillSample(database, options.sample);
   database.RunScript(kTotalInterest.setup);  // behind the rows, which it need not watch being made
+  database.RunScript(kMonthList.setup);
   database.RunScript("ANALYZE");
   auto sums = TableSums(database);
   // As the program keeps it, so that the first workstations to open it need not change it.

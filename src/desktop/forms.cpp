@@ -2,6 +2,7 @@
 
 #include "ui_modAdvLoan.h"
 #include "ui_modEMIDet.h"
+#include "ui_modEMIEmp.h"
 #include "ui_modInterestMaster.h"
 #include "ui_modReceipts.h"
 #include "ui_modSIMaster.h"
@@ -20,11 +21,9 @@ std::unique_ptr<QWidget> Make() {
 
 const Forms& ProgramForms() {
   static const Forms kForms{
-      {"modAdvLoan", Make<Ui::modAdvLoan>},
-      {"modEMIDet", Make<Ui::modEMIDet>},
-      {"modInterestMaster", Make<Ui::modInterestMaster>},
-      {"modReceipts", Make<Ui::modReceipts>},
-      {"modSIMaster", Make<Ui::modSIMaster>},
+      {"modAdvLoan", Make<Ui::modAdvLoan>},   {"modEMIDet", Make<Ui::modEMIDet>},
+      {"modEMIEmp", Make<Ui::modEMIEmp>},     {"modInterestMaster", Make<Ui::modInterestMaster>},
+      {"modReceipts", Make<Ui::modReceipts>}, {"modSIMaster", Make<Ui::modSIMaster>},
   };
   return kForms;
 }

@@ -1,6 +1,8 @@
+#include "frame/pickers.h"
 #include "instructions/modAdvLoan.h"
 #include "instructions/modSIMaster.h"
 #include "recovery/modEMIDet.h"
+#include "recovery/modEMIEmp.h"
 #include "recovery/modInterestMaster.h"
 #include "recovery/modReceipts.h"
 #include "runtime/errors.h"
@@ -16,6 +18,11 @@ struct OpenedByName {
   Screen* parent;
 
   operator InstructionType() const { return static_cast<InstructionType>(session.SIType); }
+  operator MonthViewRequest() const {
+    return {session.FormEmpId, static_cast<InstructionType>(session.SIType), session.FormArgText,
+            dynamic_cast<InstructionLists*>(parent)};
+  }
+  operator PickerField() const { return {}; }
   operator InstructionParent&() const {
     auto* const instruction = dynamic_cast<InstructionParent*>(parent);
     if (instruction == nullptr) throw RuntimeError::InvalidProcedureCall();
@@ -43,6 +50,7 @@ void RegisterScreens(Session& session) {
   session.screens.Add("modAdvLoan", [](Session& opened, Screen*) {
     return std::make_unique<modAdvLoan>(opened, static_cast<InstructionType>(opened.SIType));
   });
+  Register<modEMIEmp>(session, session.doors.monthView);
   Register<modSIMaster>(session, session.doors.instructionMaster);
   Register<modEMIDet>(session, session.doors.emiEditor);
   Register<modReceipts>(session, session.doors.receipts);
