@@ -1,9 +1,12 @@
 #include "desktop/forms.h"
 
+#include "ui_frmKtlCalender.h"
+#include "ui_frmSelMonth.h"
 #include "ui_modAdvLoan.h"
 #include "ui_modEMIDet.h"
 #include "ui_modEMIEmp.h"
 #include "ui_modInterestMaster.h"
+#include "ui_modLockMonth.h"
 #include "ui_modReceipts.h"
 #include "ui_modSIMaster.h"
 
@@ -21,9 +24,11 @@ std::unique_ptr<QWidget> Make() {
 
 const Forms& ProgramForms() {
   static const Forms kForms{
-      {"modAdvLoan", Make<Ui::modAdvLoan>},   {"modEMIDet", Make<Ui::modEMIDet>},
-      {"modEMIEmp", Make<Ui::modEMIEmp>},     {"modInterestMaster", Make<Ui::modInterestMaster>},
-      {"modReceipts", Make<Ui::modReceipts>}, {"modSIMaster", Make<Ui::modSIMaster>},
+      {"frmKtlCalender", Make<Ui::frmKtlCalender>}, {"frmSelMonth", Make<Ui::frmSelMonth>},
+      {"modAdvLoan", Make<Ui::modAdvLoan>},         {"modEMIDet", Make<Ui::modEMIDet>},
+      {"modEMIEmp", Make<Ui::modEMIEmp>},           {"modInterestMaster", Make<Ui::modInterestMaster>},
+      {"modLockMonth", Make<Ui::modLockMonth>},     {"modReceipts", Make<Ui::modReceipts>},
+      {"modSIMaster", Make<Ui::modSIMaster>},
   };
   return kForms;
 }

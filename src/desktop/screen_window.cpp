@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "desktop/dispatcher.h"
+#include "desktop/picker_window.h"
 
 namespace ktl {
 namespace {
@@ -38,8 +39,10 @@ bool TakesTab(const QWidget& widget) {
 ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispatcher& dispatcher,
                            QWidget* parent)
     : QDialog(parent), screen_(screen), dispatcher_(dispatcher), form_(std::move(form)) {
-  setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
-                 Qt::WindowMinMaxButtonsHint);
+  const bool picks = screen.under != nullptr;
+  setWindowFlags(picks ? Qt::Dialog | Qt::FramelessWindowHint
+                       : Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                             Qt::WindowCloseButtonHint | Qt::WindowMinMaxButtonsHint);
   SetUpBand();
   const QSize size = form_->size();
   layout_.setContentsMargins(0, 0, 0, 0);
@@ -127,6 +130,12 @@ bool ScreenWindow::eventFilter(QObject* target, QEvent* event) {
 }
 
 bool ScreenWindow::MoveOn(QWidget& from, const Binding& binding, int key) {
+  if (screen_.under) {
+    if (QWidget* to = NeighbourOf(from, key)) {
+      to->setFocus(Qt::OtherFocusReason);
+      return true;
+    }
+  }
   const bool on = (key == Qt::Key_Return || key == Qt::Key_Enter) && binding.EnterMovesOn();
   const bool back = key == Qt::Key_Backspace && binding.IsAtStart();
   if (!on && !back) return false;

@@ -1,9 +1,12 @@
+#include "frame/frmKtlCalender.h"
+#include "frame/frmSelMonth.h"
 #include "frame/pickers.h"
 #include "instructions/modAdvLoan.h"
 #include "instructions/modSIMaster.h"
 #include "recovery/modEMIDet.h"
 #include "recovery/modEMIEmp.h"
 #include "recovery/modInterestMaster.h"
+#include "recovery/modLockMonth.h"
 #include "recovery/modReceipts.h"
 #include "runtime/errors.h"
 #include "start/startup.h"
@@ -50,6 +53,10 @@ void RegisterScreens(Session& session) {
   session.screens.Add("modAdvLoan", [](Session& opened, Screen*) {
     return std::make_unique<modAdvLoan>(opened, static_cast<InstructionType>(opened.SIType));
   });
+  session.screens.Add("modLockMonth",
+                      [](Session& opened, Screen*) { return std::make_unique<modLockMonth>(opened); });
+  Register<frmSelMonth>(session, session.doors.month);
+  Register<frmKtlCalender>(session, session.doors.calendar);
   Register<modEMIEmp>(session, session.doors.monthView);
   Register<modSIMaster>(session, session.doors.instructionMaster);
   Register<modEMIDet>(session, session.doors.emiEditor);
