@@ -1,11 +1,13 @@
 #include "desktop/qt_desk.h"
 
 #include <QApplication>
+#include <QScreen>
 #include <QTimer>
 #include <stdexcept>
 #include <utility>
 
 #include "desktop/message_box.h"
+#include "desktop/picker_window.h"
 #include "desktop/screen_window.h"
 #include "desktop/waiting_box.h"
 
@@ -64,6 +66,7 @@ void QtDesk::ShowModal(Screen& screen) {
     const OnDesk onDesk(open_, window);
     Mirror();
     GrantFocus();
+    if (screen.under != nullptr) PlacePicker(window);
     if (!pictureFile_.empty()) PlanPicture(window);
     dispatcher_.Exec(window);
   }
@@ -150,6 +153,15 @@ void QtDesk::SavePicture(ScreenWindow& window) {
     throw std::runtime_error("cannot write the picture " + pictureFile_);
   }
   throw PictureTaken();
+}
+
+void QtDesk::PlacePicker(ScreenWindow& window) {
+  for (const ScreenWindow* opener : open_) {
+    const QWidget* field = opener->binder().WidgetOf(*window.screen().under);
+    if (!field) continue;
+    window.adjustSize();
+    PlaceUnder(window, *field, field->screen()->availableGeometry());
+  }
 }
 
 QWidget* QtDesk::Top() const { return open_.empty() ? nullptr : open_.back(); }

@@ -43,6 +43,7 @@ class QtDesk final : public Desk {
   void Mirror();
   void GrantFocus();
   void FocusMoved(QWidget* from, QWidget* to);
+  void PlacePicker(ScreenWindow& window);
   void PlanPicture(ScreenWindow& window);
   void SavePicture(ScreenWindow& window);
   QWidget* Top() const;

@@ -79,8 +79,7 @@ void modAdvLoan::ConnectPermitted() {
   permitted(cmdIntrCalc, [this] { CalculateInterest(); });
   permitted(cmdEmi, [this] { OpenOnInstruction(session_.doors.emiEditor); });
   permitted(cmdReceipts, [this] { OpenOnInstruction(session_.doors.receipts); });
-  permitted(cmdMonthly,
-            [this] { session_.doors.monthView({.employee = employee.Employee(), .lists = this}); });
+  permitted(cmdMonthly, [this] { session_.doors.monthView({employee.Employee(), type_, "", this}); });
   permitted(cmdMultiAllot, [this] { cmdMultiAllot_Click(); });
   permitted(cmdReport, [this] { cmdReport_Click(); });
   permitted(cmdTDSDet, [this] { session_.doors.houseLoan(*this); });

@@ -3,6 +3,7 @@
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "frame/handler_guard.h"
+#include "frame/pickers.h"
 #include "frame/session.h"
 #include "runtime/numbers.h"
 
@@ -20,6 +21,7 @@ RecoveryFrame::RecoveryFrame(Session& session, Screen& screen) : screen_(screen)
   const HandlerGuard on(session, *this, ErrorStyle::NumberFirst);
   optInstlLumpSum.onClick = optInstlCount.onClick = on(&RecoveryFrame::optInstallment_Click);
   txtInstlAmt.onLeave = txtNoOfInstlmnts.onLeave = on(&RecoveryFrame::txtInstlAmt_LostFocus);
+  AskForMonth(session, txtRecvrFrom);
   txtRecvrFrom.onLeave = on(&RecoveryFrame::txtRecvrFrom_LostFocus);
 }
 

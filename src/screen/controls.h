@@ -140,6 +140,7 @@ class ComboBox final : public Control {
   const ComboBox* beside = nullptr;
   Handler onChange;
   Handler onLeave;
+  Handler onDblClick;  // F2 does the same
 
  private:
   std::vector<ListRow> rows_;

@@ -100,6 +100,7 @@ TEST_F(StartupTest, EveryCodeOpensItsScreen) {
       {"1508,21.5x#False#0#0", "modSIDetails", 0, 22, ""},
       {"1509, 24121 #False#0#0", "modSalSIAdj", 0, 0, "24121"},
       {"1510#False#0#0", "frmSepInt", 0, 0, ""},
+      {"1511#False#0#0", "modLockMonth", 0, 0, ""},
   };
   for (const auto& [line, screen, siType, employee, argument] : cases) {
     SCOPED_TRACE(line);
@@ -198,7 +199,7 @@ TEST_F(StartupTest, NoScreenIsOpened) {
   const std::pair<const char*, std::string> cases[] = {
       {"1506#False#0#0", invalid},
       {"1499#False#0#0", invalid},
-      {"1511#False#0#0", invalid},
+      {"1512#False#0#0", invalid},
       {"1510#False#0#0",
        "Information | KestrelLedger - Standing Instruction | The separate interest is not part of this build yet."},
   };

@@ -235,7 +235,8 @@ std::string_view SqliteDriver::Choose(const StatementTwin& twin) {
 bool SqliteDriver::MakeReady(const StatementTwin& twin) {
   if (twinTables_.contains(twin.table)) return true;
   const auto isThere = [&] {
-    SqliteDatabase::Lease table(database_, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?1");
+    SqliteDatabase::Lease table(database_,
+                                "SELECT 1 FROM sqlite_master WHERE type IN ('table', 'view') AND name = ?1");
     table->Bind(0, Value(twin.table));
     return table->Step();
   };
