@@ -43,7 +43,7 @@ modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
   }
   for (TextBox* box : {&txtFromMonth, &txtToMonth, &txtIntFrom, &txtIntTo}) {
     box->toolTip = kMonthFormat;
-    box->onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnlyWithAlpha(key); };
+    box->onKeyPress = clsGenCmn::DateKeyWithAlpha;
   }
   ConnectHandlers();
 }

@@ -38,7 +38,7 @@ modReceipts::modReceipts(Session& session, InstructionParent& parent)
     box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
     box->onLeave = [box] { box->SetText(EditedAmount(box->Text(), "").text); };  // as it will be stored
   }
-  txtRcptDate.onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnly(key); };
+  txtRcptDate.onKeyPress = clsGenCmn::DateKey;
   ConnectHandlers();
 }
 

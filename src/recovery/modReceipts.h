@@ -74,7 +74,8 @@ class modReceipts final : public Screen {
   const std::map<ReceiptField, Control*> fields_{{ReceiptField::New, &cmdNew},
                                                  {ReceiptField::Date, &txtRcptDate},
                                                  {ReceiptField::Amount, &txtAmount},
-                                                 {ReceiptField::Interest, &txtInterest}};
+                                                 {ReceiptField::Interest, &txtInterest},
+                                                 {ReceiptField::Remarks, &txtRemarks}};
   bool blnNewRow = false;
 };
 
