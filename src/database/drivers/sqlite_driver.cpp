@@ -315,10 +315,7 @@ void SqliteDriver::UpdateRow(const std::string& table, const RowKey& key,
   update->Bind(values.size(), std::any_cast<std::int64_t>(key));
   const auto before = database_.TotalChanges();
   update->Step();
-  if (database_.ChangesSince(before) == 0)
-    throw DatabaseError(
-        "Row cannot be located for updating. Some values may have been changed since it was last read.",
-        kRowGoneError);
+  if (database_.ChangesSince(before) == 0) throw DatabaseError(kRowGoneText, kRowGoneError);
 }
 
 void SqliteDriver::Begin() {
