@@ -28,12 +28,12 @@ InstructionMaster MasterOf(const Recordset& row) {
       .accCode = row["ACCCODE"].TextOrEmpty(),
       .tdsYn = IsSet(row["TDSYN"]),
       .tdsRefNo = WholeIfAny(row["TDSREFNO"]),
-      .siPref = WholeIfAny(row["SIPREF"]).value_or(0),
+      .siPref = row["SIPREF"].NumberOr0(),
       .sepPiYn = IsSet(row["SEPPIYN"]),
       .sbiIfbYn = IsSet(row["SBIIFBYN"]),
       .amtLimit = NumberIfAny(row["AMTLIMIT"]),
-      .allowLimit = WholeIfAny(row["ALLOWLIMIT"]),
-      .emiRecCnt = WholeIfAny(row["EMIRECCNT"]),
+      .allowLimit = NumberIfAny(row["ALLOWLIMIT"]),
+      .emiRecCnt = NumberIfAny(row["EMIRECCNT"]),
       .intrRate = NumberIfAny(row["INTRRATE"]),
       .reducingBalYn = IsSet(row["REDUCINGBALYN"]),
   };
@@ -44,6 +44,10 @@ Value ValueOrNull(const std::optional<Number>& number) {
   return number ? Value(*number) : Value(Null{});
 }
 
+Value WholeOrNull(std::optional<double> number) {
+  return number ? Value(Value(*number).ToLong()) : Value(Null{});
+}
+
 Value Flag(bool on) { return on ? 1 : 0; }
 
 void AssignRules(Recordset& row, const InstructionMaster& master) {
@@ -52,7 +56,7 @@ void AssignRules(Recordset& row, const InstructionMaster& master) {
   row.Set("ACCCODE", master.accCode.empty() ? Value(Null{}) : Value(master.accCode));
   row.Set("TDSYN", Flag(master.tdsYn));
   row.Set("TDSREFNO", ValueOrNull(master.tdsRefNo));
-  row.Set("SIPREF", CNull(master.siPref, Null{}, true));
+  row.Set("SIPREF", CNull(WholeOrNull(master.siPref), Null{}, true));
   row.Set("SEPPIYN", Flag(master.sepPiYn));
   row.Set("SBIIFBYN", Flag(master.sbiIfbYn));
 }
@@ -60,8 +64,8 @@ void AssignRules(Recordset& row, const InstructionMaster& master) {
 // A company without advanced options loses what stood in the five columns.
 void AssignAdvancedOptions(Recordset& row, const InstructionMaster& master, bool advanced) {
   row.Set("AMTLIMIT", advanced ? ValueOrNull(master.amtLimit) : Null{});
-  row.Set("ALLOWLIMIT", advanced ? ValueOrNull(master.allowLimit) : Null{});
-  row.Set("EMIRECCNT", advanced ? ValueOrNull(master.emiRecCnt) : Null{});
+  row.Set("ALLOWLIMIT", advanced ? WholeOrNull(master.allowLimit) : Null{});
+  row.Set("EMIRECCNT", advanced ? WholeOrNull(master.emiRecCnt) : Null{});
   row.Set("INTRRATE", advanced ? ValueOrNull(master.intrRate) : Null{});
   row.Set("REDUCINGBALYN", Flag(advanced && master.reducingBalYn));
 }
@@ -108,6 +112,14 @@ bool NeedsSection(const InstructionMaster& master) {
          master.tdsYn;
 }
 
+// While the house-loan details are still there.
+void RequireStorableCounts(const InstructionMaster& master, bool advanced) {
+  WholeOrNull(master.siPref);
+  if (!advanced) return;
+  WholeOrNull(master.allowLimit);
+  WholeOrNull(master.emiRecCnt);
+}
+
 }  // namespace
 
 std::vector<InstructionMaster> ReadInstructionMasters(Session& session, InstructionType type) {
@@ -150,6 +162,7 @@ std::optional<MasterRefusal> FindMasterRefusal(Session& session, const Instructi
     return MasterRefusal{"Entered " + caption + " already exists.", MasterField::Name};
   if (NeedsSection(master) && !master.tdsRefNo)
     return MasterRefusal{"Select the section for which TDS is applicable", MasterField::Section};
+  RequireStorableCounts(master, advanced);
   return std::nullopt;
 }
 

@@ -18,6 +18,7 @@
 #include "instructions/total_interest.h"
 #include "instructions/type_rights.h"
 #include "runtime/numbers.h"
+#include "runtime/text.h"
 #include "workbook/export_menu.h"
 
 namespace ktl {
@@ -111,7 +112,7 @@ void modAdvLoan::SetKeyFilters() {
   }
   txtSerialNo.rightAligned = true;
   txtSerialNo.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
-  txtAdvDate.onKeyPress = clsGenCmn::FnIntAllowDateOnlyWithAlpha;
+  txtAdvDate.onKeyPress = clsGenCmn::DateKeyWithAlpha;
 }
 
 void modAdvLoan::Form_Load() {
@@ -190,10 +191,8 @@ void modAdvLoan::FillEmployeeLists() {
 
 void modAdvLoan::FillNames() { cmbALName.SetRows(ReadNames(session_, type_)); }
 
-void modAdvLoan::chkCurrEMIEmp_Click() {
-  FillEmployeeLists();
-  employee.cmbEmpName.SetText("");
-}
+// Who is chosen stays, with what is typed for him, even when the narrower list does not show him.
+void modAdvLoan::chkCurrEMIEmp_Click() { FillEmployeeLists(); }
 
 // Buttons by the rights of the user and the lock of the employee.
 void modAdvLoan::EnableCommands() {
@@ -223,6 +222,7 @@ void modAdvLoan::EnableInputs() {
 }
 
 void modAdvLoan::cmbEmpName_Change() {
+  formula.Show(false);
   newRecord_ = false;
   serial_ = 0;
   txtSerialNo.SetText("");
@@ -265,7 +265,7 @@ void modAdvLoan::ShowInterestLock() {
 }
 
 void modAdvLoan::txtSerialNo_Change() {
-  serial_ = employee.Employee() == 0 ? 0 : static_cast<long>(Val(txtSerialNo.Text()));
+  serial_ = employee.Employee() == 0 ? 0 : TypedSerial(txtSerialNo.Text());
   if (serial_ != 0) shownRow_ = InstructionRow(session_, Key());
   const std::optional<AdvLoanDetail> detail = serial_ == 0 ? std::nullopt : ReadAdvLoan(session_, Key());
   if (detail) {
@@ -277,6 +277,7 @@ void modAdvLoan::txtSerialNo_Change() {
     ShowScheduleInputs(true);
     newRecord_ = serial_ > 0;
   }
+  instructions_.Mark(HasInstruction() ? serial_ : 0);
   ShowHouseLoan();
   RefreshEMI();
   RefreshReceipts();
@@ -290,10 +291,9 @@ void modAdvLoan::ShowInstruction(const AdvLoanDetail& detail) {
   txtInterestAmt.SetText(ShownAmount(detail.interest));
   txtRemarks.SetText(detail.remarks);
   cmbInstitution.SetText(detail.institution);
-  recovery.chkNoRecovery.SetValue(false);
-  recovery.txtInstlAmt.SetText("");
-  recovery.txtRecvrFrom.SetText("");
+  recovery.Empty();
   formula.Forget();
+  formula.Show(false);  // its amount would go over the stored one
 }
 
 // Everything but the serial number.
@@ -408,13 +408,13 @@ AdvLoanEntry modAdvLoan::Entry() const {
                    .interest = txtInterestAmt.Text(),
                    .remarks = txtRemarks.Text(),
                    .instalment = recovery.txtInstlAmt.Text(),
-                   .count = recovery.txtNoOfInstlmnts.Text(),
+                   .count = recovery.ShownCount(),
                    .recoverFrom = recovery.txtRecvrFrom.Text()});
   return entry;
 }
 
 void modAdvLoan::cmdNew_Click() {
-  if (newRecord_ && !MayLeaveNewRecord(session_, "Do you want to Save Entered Details?",
+  if (newRecord_ && !MayLeaveNewRecord(session_, "Do you want to Save Entered Details?", cmdSave,
                                        [this] { return ValidateAndSave(); }))
     return;
   if (employee.Employee() == 0) {
@@ -426,7 +426,6 @@ void modAdvLoan::cmdNew_Click() {
   const std::string serial = std::to_string(NextSerial(session_, employee.Employee(), type_));
   if (txtSerialNo.Text() == serial) txtSerialNo.SetText("");
   txtSerialNo.SetText(serial);
-  fpgAdvLoan.activeRow = kNoRow;
   EnableCommands();
   SetFocus(cmbALName);
 }
@@ -486,7 +485,8 @@ bool modAdvLoan::RefuseSave(const EntryRefusal& refusal) {
                  {EntryField::Interest, &txtInterestAmt},
                  {EntryField::Instalment, &recovery.txtInstlAmt},
                  {EntryField::Count, &recovery.txtNoOfInstlmnts},
-                 {EntryField::RecoverFrom, &recovery.txtRecvrFrom}});
+                 {EntryField::RecoverFrom, &recovery.txtRecvrFrom},
+                 {EntryField::Remarks, &txtRemarks}});
 }
 
 void modAdvLoan::AfterSave() {
@@ -651,11 +651,13 @@ void modAdvLoan::cmdReport_Click() {
 
 void modAdvLoan::CalculateInterest() {
   SettingsStore& settings = session_.machine.settings;
-  settings.Set("Settings", "ICPrcpl", NumberText(clsGenCmn::FnDblTrimVal(txtAdvAmount.Text())));
+  settings.Set("Settings", "ICPrcpl", ReplaceAll(txtAdvAmount.Text(), ",", ""));
   if (session_.SepPiYN) {
     session_.doors.interestEditor(*this);
+    RefreshDetail();
     RefreshEMI();
     UpdateOverview();
+    ShowStoredInterest();
   } else {
     StartExternal(session_, {"KTLIntrCalc", "Interest Calculation", ""});
   }
@@ -664,9 +666,16 @@ void modAdvLoan::CalculateInterest() {
   if (txtInterestAmt.Text().empty()) txtInterestAmt.SetText(settings.Get("Settings", "ICIntrAmt", ""));
 }
 
+// The total that the editor has stored; the next save keeps it. What else is typed stays.
+void modAdvLoan::ShowStoredInterest() {
+  if (!HasInstruction()) return;
+  shownRow_ = InstructionRow(session_, Key());
+  if (const auto detail = ReadAdvLoan(session_, Key())) txtInterestAmt.SetText(ShownAmount(detail->interest));
+}
+
 bool modAdvLoan::Form_QueryUnload() {
   if ((!cmdSave.enabled && !cmdDelete.enabled) || !newRecord_) return true;
-  return MayLeaveNewRecord(session_, "Do you want to Save entered details?", [this] {
+  return MayLeaveNewRecord(session_, "Do you want to Save entered details?", cmdSave, [this] {
     bool saved = false;  // a failure is shown and keeps the screen
     on_.Run([&] { saved = ValidateAndSave(); });
     return saved;

@@ -138,6 +138,7 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void ClearInstruction();
   void ShowScheduleInputs(bool shown);
   void ShowInterestLock();
+  void ShowStoredInterest();
   void ShowHouseLoan();
 
   AdvLoanEntry Entry() const;

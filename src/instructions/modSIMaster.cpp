@@ -26,13 +26,9 @@ std::string AmountText(const std::optional<double>& amount) {
   return amount ? clsGenCmn::FnStrConvertToCommaNumber(NumberText(*amount), 2) : "";
 }
 
-std::string CountText(const std::optional<long>& count) { return count ? std::to_string(*count) : ""; }
+std::string PlainText(const std::optional<double>& number) { return number ? NumberText(*number) : ""; }
 
-std::string RateText(const std::optional<double>& rate) { return rate ? NumberText(*rate) : ""; }
-
-std::string PreferenceText(long siPref) { return siPref == 0 ? "" : std::to_string(siPref); }
-
-long WholeNumber(const std::string& text) { return Value(clsGenCmn::FnDblTrimVal(text)).ToLong(); }
+std::string PreferenceText(double siPref) { return siPref == 0 ? "" : NumberText(siPref); }
 
 AuditField FieldOf(std::string label, const TextBox& box) {
   return {std::move(label), box.IsShown() ? box.Text() : "", box.tag};
@@ -141,9 +137,9 @@ void modSIMaster::DescribeList() {
       {{"Section"}, &Row::section},
       number("Deduction Pref.", !advLoan, PreferenceText, &Row::siPref),
       number("Max. Limit", !advanced, AmountText, &Row::amtLimit, 110),
-      number("Max. Allowed", !advanced, CountText, &Row::allowLimit),
-      number("Recovery EMI", !advanced, CountText, &Row::emiRecCnt),
-      number("Interest Rate", !advanced, RateText, &Row::intrRate),
+      number("Max. Allowed", !advanced, PlainText, &Row::allowLimit),
+      number("Recovery EMI", !advanced, PlainText, &Row::emiRecCnt),
+      number("Interest Rate", !advanced, PlainText, &Row::intrRate),
       tick("Reducing Balance", !advanced, &Row::reducingBalYn),
       tick("Separate P/I Acc", !advLoan, &Row::sepPiYn),
       tick("IFBYN", !advLoan || !loanScreen, &Row::sbiIfbYn),
@@ -192,11 +188,11 @@ void modSIMaster::LoadFields(const InstructionMaster& master) {
   chkMaxAmount.SetValue(master.amtLimit.has_value());
   txtMaxAmount.SetText(AmountText(master.amtLimit));
   chkMaxAllowed.SetValue(master.allowLimit.has_value());
-  txtMaxAllowed.SetText(CountText(master.allowLimit));
+  txtMaxAllowed.SetText(PlainText(master.allowLimit));
   chkRecEMI.SetValue(master.emiRecCnt.has_value());
-  txtRecEMI.SetText(CountText(master.emiRecCnt));
+  txtRecEMI.SetText(PlainText(master.emiRecCnt));
   chkInterestRate.SetValue(master.intrRate.has_value());
-  txtInterestRate.SetText(RateText(master.intrRate));
+  txtInterestRate.SetText(PlainText(master.intrRate));
   chkRedBal.SetValue(master.reducingBalYn);
   EnableByTicks();  // a value that did not change raised no click
 }
@@ -210,22 +206,23 @@ void modSIMaster::NoteOldValues() {
 }
 
 InstructionMaster modSIMaster::FromFields() const {
+  const auto number = [](const TextBox& box) { return clsGenCmn::FnDblTrimVal(box.Text()); };
   InstructionMaster master{
       .type = type_,
       .siName = Trim(txtSIName.Text()),
       .accCode = Trim(txtAccCode.Text()),
       .tdsYn = chkTDSAppl.Value(),
-      .siPref = WholeNumber(txtDedPref.Text()),
+      .siPref = number(txtDedPref),
       .sepPiYn = chkType.Value(),
       .sbiIfbYn = chkSBIInt.Value(),
       .reducingBalYn = chkInterestRate.Value() && chkRedBal.Value(),
   };
   const std::string section = cmbSection.BoundText();
-  if (master.tdsYn && !section.empty()) master.tdsRefNo = WholeNumber(section);
-  if (chkMaxAmount.Value()) master.amtLimit = clsGenCmn::FnDblTrimVal(txtMaxAmount.Text());
-  if (chkMaxAllowed.Value()) master.allowLimit = WholeNumber(txtMaxAllowed.Text());
-  if (chkRecEMI.Value()) master.emiRecCnt = WholeNumber(txtRecEMI.Text());
-  if (chkInterestRate.Value()) master.intrRate = clsGenCmn::FnDblTrimVal(txtInterestRate.Text());
+  if (master.tdsYn && !section.empty()) master.tdsRefNo = static_cast<long>(Val(section));
+  if (chkMaxAmount.Value()) master.amtLimit = number(txtMaxAmount);
+  if (chkMaxAllowed.Value()) master.allowLimit = number(txtMaxAllowed);
+  if (chkRecEMI.Value()) master.emiRecCnt = number(txtRecEMI);
+  if (chkInterestRate.Value()) master.intrRate = number(txtInterestRate);
   return master;
 }
 

@@ -40,6 +40,8 @@ class ScriptedDesk : public Desk {
     WillWorkOn(ScreenScript([script](Screen& screen) { script(dynamic_cast<ScreenType&>(screen)); }));
   }
 
+  std::function<void(const MessageBox&)> whileItStands;  // sees every box
+
   const std::vector<ShownBox>& Boxes() const { return boxes_; }
   const ShownBox& LastBox() const;       // throws when there is none
   std::vector<ShownBox> TakeBoxes();     // and forgets them
