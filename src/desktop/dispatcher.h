@@ -31,6 +31,8 @@ class Dispatcher final : public QObject {
   // ProgramFailure.
   int Exec(QDialog& dialog);
   void RethrowFailure();
+  // Ends the dialogs that are up, the innermost first, whatever they wait for: Exec throws this.
+  void Fail(std::exception_ptr failure);
 
   // While one lives, the signals of the widgets are the mirror's own doing and raise nothing.
   class Mirroring {
@@ -56,7 +58,6 @@ class Dispatcher final : public QObject {
 
   Handler TakeWaiting();
   void RunWaiting();
-  void Fail(std::exception_ptr failure);
 
   Handler bringUpToDate_;
   std::vector<Waiting> waiting_;

@@ -59,7 +59,6 @@ void modExternal::StartAndWait() {
   if (!process) session_.desk.ShowError("Required External Application not found", session_.title);
   std::exception_ptr failure;
   try {
-    if (process && MODE != 4) WaitForHandle(*process);
     if (process) WaitForEnd(*process);
   } catch (...) {
     failure = std::current_exception();
@@ -74,11 +73,7 @@ long modExternal::Handle() {
   return static_cast<long>(Val(session_.machine.settings.Get(kTalk, "HWND" + AppName, "0")));
 }
 
-// Without a time-out: only the handle ends it, or that the program has ended.
-void modExternal::WaitForHandle(SiblingProcess& process) {
-  while (process.IsRunning() && Handle() <= 0) PassTime(&process);
-}
-
+// Without a time-out, and whether its window has come up or not.
 void modExternal::WaitForEnd(SiblingProcess& process) {
   while (process.IsRunning()) PassTime(&process);
   PassStatus(process);

@@ -34,7 +34,6 @@ class modExternal final : public Screen {
 
  private:
   void StartAndWait();
-  void WaitForHandle(SiblingProcess& process);
   void WaitForEnd(SiblingProcess& process);
   void WaitForRunning();
   void PassStatus(SiblingProcess& process);
