@@ -253,7 +253,7 @@ TEST_F(BadDay, ASignalOrAWrongScriptLeavesNoWindowNumberBehind) {
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << program << status;
     EXPECT_EQ(talk("HWND" + program), "0");
     EXPECT_EQ(talk("StatusHWNDKestrel Ledger"), "99");
-    EXPECT_NE(RunShell("kill -0 \"$(cat " + Path("sibling").string() + ")\" 2>/dev/null"), 0);
+    EXPECT_NE(RunShell("kill -0 \"$(cat " + Path("sibling").string() + " 2>/dev/null)\" 2>/dev/null"), 0);
   }
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN WHERE EMPID = 49"), "0\n");
 }
