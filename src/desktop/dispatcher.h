@@ -37,6 +37,7 @@ class Dispatcher final : public QObject {
   // ProgramFailure: what was wrong, without the number that says nothing to a person.
   int Exec(QDialog& dialog);
   void RethrowFailure();
+  int DialogsShown() const { return dialogsShown_; }  // so far
 
   // While one lives, the signals of the widgets are the mirror's own doing and raise nothing.
   class Mirroring {

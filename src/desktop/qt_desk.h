@@ -32,6 +32,7 @@ class QtDesk final : public Desk {
 
   Answer MsgBox(const MessageBox& box) override;
   void ShowModal(Screen& screen) override;
+  void NoteSaved() override;
   void Refresh() override;
   void SetBusy(bool busy) override;
 
