@@ -181,6 +181,34 @@ class LabelBinding final : public Binding {
   ColourMirror colours_;
 };
 
+// A label that is one of many to choose from: the keyboard comes to it.
+class ChoiceBinding final : public Binding {
+ public:
+  ChoiceBinding(Label& control, QPushButton& button, Dispatcher& dispatcher)
+      : control_(control), button_(button) {
+    Decorate(button);
+    QObject::connect(&button, &QPushButton::clicked, &button, [this, &dispatcher] {
+      if (control_.IsUsable()) dispatcher.Run(control_.onClick);
+    });
+  }
+
+  void Mirror() override {
+    MirrorState(control_, button_);
+    colours_.Mirror(control_, button_);
+    MirrorCaption(control_.caption, button_);
+  }
+  bool Filter(QEvent& event) override {
+    if (!Presses(event)) return false;
+    button_.click();
+    return true;
+  }
+
+ private:
+  Label& control_;
+  QPushButton& button_;
+  ColourMirror colours_;
+};
+
 template <class BindingType, class WidgetType, class ControlType>
 std::unique_ptr<Binding> Bind(ControlType& control, QWidget& widget, Dispatcher& dispatcher) {
   auto* typed = qobject_cast<WidgetType*>(&widget);
@@ -204,6 +232,7 @@ std::unique_ptr<Binding> BindButton(Button& control, QWidget& widget, Dispatcher
 }
 
 std::unique_ptr<Binding> BindLabel(Label& control, QWidget& widget, Dispatcher& dispatcher) {
+  if (auto choice = Bind<ChoiceBinding, QPushButton>(control, widget, dispatcher)) return choice;
   return Bind<LabelBinding, QLabel>(control, widget, dispatcher);
 }
 

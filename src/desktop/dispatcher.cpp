@@ -19,7 +19,7 @@ Dispatcher::Dispatcher(Handler bringUpToDate) : bringUpToDate_(std::move(bringUp
 Dispatcher::~Dispatcher() = default;
 
 void Dispatcher::Run(const Handler& handler) {
-  if (failure_) return;
+  if (failure_ || waits_) return;
   const Handler keep = handler;  // it may replace itself while it runs
   try {
     RunWaiting();
@@ -47,6 +47,7 @@ void Dispatcher::Later(const Screen& screen, Handler handler) {
 }
 
 bool Dispatcher::Settle() {
+  if (waits_) return true;
   const bool due = std::any_of(waiting_.begin(), waiting_.end(),
                                [this](const Waiting& waiting) { return waiting.depth >= dialogs_.size(); });
   if (!due) return true;
@@ -98,10 +99,15 @@ bool Dispatcher::eventFilter(QObject* target, QEvent* event) {
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
     case QEvent::Close:
-      return !Settle();
+      return waits_ ? !IsForBox(*target) : !Settle();
     default:
       return QObject::eventFilter(target, event);
   }
+}
+
+// The window system sends to windows, not to widgets, and knows itself that the box is modal.
+bool Dispatcher::IsForBox(const QObject& target) const {
+  return !target.isWidgetType() || static_cast<const QWidget&>(target).window() == box_;
 }
 
 Handler Dispatcher::TakeWaiting() {

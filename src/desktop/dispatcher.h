@@ -11,6 +11,7 @@
 
 class QDialog;
 class QKeyEvent;
+class QWidget;
 
 namespace ktl {
 
@@ -52,6 +53,22 @@ class Dispatcher final : public QObject {
   };
   bool IsMirroring() const { return mirroring_ > 0; }
 
+  // While one lives, events are passed on inside of a handler that waits: no other handler runs, what the
+  // person does reaches the box alone (null for none).
+  class Waits {
+   public:
+    Waits(Dispatcher& dispatcher, const QWidget* box) : dispatcher_(dispatcher) {
+      dispatcher_.waits_ = true;
+      dispatcher_.box_ = box;
+    }
+    ~Waits() { dispatcher_.waits_ = false; }
+    Waits(const Waits&) = delete;
+    Waits& operator=(const Waits&) = delete;
+
+   private:
+    Dispatcher& dispatcher_;
+  };
+
   bool eventFilter(QObject* target, QEvent* event) override;
 
  private:
@@ -65,6 +82,7 @@ class Dispatcher final : public QObject {
   void RunWaiting();
   void PassTyping();
   void Fail(std::exception_ptr failure);
+  bool IsForBox(const QObject& target) const;
 
   Handler bringUpToDate_;
   std::vector<Waiting> waiting_;
@@ -73,6 +91,8 @@ class Dispatcher final : public QObject {
   std::exception_ptr failure_;
   int dialogsShown_ = 0;
   int mirroring_ = 0;
+  bool waits_ = false;
+  const QWidget* box_ = nullptr;
 };
 
 }  // namespace ktl

@@ -58,6 +58,8 @@ QPushButton[primary="true"] { background: #2f6fb3; border-color: #2f6fb3; color:
 QPushButton[primary="true"]:hover { background: #275f9b; }
 QPushButton[primary="true"]:focus { border: 1px solid #163a61; }
 QPushButton[primary="true"]:disabled { background: #b9cbe0; border-color: #b9cbe0; color: #f1f3f6; }
+QPushButton[choice="true"] { padding: 2px 4px; }
+QPushButton[choice="true"]:focus { border: 2px solid #2f6fb3; }
 QPushButton[compact="true"] { padding: 4px 7px; }
 QPushButton::menu-indicator { subcontrol-position: right center; right: 6px; }
 

@@ -14,6 +14,7 @@
 #include "desktop/dispatcher.h"
 #include "desktop/fitting_form.h"
 #include "desktop/message_box.h"
+#include "desktop/picker_window.h"
 #include "desktop/window_memory.h"
 
 namespace ktl {
@@ -41,9 +42,11 @@ bool TakesTab(const QWidget& widget) {
 ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispatcher& dispatcher,
                            QWidget* parent)
     : QDialog(parent), screen_(screen), dispatcher_(dispatcher), form_(std::move(form)) {
+  const bool picks = screen.under != nullptr;
   // The first one stands in the task bar and can be put away; those over it stay with it.
-  setWindowFlags((parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                 Qt::WindowCloseButtonHint | Qt::WindowMinMaxButtonsHint);
+  setWindowFlags(picks ? Qt::Dialog | Qt::FramelessWindowHint
+                       : (parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                             Qt::WindowCloseButtonHint | Qt::WindowMinMaxButtonsHint);
   SetUpBand();
   const QSize size = form_->size();
   MakeFit(*form_);
@@ -158,6 +161,12 @@ bool ScreenWindow::eventFilter(QObject* target, QEvent* event) {
 }
 
 bool ScreenWindow::MoveOn(QWidget& from, const Binding& binding, int key) {
+  if (screen_.under) {
+    if (QWidget* to = NeighbourOf(from, key)) {
+      to->setFocus(Qt::OtherFocusReason);
+      return true;
+    }
+  }
   const bool on = (key == Qt::Key_Return || key == Qt::Key_Enter) && binding.EnterMovesOn();
   const bool back = key == Qt::Key_Backspace && binding.IsAtStart();
   if (!on && !back) return false;

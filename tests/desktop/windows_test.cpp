@@ -159,6 +159,43 @@ TEST_F(WindowsTest, AChildWorksOnItsParentWhileItIsOpen) {
   EXPECT_TRUE(child.IsUnloaded());
 }
 
+// A person types on, clicks Save and lets the timer run while a handler waits for another workstation.
+TEST_F(WindowsTest, WhileAnotherWorkstationWritesOnlyGivingUpIsHeard) {
+  using std::chrono::milliseconds;
+  screen.tmrTick.intervalMs = 1;
+  screen.tmrTick.onTimer = [this] { screen.heard.push_back("timer"); };
+  OnSave([this] {
+    auto* window = TopDialog<ScreenWindow>();
+    screen.tmrTick.enabled = true;
+    desk.Refresh();
+    const auto distract = [&] {
+      QTest::qSleep(5);
+      Enter(Find<QLineEdit>(*window, "txtCount"), "12");
+      PressSave(*window);
+    };
+    EXPECT_TRUE(desk.KeepWaiting(milliseconds(1900), true));
+    EXPECT_EQ(TopDialog<QDialog>(), window);
+    for (const bool mayGiveUp : {false, true}) {
+      EXPECT_TRUE(desk.KeepWaiting(milliseconds(2100), mayGiveUp));
+      auto& box = *TopDialog<QDialog>();
+      EXPECT_NE(&box, window);
+      QTimer::singleShot(0, &box, [&] {
+        distract();
+        for (const auto key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space}) QTest::keyClick(&box, key);
+      });
+      EXPECT_TRUE(desk.KeepWaiting(milliseconds(2200), mayGiveUp));
+      QTimer::singleShot(0, &box, [&] { Find<QPushButton>(box, "giveUp").click(); });
+      EXPECT_EQ(desk.KeepWaiting(milliseconds(2300), mayGiveUp), !mayGiveUp);
+    }
+    EXPECT_EQ(TopDialog<QDialog>(), window);
+    EXPECT_EQ(screen.heard, Heard{});
+    EXPECT_TRUE(desk.KeepWaiting(milliseconds(9000), true));
+    desk.Refresh();  // the handler goes on
+    EXPECT_EQ(TopDialog<QDialog>(), window);
+    screen.tmrTick.enabled = false;
+  });
+}
+
 TEST_F(WindowsTest, AScreenMayRefuseToClose) {
   int asked = 0;
   screen.mayClose = [&] { return ++asked == 3; };
