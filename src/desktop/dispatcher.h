@@ -40,6 +40,7 @@ class Dispatcher final : public QObject {
   void RethrowFailure();
   // Ends the dialogs that are up, the innermost first, whatever they wait for: Exec throws this.
   void Fail(std::exception_ptr failure);
+  int DialogsShown() const { return dialogsShown_; }  // so far
 
   // While one lives, the signals of the widgets are the mirror's own doing and raise nothing.
   class Mirroring {

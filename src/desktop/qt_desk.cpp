@@ -82,6 +82,10 @@ void QtDesk::ShowModal(Screen& screen) {
   if (parent) parent->activateWindow();
 }
 
+void QtDesk::NoteSaved() {
+  if (!open_.empty()) open_.back()->NoteSaved();
+}
+
 void QtDesk::Refresh() {
   Mirror();
   QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);

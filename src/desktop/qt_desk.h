@@ -38,6 +38,7 @@ class QtDesk final : public Desk {
 
   Answer MsgBox(const MessageBox& box) override;
   void ShowModal(Screen& screen) override;
+  void NoteSaved() override;
   void Refresh() override;
   void SetBusy(bool busy) override;
   bool KeepWaiting(std::chrono::milliseconds waited, bool mayGiveUp) override;
