@@ -14,6 +14,10 @@ inline constexpr long kNoCurrentRowError = 3021;
 inline constexpr long kNoSuchFieldError = 3265;
 inline constexpr long kWrongTypeError = 3421;  // a value that does not fit its field
 
+// What kRowGoneError tells.
+inline constexpr const char* kRowGoneText =
+    "Row cannot be located for updating. Some values may have been changed since it was last read.";
+
 // The only exception of the data layer.
 class DatabaseError : public RuntimeError {
  public:

@@ -11,7 +11,6 @@
 #include "frame/session.h"
 #include "machine/files.h"
 #include "machine/real_machine.h"
-#include "runtime/errors.h"
 #include "start/command_line.h"
 #include "start/startup.h"
 
@@ -83,8 +82,6 @@ int main(int argc, char** argv) {
     return Run(desk, argv[0], commandLine);
   } catch (const ktl::PictureTaken&) {
     return 0;
-  } catch (const ktl::RuntimeError& failure) {
-    why = failure.description() + " (" + std::to_string(failure.number()) + ")";
   } catch (const std::exception& failure) {
     why = failure.what();
   }

@@ -11,6 +11,8 @@
 #include <algorithm>
 
 #include "desktop/dispatcher.h"
+#include "desktop/fitting_form.h"
+#include "desktop/picker_window.h"
 
 namespace ktl {
 namespace {
@@ -38,10 +40,14 @@ bool TakesTab(const QWidget& widget) {
 ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispatcher& dispatcher,
                            QWidget* parent)
     : QDialog(parent), screen_(screen), dispatcher_(dispatcher), form_(std::move(form)) {
-  setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
-                 Qt::WindowMinMaxButtonsHint);
+  const bool picks = screen.under != nullptr;
+  // The first one stands in the task bar and can be put away; those over it stay with it.
+  setWindowFlags(picks ? Qt::Dialog | Qt::FramelessWindowHint
+                       : (parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                             Qt::WindowCloseButtonHint | Qt::WindowMinMaxButtonsHint);
   SetUpBand();
   const QSize size = form_->size();
+  MakeFit(*form_);
   layout_.setContentsMargins(0, 0, 0, 0);
   layout_.setSpacing(0);
   layout_.addWidget(&band_);
@@ -97,6 +103,7 @@ void ScreenWindow::FocusMoved(const QWidget* from, const QWidget* to) {
   const Control* left = binder_->ControlOf(from);
   Control* entered = binder_->ControlOf(to);
   if (entered) screen_.NoteFocus(entered);
+  if (entered) BringIntoSight(*binder_->WidgetOf(*entered));
   if (!left || left == entered) return;
   const Binding* binding = binder_->BindingOf(binder_->WidgetOf(*left));
   // Not from inside the change of focus: a box there would leave the focus nowhere.
@@ -127,6 +134,12 @@ bool ScreenWindow::eventFilter(QObject* target, QEvent* event) {
 }
 
 bool ScreenWindow::MoveOn(QWidget& from, const Binding& binding, int key) {
+  if (screen_.under) {
+    if (QWidget* to = NeighbourOf(from, key)) {
+      to->setFocus(Qt::OtherFocusReason);
+      return true;
+    }
+  }
   const bool on = (key == Qt::Key_Return || key == Qt::Key_Enter) && binding.EnterMovesOn();
   const bool back = key == Qt::Key_Backspace && binding.IsAtStart();
   if (!on && !back) return false;

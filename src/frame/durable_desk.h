@@ -7,6 +7,7 @@
 namespace ktl {
 
 class Connection;
+class WritingTurn;
 
 // The desk as the screens see it: what was written before a person is told or asked something is on the disk
 // before he reads it. Of an error he is told in any case. Throws DatabaseError when the disk fails.
@@ -20,9 +21,16 @@ class DurableDesk final : public Desk {
   void SetBusy(bool busy) override { desk_.SetBusy(busy); }
   void NoteSaved() override;
   void TellWritten(const std::string& text, const std::string& file, const std::string& title) override;
+  void NotePlace(const Workplace& place) override { desk_.NotePlace(place); }
+  void NoteStatus(const std::string& text) override { desk_.NoteStatus(text); }
+  bool KeepWaiting(std::chrono::milliseconds waited, bool mayGiveUp) override {
+    return desk_.KeepWaiting(waited, mayGiveUp);
+  }
   void NoteProgress(const std::string& words, int percent) override { desk_.NoteProgress(words, percent); }
 
   void Flush();
+
+  WritingTurn* turn = nullptr;  // under way
 
  private:
   Desk& desk_;

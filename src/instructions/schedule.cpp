@@ -58,6 +58,19 @@ double InstalmentOf(const ScheduleTerms& terms) {
   return Rounded(terms.total / terms.count, terms.rounding);
 }
 
+bool RunsPastLastMonth(const ScheduleTerms& terms) {
+  double instalment = 0;
+  try {
+    instalment = InstalmentOf(terms);
+  } catch (const RuntimeError&) {
+    return false;
+  }
+  long month = terms.firstMonth;
+  for (double remaining = terms.total; remaining > 0; remaining -= instalment)
+    if (month++ > kLastMonthYear) return true;
+  return false;
+}
+
 std::vector<ScheduleRow> GenerateSchedule(const ScheduleTerms& terms) {
   const double instalment = InstalmentOf(terms);
   if (!(instalment > 0)) throw RuntimeError::InvalidProcedureCall();

@@ -1,7 +1,12 @@
+#include "frame/frmKtlCalender.h"
+#include "frame/frmSelMonth.h"
+#include "frame/pickers.h"
 #include "instructions/modAdvLoan.h"
 #include "instructions/modSIMaster.h"
 #include "recovery/modEMIDet.h"
+#include "recovery/modEMIEmp.h"
 #include "recovery/modInterestMaster.h"
+#include "recovery/modLockMonth.h"
 #include "recovery/modReceipts.h"
 #include "recovery/modSIDetails.h"
 #include "recovery/modSalSIAdj.h"
@@ -19,6 +24,11 @@ struct OpenedByName {
   Screen* parent;
 
   operator InstructionType() const { return static_cast<InstructionType>(session.SIType); }
+  operator MonthViewRequest() const {
+    return {session.FormEmpId, static_cast<InstructionType>(session.SIType), session.FormArgText,
+            dynamic_cast<InstructionLists*>(parent)};
+  }
+  operator PickerField() const { return {}; }
   operator InstructionParent&() const {
     auto* const instruction = dynamic_cast<InstructionParent*>(parent);
     if (instruction == nullptr) throw RuntimeError::InvalidProcedureCall();
@@ -52,6 +62,11 @@ void RegisterScreens(Session& session) {
   session.screens.Add("modSalSIAdj", [](Session& opened, Screen*) {
     return std::make_unique<modSalSIAdj>(opened, Value(Val(opened.FormArgText)).ToLong());
   });
+  session.screens.Add("modLockMonth",
+                      [](Session& opened, Screen*) { return std::make_unique<modLockMonth>(opened); });
+  Register<frmSelMonth>(session, session.doors.month);
+  Register<frmKtlCalender>(session, session.doors.calendar);
+  Register<modEMIEmp>(session, session.doors.monthView);
   Register<modSIMaster>(session, session.doors.instructionMaster);
   Register<modEMIDet>(session, session.doors.emiEditor);
   Register<modReceipts>(session, session.doors.receipts);

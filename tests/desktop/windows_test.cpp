@@ -42,6 +42,44 @@ TEST_F(WindowsTest, BoxesAreAnsweredByKeyDefaultOrTime) {
   });
 }
 
+TEST_F(WindowsTest, TheButtonsOfABoxSayWhatTheyDo) {
+  OnSave([&] {
+    OnNext<QMessageBox>([](QMessageBox& box) {
+      EXPECT_EQ(box.button(QMessageBox::Yes)->text(), "&Yes, spread it");
+      EXPECT_EQ(box.button(QMessageBox::Cancel)->text(), "&Cancel, go back");
+      EXPECT_TRUE(box.textInteractionFlags() & Qt::TextSelectableByMouse);
+      EXPECT_FALSE(box.iconPixmap().isNull());
+      EXPECT_EQ(Copied(box), "Adjust?");
+      QTest::keyClick(&box, Qt::Key_N);
+    });
+    const MessageBox box{"Adjust?",
+                         Buttons::YesNoCancel,
+                         Icon::Question,
+                         Answer::Yes,
+                         "Toy",
+                         0,
+                         {"&Yes, spread it", "&No, one month", "&Cancel, go back"}};
+    EXPECT_EQ(desk.MsgBox(box), Answer::No);
+  });
+}
+
+TEST_F(WindowsTest, WhatIsTypedIntoAClosingBoxReachesTheField) {
+  screen.cmdSave.onClick = [this] {
+    OnNext<QMessageBox>([this](QMessageBox& box) {
+      QTest::keyClick(box.defaultButton(), Qt::Key_7);
+      OnNext<QMessageBox>([](QMessageBox& question) { QTest::keyClick(&question, Qt::Key_Return); });
+    });
+    desk.MsgBox({.text = "Updated", .title = "Toy", .closesItselfMs = kWaitMs});
+    desk.Inform("And now?", "Toy");
+    screen.SetFocus(screen.txtCount);
+  };
+  Work([this](ScreenWindow& window) {
+    PressSave(window);
+    Settle();
+    EXPECT_EQ(screen.txtCount.Text(), "7");
+  });
+}
+
 TEST_F(WindowsTest, AFieldIsLeftBeforeTheButtonWorks) {
   Work([this](ScreenWindow& window) {
     Enter(Find<QLineEdit>(window, "txtAmount"), "12");
@@ -115,6 +153,43 @@ TEST_F(WindowsTest, AChildWorksOnItsParentWhileItIsOpen) {
   });
   EXPECT_EQ(screen.heard, Heard{"back"});
   EXPECT_TRUE(child.IsUnloaded());
+}
+
+// A person types on, clicks Save and lets the timer run while a handler waits for another workstation.
+TEST_F(WindowsTest, WhileAnotherWorkstationWritesOnlyGivingUpIsHeard) {
+  using std::chrono::milliseconds;
+  screen.tmrTick.intervalMs = 1;
+  screen.tmrTick.onTimer = [this] { screen.heard.push_back("timer"); };
+  OnSave([this] {
+    auto* window = TopDialog<ScreenWindow>();
+    screen.tmrTick.enabled = true;
+    desk.Refresh();
+    const auto distract = [&] {
+      QTest::qSleep(5);
+      Enter(Find<QLineEdit>(*window, "txtCount"), "12");
+      PressSave(*window);
+    };
+    EXPECT_TRUE(desk.KeepWaiting(milliseconds(1900), true));
+    EXPECT_EQ(TopDialog<QDialog>(), window);
+    for (const bool mayGiveUp : {false, true}) {
+      EXPECT_TRUE(desk.KeepWaiting(milliseconds(2100), mayGiveUp));
+      auto& box = *TopDialog<QDialog>();
+      EXPECT_NE(&box, window);
+      QTimer::singleShot(0, &box, [&] {
+        distract();
+        for (const auto key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space}) QTest::keyClick(&box, key);
+      });
+      EXPECT_TRUE(desk.KeepWaiting(milliseconds(2200), mayGiveUp));
+      QTimer::singleShot(0, &box, [&] { Find<QPushButton>(box, "giveUp").click(); });
+      EXPECT_EQ(desk.KeepWaiting(milliseconds(2300), mayGiveUp), !mayGiveUp);
+    }
+    EXPECT_EQ(TopDialog<QDialog>(), window);
+    EXPECT_EQ(screen.heard, Heard{});
+    EXPECT_TRUE(desk.KeepWaiting(milliseconds(9000), true));
+    desk.Refresh();  // the handler goes on
+    EXPECT_EQ(TopDialog<QDialog>(), window);
+    screen.tmrTick.enabled = false;
+  });
 }
 
 TEST_F(WindowsTest, AScreenMayRefuseToClose) {

@@ -72,6 +72,11 @@ TEST_F(Receipts, RefusesWhatCannotBeSavedAndWritesNothing) {
   Click(receipts.cmdSave);
   EXPECT_EQ(desk.TakeTexts(), Texts{kTooLarge});
   EXPECT_EQ(receipts.Focus(), &receipts.txtInterest);
+  Enter(receipts, "15,05_2024", "10");
+  EXPECT_EQ(date.Text(), "15/05/2024");
+  receipts.txtRemarks.SetText(std::string(4001, 'r'));
+  Click(receipts.cmdSave);
+  EXPECT_EQ(desk.TakeTexts(), Texts{"Remarks should be within 4000 characters"});
   company.Lock(kApr2024 + 2);
   Enter(receipts, "15/05/2024", "3050");  // as much as there is
   Save(receipts, {Answer::Yes});
@@ -178,18 +183,19 @@ TEST_F(Receipts, ADepositOfAReducingLoan) {
   EXPECT_EQ(Amounts("MDFPRNAMT"), "900 900");  // the emptied month is gone with its interest
   EXPECT_EQ(Amounts("MDFINTAMT"), "60 0");     // and the interest never deletes one
   EXPECT_EQ(Amounts(), "960 900");
-  TakeComponentsAway();
-  ClickRow(receipts.fpgReceipts, 0);
-  desk.WillAnswer({Answer::Yes, Answer::No});
-  Click(receipts.cmdDelete);
+  const auto deleteFirst = [this](Answer adjustment) {
+    TakeComponentsAway();
+    modReceipts& reopened = Open<modReceipts>();
+    ClickRow(reopened.fpgReceipts, 0);
+    desk.WillAnswer({Answer::Yes, adjustment});
+    Click(reopened.cmdDelete);
+  };
+  deleteFirst(Answer::No);
   EXPECT_EQ(Amounts(), "960 900 330");
   EXPECT_TRUE(
       AuditHas("Loan Receipts Deleted:::SI Type = Loan:SI Name = Car Loan::Receipt Date = "
                "15/Apr/2024::Principle Amount = 300.00:Interest Amount = 30.00:EMI Amount = 330.00:"));
-  TakeComponentsAway();
-  ClickRow(receipts.fpgReceipts, 0);
-  desk.WillAnswer({Answer::Yes, Answer::Yes});
-  Click(receipts.cmdDelete);  // 300 more principal a month, and 34, 34 and 32 more interest
+  deleteFirst(Answer::Yes);  // 300 more principal a month, and 34, 34 and 32 more interest
   EXPECT_EQ(Amounts("MDFPRNAMT"), "1200 1200 600");
   EXPECT_EQ(Amounts(), "1294 1234 662");
 }
@@ -231,10 +237,16 @@ TEST_F(Receipts, ClosingAsksWhileAReceiptIsEntered) {
   desk.WillAnswer({Answer::Yes});
   receipts.Unload();
   EXPECT_FALSE(receipts.IsUnloaded());
+  session.MultiLoginYN = true;
+  receipts.cmdSave.tag += "NA";
+  desk.WillAnswer({Answer::Yes});
+  receipts.Unload();
+  EXPECT_FALSE(receipts.IsUnloaded());
   desk.WillAnswer({Answer::No});
   receipts.Unload();
   EXPECT_TRUE(receipts.IsUnloaded());
   EXPECT_EQ(desk.TakeTexts(), (Texts{"Do you want to Save entered details?", "Specify Receipt amount.",
+                                     "Do you want to Save entered details?", "Permission denied.",
                                      "Do you want to Save entered details?"}));
   session.ReadOnlyUser = true;
   EXPECT_FALSE(Open<modReceipts>().cmdSave.enabled);
