@@ -1,6 +1,7 @@
 #include "frame/durable_desk.h"
 
 #include "database/connection.h"
+#include "frame/writing_turn.h"
 
 namespace ktl {
 
@@ -9,8 +10,12 @@ void DurableDesk::Flush() {
 }
 
 Answer DurableDesk::MsgBox(const MessageBox& box) {
+  WritingTurn* const paused = turn;
+  if (paused != nullptr) paused->Pause();
   if (box.icon != Icon::Critical) Flush();
-  return desk_.MsgBox(box);
+  const Answer answer = desk_.MsgBox(box);
+  if (paused != nullptr) paused->Resume();
+  return answer;
 }
 
 void DurableDesk::NoteSaved() {

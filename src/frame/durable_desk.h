@@ -7,6 +7,7 @@
 namespace ktl {
 
 class Connection;
+class WritingTurn;
 
 // The desk as the screens see it: what was written before a person is told or asked something is on the disk
 // before he reads it. Of an error he is told in any case. Throws DatabaseError when the disk fails.
@@ -23,6 +24,8 @@ class DurableDesk final : public Desk {
   void NoteProgress(const std::string& words, int percent) override { desk_.NoteProgress(words, percent); }
 
   void Flush();
+
+  WritingTurn* turn = nullptr;  // under way
 
  private:
   Desk& desk_;

@@ -12,8 +12,10 @@
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
+#include "frame/writing_turn.h"
 #include "instructions/components.h"
 #include "instructions/list_columns.h"
+#include "instructions/shown_rows.h"
 #include "instructions/type_rights.h"
 #include "recovery/emi_months.h"
 #include "recovery/working.h"
@@ -139,6 +141,7 @@ void modEMIDet::EnableByRights() {
 }
 
 void modEMIDet::FillEmiGrid() {
+  shown_ = InstructionAndSchedule(session_, key_);
   std::vector<ScheduleMonth> months = ReadEmiMonths(session_, parent_);
   if (reducing_) CountComponents(session_, key_, months);
   months_.Show(std::move(months));
@@ -226,6 +229,38 @@ bool modEMIDet::SaveEmiRow() {
     SetFocus(txtAmount);
     return false;
   }
+  if (!SaveInTurn(entry, [&] { WriteEntry(entry, answer); })) return false;
+  ShowSaved(session_);
+  ClearEmiFields();
+  SetFocus(cmdNew);
+  blnNewRow = false;
+  return true;
+}
+
+// A month that nobody has made so far is added to whatever the schedule has become; all else rests on the
+// months shown.
+bool modEMIDet::SaveInTurn(const EmiEntry& entry, const std::function<void()>& write) {
+  const bool onlyAdds = blnNewRow && std::ranges::none_of(months_.Rows(), [&](const ScheduleMonth& month) {
+                          return entry.months.Holds(month.monthYear);
+                        });
+  if (onlyAdds) {
+    return WriteInTurn(
+        session_, [&] { return MonthsTaken(session_, key_, entry.months.from, entry.months.to); },
+        kNothingThere, write, [this] { ShowAnew(); });
+  }
+  return WriteInTurn(
+      session_, [this] { return InstructionAndSchedule(session_, key_); }, shown_, write,
+      [this] { ShowAnew(); });
+}
+
+void modEMIDet::ShowAnew() {
+  RefreshParent();
+  FillEmiGrid();
+  ClearEmiFields();
+  blnNewRow = false;
+}
+
+void modEMIDet::WriteEntry(const EmiEntry& entry, std::optional<Answer> answer) {
   if (reducing_) StoreComponents(session_, key_);
   const bool blnRowAdded = WriteEmiMonths(session_, parent_, entry);
   if (IsAdvanceOrLoan()) {
@@ -240,11 +275,6 @@ bool modEMIDet::SaveEmiRow() {
   }
   FillEmiGrid();
   AuditSavedMonths(session_, key_, strTypeDesc, reducing_, entry, blnRowAdded);
-  ShowSaved(session_);
-  ClearEmiFields();
-  SetFocus(cmdNew);
-  blnNewRow = false;
-  return true;
 }
 
 std::optional<Answer> modEMIDet::AskAdjustment(const EmiEntry& entry) {
@@ -294,7 +324,10 @@ void modEMIDet::cmdDelete_Click() {
   std::optional<Answer> answer;
   if (confirmed && IsAdvanceOrLoan()) answer = AskAboutAmount("Delete with No Adjustments");
   fpgEMIDetail.PaintRow(*row, kWhite);
-  if (confirmed) DeleteMonth(*row, answer);
+  if (!confirmed) return;
+  WriteInTurn(
+      session_, [this] { return InstructionAndSchedule(session_, key_); }, shown_,
+      [&] { DeleteMonth(*row, answer); }, [this] { ShowAnew(); });
 }
 
 std::optional<std::size_t> modEMIDet::RowToDelete() {
@@ -363,8 +396,14 @@ void modEMIDet::cmdIntCalculate_Click() {
                             .exactDates = chkEffDate.Value()};
   if (const auto refusal = CheckInterestPanel(session_, key_, panel, months_.Rows()))
     return RefusePanel(*refusal);
-  StoreComponents(session_, key_);
-  WriteInterests(session_, key_, panel, months_.Rows());
+  const bool written = WriteInTurn(
+      session_, [this] { return InstructionAndSchedule(session_, key_); }, shown_,
+      [&] {
+        StoreComponents(session_, key_);
+        WriteInterests(session_, key_, panel, months_.Rows());
+      },
+      [this] { ShowAnew(); });
+  if (!written) return;
   RefreshParent();
   FillEmiGrid();
   ShowSaved(session_);

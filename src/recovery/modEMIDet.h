@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -108,6 +109,10 @@ class modEMIDet final : public Screen {
   bool MayDelete(const ScheduleMonth& month);
   Answer AskAboutAmount(const char* cancel);
   void DeleteMonth(std::size_t row, std::optional<Answer> answer);
+  void WriteEntry(const EmiEntry& entry, std::optional<Answer> answer);
+  // False when another workstation has changed the months that the entry rests on.
+  bool SaveInTurn(const EmiEntry& entry, const std::function<void()>& write);
+  void ShowAnew();
   void RefreshParent();
 
   Session& session_;
@@ -124,6 +129,7 @@ class modEMIDet final : public Screen {
   long lngCounter = 0;           // of the month picked, the next one after cmdNew, 0 for none
   std::size_t lngActiveRow = 0;  // in the grid, when a save began
   ScheduleMonth picked_;         // as it was before editing
+  std::string shown_;            // the instruction and its months, as the grid shows them
 };
 
 }  // namespace ktl

@@ -7,8 +7,10 @@
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
+#include "frame/writing_turn.h"
 #include "instructions/components.h"
 #include "instructions/list_columns.h"
+#include "instructions/shown_rows.h"
 #include "recovery/reducing_interest.h"
 #include "runtime/numbers.h"
 
@@ -100,6 +102,7 @@ void modInterestMaster::SetColumns() {
 Subject modInterestMaster::Subject() const { return parent_.Subject(); }
 
 bool modInterestMaster::FillGrid() {
+  shown_ = InstructionAndSchedule(session_, key_);
   std::vector<ScheduleMonth> months = ReadInterestRows(session_, key_, name_);
   if (reducing_) CountComponents(session_, key_, months);
   fpgSIMaster.Clear();
@@ -175,8 +178,14 @@ void modInterestMaster::cmdSave_Click() {
     Refuse(session_, *this, *refusal, {});
     return;
   }
-  if (reducing_) StoreComponents(session_, key_);
-  WriteInterestRows(session_, key_, name_, months_.Rows());
+  const bool written = WriteInTurn(
+      session_, [this] { return InstructionAndSchedule(session_, key_); }, shown_,
+      [this] {
+        if (reducing_) StoreComponents(session_, key_);
+        WriteInterestRows(session_, key_, name_, months_.Rows());
+      },
+      [this] { FillGrid(); });
+  if (!written) return;
   ShowSaved(session_);
   FillGrid();
 }

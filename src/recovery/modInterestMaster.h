@@ -73,6 +73,7 @@ class modInterestMaster final : public Screen {
   bool reducing_;
   GridList<ScheduleMonth> months_{fpgSIMaster};  // the exact amounts: the cells show two decimals
   bool changed_ = false;
+  std::string shown_;  // the instruction and its months, as the grid shows them
 };
 
 }  // namespace ktl

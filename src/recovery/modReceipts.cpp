@@ -11,6 +11,8 @@
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
+#include "frame/writing_turn.h"
+#include "instructions/shown_rows.h"
 #include "instructions/type_rights.h"
 #include "recovery/working.h"
 #include "runtime/numbers.h"
@@ -66,6 +68,7 @@ void modReceipts::Form_Load() {
 Subject modReceipts::Subject() const { return parent_.Subject(); }
 
 void modReceipts::FillReceiptGrid() {
+  shown_ = RowsShown();
   fpgReceipts.Clear();
   receipts_.Show(ReadReceipts(session_, key_));
 }
@@ -141,16 +144,51 @@ bool modReceipts::SaveReceipt() {
   const ReceiptDifference months = MonthsOfReceipt(session_, parent_, entry.date);
   const std::optional<Answer> answer = AskAdjustment(entry, months);
   if (!AreMonthsFree(answer, months)) return false;
-  if (const Receipt* stored = StoredReceipt(entry)) entry.date = ShownDate(stored->RCPTDATE);
+  const Receipt* const stored = StoredReceipt(entry);
+  if (stored != nullptr) entry.date = ShownDate(stored->RCPTDATE);
+  const auto write = [&] {
+    if (stored == nullptr) TakeNextCounter(entry, months);
+    WriteSaved(entry, answer, months);
+  };
+  if (!ReceiveInTurn(stored == nullptr ? std::nullopt : std::optional(shown_), write)) return false;
+  ShowSaved(session_);
+  AfterChange();
+  return true;
+}
+
+std::string modReceipts::RowsShown() {
+  return InstructionAndSchedule(session_, key_) + ReceiptRows(session_, key_);
+}
+
+bool modReceipts::ReceiveInTurn(const std::optional<std::string>& shown, const std::function<void()>& write) {
+  return WriteInTurn(
+      session_, [this] { return RowsShown(); }, shown, write,
+      [this] {
+        parent_.RefreshEMI();
+        AfterChange();
+      });
+}
+
+void modReceipts::TakeNextCounter(ReceiptEntry& entry, const ReceiptDifference& months) {
+  if (RowsShown() == shown_) return;
+  const bool exceeded = ExceedsRecoverable(parent_.Totals(), entry);
+  parent_.RefreshDetail();
+  parent_.RefreshEMI();
+  if (InstructionRow(session_, key_).empty() ||
+      MonthsOfReceipt(session_, parent_, entry.date).lngToMonth != months.lngToMonth ||
+      (!exceeded && ExceedsRecoverable(parent_.Totals(), entry)))
+    throw ChangedMeanwhile();
+  entry.counter = NextReceiptCounter(session_, key_);
+}
+
+void modReceipts::WriteSaved(const ReceiptEntry& entry, std::optional<Answer> answer,
+                             const ReceiptDifference& months) {
   WriteReceipt(session_, key_, entry);
   if (answer && *answer != Answer::Cancel) {
     AdjustSavedReceipt(session_, parent_, *answer, entry, months);
     parent_.RefreshEMI();
   }
   AuditReceipt(session_, key_, reducing_, ReceiptDeed::Saved, entry, answer);
-  ShowSaved(session_);
-  AfterChange();
-  return true;
 }
 
 bool modReceipts::MayExceedRecoverable(const ReceiptEntry& entry) {
@@ -220,13 +258,16 @@ void modReceipts::Delete() {
   if (!AreMonthsFree(answer, months)) return;
   entry.date = ShownDate(stored->RCPTDATE);
   entry.remarks = stored->remarks;
+  if (ReceiveInTurn(shown_, [&] { WriteDeleted(entry, answer, months); })) AfterChange();
+}
+
+void modReceipts::WriteDeleted(const ReceiptEntry& entry, Answer answer, const ReceiptDifference& months) {
   DeleteReceipt(session_, key_, *entry.counter);
   if (answer != Answer::Cancel) {
     AdjustDeletedReceipt(session_, parent_, answer, entry, months);
     parent_.RefreshEMI();
   }
   AuditReceipt(session_, key_, reducing_, ReceiptDeed::Deleted, entry, answer);
-  AfterChange();
 }
 
 bool modReceipts::Form_QueryUnload() { return !blnNewRow || MayLeaveNewRow(session_, cmdSave); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 
@@ -63,6 +64,14 @@ class modReceipts final : public Screen {
   // What No does, as the text tells it and as its button does.
   Answer AskAboutAmount(const char* no, const char* noWords);
   bool AreMonthsFree(std::optional<Answer> answer, const ReceiptDifference& months);
+  std::string RowsShown();
+  // False when another workstation has changed what was shown.
+  bool ReceiveInTurn(const std::optional<std::string>& shown, const std::function<void()>& write);
+  void WriteSaved(const ReceiptEntry& entry, std::optional<Answer> answer, const ReceiptDifference& months);
+  void WriteDeleted(const ReceiptEntry& entry, Answer answer, const ReceiptDifference& months);
+  // Whatever was received meanwhile, the entry becomes the next receipt: unless it is too much only now, or
+  // the schedule ends elsewhere, which the questions did not know.
+  void TakeNextCounter(ReceiptEntry& entry, const ReceiptDifference& months);
   void AfterChange();
 
   Session& session_;
@@ -76,6 +85,7 @@ class modReceipts final : public Screen {
                                                  {ReceiptField::Amount, &txtAmount},
                                                  {ReceiptField::Interest, &txtInterest}};
   bool blnNewRow = false;
+  std::string shown_;  // the instruction, its months and receipts, as the lists show them
 };
 
 }  // namespace ktl
