@@ -7,6 +7,7 @@
 #include "company/new_file.h"
 #include "company/sample_masters.h"
 #include "company/schema_texts.h"
+#include "instructions/month_list.h"
 #include "instructions/total_interest.h"
 #include "machine/settings_store.h"
 
@@ -23,6 +24,7 @@ std::vector<TableSum> Fill(SqliteDatabase database, const CompanyOptions& option
   database.RunScript("COMMIT");
   if (!options.empty) FillSample(database, options.sample);
   database.RunScript(kTotalInterest.setup);  // behind the rows, which it need not watch being made
+  database.RunScript(kMonthList.setup);
   database.RunScript("ANALYZE");
   auto sums = TableSums(database);
   // As the program keeps it, so that the first workstations to open it need not change it.

@@ -83,9 +83,9 @@ void RunDblClick(Stage& stage) {
     return DblClick(*grid, row, column);
   }
   stage.words.End();
-  auto* const box = As<TextBox>(control);
-  if (!box) RefuseKind(control, "text box or grid");
-  DblClick(*box);
+  if (auto* const box = As<TextBox>(control)) return DblClick(*box);
+  if (auto* const combo = As<ComboBox>(control)) return DblClick(*combo);
+  RefuseKind(control, "text box, combo or grid");
 }
 
 void RunMenu(Stage& stage) {

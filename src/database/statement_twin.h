@@ -10,8 +10,8 @@ namespace ktl {
 struct StatementTwin {
   std::string_view said;
   std::string_view embedded;  // a text or a batch of the same language
-  // What the equivalent keeps in a company of its own: a table that tells whether it is there, and a script
-  // in the store's dialect that makes it all.
+  // What the equivalent keeps in a company of its own: a table or view that tells whether it is there, and a
+  // script in the store's dialect that makes it all.
   std::string_view table = {};
   const char* setup = nullptr;
 };

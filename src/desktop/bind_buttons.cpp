@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QShortcutEvent>
+#include <QStyle>
 
 #include "desktop/binding.h"
 #include "desktop/dispatcher.h"
@@ -157,6 +158,7 @@ class LabelBinding final : public Binding {
     label.setTextFormat(Qt::PlainText);
     if (!control.onClick) return;
     label.setProperty("link", true);
+    label.style()->polish(&label);
     label.setCursor(Qt::PointingHandCursor);
   }
 
@@ -176,6 +178,34 @@ class LabelBinding final : public Binding {
   Label& control_;
   QLabel& label_;
   Dispatcher& dispatcher_;
+  ColourMirror colours_;
+};
+
+// A label that is one of many to choose from: the keyboard comes to it.
+class ChoiceBinding final : public Binding {
+ public:
+  ChoiceBinding(Label& control, QPushButton& button, Dispatcher& dispatcher)
+      : control_(control), button_(button) {
+    Decorate(button);
+    QObject::connect(&button, &QPushButton::clicked, &button, [this, &dispatcher] {
+      if (control_.IsUsable()) dispatcher.Run(control_.onClick);
+    });
+  }
+
+  void Mirror() override {
+    MirrorState(control_, button_);
+    colours_.Mirror(control_, button_);
+    MirrorCaption(control_.caption, button_);
+  }
+  bool Filter(QEvent& event) override {
+    if (!Presses(event)) return false;
+    button_.click();
+    return true;
+  }
+
+ private:
+  Label& control_;
+  QPushButton& button_;
   ColourMirror colours_;
 };
 
@@ -202,6 +232,7 @@ std::unique_ptr<Binding> BindButton(Button& control, QWidget& widget, Dispatcher
 }
 
 std::unique_ptr<Binding> BindLabel(Label& control, QWidget& widget, Dispatcher& dispatcher) {
+  if (auto choice = Bind<ChoiceBinding, QPushButton>(control, widget, dispatcher)) return choice;
   return Bind<LabelBinding, QLabel>(control, widget, dispatcher);
 }
 

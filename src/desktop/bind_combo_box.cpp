@@ -1,6 +1,7 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QStyle>
 
 #include "desktop/binding.h"
@@ -13,6 +14,7 @@ namespace ktl {
 namespace {
 
 constexpr int kListWidthWithBeside = 360;
+constexpr int kArrowWidth = 22;
 
 class ComboBoxBinding final : public Binding {
  public:
@@ -50,9 +52,12 @@ class ComboBoxBinding final : public Binding {
   bool Filter(QEvent& event) override {
     switch (event.type()) {
       case QEvent::Wheel:  // scrolling past a field must not change it
+        event.ignore();    // ... but scrolls on what it lies in
         return !combo_.hasFocus() || control_.locked;
       case QEvent::MouseButtonPress:
-        return control_.locked;
+        return control_.locked || WaitsForDblClick(static_cast<QMouseEvent&>(event));
+      case QEvent::MouseButtonDblClick:
+        return RaiseDblClick();
       case QEvent::FocusOut:
         suggestions_.hide();
         return false;
@@ -107,7 +112,20 @@ class ComboBoxBinding final : public Binding {
     combo_.style()->polish(&combo_);
   }
 
+  // A list that opened at the first click would take the second one: it opens at its arrow alone.
+  bool WaitsForDblClick(const QMouseEvent& press) {
+    if (!control_.onDblClick || press.position().x() >= combo_.width() - kArrowWidth) return false;
+    combo_.setFocus(Qt::MouseFocusReason);
+    return true;
+  }
+  bool RaiseDblClick() {
+    if (!control_.onDblClick || !control_.IsUsable()) return false;
+    dispatcher_.Run(control_.onDblClick);
+    return true;
+  }
+
   bool KeyPress(const QKeyEvent& key) {
+    if (key.key() == Qt::Key_F2) return RaiseDblClick();
     if (control_.locked) return ChangesText(key);
     const bool ends = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter || key.key() == Qt::Key_Tab;
     if (ends) return !TakeTyped();

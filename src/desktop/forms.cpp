@@ -1,10 +1,16 @@
 #include "desktop/forms.h"
 
+#include "ui_frmKtlCalender.h"
+#include "ui_frmSelMonth.h"
 #include "ui_modAdvLoan.h"
 #include "ui_modEMIDet.h"
+#include "ui_modEMIEmp.h"
 #include "ui_modInterestMaster.h"
+#include "ui_modLockMonth.h"
 #include "ui_modReceipts.h"
+#include "ui_modSIDetails.h"
 #include "ui_modSIMaster.h"
+#include "ui_modSalSIAdj.h"
 
 namespace ktl {
 namespace {
@@ -20,11 +26,12 @@ std::unique_ptr<QWidget> Make() {
 
 const Forms& ProgramForms() {
   static const Forms kForms{
-      {"modAdvLoan", Make<Ui::modAdvLoan>},
-      {"modEMIDet", Make<Ui::modEMIDet>},
-      {"modInterestMaster", Make<Ui::modInterestMaster>},
-      {"modReceipts", Make<Ui::modReceipts>},
-      {"modSIMaster", Make<Ui::modSIMaster>},
+      {"frmKtlCalender", Make<Ui::frmKtlCalender>}, {"frmSelMonth", Make<Ui::frmSelMonth>},
+      {"modAdvLoan", Make<Ui::modAdvLoan>},         {"modEMIDet", Make<Ui::modEMIDet>},
+      {"modEMIEmp", Make<Ui::modEMIEmp>},           {"modInterestMaster", Make<Ui::modInterestMaster>},
+      {"modLockMonth", Make<Ui::modLockMonth>},     {"modReceipts", Make<Ui::modReceipts>},
+      {"modSIDetails", Make<Ui::modSIDetails>},     {"modSIMaster", Make<Ui::modSIMaster>},
+      {"modSalSIAdj", Make<Ui::modSalSIAdj>},
   };
   return kForms;
 }

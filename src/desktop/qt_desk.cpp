@@ -1,18 +1,22 @@
 #include "desktop/qt_desk.h"
 
 #include <QApplication>
+#include <QScreen>
 #include <QSocketNotifier>
 #include <QTimer>
 #include <stdexcept>
 #include <utility>
 
 #include "desktop/message_box.h"
+#include "desktop/picker_window.h"
 #include "desktop/screen_window.h"
+#include "desktop/waiting_box.h"
 
 namespace ktl {
 namespace {
 
 constexpr int kPictureDelayMs = 200;  // lets the window settle
+constexpr std::chrono::seconds kQuietWait{2};
 
 // A window that is open for as long as this stands.
 class OnDesk {
@@ -61,7 +65,7 @@ Answer QtDesk::MsgBox(const MessageBox& box) {
 void QtDesk::ShowModal(Screen& screen) {
   const auto form = forms_.find(screen.name());
   if (form == forms_.end()) {
-    return Inform("The screen \"" + screen.name() + "\" has no window in this build yet.", screen.caption);
+    return Inform("This screen has no window in this build yet.", screen.caption);
   }
   screen.Load();
   if (screen.IsUnloaded()) return;
@@ -71,10 +75,15 @@ void QtDesk::ShowModal(Screen& screen) {
     const OnDesk onDesk(open_, window);
     Mirror();
     GrantFocus();
+    if (screen.under != nullptr) PlacePicker(window);
     if (!pictureFile_.empty()) PlanPicture(window);
     dispatcher_.Exec(window);
   }
   if (parent) parent->activateWindow();
+}
+
+void QtDesk::NoteSaved() {
+  if (!open_.empty()) open_.back()->NoteSaved();
 }
 
 void QtDesk::Refresh() {
@@ -93,6 +102,24 @@ void QtDesk::SetBusy(bool busy) {
   }
 }
 
+// Short waits are no news: until the box is up the windows are only painted.
+bool QtDesk::KeepWaiting(std::chrono::milliseconds waited, bool mayGiveUp) {
+  if (waited < kQuietWait) {
+    const Dispatcher::Waits waits(dispatcher_, nullptr);
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    return true;
+  }
+  if (!waiting_) waiting_ = std::make_unique<WaitingBox>(Top());
+  waiting_->Show(waited, mayGiveUp);
+  {
+    const Dispatcher::Waits waits(dispatcher_, waiting_.get());
+    QApplication::processEvents();
+  }
+  const bool goesOn = !waiting_->IsGivenUp();
+  if (!goesOn) waiting_.reset();
+  return goesOn;
+}
+
 void QtDesk::BringUpToDate() {
   Mirror();
   GrantFocus();
@@ -102,6 +129,7 @@ void QtDesk::BringUpToDate() {
 }
 
 void QtDesk::Mirror() {
+  waiting_.reset();  // whoever has something to show waits no longer
   const Dispatcher::Mirroring mirroring(dispatcher_);
   for (ScreenWindow* window : open_) window->Mirror();
 }
@@ -138,6 +166,15 @@ void QtDesk::SavePicture(ScreenWindow& window) {
     throw std::runtime_error("cannot write the picture " + pictureFile_);
   }
   throw PictureTaken();
+}
+
+void QtDesk::PlacePicker(ScreenWindow& window) {
+  for (const ScreenWindow* opener : open_) {
+    const QWidget* field = opener->binder().WidgetOf(*window.screen().under);
+    if (!field) continue;
+    window.adjustSize();
+    PlaceUnder(window, *field, field->screen()->availableGeometry());
+  }
 }
 
 QWidget* QtDesk::Top() const { return open_.empty() ? nullptr : open_.back(); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@ class QWidget;
 namespace ktl {
 
 class ScreenWindow;
+class WaitingBox;
 
 // Thrown out of ShowModal when the picture that was asked for is written.
 struct PictureTaken {};
@@ -36,14 +38,17 @@ class QtDesk final : public Desk {
 
   Answer MsgBox(const MessageBox& box) override;
   void ShowModal(Screen& screen) override;
+  void NoteSaved() override;
   void Refresh() override;
   void SetBusy(bool busy) override;
+  bool KeepWaiting(std::chrono::milliseconds waited, bool mayGiveUp) override;
 
  private:
   void BringUpToDate();
   void Mirror();
   void GrantFocus();
   void FocusMoved(QWidget* from, QWidget* to);
+  void PlacePicker(ScreenWindow& window);
   void PlanPicture(ScreenWindow& window);
   void SavePicture(ScreenWindow& window);
   QWidget* Top() const;
@@ -54,6 +59,7 @@ class QtDesk final : public Desk {
   std::string pictureFile_;
   Act act_;
   bool busy_ = false;
+  std::unique_ptr<WaitingBox> waiting_;
 };
 
 }  // namespace ktl

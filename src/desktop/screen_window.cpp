@@ -10,14 +10,18 @@
 #include <QTabWidget>
 #include <algorithm>
 
+#include "desktop/cut_text.h"
 #include "desktop/dispatcher.h"
+#include "desktop/fitting_form.h"
+#include "desktop/message_box.h"
+#include "desktop/picker_window.h"
+#include "desktop/window_memory.h"
 
 namespace ktl {
 namespace {
 
 // Properties that the forms give to their widgets.
-constexpr const char* kPrimary = "primary";          // a button that its part of the form is filled in for
-constexpr const char* kEnterPasses = "enterPasses";  // a field that is no part of what is entered
+constexpr const char* kPrimary = "primary";  // a button that its part of the form is filled in for
 
 // What the widget is filled in for: the primary button of the nearest part of the form that has one.
 QPushButton* PrimaryButtonOf(const QWidget& widget) {
@@ -38,23 +42,30 @@ bool TakesTab(const QWidget& widget) {
 ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispatcher& dispatcher,
                            QWidget* parent)
     : QDialog(parent), screen_(screen), dispatcher_(dispatcher), form_(std::move(form)) {
-  setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
-                 Qt::WindowMinMaxButtonsHint);
+  const bool picks = screen.under != nullptr;
+  // The first one stands in the task bar and can be put away; those over it stay with it.
+  setWindowFlags(picks ? Qt::Dialog | Qt::FramelessWindowHint
+                       : (parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                             Qt::WindowCloseButtonHint | Qt::WindowMinMaxButtonsHint);
   SetUpBand();
   const QSize size = form_->size();
+  MakeFit(*form_);
   layout_.setContentsMargins(0, 0, 0, 0);
   layout_.setSpacing(0);
   layout_.addWidget(&band_);
   layout_.addWidget(form_.get(), 1);
   resize(size);
+  RestorePlace(*this, ToQt(screen.name()));
   FitOnDesk();
   binder_ = std::make_unique<FormBinder>(screen, *form_, dispatcher);
   for (QWidget* widget : form_->findChildren<QWidget*>()) widget->installEventFilter(this);
+  typing_ = std::make_unique<TypingWatch>(*form_, *binder_);
 }
 
 ScreenWindow::~ScreenWindow() {
   // The widgets go while the bindings that they signal to are still there.
   const Dispatcher::Mirroring mirroring(dispatcher_);
+  KeepPlace(*this, ToQt(screen_.name()));
   form_.reset();
   dispatcher_.Forget(screen_);
 }
@@ -97,6 +108,7 @@ void ScreenWindow::FocusMoved(const QWidget* from, const QWidget* to) {
   const Control* left = binder_->ControlOf(from);
   Control* entered = binder_->ControlOf(to);
   if (entered) screen_.NoteFocus(entered);
+  if (entered) BringIntoSight(*binder_->WidgetOf(*entered));
   if (!left || left == entered) return;
   const Binding* binding = binder_->BindingOf(binder_->WidgetOf(*left));
   // Not from inside the change of focus: a box there would leave the focus nowhere.
@@ -105,6 +117,27 @@ void ScreenWindow::FocusMoved(const QWidget* from, const QWidget* to) {
 
 void ScreenWindow::Close() {
   dispatcher_.Run([this] { screen_.Unload(); });
+}
+
+// Escape is pressed in passing: on the first window, which ends the program, it never drops what was typed.
+void ScreenWindow::reject() {
+  if (parentWidget() || !typing_->HasTyped()) return Close();
+  dispatcher_.Run([this] {
+    const int before = dispatcher_.DialogsShown();
+    if (!screen_.Form_QueryUnload()) return;
+    const bool asked = dispatcher_.DialogsShown() != before;
+    if (asked || MayDropTyping()) screen_.ForceUnload();
+  });
+}
+
+bool ScreenWindow::MayDropTyping() {
+  return ShowMessageBox({.text = "What was typed is not saved. Close all the same?",
+                         .buttons = Buttons::YesNo,
+                         .icon = Icon::Question,
+                         .defaultAnswer = Answer::No,
+                         .title = screen_.caption,
+                         .words = {"&Yes, drop it", "&No, go back"}},
+                        this, dispatcher_) == Answer::Yes;
 }
 
 void ScreenWindow::closeEvent(QCloseEvent* event) {
@@ -119,6 +152,7 @@ void ScreenWindow::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 bool ScreenWindow::eventFilter(QObject* target, QEvent* event) {
+  if (ShowCutText(*target, *event)) return true;
   Binding* binding = binder_->BindingOf(target);
   if (!binding) return QDialog::eventFilter(target, event);
   if (binding->Filter(*event)) return true;
@@ -127,6 +161,12 @@ bool ScreenWindow::eventFilter(QObject* target, QEvent* event) {
 }
 
 bool ScreenWindow::MoveOn(QWidget& from, const Binding& binding, int key) {
+  if (screen_.under) {
+    if (QWidget* to = NeighbourOf(from, key)) {
+      to->setFocus(Qt::OtherFocusReason);
+      return true;
+    }
+  }
   const bool on = (key == Qt::Key_Return || key == Qt::Key_Enter) && binding.EnterMovesOn();
   const bool back = key == Qt::Key_Backspace && binding.IsAtStart();
   if (!on && !back) return false;

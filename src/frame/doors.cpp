@@ -21,6 +21,7 @@ std::string_view WordsFor(std::string_view screenName) {
       {"frmSelMonth", "choice of a month"},
       {"frmKtlCalender", "calendar"},
       {"modInsGInsSSS", "premium entry"},
+      {"modLockMonth", "month lock"},
       {"modSIDetails", "recovery on leaving"},
       {"modSalSIAdj", "deduction preference"},
       {"frmSepInt", "separate interest"}};

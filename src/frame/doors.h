@@ -10,7 +10,7 @@ namespace ktl {
 class InstructionLists;
 class InstructionParent;
 class Screen;
-class TextBox;
+struct PickerField;
 struct Session;
 enum class InstructionType : int;
 
@@ -47,7 +47,8 @@ class Door {
 // All instalments of one employee in one month.
 struct MonthViewRequest {
   long employee = 0;
-  long monthYear = 0;                 // 0 for the newest
+  InstructionType type{};             // of the entry screen, whose instructions alone are shown; none for all
+  std::string month = {};             // "Apr/2010", "" for the newest
   InstructionLists* lists = nullptr;  // refreshed when something was written; null without an entry screen
 };
 
@@ -73,9 +74,9 @@ struct Doors {
   Door<InstructionType> multipleAllotment;
   Door<InstructionParent&> houseLoan;
   Door<InstructionType> bulkDelete;
-  // The box that asked gets what is chosen.
-  Door<TextBox&> month;
-  Door<TextBox&> calendar;
+  // The field that asked gets what is chosen.
+  Door<const PickerField&> month;
+  Door<const PickerField&> calendar;
 };
 
 }  // namespace ktl

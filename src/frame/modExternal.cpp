@@ -63,6 +63,7 @@ void modExternal::StartAndWait() {
   } catch (...) {
     failure = std::current_exception();
   }
+  session_.desk.NoteStatus("");
   // However the wait ended: nobody shall write to a window that has gone.
   if (process) settings.Set(kTalk, handleKey, "0");
   settings.Set(kTalk, StatusKey(), std::to_string(callersStatus_));
@@ -97,6 +98,7 @@ void modExternal::PassStatus(SiblingProcess& process) {
 
 void modExternal::txtStatus_Change() {
   session_.machine.statusBox.ReplaceText(callersStatus_, txtStatus.Text());
+  session_.desk.NoteStatus(txtStatus.Text());
 }
 
 void StartExternal(Session& session, const Sibling& sibling) {

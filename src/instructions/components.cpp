@@ -47,4 +47,9 @@ void StoreComponents(Session& session, const InstructionKey& key) {
       WhereWithoutComponents(session, key)));
 }
 
+ChangedComponents ComponentsOfChangedAmount(double amount, double interestBefore) {
+  const double interest = std::min(interestBefore, amount);
+  return {amount - interest, interest};
+}
+
 }  // namespace ktl

@@ -20,4 +20,12 @@ void CountComponents(Session& session, const InstructionKey& key, std::vector<Sc
 // and written into the table before a month of the instruction is changed.
 void StoreComponents(Session& session, const InstructionKey& key);
 
+// What a month is made of when its amount becomes another one: the principal bears the difference, the
+// interest only what the principal cannot.
+struct ChangedComponents {
+  double principal = 0;
+  double interest = 0;
+};
+ChangedComponents ComponentsOfChangedAmount(double amount, double interestBefore);
+
 }  // namespace ktl

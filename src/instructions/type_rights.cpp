@@ -10,8 +10,8 @@ namespace ktl {
 
 namespace {
 
-// One number a type, in the order of TypeColumn; 0 where the type has none.
-using Numbers = std::array<int, 6>;
+// One number a type, in the order of TypeColumn, and one of a screen for all types; 0 where there is none.
+using Numbers = std::array<int, 7>;
 
 struct RightNumbers {
   std::string_view screen;
@@ -40,19 +40,21 @@ constexpr RightNumbers kRights[] = {
     {"modEMIDet", "cmdSave", {218, 244, 259, 290, 273, 303}},
     {"modEMIDet", "cmdDelete", {219, 245, 260, 291, 274, 304}},
     {"modEMIDet", "cmdInstitution", {0, 246, 261, 292, 275, 0}},
+    {"modEMIEmp", "", {50, 56, 62, 71, 66, 75, 78}},
+    {"modEMIEmp", "cmdUpdate", {211, 236, 258, 289, 272, 302, 341}},
     {"modReceipts", "", {53, 59}},
     {"modReceipts", "cmdSave", {220, 247}},
     {"modReceipts", "cmdDelete", {221, 248}},
 };
 
 std::size_t TypeColumn(InstructionType type) {
+  if (type == InstructionType::None) return 6;
   return type == InstructionType::Incentive ? 5 : static_cast<std::size_t>(NumberOf(type)) - 1;
 }
 
 }  // namespace
 
 void ApplyTypeRights(Session& session, Screen& screen, InstructionType type) {
-  if (type == InstructionType::None) return;
   long form = 0;
   for (const RightNumbers& right : kRights) {
     if (right.screen != screen.name()) continue;
@@ -62,7 +64,7 @@ void ApplyTypeRights(Session& session, Screen& screen, InstructionType type) {
     else
       screen.Find(right.button)->tag = number == 0 ? "" : std::to_string(number);
   }
-  ApplyButtonRights(session, screen, form);
+  if (form != 0) ApplyButtonRights(session, screen, form);
 }
 
 }  // namespace ktl

@@ -8,6 +8,7 @@
 #include "common/month_year.h"
 #include "frame/handler_guard.h"
 #include "frame/modExternal.h"
+#include "frame/pickers.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
@@ -45,7 +46,8 @@ modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
   }
   for (TextBox* box : {&txtFromMonth, &txtToMonth, &txtIntFrom, &txtIntTo}) {
     box->toolTip = kMonthFormat;
-    box->onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnlyWithAlpha(key); };
+    box->onKeyPress = clsGenCmn::DateKeyWithAlpha;
+    AskForMonth(session_, *box);
   }
   ConnectHandlers();
 }

@@ -7,6 +7,7 @@
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "frame/handler_guard.h"
+#include "frame/pickers.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
@@ -40,7 +41,8 @@ modReceipts::modReceipts(Session& session, InstructionParent& parent)
     box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
     box->onLeave = [box] { box->SetText(EditedAmount(box->Text(), "").text); };  // as it will be stored
   }
-  txtRcptDate.onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnly(key); };
+  AskForDate(session_, txtRcptDate);
+  txtRcptDate.onKeyPress = clsGenCmn::DateKey;
   ConnectHandlers();
 }
 

@@ -212,6 +212,11 @@ void DblClick(TextBox& box) {
   ActOn(box, [&] { Raise(box.onDblClick); });
 }
 
+void DblClick(ComboBox& box) {
+  CheckUsable(box);
+  ActOn(box, [&] { Raise(box.onDblClick); });
+}
+
 void ShowPage(Tabs& tabs, std::size_t page) {
   CheckUsable(tabs);
   const std::string number = "page " + std::to_string(page + 1);

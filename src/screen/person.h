@@ -37,6 +37,7 @@ void Click(Button& button);
 void Click(Label& label);
 void Click(Menu& menu);
 void DblClick(TextBox& box);
+void DblClick(ComboBox& box);
 void ShowPage(Tabs& tabs, std::size_t page);
 
 void ClickRow(Grid& grid, std::size_t row);  // on its first column that is shown

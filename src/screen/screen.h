@@ -29,6 +29,7 @@ class Screen {
 
   const std::string& name() const { return name_; }
   std::string caption;
+  const Control* under = nullptr;  // of another screen: this one is a picker and opens below it
   virtual ktl::Subject Subject() const { return {}; }
 
   virtual void Form_Load() {}

@@ -81,6 +81,11 @@ void OpenConnection(Session& session, const std::string& connectionString) {
   cn.SetCommandTimeout(seconds("COMDTIME"));
   cn.SetClient({machine.environment.HostName(), session.CurrentUser(),
                 [&clock = machine.clock] { return clock.Now(); }});
+  // A program that is to end does so where nothing is half written.
+  cn.SetOnWait([&session](const WriteWait& wait) {
+    if (wait.mayGiveUp && session.machine.environment.MustEnd()) return false;
+    return session.desk.KeepWaiting(wait.waited, wait.mayGiveUp);
+  });
   cn.SetStatementLog(machine.environment.Variable("KTL_SQL_LOG"));
   cn.Open(connectionString);
 }

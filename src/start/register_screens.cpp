@@ -1,9 +1,17 @@
+#include "frame/frmKtlCalender.h"
+#include "frame/frmSelMonth.h"
+#include "frame/pickers.h"
 #include "instructions/modAdvLoan.h"
 #include "instructions/modSIMaster.h"
 #include "recovery/modEMIDet.h"
+#include "recovery/modEMIEmp.h"
 #include "recovery/modInterestMaster.h"
+#include "recovery/modLockMonth.h"
 #include "recovery/modReceipts.h"
+#include "recovery/modSIDetails.h"
+#include "recovery/modSalSIAdj.h"
 #include "runtime/errors.h"
+#include "runtime/numbers.h"
 #include "start/startup.h"
 
 namespace ktl {
@@ -16,6 +24,11 @@ struct OpenedByName {
   Screen* parent;
 
   operator InstructionType() const { return static_cast<InstructionType>(session.SIType); }
+  operator MonthViewRequest() const {
+    return {session.FormEmpId, static_cast<InstructionType>(session.SIType), session.FormArgText,
+            dynamic_cast<InstructionLists*>(parent)};
+  }
+  operator PickerField() const { return {}; }
   operator InstructionParent&() const {
     auto* const instruction = dynamic_cast<InstructionParent*>(parent);
     if (instruction == nullptr) throw RuntimeError::InvalidProcedureCall();
@@ -43,6 +56,17 @@ void RegisterScreens(Session& session) {
   session.screens.Add("modAdvLoan", [](Session& opened, Screen*) {
     return std::make_unique<modAdvLoan>(opened, static_cast<InstructionType>(opened.SIType));
   });
+  session.screens.Add("modSIDetails", [](Session& opened, Screen*) {
+    return std::make_unique<modSIDetails>(opened, opened.FormEmpId);
+  });
+  session.screens.Add("modSalSIAdj", [](Session& opened, Screen*) {
+    return std::make_unique<modSalSIAdj>(opened, Value(Val(opened.FormArgText)).ToLong());
+  });
+  session.screens.Add("modLockMonth",
+                      [](Session& opened, Screen*) { return std::make_unique<modLockMonth>(opened); });
+  Register<frmSelMonth>(session, session.doors.month);
+  Register<frmKtlCalender>(session, session.doors.calendar);
+  Register<modEMIEmp>(session, session.doors.monthView);
   Register<modSIMaster>(session, session.doors.instructionMaster);
   Register<modEMIDet>(session, session.doors.emiEditor);
   Register<modReceipts>(session, session.doors.receipts);

@@ -38,6 +38,7 @@ constexpr std::array kEntries = {
     Entry{1508, "modSIDetails", 0, Arguments::Employee},
     Entry{1509, "modSalSIAdj", 0, Arguments::MonthYear},
     Entry{1510, "frmSepInt", 0, Arguments::None},
+    Entry{1511, "modLockMonth", 0, Arguments::None},
 };
 
 const Entry* FindEntry(long code) {

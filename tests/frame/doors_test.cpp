@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "frame/pickers.h"
 #include "screen/screen.h"
 #include "support/frame_fixture.h"
 
@@ -15,29 +16,29 @@ class DoorsTest : public FrameFixture {
 
 TEST_F(DoorsTest, ADoorHandsItsArgumentsToTheScreen) {
   TextBox box{opener, "txtMonth"};
-  const TextBox* asked = nullptr;
-  session.doors.month.LeadTo([&](Session&, TextBox& for_) {
-    asked = &for_;
+  const Control* asked = nullptr;
+  session.doors.month.LeadTo([&](Session&, const PickerField& field) {
+    asked = field.control;
     return std::make_unique<Screen>("frmSelMonth");
   });
   EXPECT_TRUE(session.doors.month.IsThere());
-  session.doors.month(box);
+  session.doors.month(FieldOf(box));
   EXPECT_EQ(asked, &box);
   EXPECT_EQ(desk.ShownScreens(), std::vector<std::string>{"frmSelMonth"});
 
-  long month = 0;
+  std::string month;
   session.doors.monthView.LeadTo([&](Session&, const MonthViewRequest& request) {
-    month = request.monthYear;
+    month = request.month;
     return std::make_unique<Screen>("modEMIEmp");
   });
-  session.doors.monthView({.employee = 17, .monthYear = 24121});
-  EXPECT_EQ(month, 24121);
+  session.doors.monthView({.employee = 17, .month = "Jan/2010"});
+  EXPECT_EQ(month, "Jan/2010");
 }
 
 TEST_F(DoorsTest, AScreenThatIsNotThereIsNamed) {
   TextBox box{opener, "txtDate"};
   session.title = "Loans";
-  session.doors.calendar(box);
+  session.doors.calendar(FieldOf(box));
   session.screens.Show(session, "modSalSIAdj");
   EXPECT_EQ(desk.TakeLines(),
             "Information | Loans | The calendar is not part of this build yet.\n"

@@ -69,9 +69,9 @@ TEST_F(SharedFacts, AFieldAsksItsPicker) {
   TextBox month(screen, "txtMonth"), date(screen, "txtDate");
   AskForMonth(session, month);
   AskForDate(session, date);
-  TextBox* asked = nullptr;
-  session.doors.month.LeadTo([&](Session&, TextBox& box) {
-    asked = &box;
+  const Control* asked = nullptr;
+  session.doors.month.LeadTo([&](Session&, const PickerField& field) {
+    asked = field.control;
     return std::make_unique<Screen>("frmSelMonth");
   });
   month.onDblClick();

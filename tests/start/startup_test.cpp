@@ -105,6 +105,7 @@ TEST_F(StartupTest, EveryCodeOpensItsScreen) {
       {"1508,21.5x#False#0#0", "modSIDetails", 0, 22, ""},
       {"1509, 24121 #False#0#0", "modSalSIAdj", 0, 0, "24121"},
       {"1510#False#0#0", "frmSepInt", 0, 0, ""},
+      {"1511#False#0#0", "modLockMonth", 0, 0, ""},
   };
   for (const auto& [line, screen, siType, employee, argument] : cases) {
     SCOPED_TRACE(line);
@@ -216,9 +217,25 @@ TEST_F(StartupTest, AHelpFileCountsOnlyWhenItIsThere) {
   Talk("HelpFile", file);
   EnterTopLevel(session, screen);
   EXPECT_EQ(session.helpFile, "");
+  Connect();
+  Fill("MAS_COMPANY", "(CMPNAME) VALUES ('Neem & Sons')");
+  Setting("User", "LEELA");
   std::ofstream{file};
   EnterTopLevel(session, screen);
   EXPECT_EQ(session.helpFile, file);
+  EXPECT_EQ(desk.place.company + "|" + desk.place.user + "|" + desk.place.helpFile,
+            "Neem & Sons|LEELA|" + file);
+}
+
+TEST_F(StartupTest, WhoWaitsForAnotherWorkstationIsAskedUntilTheProgramIsToEnd) {
+  Connect();
+  desk.keepsWaiting = [asked = 0](bool mayGiveUp) mutable { return mayGiveUp && ++asked < 3; };
+  for (const bool mustEnd : {false, true}) {
+    machine.environment.mustEnd = mustEnd;
+    const Transaction other(company.Cn());
+    EXPECT_THROW(session.Cn.Execute("DELETE FROM MAS_EMPLOYEE"), DatabaseError);
+    if (mustEnd) desk.keepsWaiting = [](bool) { return ADD_FAILURE(), false; };
+  }
 }
 
 TEST_F(StartupTest, NoScreenIsOpened) {
@@ -226,7 +243,7 @@ TEST_F(StartupTest, NoScreenIsOpened) {
   const std::pair<const char*, std::string> cases[] = {
       {"1506#False#0#0", invalid},
       {"1499#False#0#0", invalid},
-      {"1511#False#0#0", invalid},
+      {"1512#False#0#0", invalid},
       {"1510#False#0#0",
        "Information | KestrelLedger - Standing Instruction | The separate interest is not part of this build yet."},
   };

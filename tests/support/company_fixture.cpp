@@ -9,6 +9,7 @@
 
 #include "company/schema_texts.h"
 #include "database/drivers/sqlite_file.h"
+#include "instructions/month_list.h"
 #include "instructions/total_interest.h"
 
 namespace ktl::test {
@@ -27,7 +28,8 @@ std::filesystem::path NewFile() {
 const std::string& Template() {
   static const std::string bytes = [] {
     const auto file = NewFile();
-    CreateSqliteFile(file, {kSchemaText, kSeedText, kTotalInterest.setup, "PRAGMA journal_mode = WAL"});
+    CreateSqliteFile(
+        file, {kSchemaText, kSeedText, kTotalInterest.setup, kMonthList.setup, "PRAGMA journal_mode = WAL"});
     std::ifstream stream(file, std::ios::binary);
     std::string content{std::istreambuf_iterator<char>(stream), {}};
     std::filesystem::remove(file);

@@ -60,12 +60,16 @@ void Bind(SqliteStatement& statement, std::span<const Value> numbers) {
 
 }  // namespace
 
-SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, ClientIdentity client)
+SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, const ConnectionSettings& settings)
     : database_(std::move(database)),
-      client_(std::move(client)),
+      client_(settings.client),
       host_{database_, client_, {}},
       programs_(kMostPrograms) {
   RegisterFunctions(host_);
+  database_.SetBusyTimeout(settings.commandTimeout);
+  database_.SetOnWait([this, ask = settings.onWait](std::chrono::milliseconds waited) {
+    return !ask || ask({waited, database_.TotalChanges() == durableChanges_});
+  });
   if (kind == FileKind::Company) database_.Run(kMonthLockTrigger);
 }
 
@@ -231,7 +235,8 @@ std::string_view SqliteDriver::Choose(const StatementTwin& twin) {
 bool SqliteDriver::MakeReady(const StatementTwin& twin) {
   if (twinTables_.contains(twin.table)) return true;
   const auto isThere = [&] {
-    SqliteDatabase::Lease table(database_, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?1");
+    SqliteDatabase::Lease table(database_,
+                                "SELECT 1 FROM sqlite_master WHERE type IN ('table', 'view') AND name = ?1");
     table->Bind(0, Value(twin.table));
     return table->Step();
   };

@@ -79,11 +79,13 @@ void CopyAll(SqliteDatabase& source, const std::string& to, LogMode mode) {
 
 }  // namespace
 
-SqliteDatabase OpenSqliteFile(const std::string& file, FileKind kind, int timeoutSeconds) {
+SqliteDatabase OpenSqliteFile(const std::string& file, FileKind kind, int timeoutSeconds,
+                              const WaitHandler& onWait) {
   for (;;) {
     RequireFile(file);
     SqliteDatabase database(file, SqliteDatabase::Mode::Existing);
     database.SetBusyTimeout(timeoutSeconds);
+    if (onWait) database.SetOnWait([&onWait](std::chrono::milliseconds waited) { return onWait({waited}); });
     if (database.IsReadOnly())
       throw DatabaseError(fmt::format("The company file {} cannot be written.", file));
     try {
@@ -91,6 +93,7 @@ SqliteDatabase OpenSqliteFile(const std::string& file, FileKind kind, int timeou
     } catch (const DatabaseError&) {
       if (!HasMoved(database)) throw;
     }
+    database.SetOnWait({});
     if (!HasMoved(database)) return database;
   }
 }

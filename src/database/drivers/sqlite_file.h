@@ -3,6 +3,7 @@
 #include <initializer_list>
 #include <string>
 
+#include "database/driver.h"
 #include "database/drivers/sqlite_database.h"
 
 namespace ktl {
@@ -15,7 +16,8 @@ enum class FileKind { Company, LocalStore };
 // Opens a file that is there; never makes one. Throws DatabaseError, one clear line each: no such file, a
 // folder, no database, not a company or one of another schema version, not writable, locked for longer than
 // the time-out. What takes the file's place while this waits is what is opened.
-SqliteDatabase OpenSqliteFile(const std::string& file, FileKind kind, int timeoutSeconds);
+SqliteDatabase OpenSqliteFile(const std::string& file, FileKind kind, int timeoutSeconds,
+                              const WaitHandler& onWait = {});
 
 // The file that is about to be replaced or removed: what stands in its log is in the file itself afterwards,
 // and nobody else can have it open as long as this one is. Throws DatabaseError when another program has it
