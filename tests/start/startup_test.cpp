@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <fstream>
+#include <optional>
 #include <thread>
 #include <tuple>
 
@@ -162,11 +163,12 @@ TEST_F(StartupTest, TheTimeOutsOfTheSettingsReachTheConnection) {
   for (const auto& [none, patient, lock] : cases) {
     Setting(none, "0");
     Setting(patient, "30");
-    SqliteDatabase neighbour(company.File().string(), SqliteDatabase::Mode::Existing);
-    neighbour.RunScript(lock);
+    std::optional<SqliteDatabase> neighbour(std::in_place, company.File().string(),
+                                            SqliteDatabase::Mode::Existing);
+    neighbour->RunScript(lock);
     std::thread letsGo([&] {
       std::this_thread::sleep_for(std::chrono::seconds(1));
-      neighbour.RunScript("COMMIT; PRAGMA locking_mode = NORMAL; SELECT COUNT(*) FROM sqlite_master");
+      neighbour.reset();
     });
     EXPECT_THROW(
         {
