@@ -124,6 +124,19 @@ TEST_F(StartupTest, EveryCodeOpensItsScreen) {
   EXPECT_EQ(machine.statusBox.texts.back().text, "  ");
 }
 
+TEST_F(StartupTest, AMissingArgumentIsToldByExample) {
+  for (const char* code : {"1508", "1509"}) {
+    Session run(machine.machine(), desk);
+    try {
+      RunProgram(run, std::string(code) + "#False#0#0");
+      ADD_FAILURE() << code;
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.number(), 9);
+      EXPECT_NE(error.description().find(std::string(code) + " needs "), std::string::npos);
+    }
+  }
+}
+
 TEST_F(StartupTest, TheScreenFindsTheSessionFilled) {
   Sql("UPDATE MAS_OPTSET SET TDSMAR2FEB = 1, EMPIDCAP = 'Code'");
   Fill(
