@@ -381,6 +381,9 @@ TEST_F(MasterScreen, RefusesAGroupWithoutTheRight) {
   ClickRow(screen->fpgSIMaster, 0);
   AnswerDelete(Answer::Yes);
   EXPECT_EQ(desk.TakeTexts(), Texts{"Permission denied."});
+  session.ReadOnlyUser = true;
+  Open(1501);
+  EXPECT_FALSE(screen->cmdSave.enabled || screen->cmdDelete.enabled);
 }
 
 Texts TextsOf(const std::vector<Statement>& statements) {
