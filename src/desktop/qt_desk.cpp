@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QScreen>
+#include <QSocketNotifier>
 #include <QTime>
 #include <QTimer>
 #include <QUrl>
@@ -46,6 +47,14 @@ void QtDesk::TakePicture(std::string file, Act act) {
   act_ = std::move(act);
 }
 
+void QtDesk::EndOn(int descriptor) {
+  auto* const asked = new QSocketNotifier(descriptor, QSocketNotifier::Read, &dispatcher_);
+  QObject::connect(asked, &QSocketNotifier::activated, &dispatcher_, [this, asked] {
+    asked->setEnabled(false);
+    dispatcher_.Fail(std::make_exception_ptr(ProgramFailure(kEndedBySignal)));
+  });
+}
+
 Answer QtDesk::MsgBox(const MessageBox& box) {
   if (!pictureFile_.empty()) return DefaultAnswerOf(box);
   Mirror();
@@ -80,6 +89,7 @@ void QtDesk::NoteSaved() {
   facts_.saved = QStringLiteral("Saved at ") + QTime::currentTime().toString(QStringLiteral("hh:mm"));
   const QString subject = open_.empty() ? QString() : SubjectLine(open_.back()->screen().Subject());
   if (!subject.isEmpty()) facts_.saved += QStringLiteral(": ") + subject;
+  if (!open_.empty()) open_.back()->NoteSaved();
 }
 
 void QtDesk::NoteStatus(const std::string& text) { facts_.status = ToQt(text); }
