@@ -11,7 +11,9 @@
 #include "desktop/dispatcher.h"
 #include "desktop/grid_copy.h"
 #include "desktop/grid_delegate.h"
+#include "desktop/grid_foot.h"
 #include "desktop/grid_model.h"
+#include "desktop/grid_sums.h"
 #include "desktop/window_memory.h"
 
 namespace ktl {
@@ -54,6 +56,7 @@ class GridBinding final : public Binding {
         widths_(ToQt(control.screen().name() + '.' + control.name())) {
     SetUpView();
     Connect();
+    if (!control.summed.empty()) GridFoot::Under(view, model_, control);
   }
 
   void Mirror() override {
@@ -69,6 +72,7 @@ class GridBinding final : public Binding {
     MirrorActiveRow();
   }
   bool EnterMovesOn() const override { return false; }
+  QString SelectionWords() const override { return ktl::SelectionWords(view_, model_, control_); }
   bool Filter(QEvent& event) override;
 
  private:
@@ -324,6 +328,9 @@ void GridBinding::AddCopies(QMenu& menu, const QModelIndex& cell) {
   QAction* all = menu.addAction(QStringLiteral("Copy All Rows\tCtrl+Shift+C"));
   QObject::connect(all, &QAction::triggered, &menu,
                    [this] { Copy(CopiedText(view_, model_, CopyRange::AllRows)); });
+  if (!control_.onExport) return;
+  QAction* file = menu.addAction(QStringLiteral("Export to a Workbook"));
+  QObject::connect(file, &QAction::triggered, &menu, [this] { dispatcher_.Run(control_.onExport); });
 }
 
 void GridBinding::ShowMenu(const QPoint& place) {

@@ -14,7 +14,7 @@ namespace ktl {
 namespace {
 
 constexpr const char* kStyleSheet = R"(
-QMessageBox { background: #ffffff; }
+QMessageBox, #waitingBox { background: #ffffff; }
 QMessageBox QLabel#qt_msgbox_label { padding: 6px 10px 6px 2px; }
 QToolTip { background: #fffbe6; color: #1f2933; border: 1px solid #d9cf9c; padding: 3px; }
 
@@ -22,6 +22,9 @@ QToolTip { background: #fffbe6; color: #1f2933; border: 1px solid #d9cf9c; paddi
 
 #titleBand { background: #24456b; }
 #titleText { color: #ffffff; font-size: 13pt; font-weight: 600; }
+#subjectText { color: #d5e3f3; }
+#statusLine { background: #e4eaf2; border-top: 1px solid #d0d8e2; }
+#statusWhy { color: #9a3412; font-weight: 600; }
 
 QGroupBox { font-weight: 600; color: #24456b; border: 1px solid #d6dde6; border-radius: 6px; margin-top: 10px;
             padding: 6px 2px 2px 2px; background: #ffffff; }

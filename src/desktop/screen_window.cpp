@@ -1,13 +1,18 @@
 #include "desktop/screen_window.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QContextMenuEvent>
+#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QTabWidget>
+#include <QTableView>
+#include <QUrl>
 #include <algorithm>
 
 #include "desktop/cut_text.h"
@@ -54,12 +59,15 @@ ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispat
   layout_.setSpacing(0);
   layout_.addWidget(&band_);
   layout_.addWidget(form_.get(), 1);
-  resize(size);
+  layout_.addWidget(&status_);
+  status_.setHidden(picks);
+  resize(size + QSize(0, picks ? 0 : status_.sizeHint().height()));
   RestorePlace(*this, ToQt(screen.name()));
   FitOnDesk();
   binder_ = std::make_unique<FormBinder>(screen, *form_, dispatcher);
   for (QWidget* widget : form_->findChildren<QWidget*>()) widget->installEventFilter(this);
   typing_ = std::make_unique<TypingWatch>(*form_, *binder_);
+  SetUpStatus();
 }
 
 ScreenWindow::~ScreenWindow() {
@@ -75,7 +83,38 @@ void ScreenWindow::SetUpBand() {
   title_.setObjectName("titleText");
   title_.setTextFormat(Qt::PlainText);
   bandLayout_.setContentsMargins(14, 6, 14, 7);
-  bandLayout_.addWidget(&title_, 1);
+  bandLayout_.setSpacing(1);
+  bandLayout_.addWidget(&title_);
+  subject_.setObjectName("subjectText");
+  subject_.setTextFormat(Qt::PlainText);
+  if (parentWidget()) bandLayout_.addWidget(&subject_);
+}
+
+void ScreenWindow::SetUpStatus() {
+  for (QTableView* view : form_->findChildren<QTableView*>()) {
+    connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { ShowSelection(); });
+    connect(view->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { ShowSelection(); });
+  }
+  connect(new QShortcut(Qt::Key_F1, this), &QShortcut::activated, this, [this] { OpenHelp(); });
+}
+
+// Of the grid that is worked in, else of the one that is seen.
+void ScreenWindow::ShowSelection() {
+  QString words;
+  for (const Control* control : screen_.Controls()) {
+    if (control->kind() != ControlKind::Grid) continue;
+    const QWidget* widget = binder_->WidgetOf(*control);
+    if (!widget || !widget->isVisibleTo(this)) continue;
+    const bool workedIn = widget->isAncestorOf(QApplication::focusWidget()) || widget->hasFocus();
+    if (words.isEmpty() || workedIn) words = binder_->BindingOf(widget)->SelectionWords();
+    if (workedIn) break;
+  }
+  status_.ShowSelection(words);
+}
+
+void ScreenWindow::OpenHelp() const {
+  if (!helpFile_.empty()) QDesktopServices::openUrl(QUrl::fromLocalFile(ToQt(helpFile_)));
 }
 
 void ScreenWindow::FitOnDesk() {
@@ -83,11 +122,19 @@ void ScreenWindow::FitOnDesk() {
   if (const QScreen* desk = QWidget::screen()) resize(size().boundedTo(desk->availableSize()));
 }
 
-void ScreenWindow::Mirror() {
+void ScreenWindow::Mirror(const DeskFacts& facts) {
   const QString caption = ToQt(screen_.caption);
   if (windowTitle() != caption) setWindowTitle(caption);
   if (title_.text() != caption) title_.setText(caption);
+  if (parentWidget()) {
+    const QString subject = SubjectLine(screen_.Subject());
+    if (subject_.text() != subject) subject_.setText(subject);
+    subject_.setVisible(!subject.isEmpty());
+  }
   binder_->Mirror();
+  helpFile_ = facts.place.helpFile;
+  status_.Show(facts, screen_);
+  ShowSelection();
 }
 
 void ScreenWindow::GrantFocus() {
@@ -105,6 +152,7 @@ void ScreenWindow::GrantFocus() {
 }
 
 void ScreenWindow::FocusMoved(const QWidget* from, const QWidget* to) {
+  ShowSelection();
   const Control* left = binder_->ControlOf(from);
   Control* entered = binder_->ControlOf(to);
   if (entered) screen_.NoteFocus(entered);
