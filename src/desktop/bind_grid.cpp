@@ -9,6 +9,7 @@
 
 #include "desktop/binding.h"
 #include "desktop/dispatcher.h"
+#include "desktop/empty_words.h"
 #include "desktop/grid_copy.h"
 #include "desktop/grid_delegate.h"
 #include "desktop/grid_model.h"
@@ -51,7 +52,8 @@ class GridBinding final : public Binding {
         view_(view),
         dispatcher_(dispatcher),
         model_(control),
-        widths_(ToQt(control.screen().name() + '.' + control.name())) {
+        widths_(ToQt(control.screen().name() + '.' + control.name())),
+        emptyWords_(*new EmptyWords(view)) {
     SetUpView();
     Connect();
   }
@@ -67,6 +69,7 @@ class GridBinding final : public Binding {
     }
     MirrorHiddenRows();
     MirrorActiveRow();
+    emptyWords_.Show(HasNoRow());
   }
   bool EnterMovesOn() const override { return false; }
   bool Filter(QEvent& event) override;
@@ -76,6 +79,10 @@ class GridBinding final : public Binding {
   void Connect();
   bool KeyPress(const QKeyEvent& key);
   void ShareWidth();
+  bool HasNoRow() const {
+    return std::all_of(control_.rows.begin(), control_.rows.end(),
+                       [](const GridRow& row) { return row.hidden; });
+  }
   void MirrorHiddenRows();
   void MirrorActiveRow();
   void CurrentChanged(const QModelIndex& current, const QModelIndex& before);
@@ -107,6 +114,7 @@ class GridBinding final : public Binding {
   Dispatcher& dispatcher_;
   GridModel model_;
   ColumnWidths widths_;
+  EmptyWords& emptyWords_;  // the view owns it
   bool arranging_ = false;
   GridDelegate delegate_;
   std::vector<bool> hiddenRows_;
@@ -187,6 +195,7 @@ bool GridBinding::Filter(QEvent& event) {
       return false;
     case QEvent::Resize:
       ShareWidth();
+      emptyWords_.Show(HasNoRow());
       return false;
     default:
       return false;

@@ -13,6 +13,7 @@
 #include "desktop/cut_text.h"
 #include "desktop/dispatcher.h"
 #include "desktop/fitting_form.h"
+#include "desktop/form_help.h"
 #include "desktop/message_box.h"
 #include "desktop/picker_window.h"
 #include "desktop/window_memory.h"
@@ -41,7 +42,7 @@ bool TakesTab(const QWidget& widget) {
 
 ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispatcher& dispatcher,
                            QWidget* parent)
-    : QDialog(parent), screen_(screen), dispatcher_(dispatcher), form_(std::move(form)) {
+    : QDialog(parent), screen_(screen), dispatcher_(dispatcher), form_(std::move(form)), letters_(*form_) {
   const bool picks = screen.under != nullptr;
   // The first one stands in the task bar and can be put away; those over it stay with it.
   setWindowFlags(picks ? Qt::Dialog | Qt::FramelessWindowHint
@@ -49,23 +50,24 @@ ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispat
                              Qt::WindowCloseButtonHint | Qt::WindowMinMaxButtonsHint);
   SetUpBand();
   const QSize size = form_->size();
-  MakeFit(*form_);
+  if (!picks) MakeFit(*form_);
   layout_.setContentsMargins(0, 0, 0, 0);
   layout_.setSpacing(0);
   layout_.addWidget(&band_);
   layout_.addWidget(form_.get(), 1);
   resize(size);
-  RestorePlace(*this, ToQt(screen.name()));
+  if (!picks) RestorePlace(*this, ToQt(screen.name()));
   FitOnDesk();
   binder_ = std::make_unique<FormBinder>(screen, *form_, dispatcher);
   for (QWidget* widget : form_->findChildren<QWidget*>()) widget->installEventFilter(this);
+  AddShortcuts(*this, *form_);
   typing_ = std::make_unique<TypingWatch>(*form_, *binder_);
 }
 
 ScreenWindow::~ScreenWindow() {
   // The widgets go while the bindings that they signal to are still there.
   const Dispatcher::Mirroring mirroring(dispatcher_);
-  KeepPlace(*this, ToQt(screen_.name()));
+  if (!screen_.under) KeepPlace(*this, ToQt(screen_.name()));
   form_.reset();
   dispatcher_.Forget(screen_);
 }
@@ -88,6 +90,7 @@ void ScreenWindow::Mirror() {
   if (windowTitle() != caption) setWindowTitle(caption);
   if (title_.text() != caption) title_.setText(caption);
   binder_->Mirror();
+  if (letters_.Share()) NameControls(*form_);
 }
 
 void ScreenWindow::GrantFocus() {

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "desktop/form_binder.h"
+#include "desktop/letters.h"
 #include "desktop/typing_watch.h"
 
 namespace ktl {
@@ -51,6 +52,7 @@ class ScreenWindow final : public QDialog {
   std::unique_ptr<QWidget> form_;
   std::unique_ptr<FormBinder> binder_;
   std::unique_ptr<TypingWatch> typing_;
+  Letters letters_;
   QVBoxLayout layout_{this};
   QFrame band_;
   QHBoxLayout bandLayout_{&band_};
