@@ -88,6 +88,7 @@ int main(int argc, char** argv) {
       commandLine, ktl::RealMachine(argv[0]).machine().environment.ExecutableName());
   if (!complaint.empty()) return RefuseCommandLine(desk, complaint);
   if (!picture.empty()) desk.TakePicture(picture);
+  desk.EndOn(ktl::EndOnSignals());
   std::string why;
   try {
     return Run(desk, argv[0], commandLine);
@@ -97,6 +98,7 @@ int main(int argc, char** argv) {
     why = failure.what();
   }
   const int status = Complain(why);
-  if (picture.empty()) desk.ShowError(why, ktl::kApplicationTitle);  // nobody sits before a picture
+  // Nobody sits before a picture, nor waits for an answer after a signal.
+  if (picture.empty() && why != ktl::kEndedBySignal) desk.ShowError(why, ktl::kApplicationTitle);
   return status;
 }

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QSocketNotifier>
 #include <QTimer>
 #include <stdexcept>
 #include <utility>
@@ -41,6 +42,14 @@ QtDesk::~QtDesk() { SetBusy(false); }
 void QtDesk::TakePicture(std::string file, Act act) {
   pictureFile_ = std::move(file);
   act_ = std::move(act);
+}
+
+void QtDesk::EndOn(int descriptor) {
+  auto* const asked = new QSocketNotifier(descriptor, QSocketNotifier::Read, &dispatcher_);
+  QObject::connect(asked, &QSocketNotifier::activated, &dispatcher_, [this, asked] {
+    asked->setEnabled(false);
+    dispatcher_.Fail(std::make_exception_ptr(ProgramFailure(kEndedBySignal)));
+  });
 }
 
 Answer QtDesk::MsgBox(const MessageBox& box) {

@@ -32,6 +32,10 @@ class QtDesk final : public Desk {
   void TakePicture(
       std::string file, Act act = [](Screen&) { return false; });
 
+  // When the descriptor can be read somebody has asked the program to end: what is open goes without a
+  // question, and ShowModal throws ProgramFailure.
+  void EndOn(int descriptor);
+
   Answer MsgBox(const MessageBox& box) override;
   void ShowModal(Screen& screen) override;
   void NoteSaved() override;

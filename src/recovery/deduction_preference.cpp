@@ -106,7 +106,7 @@ std::vector<std::size_t> RecalcEmployee(std::vector<PreferenceRow>& rows, std::s
 }
 
 bool IsHeld(Session& session, long employee, long monthYear) {
-  return ReadEmpLockStatus(session, employee) == 1 ||
+  return EmpLockStatusOf(session, employee) == 1 ||
          (session.features.On("EMPLOCKYN") && IsEmployeeLocked(session, employee, monthYear, kNoEnd));
 }
 

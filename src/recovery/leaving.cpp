@@ -4,6 +4,7 @@
 
 #include "common/month_year.h"
 #include "database/recordset.h"
+#include "frame/rights.h"
 #include "frame/session.h"
 #include "instructions/components.h"
 #include "recovery/change_audit.h"
@@ -44,7 +45,8 @@ void RequireAsListed(Session& session, const PendingInstruction& pending, const 
       session.Sql("SELECT SUM(MDFYAMT) FROM INS_EMIDETAIL Where EMPID = {} AND SITYPE = {} AND SERIALNO = {} "
                   "HAVING COUNT(*) > 0",
                   key.employee, key.type, key.serial));
-  if (now.Eof() || now[0].NumberOr0() != pending.total || ReadLeaver(session, key.employee) != leaver)
+  if (now.Eof() || now[0].NumberOr0() != pending.total || ReadLeaver(session, key.employee) != leaver ||
+      EmpLockStatusOf(session, key.employee) == 1)
     throw ChangedMeanwhile();
 }
 

@@ -46,7 +46,8 @@ long LeavingMonth(Session& session, const std::string& leavingDate);
 // Of one instruction: everything scheduled from the leaving month on is recovered in that month, or what lies
 // behind it is given up; the months behind stay with amounts of 0. Without a row in the leaving month folding
 // gives up what lies behind as well. One transaction with flags (folding only) and audit line. Throws
-// DatabaseError, with nothing written, when the employee or the total is no longer as listed.
+// DatabaseError, with nothing written, when the employee or the total is no longer as listed, or he has been
+// locked since.
 enum class AfterLeaving { Fold, Clear };
 struct LeavingTerms {
   Leaver leaver;  // as shown

@@ -125,6 +125,7 @@ void modSIDetails::Settle(AfterLeaving deed) {
     for (const PendingInstruction* each : pending_.Ticked(kTick)) SettleAfterLeaving(session_, *each, terms);
   } catch (const RuntimeError&) {
     ShowEmployee();
+    EnableByRights();
     FillPendingGrid();
     throw;
   }

@@ -89,7 +89,8 @@ void modSalSIAdj::LoadSettings() {
 
 void modSalSIAdj::SaveSettings() {
   const auto save = [this](const char* key, const std::string& value) {
-    session_.machine.settings.Set(kSection, key, value);
+    SettingsStore& settings = session_.machine.settings;
+    if (settings.Get(kSection, key) != value) settings.Set(kSection, key, value);  // a file is written
   };
   save("AdvLoan", optLoanAdv_0.Value() ? "0" : "1");
   save("SalaryOpt", optSalaryOpt_0.Value() ? "0" : "1");

@@ -84,27 +84,9 @@ class Move {
     if (apart_) StoreDifference(session_, OfMonth(), -amount_);
   }
 
-  // Those that have no salary yet. The statement joins the two salary tables by nothing: it asks whether the
-  // month has a salary and any salary at all has details.
-  Recordset LaterMonths() {
-    const char* const text =
-        "Select * From INS_EMIDETAIL Where EMPID = {} And SERIALNO = {} And SITYPE = {} And MONTHYEAR > {} "
-        "And {} Order By MONTHYEAR";
-    const auto months = [&](const char* withoutSalary) {
-      return session_.Sql(text, key_.employee, key_.serial, key_.type, month_, Statement(withoutSalary));
-    };
-    const Statement said = months(
-        "(Select max(EMPID) From SLC_SALARYCALC_E SE, SLC_SALARYCALC_D SD Where MONTHYEAR = "
-        "INS_EMIDETAIL.MONTHYEAR And SE.EMPID = INS_EMIDETAIL.EMPID) IS NULL");
-    const Statement embedded = months(
-        "Not (Exists (Select SE.EMPID From SLC_SALARYCALC_E SE Where SE.MONTHYEAR = "
-        "INS_EMIDETAIL.MONTHYEAR And SE.EMPID = INS_EMIDETAIL.EMPID) And Exists (Select SD.SALID From "
-        "SLC_SALARYCALC_D SD))");
-    return Recordset(session_.Cn, StatementTwin{said.text(), embedded.text()});
-  }
-
   void GiveToLaterMonths(PutOffTo to) {
-    Recordset later = LaterMonths();
+    const LaterMonths found = LaterMonthsOf(session_, key_, month_);
+    Recordset later(session_.Cn, StatementTwin{found.said, found.embedded});
     if (later.Eof()) return AddMonth();
     for (const double share : SharesOf(amount_, to, later.RecordCount())) {
       GiveToMonth(later, share);
@@ -169,6 +151,20 @@ std::vector<double> SharesOf(double amount, PutOffTo to, std::size_t months) {
   left -= share * static_cast<long>(months - 1);
   shares.push_back(static_cast<double>(left));
   return shares;
+}
+
+LaterMonths LaterMonthsOf(Session& session, const InstructionKey& key, long monthYear) {
+  const auto months = [&](const char* withoutSalary) {
+    return session.Sql(
+        "Select * From INS_EMIDETAIL Where EMPID = {} And SERIALNO = {} And SITYPE = {} And MONTHYEAR > {} "
+        "And {} Order By MONTHYEAR",
+        key.employee, key.serial, key.type, monthYear, Statement(withoutSalary));
+  };
+  return {months("(Select max(EMPID) From SLC_SALARYCALC_E SE, SLC_SALARYCALC_D SD Where MONTHYEAR = "
+                 "INS_EMIDETAIL.MONTHYEAR And SE.EMPID = INS_EMIDETAIL.EMPID) IS NULL"),
+          months("Not (Exists (Select SE.EMPID From SLC_SALARYCALC_E SE Where SE.MONTHYEAR = "
+                 "INS_EMIDETAIL.MONTHYEAR And SE.EMPID = INS_EMIDETAIL.EMPID) And Exists (Select SD.SALID "
+                 "From SLC_SALARYCALC_D SD))")};
 }
 
 void PutOff(Session& session, const PreferenceRow& row, const PreferenceTerms& terms, PutOffTo to) {
