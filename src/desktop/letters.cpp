@@ -8,6 +8,7 @@
 #include <QTabWidget>
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <set>
 
 namespace ktl {
@@ -30,7 +31,8 @@ QString CaptionOf(QWidget& widget, const QString& shown, int part = 0) {
 
 int RankOf(const QPushButton& button) {
   static const std::set<QString> kEverywhere{"cmdNew", "cmdSave", "cmdDelete", "cmdClose"};
-  return kEverywhere.count(button.objectName()) ? 0 : 1;
+  if (kEverywhere.count(button.objectName())) return 0;
+  return button.text().contains('&') ? 1 : 4;
 }
 
 template <class Widget, class Take>
@@ -89,35 +91,74 @@ int WishOf(QString& caption) {
   return int(mark);
 }
 
-// The first letters of words are remembered best.
-int FreeIn(const QString& caption, const std::set<QChar>& taken) {
-  for (const bool firstOnly : {true, false}) {
+// The places of the letters of a caption; the first letters of words are remembered best.
+std::vector<int> PlacesIn(const QString& caption) {
+  std::vector<int> places;
+  for (const bool firsts : {true, false}) {
     for (int i = 0; i < caption.size(); ++i) {
       const bool first = i == 0 || caption.at(i - 1).isSpace();
-      if ((first || !firstOnly) && caption.at(i).isLetter() && !taken.count(caption.at(i).toUpper()))
-        return i;
+      if (first == firsts && caption.at(i).isLetter()) places.push_back(i);
     }
   }
-  return -1;
+  return places;
 }
 
+// Hands out what is left of the letters. One that is taken is given up by its holder where that one can have
+// another, so that as many as possible get one.
+class Exchange {
+ public:
+  explicit Exchange(const std::vector<Part>& parts) : parts_(parts), places_(parts.size(), -1) {}
+
+  bool Grant(std::size_t part, int place) {
+    const bool free = holders_.emplace(LetterAt(part, place), part).second;
+    if (free) places_[part] = place;
+    return free;
+  }
+  void Fix() { fixed_ = holders_; }
+  bool Find(std::size_t part) {
+    asked_.clear();
+    return Ask(part);
+  }
+  int PlaceOf(std::size_t part) const { return places_[part]; }
+
+ private:
+  QChar LetterAt(std::size_t part, int place) const { return parts_[part].caption.at(place).toUpper(); }
+  bool Ask(std::size_t part) {
+    for (const int place : PlacesIn(parts_[part].caption)) {
+      const QChar letter = LetterAt(part, place);
+      if (fixed_.count(letter) || !asked_.insert(letter).second) continue;
+      const auto holder = holders_.find(letter);
+      if (holder != holders_.end() && !Ask(holder->second)) continue;
+      holders_[letter] = part;
+      places_[part] = place;
+      return true;
+    }
+    return false;
+  }
+
+  const std::vector<Part>& parts_;
+  std::vector<int> places_;  // -1 for none
+  std::map<QChar, std::size_t> holders_;
+  std::map<QChar, std::size_t> fixed_;  // as wished
+  std::set<QChar> asked_;
+};
+
 void ShareAmong(std::vector<Part>& parts) {
-  std::set<QChar> taken;
-  std::vector<int> places;
-  for (Part& part : parts) {
-    int place = WishOf(part.caption);
-    if (place >= 0 && !taken.insert(part.caption.at(place).toUpper()).second) place = -1;
-    places.push_back(place);
+  std::vector<int> wishes;
+  for (Part& part : parts) wishes.push_back(WishOf(part.caption));
+  Exchange letters(parts);
+  std::vector<std::size_t> refused;
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    if (wishes[i] >= 0 && !letters.Grant(i, wishes[i])) refused.push_back(i);
+  }
+  letters.Fix();
+  for (const std::size_t part : refused) letters.Find(part);
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    if (wishes[i] < 0 && !parts[i].caption.contains('&')) letters.Find(i);
   }
   for (std::size_t i = 0; i < parts.size(); ++i) {
-    QString& caption = parts[i].caption;
-    int& place = places[i];
-    if (place < 0 && !caption.contains('&')) place = FreeIn(caption, taken);
-    if (place >= 0) {
-      taken.insert(caption.at(place).toUpper());
-      caption.insert(place, '&');
-    }
-    parts[i].show(caption);
+    const int place = letters.PlaceOf(i);
+    parts[i].show(place < 0 ? parts[i].caption : QString(parts[i].caption).insert(place, '&'));
   }
 }
 

@@ -159,13 +159,17 @@ TEST(FormsTest, EveryPartHasALetterOfItsOwn) {
   tabs.addTab(new QWidget, "Loan N&ame");
   QGroupBox rounding("EMI Round Off", &form);
   QRadioButton higher("Higher 1 Rupee", &rounding);
+  for (const char* taken : {"&E", "&M", "&I", "&U", "&N", "&F"}) button(taken, taken);
+  QGroupBox recovery("Recovery", &form);
+  QRadioButton lump("Lumpsum", &recovery);
   Letters letters(form);
   EXPECT_TRUE(letters.Share());
   EXPECT_EQ(remove->text(), "&Delete");
   EXPECT_EQ(accept->text(), "&Accept");
-  EXPECT_EQ(deposits->text(), "D&eposits");
+  EXPECT_EQ(deposits->text(), "De&posits");
   EXPECT_EQ(tabs.tabText(0), "&Loan Name");
-  EXPECT_EQ(rounding.title(), "EMI &Round Off");
+  EXPECT_EQ(rounding.title(), "EMI Round &Off");
+  EXPECT_EQ(recovery.title(), "&Recovery");
   EXPECT_FALSE(letters.Share()) << "nothing new";
 }
 
