@@ -9,6 +9,7 @@
 
 #include "desktop/binding.h"
 #include "desktop/dispatcher.h"
+#include "desktop/empty_words.h"
 #include "desktop/grid_copy.h"
 #include "desktop/grid_delegate.h"
 #include "desktop/grid_foot.h"
@@ -53,7 +54,8 @@ class GridBinding final : public Binding {
         view_(view),
         dispatcher_(dispatcher),
         model_(control),
-        widths_(ToQt(control.screen().name() + '.' + control.name())) {
+        widths_(ToQt(control.screen().name() + '.' + control.name())),
+        emptyWords_(*new EmptyWords(view)) {
     SetUpView();
     Connect();
     if (!control.summed.empty()) GridFoot::Under(view, model_, control);
@@ -70,6 +72,7 @@ class GridBinding final : public Binding {
     }
     MirrorHiddenRows();
     MirrorActiveRow();
+    emptyWords_.Show(HasNoRow());
   }
   bool EnterMovesOn() const override { return false; }
   QString SelectionWords() const override { return ktl::SelectionWords(view_, model_, control_); }
@@ -80,6 +83,10 @@ class GridBinding final : public Binding {
   void Connect();
   bool KeyPress(const QKeyEvent& key);
   void ShareWidth();
+  bool HasNoRow() const {
+    return std::all_of(control_.rows.begin(), control_.rows.end(),
+                       [](const GridRow& row) { return row.hidden; });
+  }
   void MirrorHiddenRows();
   void MirrorActiveRow();
   void CurrentChanged(const QModelIndex& current, const QModelIndex& before);
@@ -111,6 +118,7 @@ class GridBinding final : public Binding {
   Dispatcher& dispatcher_;
   GridModel model_;
   ColumnWidths widths_;
+  EmptyWords& emptyWords_;  // the view owns it
   bool arranging_ = false;
   GridDelegate delegate_;
   std::vector<bool> hiddenRows_;
@@ -191,6 +199,7 @@ bool GridBinding::Filter(QEvent& event) {
       return false;
     case QEvent::Resize:
       ShareWidth();
+      emptyWords_.Show(HasNoRow());
       return false;
     default:
       return false;

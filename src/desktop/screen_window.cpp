@@ -18,6 +18,7 @@
 #include "desktop/cut_text.h"
 #include "desktop/dispatcher.h"
 #include "desktop/fitting_form.h"
+#include "desktop/form_help.h"
 #include "desktop/message_box.h"
 #include "desktop/picker_window.h"
 #include "desktop/window_memory.h"
@@ -46,7 +47,7 @@ bool TakesTab(const QWidget& widget) {
 
 ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispatcher& dispatcher,
                            QWidget* parent)
-    : QDialog(parent), screen_(screen), dispatcher_(dispatcher), form_(std::move(form)) {
+    : QDialog(parent), screen_(screen), dispatcher_(dispatcher), form_(std::move(form)), letters_(*form_) {
   const bool picks = screen.under != nullptr;
   // The first one stands in the task bar and can be put away; those over it stay with it.
   setWindowFlags(picks ? Qt::Dialog | Qt::FramelessWindowHint
@@ -54,7 +55,7 @@ ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispat
                              Qt::WindowCloseButtonHint | Qt::WindowMinMaxButtonsHint);
   SetUpBand();
   const QSize size = form_->size();
-  MakeFit(*form_);
+  if (!picks) MakeFit(*form_);
   layout_.setContentsMargins(0, 0, 0, 0);
   layout_.setSpacing(0);
   layout_.addWidget(&band_);
@@ -62,10 +63,11 @@ ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispat
   layout_.addWidget(&status_);
   status_.setHidden(picks);
   resize(size + QSize(0, picks ? 0 : status_.sizeHint().height()));
-  RestorePlace(*this, ToQt(screen.name()));
+  if (!picks) RestorePlace(*this, ToQt(screen.name()));
   FitOnDesk();
   binder_ = std::make_unique<FormBinder>(screen, *form_, dispatcher);
   for (QWidget* widget : form_->findChildren<QWidget*>()) widget->installEventFilter(this);
+  AddShortcuts(*this, *form_);
   typing_ = std::make_unique<TypingWatch>(*form_, *binder_);
   SetUpStatus();
 }
@@ -73,7 +75,7 @@ ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispat
 ScreenWindow::~ScreenWindow() {
   // The widgets go while the bindings that they signal to are still there.
   const Dispatcher::Mirroring mirroring(dispatcher_);
-  KeepPlace(*this, ToQt(screen_.name()));
+  if (!screen_.under) KeepPlace(*this, ToQt(screen_.name()));
   form_.reset();
   dispatcher_.Forget(screen_);
 }
@@ -135,6 +137,7 @@ void ScreenWindow::Mirror(const DeskFacts& facts) {
   helpFile_ = facts.place.helpFile;
   status_.Show(facts, screen_);
   ShowSelection();
+  if (letters_.Share()) NameControls(*form_);
 }
 
 void ScreenWindow::GrantFocus() {

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "desktop/form_binder.h"
+#include "desktop/letters.h"
 #include "desktop/status_line.h"
 #include "desktop/typing_watch.h"
 
@@ -54,6 +55,7 @@ class ScreenWindow final : public QDialog {
   std::unique_ptr<QWidget> form_;
   std::unique_ptr<FormBinder> binder_;
   std::unique_ptr<TypingWatch> typing_;
+  Letters letters_;
   QVBoxLayout layout_{this};
   QFrame band_;
   QVBoxLayout bandLayout_{&band_};

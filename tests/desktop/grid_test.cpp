@@ -46,6 +46,21 @@ TEST_F(GridTest, AClickIsHeardWithItsRowActive) {
   });
 }
 
+TEST_F(GridTest, AnEmptyListAndAColourAreToldInWords) {
+  screen.lblHelp.backColour = 0xC0FFC0;
+  screen.fpgRows.PaintRow(1, 0xC0FFC0);
+  WorkAt<QTableView>("fpgRows", [this](QTableView& view) {
+    EXPECT_EQ(view.model()->index(1, kAmount).data(Qt::ToolTipRole), "Help");
+    EXPECT_EQ(view.model()->index(0, kAmount).data(Qt::ToolTipRole), "");
+    const auto& words = Find<QLabel>(view, "emptyWords");
+    EXPECT_FALSE(words.isVisible());
+    screen.fpgRows.Clear();
+    desk.Refresh();
+    EXPECT_TRUE(words.isVisible());
+    EXPECT_EQ(words.text(), "Nothing to show here yet.");
+  });
+}
+
 TEST_F(GridTest, TheFocusAlonePicksNoRow) {
   screen.fpgRows.activeRow = kNoRow;
   WorkAt<QTableView>("fpgRows", [this](QTableView& view) {
