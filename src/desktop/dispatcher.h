@@ -38,6 +38,9 @@ class Dispatcher final : public QObject {
   // ProgramFailure: what was wrong, without the number that says nothing to a person.
   int Exec(QDialog& dialog);
   void RethrowFailure();
+  // Ends the dialogs that are up, the innermost first, whatever they wait for: Exec throws this.
+  void Fail(std::exception_ptr failure);
+  int DialogsShown() const { return dialogsShown_; }  // so far
 
   // While one lives, the signals of the widgets are the mirror's own doing and raise nothing.
   class Mirroring {
@@ -80,7 +83,6 @@ class Dispatcher final : public QObject {
   Handler TakeWaiting();
   void RunWaiting();
   void PassTyping();
-  void Fail(std::exception_ptr failure);
   bool IsForBox(const QObject& target) const;
 
   Handler bringUpToDate_;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <QIcon>
 #include <QPalette>
 #include <QStyleFactory>
 #include <utility>
@@ -135,6 +136,7 @@ void ApplyLook(QApplication& application) {
   SetFont(application);
   application.setPalette(Palette());
   application.setStyleSheet(kStyleSheet);
+  application.setWindowIcon(QIcon(QStringLiteral(":/look/KTLStIns.png")));
 }
 
 QColor ColourOf(Colour colour) {

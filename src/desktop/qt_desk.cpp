@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QSocketNotifier>
 #include <QTimer>
 #include <stdexcept>
 #include <utility>
@@ -43,6 +44,14 @@ void QtDesk::TakePicture(std::string file, Act act) {
   act_ = std::move(act);
 }
 
+void QtDesk::EndOn(int descriptor) {
+  auto* const asked = new QSocketNotifier(descriptor, QSocketNotifier::Read, &dispatcher_);
+  QObject::connect(asked, &QSocketNotifier::activated, &dispatcher_, [this, asked] {
+    asked->setEnabled(false);
+    dispatcher_.Fail(std::make_exception_ptr(ProgramFailure(kEndedBySignal)));
+  });
+}
+
 Answer QtDesk::MsgBox(const MessageBox& box) {
   if (!pictureFile_.empty()) return DefaultAnswerOf(box);
   Mirror();
@@ -71,6 +80,10 @@ void QtDesk::ShowModal(Screen& screen) {
     dispatcher_.Exec(window);
   }
   if (parent) parent->activateWindow();
+}
+
+void QtDesk::NoteSaved() {
+  if (!open_.empty()) open_.back()->NoteSaved();
 }
 
 void QtDesk::Refresh() {

@@ -32,8 +32,13 @@ class QtDesk final : public Desk {
   void TakePicture(
       std::string file, Act act = [](Screen&) { return false; });
 
+  // When the descriptor can be read somebody has asked the program to end: what is open goes without a
+  // question, and ShowModal throws ProgramFailure.
+  void EndOn(int descriptor);
+
   Answer MsgBox(const MessageBox& box) override;
   void ShowModal(Screen& screen) override;
+  void NoteSaved() override;
   void Refresh() override;
   void SetBusy(bool busy) override;
   bool KeepWaiting(std::chrono::milliseconds waited, bool mayGiveUp) override;

@@ -74,7 +74,7 @@ long modExternal::Handle() {
   return static_cast<long>(Val(session_.machine.settings.Get(kTalk, "HWND" + AppName, "0")));
 }
 
-// Without a time-out: only the program's end ends it.
+// Without a time-out, and whether its window has come up or not.
 void modExternal::WaitForEnd(SiblingProcess& process) {
   while (process.IsRunning()) PassTime(&process);
   PassStatus(process);

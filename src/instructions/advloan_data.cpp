@@ -215,14 +215,15 @@ bool HasHouseLoan(Session& session, const InstructionKey& key) {
 }
 
 long NextSerial(Session& session, long employee, InstructionType type) {
+  const Statement table{std::string(FactsOf(type).table)};
   const double last = session.data.Number(
-      session.Sql("Select Max(SERIALNO) From INS_ADVLOAN Where EMPID = {} And SITYPE = {}", employee, type));
+      session.Sql("Select Max(SERIALNO) From {} Where EMPID = {} And SITYPE = {}", table, employee, type));
   if (IsSerial(last + 1)) return static_cast<long>(last) + 1;
   // No number follows the highest one: the first that is free.
   long free = 1;
-  for (Recordset rs(session.Cn, session.Sql("Select SERIALNO From INS_ADVLOAN Where EMPID = {} And SITYPE = "
-                                            "{} And SERIALNO > 0 Order By SERIALNO",
-                                            employee, type));
+  for (Recordset rs(session.Cn, session.Sql("Select SERIALNO From {} Where EMPID = {} And SITYPE = {} And "
+                                            "SERIALNO > 0 Order By SERIALNO",
+                                            table, employee, type));
        !rs.Eof() && rs[0].NumberOr0() == static_cast<double>(free); rs.MoveNext())
     ++free;
   return free;

@@ -92,9 +92,7 @@ std::vector<ScheduleRow> GenerateSchedule(const ScheduleTerms& terms) {
 
 bool WriteSchedule(Session& session, const InstructionKey& key, const ScheduleTerms& terms, long institution,
                    ScheduleForm form) {
-  if (session.data.FnBlnRecExists(
-          session.Sql("Select EMPID From INS_EMIDETAIL Where {}", WhereInstruction(key))))
-    return false;
+  if (HasSchedule(session, key)) return false;
   const std::vector<ScheduleRow> schedule = GenerateSchedule(terms);
   Recordset rows(session.Cn, "Select * From INS_EMIDETAIL", OpenMode::AddOnly);
   for (const ScheduleRow& row : schedule) AddScheduleRow(rows, key, row, institution, form);

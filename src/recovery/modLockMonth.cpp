@@ -55,10 +55,10 @@ void modLockMonth::SetColumns() {
   months_.SetColumns({
       {{"MonthYear", CellType::Number, 60, true},
        [](const Month& month) { return std::to_string(month.monthYear); }},
-      {{"Month/Year", CellType::Text, 140}, &Month::name},
-      {{"Month Lock", CellType::Tick, 110, false, session_.ReadOnlyUser},
+      {{"Month/Year", CellType::Text, 90}, &Month::name},
+      {{"Month Lock", CellType::Tick, 90, false, session_.ReadOnlyUser},
        [tick](const Month& month) { return tick(month.now.month); }},
-      {{"Lock Lev.Track", CellType::Tick, 120, false, session_.ReadOnlyUser},
+      {{"Lock Lev.Track", CellType::Tick, 110, false, session_.ReadOnlyUser},
        [tick](const Month& month) { return tick(month.now.leave); }},
   });
   using Change = LockHistoryRow;
@@ -68,7 +68,7 @@ void modLockMonth::SetColumns() {
       {{"System Name", CellType::Text, 130}, &Change::systemName},
       {{"Lock", CellType::Text, 90},
        [](const Change& change) { return change.locked ? "Locked" : "Unlocked"; }},
-      {{"Date Time", CellType::Text, 190},
+      {{"Date Time", CellType::Text, 220},
        [](const Change& change) {
          return change.changed ? FormatDate(*change.changed, "DD/MMM/YYYY HH:MM:SS AM/PM") : "";
        }},

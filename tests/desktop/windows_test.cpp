@@ -1,3 +1,7 @@
+#include <QHeaderView>
+#include <QSettings>
+#include <QTemporaryDir>
+
 #include "desktop/toy_screen.h"
 
 namespace ktl {
@@ -205,6 +209,55 @@ TEST_F(WindowsTest, AScreenMayRefuseToClose) {
     EXPECT_TRUE(screen.IsUnloaded());
   });
   EXPECT_EQ(asked, 3);
+}
+
+TEST_F(WindowsTest, EscapeOnTheFirstWindowNeverDropsTyping) {
+  const auto answer = [](Qt::Key key) {
+    OnNext<QMessageBox>([key](QMessageBox& box) { QTest::keyClick(&box, key); });
+  };
+  Work([&](ScreenWindow& window) {
+    Enter(Find<QLineEdit>(window, "txtCount"), "7");
+    answer(Qt::Key_Return);
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_TRUE(window.isVisible()) << "the default goes back";
+    answer(Qt::Key_Return);
+    screen.mayClose = [this] { return desk.Confirm("Save?", "Toy"); };
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_TRUE(window.isVisible()) << "one question, the screen's own";
+    screen.mayClose = [] { return true; };
+    answer(Qt::Key_Y);
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_TRUE(screen.IsUnloaded());
+  });
+  Work([this](ScreenWindow& window) {
+    EXPECT_TRUE(window.windowFlags() & Qt::WindowMinimizeButtonHint);
+    EXPECT_EQ(window.windowType(), Qt::Window);
+    EXPECT_FALSE(window.windowIcon().isNull());
+    Enter(Find<QLineEdit>(window, "txtCount"), "7");
+    desk.NoteSaved();
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_TRUE(screen.IsUnloaded()) << "saved: nothing to ask";
+  });
+}
+
+TEST_F(WindowsTest, WhatAPersonArrangedIsThereAgain) {
+  const QTemporaryDir folder;
+  QSettings::setDefaultFormat(QSettings::IniFormat);
+  QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path());
+  QCoreApplication::setOrganizationName("toys");
+  const auto width = [](ScreenWindow& window) { return Find<QTableView>(window, "fpgRows").columnWidth(1); };
+  Work([&](ScreenWindow& window) {
+    window.resize(820, 640);
+    Find<QTableView>(window, "fpgRows").horizontalHeader()->resizeSection(1, 143);
+    window.resize(900, 640);
+    Settle();
+    EXPECT_EQ(width(window), 143);
+  });
+  Work([&](ScreenWindow& window) {
+    EXPECT_EQ(window.width(), 900);
+    EXPECT_EQ(width(window), 143);
+  });
+  QCoreApplication::setOrganizationName({});
 }
 
 TEST_F(WindowsTest, AFailureThatNoHandlerCaughtEndsEveryScreen) {
