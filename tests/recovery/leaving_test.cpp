@@ -172,7 +172,7 @@ TEST_F(Leaving, MoneyIsConserved) {
     const std::size_t leaving = folding ? 2 : 3;
     company.Execute(fmt::format("UPDATE MAS_EMPLOYEE SET DOL = '20/{}/2024'", folding ? "Jun" : "Jul"));
     std::vector<double> amounts(4 + random() % 8);
-    for (double& amount : amounts) amount = static_cast<double>(100 + random() % 90000);
+    for (double& amount : amounts) amount = static_cast<double>(100 + random() % 90000) / 100;
     random() % 2 == 0 ? Instruction(InstructionType::Advance, amounts) : Reducing(amounts, 60);
     const auto sum = [this](const char* condition, std::size_t month) {
       return company
@@ -184,12 +184,12 @@ TEST_F(Leaving, MoneyIsConserved) {
     modSIDetails& pending = Pending();
     Press(folding ? pending.cmdAdjust : pending.cmdClear);
     EXPECT_EQ(sum("<", leaving), before);
-    EXPECT_EQ(sum("=", leaving), folding ? month + later : month);
+    EXPECT_NEAR(sum("=", leaving), folding ? month + later : month, 0.001);
     EXPECT_EQ(sum(">", leaving), 0);
     EXPECT_EQ(Flagged(), folding ? "2" : "");
-    const char* const torn = "SELECT * FROM INS_EMIDETAIL WHERE MDFYAMT <> MDFPRNAMT + MDFINTAMT";
+    const char* const torn = "SELECT * FROM INS_EMIDETAIL WHERE ABS(MDFYAMT - MDFPRNAMT - MDFINTAMT) > 0.001";
     EXPECT_EQ(parent->reducing ? company.Rows(torn) : "", "");
-    desk.TakeTexts();
+    EXPECT_EQ(desk.TakeTexts().size(), 1U);  // the question alone
   }
 }
 
