@@ -133,7 +133,7 @@ TEST(FormsTest, EveryScreenHasAFormWithAWidgetForEachControl) {
   ASSERT_FALSE(names.empty());
   for (const std::string& name : names) {
     for (const int siType : {1, 2}) {
-      session.SIType = siType;
+      session.SIType = name == "modInsGInsSSS" ? siType + 2 : siType;
       modAdvLoan parent(session, InstructionType{siType});  // of the screens that work on an instruction
       session.screens.Show(session, name, &parent);
     }
