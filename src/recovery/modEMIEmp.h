@@ -62,7 +62,6 @@ class modEMIEmp final : public Screen {
   void ChangeAmount(MonthViewRow& row, const std::string& typed);
   bool Update();           // false when nothing was written
   bool MayLeaveChanges();  // asks when a cell was changed
-  bool Refuse(const MonthRefusal& refusal);
   bool IsTop() const { return scope_.type == InstructionType::None; }
 
   Session& session_;
@@ -72,6 +71,7 @@ class modEMIEmp final : public Screen {
   std::string employee_;
   long monthYear_ = 0;  // that is shown, 0 for none
   bool monthLocked_ = false;
+  std::string shown_;  // the rows as they were read
   GridList<MonthViewRow> rows_{fpgEMIDetail};
 };
 
