@@ -42,6 +42,10 @@ class clsGenCmn {
   static int FnIntAllowNumbersOnly(int key);
   static int FnIntAllowDateOnly(int key);
   static int FnIntAllowDateOnlyWithAlpha(int key);
+  // Of fields whose text is corrected to a date or a month when they are left: ",", "_" and "\\" are "/" at
+  // once.
+  static int DateKey(int key);
+  static int DateKeyWithAlpha(int key);
   static int FnIntAllowCapitalsOnly(int key);
   static int FnIntAllowLowerCaseOnly(int key);
   static int FnIntAllowAlphaNumaralsOnly(int key);

@@ -53,6 +53,12 @@ int clsGenCmn::FnIntAllowDateOnlyWithAlpha(int key) {
   return Pass(key, IsDigit(key) || IsLetter(key) || IsOneOf(key, " -./"));
 }
 
+int clsGenCmn::DateKey(int key) { return FnIntAllowDateOnly(IsOneOf(key, ",_\\") ? '/' : key); }
+
+int clsGenCmn::DateKeyWithAlpha(int key) {
+  return FnIntAllowDateOnlyWithAlpha(IsOneOf(key, ",_\\") ? '/' : key);
+}
+
 int clsGenCmn::FnIntAllowCapitalsOnly(int key) { return IsSmall(key) ? key - kCaseDistance : key; }
 
 int clsGenCmn::FnIntAllowLowerCaseOnly(int key) { return IsCapital(key) ? key + kCaseDistance : key; }

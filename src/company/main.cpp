@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "common/month_year.h"
+#include "company/backup.h"
 #include "company/company.h"
 #include "company/company_error.h"
 #include "company/formula_commands.h"
@@ -60,6 +61,17 @@ void AddUse(CLI::App& app, ktl::CompanyOptions& options) {
   use->add_option("--settings", options.settingsFile, "The settings store")->required();
 }
 
+void AddCopies(CLI::App& app, ktl::CopyOptions& options) {
+  auto* backup = app.add_subcommand("backup", "Copy a company, also while programs work on it");
+  auto* restore = app.add_subcommand("restore", "Make a company of such a copy");
+  backup->add_option("FROM", options.from, "The company's file")->required();
+  backup->add_option("TO", options.to, "The copy")->required();
+  restore->add_option("FROM", options.from, "The copy")->required();
+  restore->add_option("TO", options.to, "The company's file")->required();
+  for (CLI::App* command : {backup, restore})
+    command->add_flag("--force", options.force, "Replace an existing file that no program has open");
+}
+
 void AddFormulas(CLI::App& app, ktl::FormulaArguments& arguments, std::string& expression) {
   auto* eval = app.add_subcommand("eval", "Print the value of an expression");
   eval->add_option("EXPRESSION", expression, "As in KLRound(1234.5, 5, \"n\")")->required();
@@ -81,13 +93,23 @@ int Use(const ktl::CompanyOptions& options) {
   return 0;
 }
 
+std::string FullName(const std::filesystem::path& file) {
+  return std::filesystem::absolute(file).lexically_normal().string();
+}
+
+int Copied(const ktl::CopyOptions& options) {
+  std::cout << fmt::format("Made {} from {}, whole and checked.\n", FullName(options.to),
+                           FullName(options.from));
+  return 0;
+}
+
 // What a person sees of a company that has been made.
 void TellMade(const ktl::CompanyOptions& options, const std::vector<ktl::TableSum>& sums) {
   const auto rows = [&sums](std::string_view table) {
     const auto found = std::ranges::find(sums, table, &ktl::TableSum::table);
     return found == sums.end() ? std::int64_t{0} : found->rows;
   };
-  const std::string file = std::filesystem::absolute(options.file).lexically_normal().string();
+  const std::string file = FullName(options.file);
   if (options.empty) {
     std::cout << fmt::format("Made {}: an empty company.\n", file);
   } else {
@@ -95,8 +117,7 @@ void TellMade(const ktl::CompanyOptions& options, const std::vector<ktl::TableSu
                              file, rows("MAS_EMPLOYEE"), rows("INS_ADVLOAN"), rows("INS_EMIDETAIL"));
   }
   if (options.settingsFile) {
-    std::cout << fmt::format("{} names it.\n",
-                             std::filesystem::absolute(*options.settingsFile).lexically_normal().string());
+    std::cout << fmt::format("{} names it.\n", FullName(*options.settingsFile));
   }
 }
 
@@ -172,11 +193,13 @@ int main(int argc, char** argv) {
   ktl::CompanyOptions companyOptions;
   std::string asOf;
   bool sums = false;
+  ktl::CopyOptions copyOptions;
   SqlOptions sqlOptions;
   std::string expression;
   ktl::FormulaArguments formulaArguments;
   AddCreate(app, companyOptions, asOf, sums);
   AddUse(app, companyOptions);
+  AddCopies(app, copyOptions);
   AddSql(app, sqlOptions);
   AddFormulas(app, formulaArguments, expression);
   if (const std::string unknown = UnknownCommand(app, argc, argv); !unknown.empty()) {
@@ -190,6 +213,14 @@ int main(int argc, char** argv) {
   try {
     if (app.got_subcommand("create")) return Written(Create(companyOptions, asOf, sums));
     if (app.got_subcommand("use")) return Use(companyOptions);
+    if (app.got_subcommand("backup")) {
+      ktl::BackUpCompany(copyOptions);
+      return Written(Copied(copyOptions));
+    }
+    if (app.got_subcommand("restore")) {
+      ktl::RestoreCompany(copyOptions);
+      return Written(Copied(copyOptions));
+    }
     if (app.got_subcommand("sql")) return Written(Sql(sqlOptions));
     if (app.got_subcommand("eval")) ktl::PrintExpression(argv[0], expression);
     if (app.got_subcommand("formula")) ktl::PrintFormula(argv[0], formulaArguments);

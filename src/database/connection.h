@@ -27,6 +27,7 @@ class Connection {
   void SetConnectionTimeout(int seconds) { settings_.connectionTimeout = seconds; }
   void SetCommandTimeout(int seconds) { settings_.commandTimeout = seconds; }
   void SetClient(ClientIdentity client) { settings_.client = std::move(client); }
+  void SetOnWait(WaitHandler onWait) { settings_.onWait = std::move(onWait); }
   // A file to which every statement goes as it was said, one a line: microseconds, rows, text. "" for none.
   void SetStatementLog(const std::string& file);
 

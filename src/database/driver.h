@@ -1,6 +1,7 @@
 #pragma once
 
 #include <any>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -69,11 +70,23 @@ struct ClientIdentity {
   std::function<Date()> now;  // the clock that the audit table's time comes from
 };
 
+// A statement that waits because another workstation is writing.
+struct WriteWait {
+  std::chrono::milliseconds waited{0};
+  // Nothing was written since the last time that a person was told that something is done: if the statement
+  // fails now, nothing is half written.
+  bool mayGiveUp = true;
+};
+// Asked again and again while a statement waits; false ends the wait, and the statement fails as if its time
+// were over. It must leave the connection alone.
+using WaitHandler = std::function<bool(const WriteWait&)>;
+
 struct ConnectionSettings {
   std::string connectionString;
   int connectionTimeout = 600;  // seconds
   int commandTimeout = 600;
   ClientIdentity client;
+  WaitHandler onWait;  // none: waits as long as the time-outs say
 };
 
 // The driver of the provider that the connection string names, with its database open.

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QShortcutEvent>
+#include <QStyle>
 
 #include "desktop/binding.h"
 #include "desktop/dispatcher.h"
@@ -157,6 +158,7 @@ class LabelBinding final : public Binding {
     label.setTextFormat(Qt::PlainText);
     if (!control.onClick) return;
     label.setProperty("link", true);
+    label.style()->polish(&label);
     label.setCursor(Qt::PointingHandCursor);
   }
 

@@ -52,6 +52,7 @@ class ComboBoxBinding final : public Binding {
   bool Filter(QEvent& event) override {
     switch (event.type()) {
       case QEvent::Wheel:  // scrolling past a field must not change it
+        event.ignore();    // ... but scrolls on what it lies in
         return !combo_.hasFocus() || control_.locked;
       case QEvent::MouseButtonPress:
         return control_.locked || WaitsForDblClick(static_cast<QMouseEvent&>(event));

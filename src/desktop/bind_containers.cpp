@@ -10,10 +10,18 @@
 namespace ktl {
 namespace {
 
+// A property that the forms give to a frame that comes and goes with the row that is clicked: nothing moves
+// then.
+constexpr const char* kKeepsPlace = "keepsPlace";
+
 class FrameBinding final : public Binding {
  public:
   FrameBinding(Frame& control, QWidget& widget)
-      : control_(control), widget_(widget), group_(qobject_cast<QGroupBox*>(&widget)) {}
+      : control_(control), widget_(widget), group_(qobject_cast<QGroupBox*>(&widget)) {
+    QSizePolicy policy = widget.sizePolicy();
+    policy.setRetainSizeWhenHidden(widget.property(kKeepsPlace).toBool());
+    widget.setSizePolicy(policy);
+  }
 
   void Mirror() override {
     MirrorState(control_, widget_);

@@ -12,6 +12,7 @@
 #include "desktop/grid_copy.h"
 #include "desktop/grid_delegate.h"
 #include "desktop/grid_model.h"
+#include "desktop/window_memory.h"
 
 namespace ktl {
 namespace {
@@ -46,7 +47,11 @@ std::vector<int> SharedWidths(const std::vector<Share>& shares, int space) {
 class GridBinding final : public Binding {
  public:
   GridBinding(Grid& control, QTableView& view, Dispatcher& dispatcher)
-      : control_(control), view_(view), dispatcher_(dispatcher), model_(control) {
+      : control_(control),
+        view_(view),
+        dispatcher_(dispatcher),
+        model_(control),
+        widths_(ToQt(control.screen().name() + '.' + control.name())) {
     SetUpView();
     Connect();
   }
@@ -54,6 +59,7 @@ class GridBinding final : public Binding {
   void Mirror() override {
     MirrorState(control_, view_);
     if (model_.Take()) {
+      const Arranging arranging(arranging_);
       delegate_.framesCurrentCell = model_.HasEditedColumn();
       for (int i = 0; i < model_.columnCount(); ++i) view_.setColumnHidden(i, model_.Column(i).hidden);
       hiddenRows_.clear();
@@ -83,10 +89,25 @@ class GridBinding final : public Binding {
   void Paste();
   void Copy(const QString& text) { QGuiApplication::clipboard()->setText(text); }
 
+  // While one lives, no width is a person's doing.
+  class Arranging {
+   public:
+    explicit Arranging(bool& arranging) : arranging_(arranging), before_(std::exchange(arranging, true)) {}
+    ~Arranging() { arranging_ = before_; }
+    Arranging(const Arranging&) = delete;
+    Arranging& operator=(const Arranging&) = delete;
+
+   private:
+    bool& arranging_;
+    const bool before_;
+  };
+
   Grid& control_;
   QTableView& view_;
   Dispatcher& dispatcher_;
   GridModel model_;
+  ColumnWidths widths_;
+  bool arranging_ = false;
   GridDelegate delegate_;
   std::vector<bool> hiddenRows_;
   bool rowMoved_ = false;  // another row is the active one and no click has told the screen yet
@@ -133,6 +154,10 @@ void GridBinding::Connect() {
   QObject::connect(
       view_.selectionModel(), &QItemSelectionModel::currentChanged, &view_,
       [this](const QModelIndex& now, const QModelIndex& before) { CurrentChanged(now, before); });
+  QObject::connect(view_.horizontalHeader(), &QHeaderView::sectionResized, &view_,
+                   [this](int column, int, int width) {
+                     if (!arranging_ && width > 0) widths_.Keep(ToQt(model_.Column(column).caption), width);
+                   });
   QObject::connect(&view_, &QTableView::clicked, &view_, [this] {
     if (std::exchange(ticked_, false)) return;
     dispatcher_.Run([this] { RaiseRowClick(); });
@@ -205,7 +230,9 @@ void GridBinding::MoveBelow() {
   if (row < model_.rowCount()) view_.setCurrentIndex(model_.index(row, current.column()));
 }
 
+// A column that was dragged keeps its width; the others share what is left.
 void GridBinding::ShareWidth() {
+  const Arranging arranging(arranging_);
   const QHeaderView& header = *view_.horizontalHeader();
   std::vector<Share> shares;
   std::vector<int> columns;
@@ -215,9 +242,10 @@ void GridBinding::ShareWidth() {
     if (column.hidden) continue;
     const int heading = column.caption.empty() ? 0 : header.sectionSizeHint(i) + 6;
     const int wanted = std::max(column.width, heading);
-    if (column.type == CellType::Tick) {
-      view_.setColumnWidth(i, wanted);
-      space -= wanted;
+    const int dragged = widths_.Of(ToQt(column.caption));
+    if (column.type == CellType::Tick || dragged > 0) {
+      view_.setColumnWidth(i, dragged > 0 ? dragged : wanted);
+      space -= view_.columnWidth(i);
     } else {
       columns.push_back(i);
       shares.push_back({wanted, std::max(column.width * 4 / 5, heading)});
@@ -302,6 +330,13 @@ void GridBinding::ShowMenu(const QPoint& place) {
   if (rowMoved_) dispatcher_.Run([this] { RaiseRowClick(); });
   QMenu menu(&view_);
   FillMenu(menu, control_.popup, dispatcher_);
+  if (widths_.Any()) {
+    QObject::connect(menu.addAction(QStringLiteral("Columns as They Were")), &QAction::triggered, &menu,
+                     [this] {
+                       widths_.Forget();
+                       ShareWidth();
+                     });
+  }
   if (!menu.isEmpty()) menu.addSeparator();
   AddCopies(menu, view_.indexAt(place));
   menu.exec(view_.viewport()->mapToGlobal(place));

@@ -8,8 +8,21 @@
 
 namespace ktl {
 
+bool IsToShow(const Control& control, const QWidget& widget) {
+  const auto liesIn = [&widget](const QString& name) {
+    const QWidget* holder = widget.parentWidget();
+    while (holder && holder->objectName() != name) holder = holder->parentWidget();
+    return holder != nullptr;
+  };
+  if (!control.visible) return false;
+  for (const Control* holder = control.container; holder; holder = holder->container) {
+    if (!holder->visible && !liesIn(ToQt(holder->name()))) return false;
+  }
+  return true;
+}
+
 void MirrorState(const Control& control, QWidget& widget) {
-  const bool shown = control.IsShown();
+  const bool shown = IsToShow(control, widget);
   const bool usable = control.IsUsable();
   if (widget.isEnabledTo(widget.parentWidget()) != usable) widget.setEnabled(usable);
   if (widget.isHidden() == shown) widget.setVisible(shown);

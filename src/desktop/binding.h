@@ -59,6 +59,10 @@ void FillMenu(QMenu& menu, const std::vector<Menu*>& entries, Dispatcher& dispat
 
 inline QString ToQt(const std::string& text) { return QString::fromStdString(text); }
 
+// False where the widget is hidden by itself, not with the widget of a frame that it lies in: a frame that
+// keeps its place keeps its size too.
+bool IsToShow(const Control& control, const QWidget& widget);
+
 // Enabled, visible and tool tip.
 void MirrorState(const Control& control, QWidget& widget);
 

@@ -2,7 +2,8 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QEvent>
+#include <QKeyEvent>
+#include <QMessageBox>
 #include <QTimer>
 #include <algorithm>
 #include <utility>
@@ -15,17 +16,19 @@ Dispatcher::Dispatcher(Handler bringUpToDate) : bringUpToDate_(std::move(bringUp
   qApp->installEventFilter(this);
 }
 
+Dispatcher::~Dispatcher() = default;
+
 void Dispatcher::Run(const Handler& handler) {
-  if (failure_) return;
+  if (failure_ || waits_) return;
   const Handler keep = handler;  // it may replace itself while it runs
   try {
     RunWaiting();
     if (keep) keep();
     RunWaiting();
     bringUpToDate_();
+    if (!typed_.empty()) QTimer::singleShot(0, this, [this] { PassTyping(); });
   } catch (const RuntimeError& error) {
-    const std::string number = std::to_string(error.number());
-    Fail(std::make_exception_ptr(ProgramFailure(error.description() + " (" + number + ")")));
+    Fail(std::make_exception_ptr(ProgramFailure(error.description())));
   } catch (...) {
     Fail(std::current_exception());
   }
@@ -44,6 +47,7 @@ void Dispatcher::Later(const Screen& screen, Handler handler) {
 }
 
 bool Dispatcher::Settle() {
+  if (waits_) return true;
   const bool due = std::any_of(waiting_.begin(), waiting_.end(),
                                [this](const Waiting& waiting) { return waiting.depth >= dialogs_.size(); });
   if (!due) return true;
@@ -54,6 +58,19 @@ bool Dispatcher::Settle() {
 
 void Dispatcher::Forget(const Screen& screen) {
   std::erase_if(waiting_, [&screen](const Waiting& waiting) { return waiting.screen == &screen; });
+}
+
+void Dispatcher::TypeAfterwards(const QKeyEvent& key) { typed_.emplace_back(key.clone()); }
+
+// Not into a box that came up meanwhile: it was not there when the keys were pressed.
+void Dispatcher::PassTyping() {
+  const QWidget* top = QApplication::activeModalWidget();
+  if (qobject_cast<const QMessageBox*>(top)) return;
+  for (const auto& key : std::exchange(typed_, {})) {
+    QWidget* field = QApplication::focusWidget();
+    if (!field && top) field = top->focusWidget();
+    if (field) QApplication::sendEvent(field, key.get());
+  }
 }
 
 int Dispatcher::Exec(QDialog& dialog) {
@@ -75,15 +92,22 @@ void Dispatcher::RethrowFailure() {
 bool Dispatcher::eventFilter(QObject* target, QEvent* event) {
   switch (event->type()) {
     case QEvent::KeyPress:
+      if (target->isWindowType()) PassTyping();  // what was typed first comes first
+      [[fallthrough]];
     case QEvent::Shortcut:
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
     case QEvent::Close:
-      return !Settle();
+      return waits_ ? !IsForBox(*target) : !Settle();
     default:
       return QObject::eventFilter(target, event);
   }
+}
+
+// The window system sends to windows, not to widgets, and knows itself that the box is modal.
+bool Dispatcher::IsForBox(const QObject& target) const {
+  return !target.isWidgetType() || static_cast<const QWidget&>(target).window() == box_;
 }
 
 Handler Dispatcher::TakeWaiting() {

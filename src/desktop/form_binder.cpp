@@ -87,7 +87,7 @@ void FormBinder::BindMenus(Screen& screen, QWidget& form) {
 // What goes, goes before anything comes: the window would grow to hold both and stay that wide.
 void FormBinder::Mirror() {
   for (const auto& [object, bound] : byWidget_) {
-    if (bound.control && !bound.control->IsShown()) bound.widget->hide();
+    if (bound.control && !IsToShow(*bound.control, *bound.widget)) bound.widget->hide();
   }
   for (const auto& binding : bindings_) binding->Mirror();
 }

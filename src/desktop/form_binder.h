@@ -16,6 +16,9 @@ namespace ktl {
 // The name of the push button, if the form has one, that opens the menus of the screen.
 inline constexpr const char* kMenuButtonName = "moreActions";
 
+// A property that the forms give to a field that is no part of what is entered.
+inline constexpr const char* kEnterPasses = "enterPasses";
+
 // Binds each control of a screen to the widget of its name.
 class FormBinder {
  public:

@@ -8,7 +8,9 @@
 #include "ui_modInterestMaster.h"
 #include "ui_modLockMonth.h"
 #include "ui_modReceipts.h"
+#include "ui_modSIDetails.h"
 #include "ui_modSIMaster.h"
+#include "ui_modSalSIAdj.h"
 
 namespace ktl {
 namespace {
@@ -28,7 +30,8 @@ const Forms& ProgramForms() {
       {"modAdvLoan", Make<Ui::modAdvLoan>},         {"modEMIDet", Make<Ui::modEMIDet>},
       {"modEMIEmp", Make<Ui::modEMIEmp>},           {"modInterestMaster", Make<Ui::modInterestMaster>},
       {"modLockMonth", Make<Ui::modLockMonth>},     {"modReceipts", Make<Ui::modReceipts>},
-      {"modSIMaster", Make<Ui::modSIMaster>},
+      {"modSIDetails", Make<Ui::modSIDetails>},     {"modSIMaster", Make<Ui::modSIMaster>},
+      {"modSalSIAdj", Make<Ui::modSalSIAdj>},
   };
   return kForms;
 }

@@ -1,10 +1,13 @@
 #include "desktop/grid_delegate.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QToolTip>
 #include <utility>
 
 namespace ktl {
@@ -99,6 +102,14 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
     line->setAlignment(Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()));
   }
   return editor;
+}
+
+bool GridDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                             const QModelIndex& index) {
+  if (event->type() != QEvent::ToolTip || sizeHint(option, index).width() <= option.rect.width())
+    return false;
+  QToolTip::showText(event->globalPos(), index.data().toString(), view);
+  return true;
 }
 
 bool GridDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <QIcon>
 #include <QPalette>
 #include <QStyleFactory>
 #include <utility>
@@ -16,6 +17,8 @@ constexpr const char* kStyleSheet = R"(
 QMessageBox { background: #ffffff; }
 QMessageBox QLabel#qt_msgbox_label { padding: 6px 10px 6px 2px; }
 QToolTip { background: #fffbe6; color: #1f2933; border: 1px solid #d9cf9c; padding: 3px; }
+
+#formBody, #formBody > QWidget, #formBody > QWidget > QWidget { background: transparent; }
 
 #titleBand { background: #24456b; }
 #titleText { color: #ffffff; font-size: 13pt; font-weight: 600; }
@@ -76,6 +79,15 @@ QTabBar::tab { padding: 6px 16px; border: 1px solid #d6dde6; border-bottom: 0; b
 QTabBar::tab:selected { background: #ffffff; color: #2f6fb3; }
 QTabBar::tab:disabled { color: #9aa5b1; }
 
+QScrollBar:vertical { width: 11px; background: #eef1f5; border: 0; margin: 0; }
+QScrollBar:horizontal { height: 11px; background: #eef1f5; border: 0; margin: 0; }
+QScrollBar::handle { background: #a9b4c2; border-radius: 4px; margin: 1px; }
+QScrollBar::handle:vertical { min-height: 28px; }
+QScrollBar::handle:horizontal { min-width: 28px; }
+QScrollBar::handle:hover { background: #7d8a9a; }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
+QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
+
 QProgressBar { border: 1px solid #c3ccd8; border-radius: 4px; background: #ffffff; text-align: center; }
 QProgressBar::chunk { background: #2f6fb3; border-radius: 3px; }
 )";
@@ -124,6 +136,7 @@ void ApplyLook(QApplication& application) {
   SetFont(application);
   application.setPalette(Palette());
   application.setStyleSheet(kStyleSheet);
+  application.setWindowIcon(QIcon(QStringLiteral(":/look/KTLStIns.png")));
 }
 
 QColor ColourOf(Colour colour) {

@@ -1,6 +1,7 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QSettings>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -11,7 +12,6 @@
 #include "frame/session.h"
 #include "machine/files.h"
 #include "machine/real_machine.h"
-#include "runtime/errors.h"
 #include "start/command_line.h"
 #include "start/startup.h"
 
@@ -54,6 +54,14 @@ constexpr const char* kHelp =
     "KTL_SQL_LOG (a file for the statements), KTL_SCREENSHOT (a file for a picture; the program ends "
     "then).\n";
 
+// The file stands in the folder of the user's configuration, apart from the settings store that machines
+// share.
+void RememberWindows(QApplication& application) {
+  QSettings::setDefaultFormat(QSettings::IniFormat);
+  application.setOrganizationName(QStringLiteral("KestrelLedger"));
+  application.setApplicationName(QStringLiteral("KTLStIns-windows"));
+}
+
 // Told where a person looks: on the terminal, or in a box when the program was started without one.
 int RefuseCommandLine(ktl::QtDesk& desk, const std::string& complaint) {
   if (isatty(STDERR_FILENO) == 0) desk.ShowError(complaint, ktl::kApplicationTitle);
@@ -70,25 +78,27 @@ int main(int argc, char** argv) {
   if (wanted == "--version") return std::puts("KTLStIns " KTL_VERSION) < 0 ? kFailed : 0;
   if (!HasDisplay()) return Complain("there is no display: neither DISPLAY nor WAYLAND_DISPLAY is set");
   const std::string commandLine = JoinedArguments(argc, argv);
+  const std::string picture = qEnvironmentVariable("KTL_SCREENSHOT").toStdString();
   QApplication application(argc, argv);
   ktl::ApplyLook(application);
+  application.setDesktopFileName(QStringLiteral("KTLStIns"));
+  if (picture.empty()) RememberWindows(application);
   ktl::QtDesk desk;
   const std::string complaint = ktl::CommandLineComplaint(
       commandLine, ktl::RealMachine(argv[0]).machine().environment.ExecutableName());
   if (!complaint.empty()) return RefuseCommandLine(desk, complaint);
-  const std::string picture = qEnvironmentVariable("KTL_SCREENSHOT").toStdString();
   if (!picture.empty()) desk.TakePicture(picture);
+  desk.EndOn(ktl::EndOnSignals());
   std::string why;
   try {
     return Run(desk, argv[0], commandLine);
   } catch (const ktl::PictureTaken&) {
     return 0;
-  } catch (const ktl::RuntimeError& failure) {
-    why = failure.description() + " (" + std::to_string(failure.number()) + ")";
   } catch (const std::exception& failure) {
     why = failure.what();
   }
   const int status = Complain(why);
-  if (picture.empty()) desk.ShowError(why, ktl::kApplicationTitle);  // nobody sits before a picture
+  // Nobody sits before a picture, nor waits for an answer after a signal.
+  if (picture.empty() && why != ktl::kEndedBySignal) desk.ShowError(why, ktl::kApplicationTitle);
   return status;
 }

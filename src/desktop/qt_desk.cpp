@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QSocketNotifier>
 #include <QTimer>
 #include <stdexcept>
 #include <utility>
@@ -9,11 +10,13 @@
 #include "desktop/message_box.h"
 #include "desktop/picker_window.h"
 #include "desktop/screen_window.h"
+#include "desktop/waiting_box.h"
 
 namespace ktl {
 namespace {
 
 constexpr int kPictureDelayMs = 200;  // lets the window settle
+constexpr std::chrono::seconds kQuietWait{2};
 
 // A window that is open for as long as this stands.
 class OnDesk {
@@ -41,6 +44,14 @@ void QtDesk::TakePicture(std::string file, Act act) {
   act_ = std::move(act);
 }
 
+void QtDesk::EndOn(int descriptor) {
+  auto* const asked = new QSocketNotifier(descriptor, QSocketNotifier::Read, &dispatcher_);
+  QObject::connect(asked, &QSocketNotifier::activated, &dispatcher_, [this, asked] {
+    asked->setEnabled(false);
+    dispatcher_.Fail(std::make_exception_ptr(ProgramFailure(kEndedBySignal)));
+  });
+}
+
 Answer QtDesk::MsgBox(const MessageBox& box) {
   if (!pictureFile_.empty()) return DefaultAnswerOf(box);
   Mirror();
@@ -54,7 +65,7 @@ Answer QtDesk::MsgBox(const MessageBox& box) {
 void QtDesk::ShowModal(Screen& screen) {
   const auto form = forms_.find(screen.name());
   if (form == forms_.end()) {
-    return Inform("The screen \"" + screen.name() + "\" has no window in this build yet.", screen.caption);
+    return Inform("This screen has no window in this build yet.", screen.caption);
   }
   screen.Load();
   if (screen.IsUnloaded()) return;
@@ -69,6 +80,10 @@ void QtDesk::ShowModal(Screen& screen) {
     dispatcher_.Exec(window);
   }
   if (parent) parent->activateWindow();
+}
+
+void QtDesk::NoteSaved() {
+  if (!open_.empty()) open_.back()->NoteSaved();
 }
 
 void QtDesk::Refresh() {
@@ -87,6 +102,24 @@ void QtDesk::SetBusy(bool busy) {
   }
 }
 
+// Short waits are no news: until the box is up the windows are only painted.
+bool QtDesk::KeepWaiting(std::chrono::milliseconds waited, bool mayGiveUp) {
+  if (waited < kQuietWait) {
+    const Dispatcher::Waits waits(dispatcher_, nullptr);
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    return true;
+  }
+  if (!waiting_) waiting_ = std::make_unique<WaitingBox>(Top());
+  waiting_->Show(waited, mayGiveUp);
+  {
+    const Dispatcher::Waits waits(dispatcher_, waiting_.get());
+    QApplication::processEvents();
+  }
+  const bool goesOn = !waiting_->IsGivenUp();
+  if (!goesOn) waiting_.reset();
+  return goesOn;
+}
+
 void QtDesk::BringUpToDate() {
   Mirror();
   GrantFocus();
@@ -96,6 +129,7 @@ void QtDesk::BringUpToDate() {
 }
 
 void QtDesk::Mirror() {
+  waiting_.reset();  // whoever has something to show waits no longer
   const Dispatcher::Mirroring mirroring(dispatcher_);
   for (ScreenWindow* window : open_) window->Mirror();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@ class QWidget;
 namespace ktl {
 
 class ScreenWindow;
+class WaitingBox;
 
 // Thrown out of ShowModal when the picture that was asked for is written.
 struct PictureTaken {};
@@ -30,10 +32,16 @@ class QtDesk final : public Desk {
   void TakePicture(
       std::string file, Act act = [](Screen&) { return false; });
 
+  // When the descriptor can be read somebody has asked the program to end: what is open goes without a
+  // question, and ShowModal throws ProgramFailure.
+  void EndOn(int descriptor);
+
   Answer MsgBox(const MessageBox& box) override;
   void ShowModal(Screen& screen) override;
+  void NoteSaved() override;
   void Refresh() override;
   void SetBusy(bool busy) override;
+  bool KeepWaiting(std::chrono::milliseconds waited, bool mayGiveUp) override;
 
  private:
   void BringUpToDate();
@@ -51,6 +59,7 @@ class QtDesk final : public Desk {
   std::string pictureFile_;
   Act act_;
   bool busy_ = false;
+  std::unique_ptr<WaitingBox> waiting_;
 };
 
 }  // namespace ktl

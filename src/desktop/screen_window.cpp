@@ -10,15 +10,18 @@
 #include <QTabWidget>
 #include <algorithm>
 
+#include "desktop/cut_text.h"
 #include "desktop/dispatcher.h"
+#include "desktop/fitting_form.h"
+#include "desktop/message_box.h"
 #include "desktop/picker_window.h"
+#include "desktop/window_memory.h"
 
 namespace ktl {
 namespace {
 
 // Properties that the forms give to their widgets.
-constexpr const char* kPrimary = "primary";          // a button that its part of the form is filled in for
-constexpr const char* kEnterPasses = "enterPasses";  // a field that is no part of what is entered
+constexpr const char* kPrimary = "primary";  // a button that its part of the form is filled in for
 
 // What the widget is filled in for: the primary button of the nearest part of the form that has one.
 QPushButton* PrimaryButtonOf(const QWidget& widget) {
@@ -40,24 +43,29 @@ ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispat
                            QWidget* parent)
     : QDialog(parent), screen_(screen), dispatcher_(dispatcher), form_(std::move(form)) {
   const bool picks = screen.under != nullptr;
+  // The first one stands in the task bar and can be put away; those over it stay with it.
   setWindowFlags(picks ? Qt::Dialog | Qt::FramelessWindowHint
-                       : Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                       : (parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                              Qt::WindowCloseButtonHint | Qt::WindowMinMaxButtonsHint);
   SetUpBand();
   const QSize size = form_->size();
+  MakeFit(*form_);
   layout_.setContentsMargins(0, 0, 0, 0);
   layout_.setSpacing(0);
   layout_.addWidget(&band_);
   layout_.addWidget(form_.get(), 1);
   resize(size);
+  if (!picks) RestorePlace(*this, ToQt(screen.name()));
   FitOnDesk();
   binder_ = std::make_unique<FormBinder>(screen, *form_, dispatcher);
   for (QWidget* widget : form_->findChildren<QWidget*>()) widget->installEventFilter(this);
+  typing_ = std::make_unique<TypingWatch>(*form_, *binder_);
 }
 
 ScreenWindow::~ScreenWindow() {
   // The widgets go while the bindings that they signal to are still there.
   const Dispatcher::Mirroring mirroring(dispatcher_);
+  if (!screen_.under) KeepPlace(*this, ToQt(screen_.name()));
   form_.reset();
   dispatcher_.Forget(screen_);
 }
@@ -100,6 +108,7 @@ void ScreenWindow::FocusMoved(const QWidget* from, const QWidget* to) {
   const Control* left = binder_->ControlOf(from);
   Control* entered = binder_->ControlOf(to);
   if (entered) screen_.NoteFocus(entered);
+  if (entered) BringIntoSight(*binder_->WidgetOf(*entered));
   if (!left || left == entered) return;
   const Binding* binding = binder_->BindingOf(binder_->WidgetOf(*left));
   // Not from inside the change of focus: a box there would leave the focus nowhere.
@@ -108,6 +117,27 @@ void ScreenWindow::FocusMoved(const QWidget* from, const QWidget* to) {
 
 void ScreenWindow::Close() {
   dispatcher_.Run([this] { screen_.Unload(); });
+}
+
+// Escape is pressed in passing: on the first window, which ends the program, it never drops what was typed.
+void ScreenWindow::reject() {
+  if (parentWidget() || !typing_->HasTyped()) return Close();
+  dispatcher_.Run([this] {
+    const int before = dispatcher_.DialogsShown();
+    if (!screen_.Form_QueryUnload()) return;
+    const bool asked = dispatcher_.DialogsShown() != before;
+    if (asked || MayDropTyping()) screen_.ForceUnload();
+  });
+}
+
+bool ScreenWindow::MayDropTyping() {
+  return ShowMessageBox({.text = "What was typed is not saved. Close all the same?",
+                         .buttons = Buttons::YesNo,
+                         .icon = Icon::Question,
+                         .defaultAnswer = Answer::No,
+                         .title = screen_.caption,
+                         .words = {"&Yes, drop it", "&No, go back"}},
+                        this, dispatcher_) == Answer::Yes;
 }
 
 void ScreenWindow::closeEvent(QCloseEvent* event) {
@@ -122,6 +152,7 @@ void ScreenWindow::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 bool ScreenWindow::eventFilter(QObject* target, QEvent* event) {
+  if (ShowCutText(*target, *event)) return true;
   Binding* binding = binder_->BindingOf(target);
   if (!binding) return QDialog::eventFilter(target, event);
   if (binding->Filter(*event)) return true;

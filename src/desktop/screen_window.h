@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "desktop/form_binder.h"
+#include "desktop/typing_watch.h"
 
 namespace ktl {
 
@@ -27,7 +28,10 @@ class ScreenWindow final : public QDialog {
   // The person went from one widget to another.
   void FocusMoved(const QWidget* from, const QWidget* to);
 
-  void reject() override { Close(); }
+  // What was typed is on the disk.
+  void NoteSaved() { typing_->Forget(); }
+
+  void reject() override;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -36,6 +40,7 @@ class ScreenWindow final : public QDialog {
 
  private:
   void Close();
+  bool MayDropTyping();
   void SetUpBand();
   void FitOnDesk();
   bool MoveOn(QWidget& from, const Binding& binding, int key);
@@ -45,6 +50,7 @@ class ScreenWindow final : public QDialog {
   Dispatcher& dispatcher_;
   std::unique_ptr<QWidget> form_;
   std::unique_ptr<FormBinder> binder_;
+  std::unique_ptr<TypingWatch> typing_;
   QVBoxLayout layout_{this};
   QFrame band_;
   QHBoxLayout bandLayout_{&band_};

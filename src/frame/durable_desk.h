@@ -21,6 +21,11 @@ class DurableDesk final : public Desk {
   void SetBusy(bool busy) override { desk_.SetBusy(busy); }
   void NoteSaved() override;
   void TellWritten(const std::string& text, const std::string& file, const std::string& title) override;
+  void NotePlace(const Workplace& place) override { desk_.NotePlace(place); }
+  void NoteStatus(const std::string& text) override { desk_.NoteStatus(text); }
+  bool KeepWaiting(std::chrono::milliseconds waited, bool mayGiveUp) override {
+    return desk_.KeepWaiting(waited, mayGiveUp);
+  }
   void NoteProgress(const std::string& words, int percent) override { desk_.NoteProgress(words, percent); }
 
   void Flush();

@@ -3,11 +3,14 @@
 
 namespace ktl {
 
+long EmpLockStatusOf(Session& session, long employee) {
+  return session.data
+      .Guarding(session.Sql("SELECT ISNULL(lockyn,0) FROM mas_employee WHERE empid={}", employee))
+      .ToLong();
+}
+
 long ReadEmpLockStatus(Session& session, long employee) {
-  session.EmpLockStatus =
-      session.data.Guarding(session.Sql("SELECT ISNULL(lockyn,0) FROM mas_employee WHERE empid={}", employee))
-          .ToLong();
-  return session.EmpLockStatus;
+  return session.EmpLockStatus = EmpLockStatusOf(session, employee);
 }
 
 std::string WhyReadOnly(const Session& session) {

@@ -59,11 +59,11 @@ void modExternal::StartAndWait() {
   if (!process) session_.desk.ShowError("Required External Application not found", session_.title);
   std::exception_ptr failure;
   try {
-    if (process && MODE != 4) WaitForHandle(*process);
     if (process) WaitForEnd(*process);
   } catch (...) {
     failure = std::current_exception();
   }
+  session_.desk.NoteStatus("");
   // However the wait ended: nobody shall write to a window that has gone.
   if (process) settings.Set(kTalk, handleKey, "0");
   settings.Set(kTalk, StatusKey(), std::to_string(callersStatus_));
@@ -74,11 +74,7 @@ long modExternal::Handle() {
   return static_cast<long>(Val(session_.machine.settings.Get(kTalk, "HWND" + AppName, "0")));
 }
 
-// Without a time-out: only the handle ends it, or that the program has ended.
-void modExternal::WaitForHandle(SiblingProcess& process) {
-  while (process.IsRunning() && Handle() <= 0) PassTime(&process);
-}
-
+// Without a time-out, and whether its window has come up or not.
 void modExternal::WaitForEnd(SiblingProcess& process) {
   while (process.IsRunning()) PassTime(&process);
   PassStatus(process);
@@ -102,6 +98,7 @@ void modExternal::PassStatus(SiblingProcess& process) {
 
 void modExternal::txtStatus_Change() {
   session_.machine.statusBox.ReplaceText(callersStatus_, txtStatus.Text());
+  session_.desk.NoteStatus(txtStatus.Text());
 }
 
 void StartExternal(Session& session, const Sibling& sibling) {

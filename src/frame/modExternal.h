@@ -21,8 +21,8 @@ class modExternal final : public Screen {
   std::string AppSearchDir;  // a further folder to search
   std::string AppTitle;
   std::string AppParameter;
-  // 1: start and wait until its window has gone. 2: wait for one that runs already. 3: as 1, with the calling
-  // screen behind it. 4: as 3 without waiting for its window first.
+  // 2: wait for one that runs already. Any other: start it and wait until it has ended; with what screen
+  // behind it makes no difference here.
   int MODE = 0;
 
   TextBox txtStatus{*this, "txtStatus"};  // the other program's status text
@@ -34,7 +34,6 @@ class modExternal final : public Screen {
 
  private:
   void StartAndWait();
-  void WaitForHandle(SiblingProcess& process);
   void WaitForEnd(SiblingProcess& process);
   void WaitForRunning();
   void PassStatus(SiblingProcess& process);

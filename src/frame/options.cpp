@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "common/naming.h"
 #include "database/recordset.h"
 #include "frame/captions.h"
 #include "frame/session.h"
@@ -36,15 +37,23 @@ class OptionRow final {
   std::string Text(std::string_view column, const std::string& ifNull) const {
     return CNull(row_[column], ifNull).ToText();
   }
-  long Long(std::string_view column, long ifNull) const { return CNull(row_[column], ifNull).ToLong(); }
-  int Int(std::string_view column, int ifNull) const { return CNull(row_[column], ifNull).ToInt(); }
+  long Long(std::string_view column, long ifNull) const {
+    const Value value = CNull(row_[column], ifNull);
+    return Naming(column, [&] { return value.ToLong(); });
+  }
+  int Int(std::string_view column, int ifNull) const {
+    const Value value = CNull(row_[column], ifNull);
+    return Naming(column, [&] { return value.ToInt(); });
+  }
   long Byte(std::string_view column, long ifNull) const {
     const long value = Long(column, ifNull);
-    if (value < 0 || value > 255) throw RuntimeError::Overflow();
-    return value;
+    return Naming(column, [&] { return value < 0 || value > 255 ? throw RuntimeError::Overflow() : value; });
   }
   bool IsOne(std::string_view column) const { return CNull(row_[column], 0).NumberOr0() == 1; }
-  bool Boolean(std::string_view column) const { return CNull(row_[column], 0).ToBoolean(); }
+  bool Boolean(std::string_view column) const {
+    const Value value = CNull(row_[column], 0);
+    return Naming(column, [&] { return value.ToBoolean(); });
+  }
 
  private:
   const Recordset& row_;

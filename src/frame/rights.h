@@ -29,7 +29,8 @@ void AuditInstruction(Session& session, long employee, std::string_view deed, co
 
 // Why nothing may be written for the employee chosen: what a disabled button tells. "" when it may.
 std::string WhyReadOnly(const Session& session);
-// lockyn of the employee, kept in the session.
+// lockyn of the employee; the second one keeps it in the session, as that of the employee chosen.
+long EmpLockStatusOf(Session& session, long employee);
 long ReadEmpLockStatus(Session& session, long employee);
 // True when the employee is locked in one of the months; lastMonth is the text as the statement takes it
 // ("DEFAULT").

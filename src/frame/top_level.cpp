@@ -23,6 +23,8 @@ void EnterTopLevel(Session& session, Screen& screen) {
   session.ActiveForm = &screen;
   const std::string helpFile = session.machine.settings.Get("ExeTalk", "HelpFile");
   session.helpFile = FnBlnFileExists(helpFile) ? helpFile : "";
+  const Value company = session.data.FnVarGetDbValue("SELECT CMPNAME FROM MAS_COMPANY", "");
+  session.desk.NotePlace({company.TextOrEmpty(), session.CurrentUser(), session.helpFile});
   RegisterWindow(session);
 }
 

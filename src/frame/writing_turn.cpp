@@ -69,19 +69,29 @@ void WritingTurn::RequireWatched(const std::string& before) {
   if (watched_() != before) throw ChangedMeanwhile();
 }
 
-bool WriteInTurn(Session& session, const WritingTurn::Watched& watched,
-                 const std::optional<std::string>& shown, const std::function<void()>& write,
-                 const std::function<void()>& showAnew) {
+bool UnlessChanged(Session& session, const std::function<void()>& write,
+                   const std::function<void()>& showAnew) {
   try {
-    WritingTurn turn(session, watched, shown);
     write();
-    turn.End();
     return true;
   } catch (const ChangedMeanwhile& changed) {
     session.desk.MsgBox({.text = changed.description(), .icon = Icon::Exclamation, .title = session.title});
   }
   showAnew();
   return false;
+}
+
+bool WriteInTurn(Session& session, const WritingTurn::Watched& watched,
+                 const std::optional<std::string>& shown, const std::function<void()>& write,
+                 const std::function<void()>& showAnew) {
+  return UnlessChanged(
+      session,
+      [&] {
+        WritingTurn turn(session, watched, shown);
+        write();
+        turn.End();
+      },
+      showAnew);
 }
 
 }  // namespace ktl

@@ -52,6 +52,10 @@ class WritingTurn final {
   bool ended_ = false;
 };
 
+// False, told and shown anew, when the writing throws ChangedMeanwhile.
+bool UnlessChanged(Session& session, const std::function<void()>& write,
+                   const std::function<void()>& showAnew);
+
 // Writes in a turn. When another workstation was faster (the writing may throw ChangedMeanwhile as well,
 // before its first statement), nothing is written: that is told, what stands in the tables now is shown, and
 // the answer is false.

@@ -35,34 +35,27 @@ Statement SalaryHeadOf(const InstructionKey& key) {
   return Statement(std::string(FactsOf(key.type).salaryHead));
 }
 
-Statement CalculatedSalaryOf(Session& session, const InstructionKey& key) {
+Statement CalculatedSalaryOf(Session& session, const InstructionKey& key, const char* counted = "") {
   return session.Sql(
       "From INS_EMIDETAIL E, SLC_SALARYCALC_E SE, SLC_SALARYCALC_D SD Where E.EMPID = SE.EMPID And "
-      "E.MONTHYEAR = SE.MONTHYEAR And SE.SALID = SD.SALID And SE.INDICATOR <> 1  And E.EMPID = {} And "
-      "E.SERIALNO = {} And E.SITYPE = {}",
-      key.employee, key.serial, key.type);
+      "E.MONTHYEAR = SE.MONTHYEAR And SE.SALID = SD.SALID {}And E.EMPID = {} And E.SERIALNO = {} And "
+      "E.SITYPE = {}",
+      Statement(counted), key.employee, key.serial, key.type);
 }
 
 double RecoveredBySalary(Session& session, const InstructionKey& key) {
   return session.data.Number(session.Sql("Select Sum(E.MDFYAMT) {} And {} > -1",
-                                         CalculatedSalaryOf(session, key), SalaryHeadOf(key)));
+                                         CalculatedSalaryOf(session, key, "And SE.INDICATOR <> 1  "),
+                                         SalaryHeadOf(key)));
 }
 
-bool SalaryHasTaken(Session& session, const InstructionKey& key, long monthYear) {
-  Recordset rs(session.Cn, session.Sql("Select DISTINCT E.EMIRECVYN, {} {} And E.MONTHYEAR = {}",
-                                       SalaryHeadOf(key), CalculatedSalaryOf(session, key), monthYear));
-  for (; !rs.Eof(); rs.MoveNext())
-    if (!rs[1].IsNull() && rs[1].ToDouble() > -1) return true;
-  return false;
-}
-
-// The months that SalaryHasTaken needs asking about: few of a long schedule.
+// Whatever the salary took: a month is recovered when one has been calculated.
 std::set<long> ReadCalculatedMonths(Session& session, const InstructionKey& key) {
   std::set<long> months;
-  for (Recordset rs(session.Cn,
-                    session.Sql("Select DISTINCT E.MONTHYEAR {}", CalculatedSalaryOf(session, key)));
+  for (Recordset rs(session.Cn, session.Sql("Select DISTINCT E.EMIRECVYN, {}, E.MONTHYEAR {}",
+                                            SalaryHeadOf(key), CalculatedSalaryOf(session, key)));
        !rs.Eof(); rs.MoveNext())
-    months.insert(rs[0].ToLong());
+    months.insert(rs[2].ToLong());
   return months;
 }
 
@@ -165,7 +158,7 @@ std::vector<AdvLoanListRow> ReadAdvLoanList(Session& session, long employee, Ins
                            "FROM INS_ADVLOAN IA WHERE IA.EMPID = {} AND IA.SITYPE = {} ORDER BY IA.SERIALNO",
                            employee, type));
   for (; !rs.Eof(); rs.MoveNext()) {
-    AdvLoanListRow row{.serial = rs["SERIALNO"].ToLong(),
+    AdvLoanListRow row{.serial = static_cast<long>(rs["SERIALNO"].NumberOr0()),
                        .name = rs["SINAME"].TextOrEmpty(),
                        .account = rs["LOANACNO"].TextOrEmpty(),
                        .date = DateIfAny(rs["SIDATE"]),
@@ -186,8 +179,7 @@ std::vector<ScheduleMonth> ReadSchedule(Session& session, const InstructionKey& 
     ScheduleMonth month = ReadScheduleMonth(rs);
     if (const auto mark = marks.find(month.counter); mark != marks.end())
       month.markedRecovered = mark->second;
-    month.recoveredBySalary =
-        calculated.contains(month.monthYear) && SalaryHasTaken(session, key, month.monthYear);
+    month.recoveredBySalary = calculated.contains(month.monthYear);
     schedule.push_back(std::move(month));
   }
   return schedule;
@@ -223,9 +215,18 @@ bool HasHouseLoan(Session& session, const InstructionKey& key) {
 }
 
 long NextSerial(Session& session, long employee, InstructionType type) {
-  return session.data.Long(session.Sql(
-             "Select Max(SERIALNO) From INS_ADVLOAN Where EMPID = {} And SITYPE = {}", employee, type)) +
-         1;
+  const Statement table{std::string(FactsOf(type).table)};
+  const double last = session.data.Number(
+      session.Sql("Select Max(SERIALNO) From {} Where EMPID = {} And SITYPE = {}", table, employee, type));
+  if (IsSerial(last + 1)) return static_cast<long>(last) + 1;
+  // No number follows the highest one: the first that is free.
+  long free = 1;
+  for (Recordset rs(session.Cn, session.Sql("Select SERIALNO From {} Where EMPID = {} And SITYPE = {} And "
+                                            "SERIALNO > 0 Order By SERIALNO",
+                                            table, employee, type));
+       !rs.Eof() && rs[0].NumberOr0() == static_cast<double>(free); rs.MoveNext())
+    ++free;
+  return free;
 }
 
 }  // namespace ktl

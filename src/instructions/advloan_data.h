@@ -68,7 +68,9 @@ AdvLoanTotals ReadTotals(Session& session, long employee, InstructionType type);
 
 bool HasReceipts(Session& session, const InstructionKey& key);
 bool HasHouseLoan(Session& session, const InstructionKey& key);
-// The employee's next serial number of the type.
+// Whether it can be given to something new.
+constexpr bool IsSerial(double number) { return number >= 1 && number <= 2147483647; }
+// The employee's next serial number of the type, whatever table its instructions stand in.
 long NextSerial(Session& session, long employee, InstructionType type);
 
 }  // namespace ktl

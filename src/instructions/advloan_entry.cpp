@@ -1,14 +1,22 @@
 #include "instructions/advloan_entry.h"
 
+#include <cmath>
+
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "runtime/text.h"
 
 namespace ktl {
 
+long TypedSerial(const std::string& text) {
+  constexpr double kWholeNumbers = 9007199254740992;  // doubles tell the whole numbers below it apart
+  const double number = clsGenCmn::FnDblTrimVal(text);
+  return std::trunc(number) == number && std::fabs(number) < kWholeNumbers ? static_cast<long>(number) : 0;
+}
+
 void AdvLoanEntry::ReadTyped(TypedAdvLoan texts) {
   const auto number = clsGenCmn::FnDblTrimVal;
-  serial = number(texts.serial);
+  serial = TypedSerial(texts.serial);
   name = Trim(texts.name);
   account = Trim(texts.account);
   remarks = Trim(texts.remarks);

@@ -14,6 +14,9 @@ struct TypedAdvLoan {
   std::string instalment, count, recoverFrom;
 };
 
+// The number that was typed as a serial number; 0 when it is not whole or too large for any table.
+long TypedSerial(const std::string& text);
+
 // An advance or a loan as it is to be given, rupees. What is typed is read here and nowhere else; the texts
 // stay for the audit, which quotes them.
 struct AdvLoanEntry {
@@ -29,7 +32,7 @@ struct AdvLoanEntry {
   TypedAdvLoan typed;
 
   // Of the texts; a text that is no number is 0.
-  double serial = 0;
+  long serial = 0;                     // 0 when it is no serial number
   std::string name, account, remarks;  // trimmed
   std::optional<Date> date;
   double amount = 0;

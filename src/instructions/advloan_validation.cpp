@@ -7,6 +7,7 @@
 #include "database/recordset.h"
 #include "frame/rights.h"
 #include "frame/session.h"
+#include "instructions/entry_questions.h"
 #include "runtime/errors.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -16,7 +17,6 @@ namespace ktl {
 namespace {
 
 constexpr const char* kAmountTooHigh = "Amount should be less than 9,99,99,99,999.99";
-constexpr double kLongestTenure = 360;  // months
 
 using Checked = std::optional<EntryRefusal>;
 
@@ -49,7 +49,8 @@ Checked CheckLimits(Session& session, const AdvLoanEntry& entry) {
 
 Checked CheckWhoAndWhat(Session& session, const AdvLoanEntry& entry) {
   if (entry.amount > kAmountLimit) return Against(kAmountTooHigh, EntryField::Amount);
-  if (entry.serial <= 0) return Against("Enter serial number.", EntryField::Serial);
+  if (!IsSerial(static_cast<double>(entry.serial)))
+    return Against("Enter serial number.", EntryField::Serial);
   if (entry.key.employee == 0) return Against("Select employee.", EntryField::EmployeeName);
   if (entry.name.empty())
     return Against("Specify the " + LowerCase(entry.caption) + " name.", EntryField::Name);
@@ -140,12 +141,10 @@ double TenureOf(const AdvLoanEntry& entry) {
   return entry.instalment <= 0 ? 0 : RoundHalfEven(entry.Total() / entry.instalment);
 }
 
-Checked CheckTenure(const AdvLoanEntry& entry, const AskToContinue& ask) {
+Checked CheckTenure(Session& session, const AdvLoanEntry& entry, const AskToContinue& ask) {
   if (entry.noRecovery || !entry.newRecord) return {};
-  const double tenure = TenureOf(entry);
-  if (tenure > static_cast<double>(kLastMonthYear - entry.firstMonth)) throw RuntimeError::Overflow();
-  if (tenure > kLongestTenure &&
-      !ask("Re-payment tenure exceeds 30 years.\r\nDo you want to continue?", Icon::Exclamation, Answer::No))
+  if (RunsPastLastMonth(entry.Terms(session.AdvanceMgmtYN))) throw RuntimeError::Overflow();
+  if (TenureOf(entry) > kLongestTenure && !ask(kTenureQuestion, Icon::Exclamation, Answer::No))
     return Against("");
   return {};
 }
@@ -182,8 +181,10 @@ std::optional<EntryRefusal> ValidateAdvLoan(Session& session, const AdvLoanEntry
   if (Checked refusal = CheckRecovery(session, entry)) return refusal;
   if (Checked refusal = CheckInstalmentAgainstTotal(entry)) return refusal;
   if (Checked refusal = CheckService(session, entry)) return refusal;
-  if (Checked refusal = CheckTenure(entry, ask)) return refusal;
-  return CheckLocks(session, entry);
+  if (Checked refusal = CheckTenure(session, entry, ask)) return refusal;
+  if (Checked refusal = CheckLocks(session, entry)) return refusal;
+  if (AreRemarksTooLong(entry.remarks)) return Against(kRemarksTooLong, EntryField::Remarks);
+  return {};
 }
 
 }  // namespace ktl

@@ -23,7 +23,8 @@ enum class EntryField {
   Interest,
   Instalment,
   Count,
-  RecoverFrom
+  RecoverFrom,
+  Remarks
 };
 
 using EntryRefusal = Refusal<EntryField>;

@@ -37,6 +37,10 @@ void InstructionGrid::Describe(InstructionType type, const std::string& caption)
 
 void InstructionGrid::Show(std::vector<AdvLoanListRow> rows, long serial) {
   list_.Show(std::move(rows));
+  Mark(serial);
+}
+
+void InstructionGrid::Mark(long serial) {
   const auto active = std::ranges::find(list_.Rows(), serial, &AdvLoanListRow::serial);
   const auto line = static_cast<std::size_t>(active - list_.Rows().begin());
   grid_.activeRow = serial != 0 && active != list_.Rows().end() ? line : kNoRow;
@@ -98,14 +102,14 @@ void ScheduleGrid::Show(std::vector<ScheduleMonth> months) {
   grid_.activeRow = kNoRow;
 }
 
-// A recovered month cannot be ticked for deletion; the mark of one that a salary has taken cannot be changed.
+// A recovered month cannot be ticked for deletion. A mark can be taken away; on a month that a salary has
+// taken none can be set.
 void ScheduleGrid::Paint(std::size_t line, const ScheduleMonth& month) {
   const bool recovered = month.IsRecovered();
   grid_.PaintRow(line, recovered ? kRecoveredColour : kNoColour);
   grid_.At(line, kTick).locked = recovered ? std::optional(true) : std::nullopt;
-  if (!month.recoveredBySalary) return;
-  grid_.rows[line].tag = "salary";
-  grid_.At(line, kRecovered).locked = true;
+  grid_.At(line, kRecovered).locked =
+      month.recoveredBySalary && !month.markedRecovered ? std::optional(true) : std::nullopt;
 }
 
 void ScheduleGrid::SetRecovered(std::size_t line, bool recovered) {

@@ -42,8 +42,9 @@ class InstructionGrid {
   explicit InstructionGrid(Grid& grid) : grid_(grid), list_(grid) {}
 
   void Describe(InstructionType type, const std::string& caption);
-  // The instruction of the serial number becomes the active line; 0 for none.
   void Show(std::vector<AdvLoanListRow> rows, long serial);
+  // The instruction of the serial number becomes the active line; 0 for none.
+  void Mark(long serial);
   const AdvLoanListRow* Active() const { return list_.Active(); }
   InstructionTotals TotalsOf(long serial) const;
 
@@ -81,6 +82,7 @@ class ScheduleGrid {
   void Lock(bool locked);  // both ticks of every month
   void Show(std::vector<ScheduleMonth> months);
   // As a person has marked the line.
+  void ShowStored(std::size_t line) { list_.ShowAgain(line); }
   void SetRecovered(std::size_t line, bool recovered);
   void TickAllOpen(bool ticked);
 

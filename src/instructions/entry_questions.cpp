@@ -9,10 +9,12 @@
 #include "frame/rights.h"
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
+#include "runtime/text.h"
 
 namespace ktl {
 
-bool MayLeaveNewRecord(Session& session, const char* question, const std::function<bool()>& save) {
+bool MayLeaveNewRecord(Session& session, const char* question, const Button& cmdSave,
+                       const std::function<bool()>& save) {
   switch (session.desk.MsgBox({question,
                                Buttons::YesNoCancel,
                                Icon::Question,
@@ -21,12 +23,17 @@ bool MayLeaveNewRecord(Session& session, const char* question, const std::functi
                                0,
                                {"&Yes, save", "&No, drop it", "&Cancel, go back"}})) {
     case Answer::Yes:
-      return save();
+      return !FnBlnPermitted(session, cmdSave) && save();
     case Answer::No:
       return true;
     default:
       return false;
   }
+}
+
+bool AreRemarksTooLong(std::string_view remarks) {
+  constexpr std::size_t kLongest = 4000;
+  return Length(remarks) > kLongest;
 }
 
 std::optional<Refusal<NoField>> FindDeleteRefusal(Session& session, const InstructionKey& key,
@@ -65,7 +72,8 @@ std::optional<Refusal<NoField>> FindMonthsRefusal(Session& session, long employe
 }
 
 void OpenEmployeeSummary(Session& session, long employee) {
-  if (session.data.FnBlnRecExists(
+  if (UpperCase(session.CurrentUser()) != "ADMIN" &&
+      session.data.FnBlnRecExists(
           session.Sql("SELECT BUTALLOWYN FROM SEC_BUTPER WHERE BUTID = 612 AND BUTALLOWYN=0 AND GROUPID = "
                       "(SELECT GROUPID from SEC_USERLIST WHERE UPPER(USERNAME)= '{}')",
                       session.CurrentUser())))

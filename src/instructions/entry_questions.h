@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "frame/refusal.h"
@@ -11,11 +12,18 @@
 
 namespace ktl {
 
+class Button;
+
 // What every entry screen asks and refuses in the same way.
 
 // Asked before a new record that is not saved gives way: "Do you want to Save entered details?". False keeps
-// the record: Cancel, or a save that came to nothing.
-bool MayLeaveNewRecord(Session& session, const char* question, const std::function<bool()>& save);
+// the record: Cancel, a user who may not press Save, or a save that came to nothing.
+bool MayLeaveNewRecord(Session& session, const char* question, const Button& cmdSave,
+                       const std::function<bool()>& save);
+
+// Remarks of an instruction or a receipt: more than any company's column holds.
+inline constexpr const char* kRemarksTooLong = "Remarks should be within 4000 characters";
+bool AreRemarksTooLong(std::string_view remarks);
 
 enum class NoField {};
 // What stands against deleting an instruction: locked months of its schedule, the employee's lock over all of

@@ -8,6 +8,7 @@
 #include "database/recordset.h"
 #include "frame/ported_stat.h"
 #include "frame/session.h"
+#include "frame/writing_turn.h"
 #include "instructions/instruction_master_dialect.h"
 #include "instructions/instruction_type.h"
 #include "runtime/text.h"
@@ -27,12 +28,12 @@ InstructionMaster MasterOf(const Recordset& row) {
       .accCode = row["ACCCODE"].TextOrEmpty(),
       .tdsYn = IsSet(row["TDSYN"]),
       .tdsRefNo = WholeIfAny(row["TDSREFNO"]),
-      .siPref = WholeIfAny(row["SIPREF"]).value_or(0),
+      .siPref = row["SIPREF"].NumberOr0(),
       .sepPiYn = IsSet(row["SEPPIYN"]),
       .sbiIfbYn = IsSet(row["SBIIFBYN"]),
       .amtLimit = NumberIfAny(row["AMTLIMIT"]),
-      .allowLimit = WholeIfAny(row["ALLOWLIMIT"]),
-      .emiRecCnt = WholeIfAny(row["EMIRECCNT"]),
+      .allowLimit = NumberIfAny(row["ALLOWLIMIT"]),
+      .emiRecCnt = NumberIfAny(row["EMIRECCNT"]),
       .intrRate = NumberIfAny(row["INTRRATE"]),
       .reducingBalYn = IsSet(row["REDUCINGBALYN"]),
   };
@@ -43,6 +44,10 @@ Value ValueOrNull(const std::optional<Number>& number) {
   return number ? Value(*number) : Value(Null{});
 }
 
+Value WholeOrNull(std::optional<double> number) {
+  return number ? Value(Value(*number).ToLong()) : Value(Null{});
+}
+
 Value Flag(bool on) { return on ? 1 : 0; }
 
 void AssignRules(Recordset& row, const InstructionMaster& master) {
@@ -51,7 +56,7 @@ void AssignRules(Recordset& row, const InstructionMaster& master) {
   row.Set("ACCCODE", master.accCode.empty() ? Value(Null{}) : Value(master.accCode));
   row.Set("TDSYN", Flag(master.tdsYn));
   row.Set("TDSREFNO", ValueOrNull(master.tdsRefNo));
-  row.Set("SIPREF", CNull(master.siPref, Null{}, true));
+  row.Set("SIPREF", CNull(WholeOrNull(master.siPref), Null{}, true));
   row.Set("SEPPIYN", Flag(master.sepPiYn));
   row.Set("SBIIFBYN", Flag(master.sbiIfbYn));
 }
@@ -59,8 +64,8 @@ void AssignRules(Recordset& row, const InstructionMaster& master) {
 // A company without advanced options loses what stood in the five columns.
 void AssignAdvancedOptions(Recordset& row, const InstructionMaster& master, bool advanced) {
   row.Set("AMTLIMIT", advanced ? ValueOrNull(master.amtLimit) : Null{});
-  row.Set("ALLOWLIMIT", advanced ? ValueOrNull(master.allowLimit) : Null{});
-  row.Set("EMIRECCNT", advanced ? ValueOrNull(master.emiRecCnt) : Null{});
+  row.Set("ALLOWLIMIT", advanced ? WholeOrNull(master.allowLimit) : Null{});
+  row.Set("EMIRECCNT", advanced ? WholeOrNull(master.emiRecCnt) : Null{});
   row.Set("INTRRATE", advanced ? ValueOrNull(master.intrRate) : Null{});
   row.Set("REDUCINGBALYN", Flag(advanced && master.reducingBalYn));
 }
@@ -107,6 +112,14 @@ bool NeedsSection(const InstructionMaster& master) {
          master.tdsYn;
 }
 
+// While the house-loan details are still there.
+void RequireStorableCounts(const InstructionMaster& master, bool advanced) {
+  WholeOrNull(master.siPref);
+  if (!advanced) return;
+  WholeOrNull(master.allowLimit);
+  WholeOrNull(master.emiRecCnt);
+}
+
 }  // namespace
 
 std::vector<InstructionMaster> ReadInstructionMasters(Session& session, InstructionType type) {
@@ -124,6 +137,10 @@ std::vector<InstructionMaster> ReadInstructionMasters(Session& session, Instruct
     master.section = section->second;
   }
   return masters;
+}
+
+std::string InstructionMasterRows(Session& session, InstructionType type) {
+  return RowsAsText(session, session.Sql("Select * From INS_MASTER Where SITYPE = {} Order By SINAME", type));
 }
 
 std::vector<ListRow> ReadSections(Session& session) {
@@ -145,6 +162,7 @@ std::optional<MasterRefusal> FindMasterRefusal(Session& session, const Instructi
     return MasterRefusal{"Entered " + caption + " already exists.", MasterField::Name};
   if (NeedsSection(master) && !master.tdsRefNo)
     return MasterRefusal{"Select the section for which TDS is applicable", MasterField::Section};
+  RequireStorableCounts(master, advanced);
   return std::nullopt;
 }
 
@@ -173,8 +191,9 @@ void DeleteHouseLoanDetails(Session& session, const InstructionMaster& master) {
 }
 
 void WriteInstructionMaster(Session& session, const InstructionMaster& master, const std::string& oldName,
-                            bool advanced) {
+                            bool advanced, const std::string& shown) {
   Transaction transaction(session.Cn);
+  if (InstructionMasterRows(session, master.type) != shown) throw ChangedMeanwhile();
   if constexpr (kMasterDialect == "ORA") {
     ExecuteAll(session, OraSaveStatements(session, master, oldName, advanced));
   } else {

@@ -16,7 +16,7 @@ Statement TextOrNull(const Session& session, const std::string& text) {
   return text.empty() ? Statement("Null") : session.Sql("'{}'", text);
 }
 
-Statement PreferenceOrNull(long siPref) {
+Statement PreferenceOrNull(double siPref) {
   return NumberOrNull(siPref == 0 ? std::nullopt : std::optional(siPref));
 }
 

@@ -38,6 +38,11 @@ bool IsMonthLocked(Session& session, long monthYear) {
              .NumberOr0() == 1;
 }
 
+bool HasSchedule(Session& session, const InstructionKey& key) {
+  return session.data.FnBlnRecExists(
+      session.Sql("Select EMPID From INS_EMIDETAIL Where {}", WhereInstruction(key)));
+}
+
 std::vector<long> ReadScheduleMonths(Session& session, const InstructionKey& key) {
   std::vector<long> months;
   Recordset rs(session.Cn, session.Sql("Select MONTHYEAR From INS_EMIDETAIL Where {} ORDER BY MONTHYEAR",

@@ -28,6 +28,7 @@ std::vector<long> ReadScheduleMonths(Session& session, const InstructionKey& key
 // "No end" of a range of months, as the employee lock takes it.
 inline constexpr const char* kNoLastMonth = "36000";
 bool IsMonthLocked(Session& session, long monthYear);
+bool HasSchedule(Session& session, const InstructionKey& key);
 // The highest counter of the instruction plus 1; 1 when it has no month.
 long NextCounter(Session& session, const InstructionKey& key);
 

@@ -10,12 +10,15 @@
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
+#include "frame/writing_turn.h"
 #include "instructions/entry_lists.h"
 #include "instructions/entry_questions.h"
 #include "instructions/instruction_statements.h"
+#include "instructions/shown_rows.h"
 #include "instructions/total_interest.h"
 #include "instructions/type_rights.h"
 #include "runtime/numbers.h"
+#include "runtime/text.h"
 #include "workbook/export_menu.h"
 
 namespace ktl {
@@ -109,7 +112,7 @@ void modAdvLoan::SetKeyFilters() {
   }
   txtSerialNo.rightAligned = true;
   txtSerialNo.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
-  txtAdvDate.onKeyPress = clsGenCmn::FnIntAllowDateOnlyWithAlpha;
+  txtAdvDate.onKeyPress = clsGenCmn::DateKeyWithAlpha;
 }
 
 void modAdvLoan::Form_Load() {
@@ -188,10 +191,8 @@ void modAdvLoan::FillEmployeeLists() {
 
 void modAdvLoan::FillNames() { cmbALName.SetRows(ReadNames(session_, type_)); }
 
-void modAdvLoan::chkCurrEMIEmp_Click() {
-  FillEmployeeLists();
-  employee.cmbEmpName.SetText("");
-}
+// Who is chosen stays, with what is typed for him, even when the narrower list does not show him.
+void modAdvLoan::chkCurrEMIEmp_Click() { FillEmployeeLists(); }
 
 // Buttons by the rights of the user and the lock of the employee.
 void modAdvLoan::EnableCommands() {
@@ -221,6 +222,7 @@ void modAdvLoan::EnableInputs() {
 }
 
 void modAdvLoan::cmbEmpName_Change() {
+  formula.Show(false);
   newRecord_ = false;
   serial_ = 0;
   txtSerialNo.SetText("");
@@ -263,7 +265,8 @@ void modAdvLoan::ShowInterestLock() {
 }
 
 void modAdvLoan::txtSerialNo_Change() {
-  serial_ = employee.Employee() == 0 ? 0 : static_cast<long>(Val(txtSerialNo.Text()));
+  serial_ = employee.Employee() == 0 ? 0 : TypedSerial(txtSerialNo.Text());
+  if (serial_ != 0) shownRow_ = InstructionRow(session_, Key());
   const std::optional<AdvLoanDetail> detail = serial_ == 0 ? std::nullopt : ReadAdvLoan(session_, Key());
   if (detail) {
     newRecord_ = false;
@@ -274,6 +277,7 @@ void modAdvLoan::txtSerialNo_Change() {
     ShowScheduleInputs(true);
     newRecord_ = serial_ > 0;
   }
+  instructions_.Mark(HasInstruction() ? serial_ : 0);
   ShowHouseLoan();
   RefreshEMI();
   RefreshReceipts();
@@ -287,10 +291,9 @@ void modAdvLoan::ShowInstruction(const AdvLoanDetail& detail) {
   txtInterestAmt.SetText(ShownAmount(detail.interest));
   txtRemarks.SetText(detail.remarks);
   cmbInstitution.SetText(detail.institution);
-  recovery.chkNoRecovery.SetValue(false);
-  recovery.txtInstlAmt.SetText("");
-  recovery.txtRecvrFrom.SetText("");
+  recovery.Empty();
   formula.Forget();
+  formula.Show(false);  // its amount would go over the stored one
 }
 
 // Everything but the serial number.
@@ -345,12 +348,16 @@ void modAdvLoan::RefreshDetail() {
 void modAdvLoan::RefreshEMI() {
   chkSelectAll.SetValue(false);
   std::vector<ScheduleMonth> months;
-  if (HasInstruction()) months = ReadSchedule(session_, Key());
+  if (HasInstruction()) {
+    shownSchedule_ = ScheduleRows(session_, Key());
+    months = ReadSchedule(session_, Key());
+  }
   if (!months.empty() && ComponentsApart()) CountComponents(session_, Key(), months);
   schedule_.Show(std::move(months));
 }
 
 void modAdvLoan::RefreshReceipts() {
+  if (HasInstruction()) shownReceipts_ = ReceiptRows(session_, Key());
   receipts_.Show(HasInstruction() ? ReadReceipts(session_, Key()) : std::vector<Receipt>());
   fpgReceipts.activeRow = kNoRow;
 }
@@ -375,7 +382,11 @@ void modAdvLoan::fpgAdvLoan_Click(std::size_t, std::size_t) {
 void modAdvLoan::fpgEMI_CellChange(std::size_t row, std::size_t column) {
   if (column != ScheduleGrid::kRecovered) return;
   const bool recovered = fpgEMI.IsTicked(row, column);
-  MarkRecovered(session_, Key(), schedule_.At(row).counter, recovered);
+  schedule_.ShowStored(row);  // a mark that cannot be written is not shown
+  const auto mark = [&] { MarkRecovered(session_, Key(), schedule_.At(row).counter, recovered); };
+  const auto months = [this] { return ScheduleRows(session_, Key()); };
+  if (!WriteInTurn(session_, months, shownSchedule_, mark, [this] { ShowAnew(); })) return;
+  shownSchedule_ = months();
   schedule_.SetRecovered(row, recovered);
   UpdateOverview();
 }
@@ -397,13 +408,13 @@ AdvLoanEntry modAdvLoan::Entry() const {
                    .interest = txtInterestAmt.Text(),
                    .remarks = txtRemarks.Text(),
                    .instalment = recovery.txtInstlAmt.Text(),
-                   .count = recovery.txtNoOfInstlmnts.Text(),
+                   .count = recovery.ShownCount(),
                    .recoverFrom = recovery.txtRecvrFrom.Text()});
   return entry;
 }
 
 void modAdvLoan::cmdNew_Click() {
-  if (newRecord_ && !MayLeaveNewRecord(session_, "Do you want to Save Entered Details?",
+  if (newRecord_ && !MayLeaveNewRecord(session_, "Do you want to Save Entered Details?", cmdSave,
                                        [this] { return ValidateAndSave(); }))
     return;
   if (employee.Employee() == 0) {
@@ -415,7 +426,6 @@ void modAdvLoan::cmdNew_Click() {
   const std::string serial = std::to_string(NextSerial(session_, employee.Employee(), type_));
   if (txtSerialNo.Text() == serial) txtSerialNo.SetText("");
   txtSerialNo.SetText(serial);
-  fpgAdvLoan.activeRow = kNoRow;
   EnableCommands();
   SetFocus(cmbALName);
 }
@@ -431,15 +441,36 @@ void modAdvLoan::cmdSave_Click() {
 }
 
 bool modAdvLoan::ValidateAndSave() {
-  const AdvLoanEntry entry = Entry();
+  AdvLoanEntry entry = Entry();
   const auto ask = [this](const std::string& text, Icon icon, Answer preset) {
     return session_.desk.Confirm(text, session_.title, preset, icon);
   };
   if (const auto refusal = ValidateAdvLoan(session_, entry, ask)) return RefuseSave(*refusal);
+  bool written = false;
+  const auto row = [this] { return InstructionRow(session_, Key()); };
+  const auto write = [&] {
+    // A number that was taken meanwhile becomes the next free one.
+    if (newRecord_ && row() != shownRow_) entry.key.serial = NextSerial(session_, entry.key.employee, type_);
+    try {
+      written = WriteAdvLoan(session_, entry);
+    } catch (const RuntimeError&) {
+      shownRow_ = row();  // without its schedule it is there all the same; another save is an edit of it
+      throw;
+    }
+  };
+  const std::optional<std::string> shown = newRecord_ ? std::nullopt : std::optional(shownRow_);
+  if (!WriteInTurn(session_, row, shown, write, [this] { ShowAnew(); })) return false;
   // An amount of 0 or below writes nothing and says nothing.
-  if (!WriteAdvLoan(session_, entry)) return false;
+  if (!written) return false;
+  serial_ = entry.key.serial;
   AfterSave();
   return true;
+}
+
+void modAdvLoan::ShowAnew() {
+  RefreshDetail();
+  UpdateOverview();
+  txtSerialNo_Change();
 }
 
 bool modAdvLoan::RefuseSave(const EntryRefusal& refusal) {
@@ -454,7 +485,8 @@ bool modAdvLoan::RefuseSave(const EntryRefusal& refusal) {
                  {EntryField::Interest, &txtInterestAmt},
                  {EntryField::Instalment, &recovery.txtInstlAmt},
                  {EntryField::Count, &recovery.txtNoOfInstlmnts},
-                 {EntryField::RecoverFrom, &recovery.txtRecvrFrom}});
+                 {EntryField::RecoverFrom, &recovery.txtRecvrFrom},
+                 {EntryField::Remarks, &txtRemarks}});
 }
 
 void modAdvLoan::AfterSave() {
@@ -462,6 +494,9 @@ void modAdvLoan::AfterSave() {
   ShowSaved(session_);
   newRecord_ = false;
   if (session_.AdvanceMgmtYN) RefreshTotalInterest(session_);
+  shownRow_ = InstructionRow(session_, Key());
+  if (const std::string taken = std::to_string(serial_); taken != txtSerialNo.Text())
+    txtSerialNo.SetText(taken);
   RefreshDetail();
   UpdateOverview();
   FillNames();
@@ -477,7 +512,11 @@ void modAdvLoan::cmdDelete_Click() {
   paint(kAboutToGoColour);
   const std::optional<AdvLoanDetail> detail = DetailToDelete();
   if (!detail) return paint(kWhite);
-  DeleteAdvLoan(session_, Key(), *detail, cmdTDSDet.visible);
+  const bool deleted = WriteInTurn(
+      session_, [this] { return InstructionAndSchedule(session_, Key()) + ReceiptRows(session_, Key()); },
+      shownRow_ + shownSchedule_ + shownReceipts_,
+      [&] { DeleteAdvLoan(session_, Key(), *detail, cmdTDSDet.visible); }, [this] { ShowAnew(); });
+  if (!deleted) return;
   serial_ = 0;
   RefreshDetail();
   UpdateOverview();
@@ -521,15 +560,22 @@ bool modAdvLoan::ConfirmCascades() {
 void modAdvLoan::cmdEMIDelete_Click() {
   const std::vector<ScheduleMonth> deleted = MonthsToDelete();
   if (deleted.empty()) return;
+  const bool written = WriteInTurn(
+      session_, [this] { return ScheduleRows(session_, Key()); }, shownSchedule_,
+      [&] { DeleteInstalments(deleted); }, [this] { ShowAnew(); });
+  if (!written) return;
+  RefreshDetail();
+  RefreshEMI();
+  UpdateOverview();
+  fpgAdvLoan_Click(fpgAdvLoan.activeRow, 0);
+}
+
+void modAdvLoan::DeleteInstalments(const std::vector<ScheduleMonth>& deleted) {
   for (const ScheduleMonth& month : deleted) DeleteInstalment(session_, Key(), month.counter);
   const DeletedInstalments choice = AdjustAfterDelete(deleted);
   AuditDeletedInstalments(session_, Key(), cmbALName.Text(), deleted, choice);
   if (session_.SepPiYN)
     LowerTotalInterest(session_, Key(), cmbALName.Text(), SumAsShown(deleted, &ScheduleMonth::MDFINTAMT));
-  RefreshDetail();
-  RefreshEMI();
-  UpdateOverview();
-  fpgAdvLoan_Click(fpgAdvLoan.activeRow, 0);
 }
 
 std::vector<ScheduleMonth> modAdvLoan::MonthsToDelete() {
@@ -605,11 +651,13 @@ void modAdvLoan::cmdReport_Click() {
 
 void modAdvLoan::CalculateInterest() {
   SettingsStore& settings = session_.machine.settings;
-  settings.Set("Settings", "ICPrcpl", NumberText(clsGenCmn::FnDblTrimVal(txtAdvAmount.Text())));
+  settings.Set("Settings", "ICPrcpl", ReplaceAll(txtAdvAmount.Text(), ",", ""));
   if (session_.SepPiYN) {
     session_.doors.interestEditor(*this);
+    RefreshDetail();
     RefreshEMI();
     UpdateOverview();
+    ShowStoredInterest();
   } else {
     StartExternal(session_, {"KTLIntrCalc", "Interest Calculation", ""});
   }
@@ -618,9 +666,16 @@ void modAdvLoan::CalculateInterest() {
   if (txtInterestAmt.Text().empty()) txtInterestAmt.SetText(settings.Get("Settings", "ICIntrAmt", ""));
 }
 
+// The total that the editor has stored; the next save keeps it. What else is typed stays.
+void modAdvLoan::ShowStoredInterest() {
+  if (!HasInstruction()) return;
+  shownRow_ = InstructionRow(session_, Key());
+  if (const auto detail = ReadAdvLoan(session_, Key())) txtInterestAmt.SetText(ShownAmount(detail->interest));
+}
+
 bool modAdvLoan::Form_QueryUnload() {
   if ((!cmdSave.enabled && !cmdDelete.enabled) || !newRecord_) return true;
-  return MayLeaveNewRecord(session_, "Do you want to Save entered details?", [this] {
+  return MayLeaveNewRecord(session_, "Do you want to Save entered details?", cmdSave, [this] {
     bool saved = false;  // a failure is shown and keeps the screen
     on_.Run([&] { saved = ValidateAndSave(); });
     return saved;

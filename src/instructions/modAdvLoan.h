@@ -138,17 +138,20 @@ class modAdvLoan final : public Screen, public InstructionParent {
   void ClearInstruction();
   void ShowScheduleInputs(bool shown);
   void ShowInterestLock();
+  void ShowStoredInterest();
   void ShowHouseLoan();
 
   AdvLoanEntry Entry() const;
   bool ValidateAndSave();
   void AfterSave();
+  void ShowAnew();  // what another workstation has changed
   bool RefuseSave(const EntryRefusal& refusal);
 
   std::optional<AdvLoanDetail> DetailToDelete();
   bool ConfirmCascades();
   // The ticked months when all of them may go.
   std::vector<ScheduleMonth> MonthsToDelete();
+  void DeleteInstalments(const std::vector<ScheduleMonth>& deleted);
   DeletedInstalments AdjustAfterDelete(const std::vector<ScheduleMonth>& deleted);
 
   void CalculateInterest();
@@ -164,6 +167,8 @@ class modAdvLoan final : public Screen, public InstructionParent {
   long serial_ = 0;
   bool newRecord_ = false;  // from the moment an unknown serial number is typed until it is saved
   NameRules rules_;
+  // The instruction, its months and receipts as they stood when they were shown.
+  std::string shownRow_, shownSchedule_, shownReceipts_;
 };
 
 }  // namespace ktl

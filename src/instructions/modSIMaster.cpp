@@ -5,6 +5,7 @@
 #include "common/amounts.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
+#include "frame/writing_turn.h"
 #include "instructions/type_rights.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -25,13 +26,9 @@ std::string AmountText(const std::optional<double>& amount) {
   return amount ? clsGenCmn::FnStrConvertToCommaNumber(NumberText(*amount), 2) : "";
 }
 
-std::string CountText(const std::optional<long>& count) { return count ? std::to_string(*count) : ""; }
+std::string PlainText(const std::optional<double>& number) { return number ? NumberText(*number) : ""; }
 
-std::string RateText(const std::optional<double>& rate) { return rate ? NumberText(*rate) : ""; }
-
-std::string PreferenceText(long siPref) { return siPref == 0 ? "" : std::to_string(siPref); }
-
-long WholeNumber(const std::string& text) { return Value(clsGenCmn::FnDblTrimVal(text)).ToLong(); }
+std::string PreferenceText(double siPref) { return siPref == 0 ? "" : NumberText(siPref); }
 
 AuditField FieldOf(std::string label, const TextBox& box) {
   return {std::move(label), box.IsShown() ? box.Text() : "", box.tag};
@@ -140,9 +137,9 @@ void modSIMaster::DescribeList() {
       {{"Section"}, &Row::section},
       number("Deduction Pref.", !advLoan, PreferenceText, &Row::siPref),
       number("Max. Limit", !advanced, AmountText, &Row::amtLimit, 110),
-      number("Max. Allowed", !advanced, CountText, &Row::allowLimit),
-      number("Recovery EMI", !advanced, CountText, &Row::emiRecCnt),
-      number("Interest Rate", !advanced, RateText, &Row::intrRate),
+      number("Max. Allowed", !advanced, PlainText, &Row::allowLimit),
+      number("Recovery EMI", !advanced, PlainText, &Row::emiRecCnt),
+      number("Interest Rate", !advanced, PlainText, &Row::intrRate),
       tick("Reducing Balance", !advanced, &Row::reducingBalYn),
       tick("Separate P/I Acc", !advLoan, &Row::sepPiYn),
       tick("IFBYN", !advLoan || !loanScreen, &Row::sbiIfbYn),
@@ -150,6 +147,7 @@ void modSIMaster::DescribeList() {
 }
 
 void modSIMaster::FillList() {
+  shown_ = InstructionMasterRows(session_, type_);
   list_.Show(ReadInstructionMasters(session_, type_));
   fpgSIMaster.activeRow = kNoRow;
   clickedName_.clear();
@@ -190,11 +188,11 @@ void modSIMaster::LoadFields(const InstructionMaster& master) {
   chkMaxAmount.SetValue(master.amtLimit.has_value());
   txtMaxAmount.SetText(AmountText(master.amtLimit));
   chkMaxAllowed.SetValue(master.allowLimit.has_value());
-  txtMaxAllowed.SetText(CountText(master.allowLimit));
+  txtMaxAllowed.SetText(PlainText(master.allowLimit));
   chkRecEMI.SetValue(master.emiRecCnt.has_value());
-  txtRecEMI.SetText(CountText(master.emiRecCnt));
+  txtRecEMI.SetText(PlainText(master.emiRecCnt));
   chkInterestRate.SetValue(master.intrRate.has_value());
-  txtInterestRate.SetText(RateText(master.intrRate));
+  txtInterestRate.SetText(PlainText(master.intrRate));
   chkRedBal.SetValue(master.reducingBalYn);
   EnableByTicks();  // a value that did not change raised no click
 }
@@ -208,22 +206,23 @@ void modSIMaster::NoteOldValues() {
 }
 
 InstructionMaster modSIMaster::FromFields() const {
+  const auto number = [](const TextBox& box) { return clsGenCmn::FnDblTrimVal(box.Text()); };
   InstructionMaster master{
       .type = type_,
       .siName = Trim(txtSIName.Text()),
       .accCode = Trim(txtAccCode.Text()),
       .tdsYn = chkTDSAppl.Value(),
-      .siPref = WholeNumber(txtDedPref.Text()),
+      .siPref = number(txtDedPref),
       .sepPiYn = chkType.Value(),
       .sbiIfbYn = chkSBIInt.Value(),
       .reducingBalYn = chkInterestRate.Value() && chkRedBal.Value(),
   };
   const std::string section = cmbSection.BoundText();
-  if (master.tdsYn && !section.empty()) master.tdsRefNo = WholeNumber(section);
-  if (chkMaxAmount.Value()) master.amtLimit = clsGenCmn::FnDblTrimVal(txtMaxAmount.Text());
-  if (chkMaxAllowed.Value()) master.allowLimit = WholeNumber(txtMaxAllowed.Text());
-  if (chkRecEMI.Value()) master.emiRecCnt = WholeNumber(txtRecEMI.Text());
-  if (chkInterestRate.Value()) master.intrRate = clsGenCmn::FnDblTrimVal(txtInterestRate.Text());
+  if (master.tdsYn && !section.empty()) master.tdsRefNo = static_cast<long>(Val(section));
+  if (chkMaxAmount.Value()) master.amtLimit = number(txtMaxAmount);
+  if (chkMaxAllowed.Value()) master.allowLimit = number(txtMaxAllowed);
+  if (chkRecEMI.Value()) master.emiRecCnt = number(txtRecEMI);
+  if (chkInterestRate.Value()) master.intrRate = number(txtInterestRate);
   return master;
 }
 
@@ -250,12 +249,20 @@ void modSIMaster::cmdSave_Click() {
   if (const auto refusal = FindPreferenceRefusal(session_, master, oldName_, caption_))
     return RefuseSave(*refusal);
 
-  WriteInstructionMaster(session_, master, oldName_, advanced);
+  if (!UnlessChanged(
+          session_, [&] { WriteInstructionMaster(session_, master, oldName_, advanced, shown_); },
+          [this] { ShowAnew(); }))
+    return;
   oldName_ = master.siName;  // a failure from here on leaves the written row in the fields
+  shown_ = InstructionMasterRows(session_, type_);
   if (!IsAdvanceOrLoan(type_) && chkTDSAppl.IsShown())
     MarkInstructionsForPorting(session_, type_, master.siName, FactsOf(type_).masterPortCode);
   WriteAudit(" Master Created/Updated");
   ShowSaved(session_);
+  ShowAnew();
+}
+
+void modSIMaster::ShowAnew() {
   FillList();
   Clear();
 }
@@ -298,14 +305,20 @@ void modSIMaster::cmdDelete_Click() {
   fpgSIMaster.PaintRow(row, kNoColour);
   if (!confirmed) return;
 
+  if (WriteInTurn(
+          session_, [this] { return InstructionMasterRows(session_, type_); }, shown_,
+          [&] { DeleteName(*clicked); }, [this] { ShowAnew(); }))
+    ShowAnew();
+}
+
+void modSIMaster::DeleteName(const InstructionMaster& master) {
+  if (IsMasterInUse(session_, type_, clickedName_)) throw ChangedMeanwhile();
   // A name without instructions marks nobody; the code differs from the one of saving.
   if (type_ == InstructionType::Incentive && chkTDSAppl.IsShown())
     MarkInstructionsForPorting(session_, type_, clickedName_, kPortInsOther);
   DeleteInstructionMaster(session_, type_, clickedName_);
-  LoadFields(*clicked);
+  LoadFields(master);
   WriteAudit(" Master Deleted");
-  FillList();
-  Clear();
 }
 
 void modSIMaster::WriteAudit(const std::string& deed) {

@@ -74,6 +74,8 @@ class modSIMaster final : public Screen {
   InstructionMaster FromFields() const;
 
   bool MayDropHouseLoan(const InstructionMaster& master);
+  void DeleteName(const InstructionMaster& master);
+  void ShowAnew();
   void RefuseSave(const MasterRefusal& refusal);
   void WriteAudit(const std::string& deed);
   std::vector<AuditField> AuditFields() const;
@@ -86,6 +88,7 @@ class modSIMaster final : public Screen {
   const HandlerGuard<modSIMaster> on_;
   GridList<InstructionMaster> list_{fpgSIMaster};
   std::string caption_;      // of the instruction type
+  std::string shown_;        // the names as the list shows them
   std::string oldName_;      // of the row in the fields, empty for a new one
   std::string clickedName_;  // of the row that cmdDelete works on
 };

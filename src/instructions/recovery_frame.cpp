@@ -17,7 +17,7 @@ RecoveryFrame::RecoveryFrame(Session& session, Screen& screen) : screen_(screen)
   txtInstlAmt.rightAligned = txtNoOfInstlmnts.rightAligned = true;
   txtInstlAmt.onKeyPress = [this](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, txtInstlAmt.Text()); };
   txtNoOfInstlmnts.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
-  txtRecvrFrom.onKeyPress = clsGenCmn::FnIntAllowDateOnlyWithAlpha;
+  txtRecvrFrom.onKeyPress = clsGenCmn::DateKeyWithAlpha;
   const HandlerGuard on(session, *this, ErrorStyle::NumberFirst);
   optInstlLumpSum.onClick = optInstlCount.onClick = on(&RecoveryFrame::optInstallment_Click);
   txtInstlAmt.onLeave = txtNoOfInstlmnts.onLeave = on(&RecoveryFrame::txtInstlAmt_LostFocus);
@@ -36,9 +36,13 @@ void RecoveryFrame::Enable(bool enabled) {
   fmeInstallment.enabled = fmeInstallmentRoundOff.enabled = enabled;
 }
 
-void RecoveryFrame::Clear() {
+void RecoveryFrame::Empty() {
   for (TextBox* box : {&txtInstlAmt, &txtNoOfInstlmnts, &txtRecvrFrom}) box->SetText("");
   chkNoRecovery.SetValue(false);
+}
+
+void RecoveryFrame::Clear() {
+  Empty();
   (MayRoundToNone() ? optRoundNone : optNearOneRupee).SetValue(true);
   optInstlLumpSum.SetValue(true);
 }

@@ -31,9 +31,12 @@ class RecoveryFrame {
 
   void Show(bool shown);
   void Enable(bool enabled);
+  void Empty();  // the texts and "No Recovery"
   void Clear();
   // The number of instalments that a name proposes; without one the lump sum.
   void Propose(long count);
+  // A number that no longer shows is none.
+  std::string ShownCount() const { return txtNoOfInstlmnts.IsShown() ? txtNoOfInstlmnts.Text() : ""; }
   // What is ticked and chosen.
   void ReadChoices(AdvLoanEntry& entry) const;
 

@@ -58,6 +58,19 @@ double InstalmentOf(const ScheduleTerms& terms) {
   return Rounded(terms.total / terms.count, terms.rounding);
 }
 
+bool RunsPastLastMonth(const ScheduleTerms& terms) {
+  double instalment = 0;
+  try {
+    instalment = InstalmentOf(terms);
+  } catch (const RuntimeError&) {
+    return false;
+  }
+  long month = terms.firstMonth;
+  for (double remaining = terms.total; remaining > 0; remaining -= instalment)
+    if (month++ > kLastMonthYear) return true;
+  return false;
+}
+
 std::vector<ScheduleRow> GenerateSchedule(const ScheduleTerms& terms) {
   const double instalment = InstalmentOf(terms);
   if (!(instalment > 0)) throw RuntimeError::InvalidProcedureCall();
@@ -79,9 +92,7 @@ std::vector<ScheduleRow> GenerateSchedule(const ScheduleTerms& terms) {
 
 bool WriteSchedule(Session& session, const InstructionKey& key, const ScheduleTerms& terms, long institution,
                    ScheduleForm form) {
-  if (session.data.FnBlnRecExists(
-          session.Sql("Select EMPID From INS_EMIDETAIL Where {}", WhereInstruction(key))))
-    return false;
+  if (HasSchedule(session, key)) return false;
   const std::vector<ScheduleRow> schedule = GenerateSchedule(terms);
   Recordset rows(session.Cn, "Select * From INS_EMIDETAIL", OpenMode::AddOnly);
   for (const ScheduleRow& row : schedule) AddScheduleRow(rows, key, row, institution, form);

@@ -15,6 +15,11 @@ enum class InstalmentRounding { NearOneRupee, NearTenRupee, NearFiftyRupee, None
 // Months past December 9999 cannot be written as dates; no schedule runs beyond it.
 inline constexpr long kLastMonthYear = 9999L * 12 + 12;
 
+// A longer schedule is asked about.
+inline constexpr double kLongestTenure = 360;  // months
+inline constexpr const char* kTenureQuestion =
+    "Re-payment tenure exceeds 30 years.\r\nDo you want to continue?";
+
 // How an amount is to be recovered. Either a fixed instalment, or a count that only serves to reach one.
 struct ScheduleTerms {
   double total = 0;     // amount plus interest, rupees
@@ -41,6 +46,9 @@ double InstalmentOf(const ScheduleTerms& terms);
 // rows. An instalment of 0 or below, which would never end, raises error 5; months past kLastMonthYear raise
 // "Overflow".
 std::vector<ScheduleRow> GenerateSchedule(const ScheduleTerms& terms);
+
+// Told before anything is written. Terms that come to no instalment fail when the schedule is made.
+bool RunsPastLastMonth(const ScheduleTerms& terms);
 
 // Writes the schedule of an instruction that has none: one row, one statement. False when rows are there
 // already. The batch form (many employees at once) leaves the principal columns unwritten.

@@ -23,11 +23,6 @@ std::string ScheduleRows(Session& session, const InstructionKey& key) {
   return Rows(session, "INS_EMIDETAIL", WhereInstruction(key), " Order By MONTHYEAR, COUNTER");
 }
 
-std::string ScheduleRow(Session& session, const InstructionKey& key, long counter) {
-  return Rows(session, "INS_EMIDETAIL", session.Sql("{} And COUNTER = {}", WhereInstruction(key), counter),
-              "");
-}
-
 std::string ReceiptRows(Session& session, const InstructionKey& key) {
   return Rows(session, "INS_RECEIPTS", WhereInstruction(key), " Order By COUNTER");
 }

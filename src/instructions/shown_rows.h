@@ -12,7 +12,6 @@ struct Session;
 // WritingTurn watches. To be read before the lists that are shown, so that no change falls between.
 std::string InstructionRow(Session& session, const InstructionKey& key);
 std::string ScheduleRows(Session& session, const InstructionKey& key);
-std::string ScheduleRow(Session& session, const InstructionKey& key, long counter);
 std::string ReceiptRows(Session& session, const InstructionKey& key);
 // The instruction and its months.
 std::string InstructionAndSchedule(Session& session, const InstructionKey& key);

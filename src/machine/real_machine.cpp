@@ -1,8 +1,10 @@
 #include "machine/real_machine.h"
 
 #include <fmt/format.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdlib>
@@ -61,6 +63,14 @@ class NoStatusBox final : public StatusBox {
 };
 
 volatile std::sig_atomic_t endAsked = 0;
+int endNotice = -1;  // for the life of the program
+
+void NoteEnd(int) {
+  const int reason = errno;
+  endAsked = 1;
+  ::eventfd_write(endNotice, 1);
+  errno = reason;
+}
 
 class LocalEnvironment final : public Environment {
  public:
@@ -119,10 +129,12 @@ struct RealMachine::Parts {
   LocalSiblings siblings;
 };
 
-void EndOnSignals() {
+int EndOnSignals() {
+  if (endNotice < 0) endNotice = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
   struct sigaction action {};
-  action.sa_handler = [](int) { endAsked = 1; };  // without SA_RESTART: a wait for the next line ends too
+  action.sa_handler = NoteEnd;  // without SA_RESTART: a wait for the next line ends too
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) ::sigaction(signal, &action, nullptr);
+  return endNotice;
 }
 
 RealMachine::RealMachine(const char* argv0) : parts_(std::make_unique<Parts>(argv0)) {}

@@ -7,8 +7,8 @@
 namespace ktl {
 
 // From now on SIGTERM, SIGINT and SIGHUP only make Environment::MustEnd true: the program ends by itself, in
-// order.
-void EndOnSignals();
+// order. The answer is a descriptor that can be read then, for who waits in an event loop.
+int EndOnSignals();
 
 // The machine that the program runs on. Reads KTL_SETTINGS, KTL_FOLDER and KTL_TODAY from the environment.
 class RealMachine final {

@@ -13,6 +13,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include "machine/files.h"
 #include "machine/settings_text.h"
 
 namespace ktl {
@@ -23,21 +24,6 @@ namespace {
   throw SettingsError(
       fmt::format("The settings file {} cannot be {}: {}.", path.string(), what, std::strerror(errno)));
 }
-
-class FileDescriptor final {
- public:
-  explicit FileDescriptor(int fd) : fd_(fd) {}
-  ~FileDescriptor() {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  FileDescriptor(const FileDescriptor&) = delete;
-  FileDescriptor& operator=(const FileDescriptor&) = delete;
-  int get() const { return fd_; }
-  bool valid() const { return fd_ >= 0; }
-
- private:
-  int fd_;
-};
 
 constexpr std::chrono::milliseconds kLockStep{20};
 
@@ -93,17 +79,12 @@ bool WriteAll(int fd, std::string_view text) {
   return ::fsync(fd) == 0;
 }
 
-// What a link leads to is replaced, not the link.
-std::filesystem::path BehindLinks(const std::filesystem::path& path) {
-  std::error_code none;
-  const std::filesystem::path real = std::filesystem::weakly_canonical(path, none);
-  return none ? path : real;
-}
-
-// The file is there with its old or its new text, never with half of one.
+// The file is there with its old or its new text, never with half of one. The lock is held, so that one name
+// serves every writer, and what a killed one has left is written over.
 void Replace(const std::filesystem::path& path, std::string_view text) {
-  std::string temporary = path.string() + ".XXXXXX";
-  const FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));  // mode 0600
+  const std::string temporary = path.string() + ".new";
+  ::unlink(temporary.c_str());
+  const FileDescriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
   if (!file.valid()) Fail(path, "written");
   if (!WriteAll(file.get(), text) || ::rename(temporary.c_str(), path.c_str()) != 0) {
     const int reason = errno;

@@ -12,6 +12,7 @@
 #include "frame/rights.h"
 #include "frame/session.h"
 #include "instructions/instruction_statements.h"
+#include "instructions/schedule.h"
 #include "recovery/adjustment_write.h"
 #include "recovery/change_audit.h"
 #include "recovery/emi_months.h"
@@ -76,6 +77,11 @@ std::optional<EmiRefusal> CheckGivenDate(Session& session, const InstructionKey&
                     early ? EmiField::From : EmiField::To, Icon::None};
 }
 
+bool MayRunThatLong(Session& session, const MonthRange& months) {
+  return static_cast<double>(months.Count()) <= kLongestTenure ||
+         session.desk.Confirm(kTenureQuestion, session.title, Answer::No, Icon::Exclamation);
+}
+
 void StartMonth(Recordset& row, const InstructionKey& key, long monthYear, long counter) {
   row.AddNew();
   row.Set("EMPID", key.employee);
@@ -138,6 +144,7 @@ std::optional<EmiRefusal> CheckEmiEntry(Session& session, const InstructionKey& 
   if (const auto refusal = CheckGivenDate(session, key, entry.months)) return refusal;
   if (HasInstitution(key.type) && entry.institution == 0)
     return EmiRefusal{"Select Institution.", EmiField::Institution};
+  if (!MayRunThatLong(session, entry.months)) return EmiRefusal{"", EmiField::To};
   if (const auto refusal = CheckMonthLocks(session, entry.months)) return refusal;
   return CheckEmployeeLock(session, key, entry.months);
 }

@@ -49,7 +49,8 @@ struct EmiEntry {
 enum class EmiField { None, New, From, To, Amount, Interest, Institution, Rate };
 using EmiRefusal = Refusal<EmiField>;
 
-// All checks before a save, in their fixed order; nothing is changed.
+// All checks before a save, in their fixed order, with the question about a very long range; nothing is
+// changed.
 std::optional<EmiRefusal> CheckEmiEntry(Session& session, const InstructionKey& key, const EmiEntry& entry);
 // The typed amount alone counts, the principal of a reducing instruction. `amountBefore` is what the row in
 // work held.

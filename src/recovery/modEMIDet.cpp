@@ -46,7 +46,7 @@ modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
   }
   for (TextBox* box : {&txtFromMonth, &txtToMonth, &txtIntFrom, &txtIntTo}) {
     box->toolTip = kMonthFormat;
-    box->onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnlyWithAlpha(key); };
+    box->onKeyPress = clsGenCmn::DateKeyWithAlpha;
     AskForMonth(session_, *box);
   }
   ConnectHandlers();

@@ -20,6 +20,7 @@
 #include "recovery/interest_rows.h"
 #include "recovery/working.h"
 #include "runtime/numbers.h"
+#include "workbook/export_menu.h"
 
 namespace ktl {
 
@@ -40,6 +41,7 @@ modEMIEmp::modEMIEmp(Session& session, const MonthViewRequest& request)
   cmdUpdate.onClick = on(&modEMIEmp::cmdUpdate_Click);
   cmdUndo.onClick = on(&modEMIEmp::cmdUndo_Click);
   cmdClose.onClick = [this] { Unload(); };
+  BindExport(session_, mnuExport, fpgEMIDetail, [this] { return ExportWords{caption, "The list"}; });
 }
 
 void modEMIEmp::Form_Load() {

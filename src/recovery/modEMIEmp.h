@@ -38,6 +38,7 @@ class modEMIEmp final : public Screen {
   Button cmdUpdate{*this, "cmdUpdate", "&Update"};
   Button cmdUndo{*this, "cmdUndo", "U&ndo"};
   Button cmdClose{*this, "cmdClose", "&Close"};
+  Menu mnuExport{*this, "mnuExport", "E&xport to Workbook"};
 
   ktl::Subject Subject() const override;
 

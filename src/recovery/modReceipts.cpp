@@ -42,7 +42,7 @@ modReceipts::modReceipts(Session& session, InstructionParent& parent)
     box->onLeave = [box] { box->SetText(EditedAmount(box->Text(), "").text); };  // as it will be stored
   }
   AskForDate(session_, txtRcptDate);
-  txtRcptDate.onKeyPress = [](int key) { return clsGenCmn::FnIntAllowDateOnly(key); };
+  txtRcptDate.onKeyPress = clsGenCmn::DateKey;
   ConnectHandlers();
 }
 

@@ -83,7 +83,8 @@ class modReceipts final : public Screen {
   const std::map<ReceiptField, Control*> fields_{{ReceiptField::New, &cmdNew},
                                                  {ReceiptField::Date, &txtRcptDate},
                                                  {ReceiptField::Amount, &txtAmount},
-                                                 {ReceiptField::Interest, &txtInterest}};
+                                                 {ReceiptField::Interest, &txtInterest},
+                                                 {ReceiptField::Remarks, &txtRemarks}};
   bool blnNewRow = false;
   std::string shown_;  // the instruction, its months and receipts, as the lists show them
 };

@@ -11,6 +11,7 @@
 #include "frame/writing_turn.h"
 #include "instructions/components.h"
 #include "instructions/instruction_statements.h"
+#include "recovery/component_difference.h"
 #include "recovery/emi_months.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -53,19 +54,14 @@ void WriteRow(Session& session, const MonthViewRow& row) {
   const bool apart =
       row.amount != row.MDFYAMT && IsAdvanceOrLoan(row.key.type) && KeepsComponentsApart(session, row.key);
   if (apart) StoreComponents(session, row.key);
-  Recordset stored(session.Cn,
-                   session.Sql("Select * From INS_EMIDETAIL Where {} And COUNTER = {}",
-                               WhereRow(session, row.key), row.counter),
-                   OpenMode::Update);
+  const Statement where = session.Sql("{} And COUNTER = {}", WhereRow(session, row.key), row.counter);
+  Recordset stored(session.Cn, session.Sql("Select * From INS_EMIDETAIL Where {}", where), OpenMode::Update);
   stored.Set("MDFYAMT", row.amount ? Value(*row.amount) : Value(Null{}));
   stored.Set("REMARKS", row.remarks);
-  if (apart) {
-    const ChangedComponents now =
-        ComponentsOfChangedAmount(row.amount.value_or(0), stored["MDFINTAMT"].NumberOr0());
-    stored.Set("MDFPRNAMT", now.principal);
-    stored.Set("MDFINTAMT", now.interest);
-  }
   stored.Update();
+  if (apart)
+    StoreDifference(session, session.Sql("Where {}", where),
+                    row.amount.value_or(0) - row.MDFYAMT.value_or(0));
 }
 
 void AuditRow(Session& session, long monthYear, const MonthViewRow& row) {

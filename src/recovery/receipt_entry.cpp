@@ -8,6 +8,7 @@
 #include "frame/rights.h"
 #include "frame/session.h"
 #include "instructions/components.h"
+#include "instructions/entry_questions.h"
 #include "instructions/instruction_statements.h"
 #include "recovery/change_audit.h"
 #include "recovery/emi_months.h"
@@ -67,10 +68,13 @@ std::optional<ReceiptRefusal> CheckReceipt(Session& session, const InstructionKe
   if (entry.interest.now > kAmountLimit) return ReceiptRefusal{kAmountTooLarge, Interest};
   const Value given = session.data.FnVarGetDbValue(
       session.Sql("Select SIDATE From INS_ADVLOAN Where {}", WhereInstruction(key)));
-  if (!given.IsDate() || *date >= given.date()) return std::nullopt;
-  return ReceiptRefusal{
-      fmt::format("{} date cannot be before the {} given date.", word, InstructionCaption(session, key.type)),
-      ReceiptField::Date};
+  if (given.IsDate() && *date < given.date()) {
+    return ReceiptRefusal{fmt::format("{} date cannot be before the {} given date.", word,
+                                      InstructionCaption(session, key.type)),
+                          ReceiptField::Date};
+  }
+  if (AreRemarksTooLong(entry.remarks)) return ReceiptRefusal{kRemarksTooLong, Remarks};
+  return std::nullopt;
 }
 
 bool ExceedsRecoverable(const InstructionTotals& totals, const ReceiptEntry& entry) {

@@ -25,7 +25,7 @@ struct ReceiptEntry {
   double Total() const { return amount.now + interest.now; }
 };
 
-enum class ReceiptField { None, New, Date, Amount, Interest };
+enum class ReceiptField { None, New, Date, Amount, Interest, Remarks };
 using ReceiptRefusal = Refusal<ReceiptField>;
 
 // The checks before a save that ask nothing, in their fixed order.

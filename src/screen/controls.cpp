@@ -84,22 +84,21 @@ void ComboBox::RaiseChange() {
 }
 
 std::string ComboBox::BoundText() const {
-  const std::size_t first = FindRow(text_);
-  if (first == kNoRow) return {};
   if (chosenValue_) {
     const auto isChosen = [this](const ListRow& row) {
       return row.value == *chosenValue_ && EqualsNoCase(row.text, text_);
     };
-    if (std::any_of(rows_.begin() + static_cast<std::ptrdiff_t>(first), rows_.end(), isChosen))
-      return *chosenValue_;
+    if (std::any_of(rows_.begin(), rows_.end(), isChosen)) return *chosenValue_;
   }
-  return rows_[first].value;
+  const std::size_t first = FindRow(text_);
+  return first == kNoRow ? std::string() : rows_[first].value;
 }
 
 void ComboBox::SetBoundText(std::string_view value) {
   const auto row =
       std::find_if(rows_.begin(), rows_.end(), [&](const ListRow& r) { return r.value == value; });
   if (row == rows_.end()) {
+    chosenValue_.reset();
     if (!changing_ || MatchesList()) SetText({});
     return;
   }
@@ -115,6 +114,7 @@ void ComboBox::ChooseRow(std::size_t row) {
 }
 
 std::size_t ComboBox::FindRow(std::string_view text) const {
+  if (text.empty()) return kNoRow;
   const auto row =
       std::find_if(rows_.begin(), rows_.end(), [&](const ListRow& r) { return EqualsNoCase(r.text, text); });
   return row == rows_.end() ? kNoRow : static_cast<std::size_t>(row - rows_.begin());

@@ -121,7 +121,8 @@ class ComboBox final : public Control {
   const std::string& Text() const { return text_; }
   void SetText(std::string text);  // raises onChange when the text differs
   // The value of the row that the text matches, "" for none. Of rows with the same text the one that was
-  // chosen counts, else the first.
+  // chosen counts, else the first. An empty text matches nothing; a row without a text is bound only while it
+  // is the one that was chosen.
   std::string BoundText() const;
   // Shows the row with that value, nothing when there is none; raises onChange when the text or the row
   // differs. Called while this control's own change is under way it leaves a text that no row shows yet: a

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <exception>
 #include <string>
 #include <string_view>
@@ -42,6 +43,13 @@ class ProgramFailure final : public std::exception {
   std::string text_;
 };
 
+// Where the person works.
+struct Workplace {
+  std::string company;
+  std::string user;
+  std::string helpFile;  // "" when there is none
+};
+
 inline constexpr const char* kEndedBySignal = "ended by a signal";
 
 // The person in front of the program.
@@ -57,6 +65,13 @@ class Desk {
   virtual void SetBusy(bool) {}
   // The screen on top has told the person that its work is stored.
   virtual void NoteSaved() {}
+  virtual void NotePlace(const Workplace&) {}
+  // What another program, which the person works with meanwhile, says of its state; "" when it says nothing.
+  virtual void NoteStatus(const std::string& /*text*/) {}
+  // Something of the screen on top waits because another workstation is writing: asked again and again, many
+  // times a second. False gives up, which may only be offered where it leaves nothing half written. No
+  // handler may run meanwhile.
+  virtual bool KeepWaiting(std::chrono::milliseconds /*waited*/, bool /*mayGiveUp*/) { return true; }
   // Tells of a file that was written.
   virtual void TellWritten(const std::string& text, const std::string& /*file*/, const std::string& title) {
     Inform(text, title);

@@ -74,6 +74,7 @@ class Grid final : public Control {
   // Ctrl+V on the selection: the clipboard's text, rows by line breaks and cells by tabs.
   std::function<void(const GridRange& selection, const std::string& block)> onPaste;
   std::vector<Menu*> popup;  // the menu of the right button
+  Handler onExport;          // writes what is shown into a file
 };
 
 }  // namespace ktl

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "common/amounts.h"
+#include "common/naming.h"
 #include "frame/session.h"
 #include "runtime/errors.h"
 #include "runtime/numbers.h"
@@ -53,11 +54,13 @@ std::optional<std::string> ConnectionOfHost(Session& session) {
 }
 
 std::optional<std::string> ConnectionOfFile(const std::string& path) {
-  const std::string line = FirstLine(path);
+  const std::string line = Naming(path, [&] { return FirstLine(path); });
   if (line.empty()) return std::nullopt;
   std::vector<std::string> elements = Split(line, ":");
   if (elements.size() == 3) elements.resize(5);
-  if (elements.size() < 5) throw RuntimeError::SubscriptOutOfRange();
+  Naming(path, [&] {
+    if (elements.size() < 5) throw RuntimeError::SubscriptOutOfRange();
+  });
   const std::string user = clsGenCmn::FnStrEncryptWord(elements[3]);
   const std::string password = clsGenCmn::FnStrEncryptWord(elements[4]);
   if (user.empty() && password.empty()) return TrustedConnection(elements[1], elements[2]);
@@ -71,12 +74,18 @@ void OpenConnection(Session& session, const std::string& connectionString) {
   Connection& cn = session.Cn;
   if (cn.IsOpen()) cn.Close();
   const auto seconds = [&](const char* key) {
-    return Value(Val(machine.settings.Get("Settings", key, "600"))).ToLong();
+    const std::string text = machine.settings.Get("Settings", key, "600");
+    return Naming(fmt::format("The setting {}", key), [&] { return Value(Val(text)).ToLong(); });
   };
   cn.SetConnectionTimeout(seconds("CONNTIME"));
   cn.SetCommandTimeout(seconds("COMDTIME"));
   cn.SetClient({machine.environment.HostName(), session.CurrentUser(),
                 [&clock = machine.clock] { return clock.Now(); }});
+  // A program that is to end does so where nothing is half written.
+  cn.SetOnWait([&session](const WriteWait& wait) {
+    if (wait.mayGiveUp && session.machine.environment.MustEnd()) return false;
+    return session.desk.KeepWaiting(wait.waited, wait.mayGiveUp);
+  });
   cn.SetStatementLog(machine.environment.Variable("KTL_SQL_LOG"));
   cn.Open(connectionString);
 }

@@ -8,7 +8,10 @@
 #include "recovery/modInterestMaster.h"
 #include "recovery/modLockMonth.h"
 #include "recovery/modReceipts.h"
+#include "recovery/modSIDetails.h"
+#include "recovery/modSalSIAdj.h"
 #include "runtime/errors.h"
+#include "runtime/numbers.h"
 #include "start/startup.h"
 
 namespace ktl {
@@ -52,6 +55,12 @@ void Register(Session& session, Door<Arguments...>& door) {
 void RegisterScreens(Session& session) {
   session.screens.Add("modAdvLoan", [](Session& opened, Screen*) {
     return std::make_unique<modAdvLoan>(opened, static_cast<InstructionType>(opened.SIType));
+  });
+  session.screens.Add("modSIDetails", [](Session& opened, Screen*) {
+    return std::make_unique<modSIDetails>(opened, opened.FormEmpId);
+  });
+  session.screens.Add("modSalSIAdj", [](Session& opened, Screen*) {
+    return std::make_unique<modSalSIAdj>(opened, Value(Val(opened.FormArgText)).ToLong());
   });
   session.screens.Add("modLockMonth",
                       [](Session& opened, Screen*) { return std::make_unique<modLockMonth>(opened); });

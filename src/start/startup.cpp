@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "common/naming.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
 #include "frame/workstation_objects.h"
@@ -109,7 +110,8 @@ int RunProgram(Session& session, const std::string& commandLine) {
   const CommandLine line = SplitCommandLine(commandLine);
   if (line.title) session.title = *line.title;
   session.data.SetTitle(session.title);
-  session.ExtendedYN = Value(session.machine.settings.Get("ExeTalk", "KTLExtendedYN", "0")).ToBoolean();
+  const Value extended = session.machine.settings.Get("ExeTalk", "KTLExtendedYN", "0");
+  session.ExtendedYN = Naming("The setting KTLExtendedYN", [&] { return extended.ToBoolean(); });
   session.WinUserID = WindowsUserNumber(session);
   if (!Connect(session, line)) return kNoScreen;
   LoadCaptions(session);

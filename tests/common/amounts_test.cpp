@@ -143,6 +143,12 @@ TEST(Keystrokes, DropOrChange) {
     EXPECT_EQ(clsGenCmn::FnIntAllowAllNonSpecial(key), 0) << key;
   for (const char key : std::string("\"*/:<>?\\`|"))
     EXPECT_EQ(clsGenCmn::FnIntAllowAllFileNameChrs(key), 0) << key;
+  for (const char key : std::string(",_\\/")) {
+    EXPECT_EQ(clsGenCmn::DateKey(key), '/') << key;
+    EXPECT_EQ(clsGenCmn::DateKeyWithAlpha(key), '/') << key;
+  }
+  EXPECT_TRUE(clsGenCmn::DateKey('7') == '7' && clsGenCmn::DateKey('M') == 0);
+  EXPECT_EQ(clsGenCmn::DateKeyWithAlpha('M'), 'M');
   EXPECT_EQ(clsGenCmn::FnIntAllowAllNonSpecial('*'), '*');
   EXPECT_EQ(clsGenCmn::FnIntAllowAllNonSpecial(0x20B9), 0x20B9);
   EXPECT_EQ(clsGenCmn::FnIntAllowAllFileNameChrs('#'), '#');

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,16 @@ inline CompanyOptions Options(const std::filesystem::path& file, int employees =
   options.file = file;
   options.sample.employees = employees;
   return options;
+}
+
+// What is told when it cannot be done.
+inline std::string ErrorOf(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const CompanyError& error) {
+    return error.what();
+  }
+  return "done";
 }
 
 // The first column of every row, joined by "; ".

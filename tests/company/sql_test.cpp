@@ -63,7 +63,7 @@ TEST(CommandLine, FailuresAreOneLineAndAStatus) {
       {"sql " + in + "good.kldb 'FETCH IT'", 1, "FETCH"},
       {"create " + in + "good.kldb", 1, "--force"},
       {"create " + in + "new.kldb --asof 2026", 2, "--asof"},
-      {"creat " + in + "new.kldb", 2, "\"creat\"; the commands are create, use, sql"},
+      {"creat " + in + "new.kldb", 2, "\"creat\"; the commands are create, use, backup, restore, sql"},
   };
   for (const auto& c : cases) {
     const Ended ended = RunCompany(c.arguments);

@@ -222,26 +222,39 @@ pid_t Start(const std::vector<std::string>& arguments, const std::vector<std::st
   return child;
 }
 
-// Asked to end, the program ends without a question and leaves no number of a window that has gone.
+// Asked to end, a program ends without a question, in the middle of an entry or while another program of the
+// product runs in front of it, and leaves no number of a window that has gone.
 TEST_F(BadDay, ASignalOrAWrongScriptLeavesNoWindowNumberBehind) {
   SettingsFile settings(Path("settings.ini"));
-  const auto handle = [&] { return settings.Get("ExeTalk", "HWNDKTLStInsConsole", "none"); };
+  const auto talk = [&](const std::string& key) { return settings.Get("ExeTalk", key, "none"); };
   EXPECT_EQ(Play("1502#False#0#0", "click cmdNowhere\n").status, 2);
-  EXPECT_EQ(handle(), "0");
+  EXPECT_EQ(talk("HWNDKTLStInsConsole"), "0");
+  settings.Set("ExeTalk", "StatusHWNDKestrel Ledger", "99");
+  std::ofstream(Path("KTLSIRep")) << "#!/bin/sh\necho $$ >" << Path("sibling") << "\nexec sleep 600\n";
+  fs::permissions(Path("KTLSIRep"), fs::perms(0700));
   ASSERT_EQ(::mkfifo(Path("waits").c_str(), 0600), 0);
-  std::fstream script(Path("waits"), std::ios::in | std::ios::out);  // so that nobody waits to open it
-  const pid_t child =
-      Start({KTL_BUILD_DIR "/KTLStInsConsole", "1502#False#0#0"},
-            {"KTL_SETTINGS=" + Path("settings.ini").string(), "KTL_FOLDER=" + folder.path().string()},
-            Path("waits").string());
-  ASSERT_GT(child, 0);
-  script << kEnterLoan << std::flush;
-  while (handle() != std::to_string(child)) std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  kill(child, SIGTERM);
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << status;
-  EXPECT_EQ(handle(), "0");
+  const std::tuple<std::string, std::string> cases[] = {
+      {"KTLStInsConsole", kEnterLoan}, {"KTLStInsConsole", "click cmdReport\n"}, {"KTLStIns", ""}};
+  for (const auto& [program, text] : cases) {
+    if (!fs::exists(KTL_BUILD_DIR "/" + program)) continue;            // without a desktop
+    std::fstream script(Path("waits"), std::ios::in | std::ios::out);  // so that nobody waits to open it
+    const pid_t child = Start({KTL_BUILD_DIR "/" + program, "1502#False#0#0"},
+                              {"KTL_SETTINGS=" + Path("settings.ini").string(), "QT_QPA_PLATFORM=offscreen",
+                               "KTL_FOLDER=" + folder.path().string()},
+                              Path("waits").string());
+    ASSERT_GT(child, 0);
+    script << text << std::flush;
+    const bool launches = text.starts_with("click");
+    while (launches ? ReadAll(Path("sibling")).empty() : talk("HWND" + program) != std::to_string(child))
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    kill(child, SIGTERM);
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << program << status;
+    EXPECT_EQ(talk("HWND" + program), "0");
+    EXPECT_EQ(talk("StatusHWNDKestrel Ledger"), "99");
+    EXPECT_NE(RunShell("kill -0 \"$(cat " + Path("sibling").string() + " 2>/dev/null)\" 2>/dev/null"), 0);
+  }
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN WHERE EMPID = 49"), "0\n");
 }
 

@@ -105,6 +105,44 @@ TEST(Connection, TwoWorkstationsSeeEachOthersRowsAndQueueForWriting) {
             "The database is locked by another workstation.");
 }
 
+// The other writer is a connection of its own: to the file that is another program.
+TEST(Connection, WhoWaitsForAnotherWriterIsAskedAndMayGiveUp) {
+  TestCompany company;
+  const struct {
+    const char* name;
+    bool wroteBefore;
+    int asksUntilFree;  // the other writer is done then; 0 for never
+    int asksUntilGivenUp;
+    const char* expected;  // the employees that are there
+  } cases[] = {{"goes on when the other is done", false, 3, 0, "18\n19"},
+               {"gives up", false, 0, 3, "18"},
+               {"knows that this event has written", true, 0, 3, "17\n18"}};
+  for (const auto& c : cases) {
+    company.Execute("DELETE FROM MAS_EMPLOYEE");
+    std::optional<Transaction> writes;
+    std::vector<bool> asked;
+    Connection cn;
+    cn.SetOnWait([&](const WriteWait& wait) {
+      asked.push_back(wait.mayGiveUp);
+      if (std::ssize(asked) == c.asksUntilFree) writes->Commit();
+      return std::ssize(asked) != c.asksUntilGivenUp;
+    });
+    cn.Open(company.ConnectionString());
+    if (c.wroteBefore) cn.Execute("INSERT INTO MAS_EMPLOYEE (EMPID) VALUES (17)");
+    writes.emplace(company.Cn());
+    company.Employee(18);
+    const auto save = [&] { cn.Execute("INSERT INTO MAS_EMPLOYEE (EMPID) VALUES (19)"); };
+    if (c.asksUntilGivenUp == 0) {
+      save();
+    } else {
+      EXPECT_EQ(FailureOf(save).description(), "The database is locked by another workstation.") << c.name;
+      writes->Commit();
+    }
+    EXPECT_EQ(company.Rows("SELECT EMPID FROM MAS_EMPLOYEE ORDER BY EMPID"), c.expected) << c.name;
+    EXPECT_EQ(asked, std::vector<bool>(3, !c.wroteBefore)) << c.name;
+  }
+}
+
 TEST(Connection, EmployeeLocksFollowTheFeatureAndTheRange) {
   TestCompany company;
   company.Row("SEC_EMPLOCK").With("EMPID", 17).With("MONTHYEAR", 24125);

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
+#include "database/drivers/sqlite_file.h"
 #include "support/company_fixture.h"
 #include "support/power_cut.h"
+#include "support/temporary_folder.h"
 
 namespace ktl::test {
 namespace {
@@ -46,6 +49,22 @@ TEST_F(Durability, LeavingWhileOthersStayFlushesToo) {
   EXPECT_EQ(machine.EmployeesLeft(), 0);
   leaving.Close();
   EXPECT_EQ(machine.EmployeesLeft(), 1);
+}
+
+// A file system where programs cannot share the memory that a log needs.
+TEST(DurabilityWithoutALog, EachCommitIsOnTheDiskByItself) {
+  sqlite3_vfs* const usual = sqlite3_vfs_find(nullptr);
+  sqlite3_vfs_register(sqlite3_vfs_find("unix-dotfile"), 1);
+  TemporaryFolder folder;
+  const std::string file = (folder.path() / "company.kldb").string();
+  CreateSqliteFile(file, {"CREATE TABLE MAS_EMPLOYEE (EMPID INTEGER); PRAGMA user_version = 1;"});
+  SqliteDatabase company = OpenSqliteFile(file, FileKind::Company, 1);
+  sqlite3_vfs_register(usual, 1);
+  EXPECT_EQ(company.Text("PRAGMA journal_mode"), "delete");
+  EXPECT_EQ(company.Number("PRAGMA synchronous"), 3);  // EXTRA: the folder that held the journal too
+  const int before = PowerCut::Flushes();
+  company.Run("INSERT INTO MAS_EMPLOYEE VALUES (17)");
+  EXPECT_GT(PowerCut::Flushes(), before + 2);
 }
 
 }  // namespace

@@ -1,3 +1,7 @@
+#include <QHeaderView>
+#include <QSettings>
+#include <QTemporaryDir>
+
 #include "desktop/toy_screen.h"
 
 namespace ktl {
@@ -39,6 +43,44 @@ TEST_F(WindowsTest, BoxesAreAnsweredByKeyDefaultOrTime) {
       const MessageBox box{"one\r\ntwo", c.buttons, Icon::Question, c.preset, "Title", c.closesItselfMs};
       EXPECT_EQ(desk.MsgBox(box), c.expected) << c.name;
     }
+  });
+}
+
+TEST_F(WindowsTest, TheButtonsOfABoxSayWhatTheyDo) {
+  OnSave([&] {
+    OnNext<QMessageBox>([](QMessageBox& box) {
+      EXPECT_EQ(box.button(QMessageBox::Yes)->text(), "&Yes, spread it");
+      EXPECT_EQ(box.button(QMessageBox::Cancel)->text(), "&Cancel, go back");
+      EXPECT_TRUE(box.textInteractionFlags() & Qt::TextSelectableByMouse);
+      EXPECT_FALSE(box.iconPixmap().isNull());
+      EXPECT_EQ(Copied(box), "Adjust?");
+      QTest::keyClick(&box, Qt::Key_N);
+    });
+    const MessageBox box{"Adjust?",
+                         Buttons::YesNoCancel,
+                         Icon::Question,
+                         Answer::Yes,
+                         "Toy",
+                         0,
+                         {"&Yes, spread it", "&No, one month", "&Cancel, go back"}};
+    EXPECT_EQ(desk.MsgBox(box), Answer::No);
+  });
+}
+
+TEST_F(WindowsTest, WhatIsTypedIntoAClosingBoxReachesTheField) {
+  screen.cmdSave.onClick = [this] {
+    OnNext<QMessageBox>([this](QMessageBox& box) {
+      QTest::keyClick(box.defaultButton(), Qt::Key_7);
+      OnNext<QMessageBox>([](QMessageBox& question) { QTest::keyClick(&question, Qt::Key_Return); });
+    });
+    desk.MsgBox({.text = "Updated", .title = "Toy", .closesItselfMs = kWaitMs});
+    desk.Inform("And now?", "Toy");
+    screen.SetFocus(screen.txtCount);
+  };
+  Work([this](ScreenWindow& window) {
+    PressSave(window);
+    Settle();
+    EXPECT_EQ(screen.txtCount.Text(), "7");
   });
 }
 
@@ -117,6 +159,43 @@ TEST_F(WindowsTest, AChildWorksOnItsParentWhileItIsOpen) {
   EXPECT_TRUE(child.IsUnloaded());
 }
 
+// A person types on, clicks Save and lets the timer run while a handler waits for another workstation.
+TEST_F(WindowsTest, WhileAnotherWorkstationWritesOnlyGivingUpIsHeard) {
+  using std::chrono::milliseconds;
+  screen.tmrTick.intervalMs = 1;
+  screen.tmrTick.onTimer = [this] { screen.heard.push_back("timer"); };
+  OnSave([this] {
+    auto* window = TopDialog<ScreenWindow>();
+    screen.tmrTick.enabled = true;
+    desk.Refresh();
+    const auto distract = [&] {
+      QTest::qSleep(5);
+      Enter(Find<QLineEdit>(*window, "txtCount"), "12");
+      PressSave(*window);
+    };
+    EXPECT_TRUE(desk.KeepWaiting(milliseconds(1900), true));
+    EXPECT_EQ(TopDialog<QDialog>(), window);
+    for (const bool mayGiveUp : {false, true}) {
+      EXPECT_TRUE(desk.KeepWaiting(milliseconds(2100), mayGiveUp));
+      auto& box = *TopDialog<QDialog>();
+      EXPECT_NE(&box, window);
+      QTimer::singleShot(0, &box, [&] {
+        distract();
+        for (const auto key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space}) QTest::keyClick(&box, key);
+      });
+      EXPECT_TRUE(desk.KeepWaiting(milliseconds(2200), mayGiveUp));
+      QTimer::singleShot(0, &box, [&] { Find<QPushButton>(box, "giveUp").click(); });
+      EXPECT_EQ(desk.KeepWaiting(milliseconds(2300), mayGiveUp), !mayGiveUp);
+    }
+    EXPECT_EQ(TopDialog<QDialog>(), window);
+    EXPECT_EQ(screen.heard, Heard{});
+    EXPECT_TRUE(desk.KeepWaiting(milliseconds(9000), true));
+    desk.Refresh();  // the handler goes on
+    EXPECT_EQ(TopDialog<QDialog>(), window);
+    screen.tmrTick.enabled = false;
+  });
+}
+
 TEST_F(WindowsTest, AScreenMayRefuseToClose) {
   int asked = 0;
   screen.mayClose = [&] { return ++asked == 3; };
@@ -130,6 +209,55 @@ TEST_F(WindowsTest, AScreenMayRefuseToClose) {
     EXPECT_TRUE(screen.IsUnloaded());
   });
   EXPECT_EQ(asked, 3);
+}
+
+TEST_F(WindowsTest, EscapeOnTheFirstWindowNeverDropsTyping) {
+  const auto answer = [](Qt::Key key) {
+    OnNext<QMessageBox>([key](QMessageBox& box) { QTest::keyClick(&box, key); });
+  };
+  Work([&](ScreenWindow& window) {
+    Enter(Find<QLineEdit>(window, "txtCount"), "7");
+    answer(Qt::Key_Return);
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_TRUE(window.isVisible()) << "the default goes back";
+    answer(Qt::Key_Return);
+    screen.mayClose = [this] { return desk.Confirm("Save?", "Toy"); };
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_TRUE(window.isVisible()) << "one question, the screen's own";
+    screen.mayClose = [] { return true; };
+    answer(Qt::Key_Y);
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_TRUE(screen.IsUnloaded());
+  });
+  Work([this](ScreenWindow& window) {
+    EXPECT_TRUE(window.windowFlags() & Qt::WindowMinimizeButtonHint);
+    EXPECT_EQ(window.windowType(), Qt::Window);
+    EXPECT_FALSE(window.windowIcon().isNull());
+    Enter(Find<QLineEdit>(window, "txtCount"), "7");
+    desk.NoteSaved();
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_TRUE(screen.IsUnloaded()) << "saved: nothing to ask";
+  });
+}
+
+TEST_F(WindowsTest, WhatAPersonArrangedIsThereAgain) {
+  const QTemporaryDir folder;
+  QSettings::setDefaultFormat(QSettings::IniFormat);
+  QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path());
+  QCoreApplication::setOrganizationName("toys");
+  const auto width = [](ScreenWindow& window) { return Find<QTableView>(window, "fpgRows").columnWidth(1); };
+  Work([&](ScreenWindow& window) {
+    window.resize(820, 640);
+    Find<QTableView>(window, "fpgRows").horizontalHeader()->resizeSection(1, 143);
+    window.resize(900, 640);
+    Settle();
+    EXPECT_EQ(width(window), 143);
+  });
+  Work([&](ScreenWindow& window) {
+    EXPECT_EQ(window.width(), 900);
+    EXPECT_EQ(width(window), 143);
+  });
+  QCoreApplication::setOrganizationName({});
 }
 
 TEST_F(WindowsTest, AFailureThatNoHandlerCaughtEndsEveryScreen) {

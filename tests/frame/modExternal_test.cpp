@@ -130,6 +130,7 @@ TEST_F(LauncherTest, PassesStatusTextOn) {
   std::string passed;
   for (const auto& [window, text] : machine.statusBox.texts) passed += std::to_string(window) + text + ' ';
   EXPECT_EQ(passed, "900reading 900writing ");
+  EXPECT_EQ(desk.statusTexts, (std::vector<std::string>{"reading", "writing", ""}));
   EXPECT_EQ(Handle("StatusHWNDKestrel Ledger"), "900");
 }
 

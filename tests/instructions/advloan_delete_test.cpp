@@ -31,6 +31,7 @@ class EntryDeletes : public EntryScreen {
 TEST_F(EntryDeletes, DeletingAnInstructionTakesEverythingOfItAndFlagsItsMonths) {
   OpenOnFiveMonths();
   company.Receipt(17, 1, 1, 1, "10/Sep/2026", 300);
+  ClickRow(screen->fpgAdvLoan, 0);
   company.Advance(17, 2, "Salary Advance", 700);
   company.Emi(17, 1, 2, 1, 24321, 700);
   company.Salary(17, 24322, 40000, 30000);

@@ -32,7 +32,9 @@ TEST_F(EntryScreen, ChecksSpeakOneAtATimeInTheirOrder) {
   const char* const noInstalment = "Specify installment amount.";
   typed(s.txtAdvAmount, "9999999999.999", "Amount should be less than 9,99,99,99,999.99", s.txtAdvAmount);
   typed(s.txtAdvAmount, "0", "Enter serial number.", s.txtSerialNo);
-  typed(s.txtSerialNo, "1", "Select employee.", s.employee.cmbEmpName);
+  for (const char* const serial : {"2147483648", "1.5", "-1", "99999999999999999999"})
+    typed(s.txtSerialNo, serial, "Enter serial number.", s.txtSerialNo);
+  typed(s.txtSerialNo, "2147483647", "Select employee.", s.employee.cmbEmpName);
   Pick(s.employee.cmbEmpName, "Asha Rao");
   Click(s.cmdNew);
   named("", "Specify the advance name.", s.cmbALName);
@@ -67,6 +69,10 @@ TEST_F(EntryScreen, ChecksSpeakOneAtATimeInTheirOrder) {
       "Permission Denied");
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN") + Rows("SELECT COUNT(*) FROM INS_EMIDETAIL"), "10");
   Run("DELETE FROM SEC_EMPLOCK");
+  typed(s.txtRemarks, std::string(4001, 'r').c_str(), "Remarks should be within 4000 characters",
+        s.txtRemarks);
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN"), "1");
+  s.txtRemarks.SetText(std::string(4000, 'r'));
   EXPECT_EQ(Press(s.cmdSave), Texts{"Updated"});
   EXPECT_EQ(Schedule(), "24321|1|12445.6|12445.6");
 }
@@ -83,10 +89,20 @@ TEST_F(EntryScreen, LimitsOfTheNameComeFirstUnderAdvancedManagement) {
   entry.recovery.txtNoOfInstlmnts.SetText("6");
   company.Advance(17, 9, "Festival Advance", 100);
   EXPECT_EQ(Press(entry.cmdSave), Texts{"Festival Advance can be given only 1 times in a service"});
+  // A count that no longer shows refuses nothing.
+  Run("UPDATE INS_MASTER SET ALLOWLIMIT = NULL");
+  entry.cmbALName.SetText("");
+  entry.cmbALName.SetText("Festival Advance");
+  entry.recovery.txtNoOfInstlmnts.SetText("7");
+  entry.RefreshDetail();
+  ClickRow(entry.fpgAdvLoan, 0);
+  EXPECT_EQ(entry.recovery.txtNoOfInstlmnts.Text(), "");
+  entry.recovery.txtNoOfInstlmnts.SetText("7");
+  EXPECT_EQ(Press(entry.cmdSave), Texts{"Updated"});
 }
 
 TEST_F(EntryScreen, FlatInterestIsOneFigureAndTheScheduleCarriesBoth) {
-  modAdvLoan& entry = BeginNew(Advance, "Festival Advance", "15.8.2026", "12,000");
+  modAdvLoan& entry = BeginNew(Advance, "Festival Advance", "15_8,2026", "12,000");
   EXPECT_EQ(entry.txtAdvDate.Text(), "15/08/2026");
   EXPECT_EQ(entry.recovery.txtRecvrFrom.Text(), "Aug/2026");
   EXPECT_EQ(entry.txtAdvAmount.Text(), "12000.00");
@@ -129,7 +145,7 @@ TEST_F(EntryScreen, SavingALoanWritesItsRowScheduleAuditAndFlags) {
   Run("INSERT INTO CUS_LOANSLNOTABLE (EMPID, SERIALNO, AUTOSLNO) VALUES (17, 1, 4), (18, 1, 7)");
   modAdvLoan& entry = EnterLoan();
   Type(entry.txtRemarks, "Asha's [#1] loan | \"new\"");
-  Type(entry.recovery.txtRecvrFrom, "10.2026");
+  Type(entry.recovery.txtRecvrFrom, "10\\2026");
   Click(entry.cmdSave);
   EXPECT_EQ(Rows("SELECT SINAME, LOANACNO, SIDATE, ACTAMT, INTAMT, REMARKS FROM INS_ADVLOAN"),
             "Car Loan|ACC/1|15/09/2026|3000|0|Asha's [#1] loan | \"new\"");
@@ -172,9 +188,9 @@ TEST_F(EntryScreen, LoanAccountAndInstitutionAreAskedFor) {
 TEST_F(EntryScreen, TheTenureIsAskedAboutAboveThirtyYears) {
   modAdvLoan& entry = EnterAdvance();
   const auto saveWith = [&](const char* amount, const char* instalment) {
-    entry.txtAdvAmount.SetText(amount);
-    entry.recovery.txtInstlAmt.SetText(instalment);
-    return Press(entry.cmdSave);
+    screen->txtAdvAmount.SetText(amount);
+    screen->recovery.txtInstlAmt.SetText(instalment);
+    return Press(screen->cmdSave);
   };
   const std::vector<std::string> question{"Re-payment tenure exceeds 30 years.\r\nDo you want to continue?"};
   EXPECT_EQ(saveWith("36051", "100"), question);  // 360.51 rounds to 361; the default answer is No
@@ -182,8 +198,18 @@ TEST_F(EntryScreen, TheTenureIsAskedAboutAboveThirtyYears) {
   // Months past the year 9999 cannot be: refused before anything is written.
   EXPECT_EQ(saveWith("9999999999.99", "0.01"), Texts{"6\tOverflow"});
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN"), "0");
+  // Not the count but the last month decides: 5000 by 99999 in tens is 500 months.
+  Tick(entry.recovery.optInstlCount);
+  Tick(entry.recovery.optNearTenRupee);
+  entry.recovery.txtNoOfInstlmnts.SetText("99999");
+  EXPECT_EQ(saveWith("5000", ""), question);
+  Tick(entry.recovery.optInstlLumpSum);
+  entry.recovery.txtRecvrFrom.SetText("Nov/9999");
+  EXPECT_EQ(saveWith("201", "100"), Texts{"6\tOverflow"});
+  EXPECT_EQ(saveWith("200", "100"), Texts{"Updated"});
+  EnterAdvance();
   EXPECT_EQ(saveWith("36050", "100"), Texts{"Updated"});  // 360.5 rounds to 360
-  EXPECT_EQ(Rows("SELECT COUNT(*), MIN(EMIAMT) FROM INS_EMIDETAIL"), "361|50");
+  EXPECT_EQ(Rows("SELECT COUNT(*), MIN(EMIAMT) FROM INS_EMIDETAIL WHERE SERIALNO = 2"), "361|50");
 
   modAdvLoan& byCount = EnterAdvance();
   Tick(byCount.recovery.optInstlCount);
@@ -237,7 +263,7 @@ TEST_F(EntryScreen, AnAmountBelowZeroWritesNothingAndSaysNothing) {
 TEST_F(EntryScreen, AChangeWritesTheInstructionAloneAndFlagsItsMonths) {
   Click(EnterAdvance().cmdSave);
   company.Salary(17, 24323, 40000, 30000);
-  Run("UPDATE SLC_SALARYCALC_E SET INDICATOR = 1");  // not recovered by it
+  Run("DELETE FROM SLC_SALARYCALC_D");  // not recovered by it
   ClickRow(screen->fpgAdvLoan, 0);
   EXPECT_FALSE(screen->recovery.fmeInstallment.IsShown());
   EXPECT_TRUE(screen->txtAdvAmount.locked);
@@ -280,8 +306,23 @@ TEST_F(EntryScreen, ASeparateInterestNameOpensTheInterestOfTheLoan) {
   });
   Click(entry.cmdSave);
   EXPECT_EQ(desk.ShownScreens(), Texts{"modInterestMaster"});
-  EXPECT_EQ(principal, "10000");
+  EXPECT_EQ(principal, "10000.00");
   EXPECT_EQ(machine.settings.Get("Settings", "ICPrcpl"), "");
+}
+
+TEST_F(EntryScreen, WhatTheInterestEditorStoredStays) {
+  company.Advance(17, 1, "Welfare Advance", 10000, "01/Sep/2026").With("INTAMT", 50.0);
+  session.doors.interestEditor.LeadTo([&](Session&, InstructionParent&) {
+    Run("UPDATE INS_ADVLOAN SET INTAMT = 300");
+    return std::make_unique<Screen>("modInterestMaster");
+  });
+  modAdvLoan& entry = OpenOnFirst(Advance);
+  Type(entry.txtRemarks, "half typed");
+  Click(entry.cmdIntrCalc);
+  EXPECT_EQ(entry.txtInterestAmt.Text() + " " + entry.txtRemarks.Text(), "300.00 half typed");
+  EXPECT_EQ(entry.Totals().interest, 300);
+  Click(entry.cmdSave);
+  EXPECT_EQ(Rows("SELECT INTAMT, REMARKS FROM INS_ADVLOAN"), "300|half typed");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "instructions/modAdvLoan.h"
 
 #include "entry_fixture.h"
+#include "runtime/text.h"
 
 namespace ktl {
 namespace {
@@ -38,8 +39,8 @@ TEST_F(EntryScreen, TheListAddsWhatWasRecoveredAndPaysTheColours) {
   company.Emi(17, 1, 1, 1, 24319, 1000).With("EMIRECVYN", 1);  // by hand, before salaries
   company.Emi(17, 1, 1, 2, 24320, 1000);
   company.Emi(17, 1, 1, 3, 24321, 1000);  // by salary
-  company.Emi(17, 1, 1, 4, 24322, 1000);  // salary not counted: INDICATOR 1
-  company.Emi(17, 1, 1, 5, 24323, 1000);  // the salary took none: -1
+  company.Emi(17, 1, 1, 4, 24322, 1000);  // in the list this salary does not count: INDICATOR 1
+  company.Emi(17, 1, 1, 5, 24323, 1000);  // nor this one, which took none: -1
   company.Salary(17, 24321, 40000, 30000, 0, 1000);
   company.Salary(17, 24322, 40000, 30000, 0, 1000);
   company.Salary(17, 24323, 40000, 30000, 0, -1);
@@ -59,11 +60,11 @@ TEST_F(EntryScreen, TheListAddsWhatWasRecoveredAndPaysTheColours) {
   std::string recovered;
   for (std::size_t row = 0; row < entry.fpgEMI.rows.size(); ++row)
     recovered += entry.fpgEMI.At(row, ScheduleGrid::kMonth).backColour == 0xC0FFC0u ? "R" : "-";
-  EXPECT_EQ(recovered, "R-R--");
-  // What a salary has taken cannot be unmarked.
+  EXPECT_EQ(recovered, "R-RRR");
+  // What a salary has taken cannot be marked.
   EXPECT_TRUE(entry.fpgEMI.IsLocked(2, ScheduleGrid::kRecovered));
   EXPECT_FALSE(entry.fpgEMI.IsLocked(0, ScheduleGrid::kRecovered));
-  EXPECT_EQ(entry.RecoveredMonths(), (std::set<long>{24319, 24321}));
+  EXPECT_EQ(entry.RecoveredMonths(), (std::set<long>{24319, 24321, 24322, 24323}));
   EXPECT_EQ(Line(entry.fpgReceipts, 0), "10/09/2026|||300.00|");
   // Advances 6000 and 10 of interest; receipts 300 and 1000 by hand; the overview counts salaries by
   // INDICATOR 0 alone, so Nov counts too: 1000 + 1010 + 1000.
@@ -99,22 +100,55 @@ TEST_F(EntryScreen, MarkingAMonthAsRecoveredIsWrittenAndCounted) {
   EXPECT_EQ(entry.fpgEMI.At(1, ScheduleGrid::kMonth).backColour, 0xC0FFC0u);
   EXPECT_FALSE(entry.fpgEMI.IsTicked(1, ScheduleGrid::kTick));
   EXPECT_EQ(entry.overview.txtTotalReceipt.Text(), "1000.00");
+  {
+    const Transaction otherWorkstation(company.Cn());
+    TickCell(entry.fpgEMI, 1, ScheduleGrid::kRecovered, false);
+    EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
+    EXPECT_TRUE(entry.fpgEMI.IsTicked(1, ScheduleGrid::kRecovered));
+  }
   TickCell(entry.fpgEMI, 1, ScheduleGrid::kRecovered, false);
   EXPECT_EQ(Rows("SELECT SUM(EMIRECVYN) FROM INS_EMIDETAIL"), "0");
   EXPECT_EQ(entry.overview.txtTotalDue.Text(), "2000.00");
+  // A mark can be taken away though a salary came later; the month stays recovered and takes no new one.
+  company.Salary(17, 24322, 40000, 30000);
+  Run("UPDATE INS_EMIDETAIL SET EMIRECVYN = 1");
+  ClickRow(entry.fpgAdvLoan, 0);
+  TickCell(entry.fpgEMI, 0, ScheduleGrid::kRecovered, false);
+  EXPECT_EQ(Rows("SELECT COUNTER, EMIRECVYN FROM INS_EMIDETAIL ORDER BY COUNTER"), "1|0\n2|1");
+  EXPECT_EQ(entry.RecoveredMonths(), (std::set<long>{24322, 24323}));
+  EXPECT_TRUE(entry.fpgEMI.IsLocked(0, ScheduleGrid::kRecovered));
+}
+
+TEST_F(EntryScreen, ANewSerialNumberFollowsTheHighestWhileThatCanBe) {
+  const std::tuple<const char*, const char*, std::size_t> cases[] = {
+      {"0", "1", 0},           {"3", "4", 0},
+      {"2147483647", "1", 0},  {"1), (17, 2147483647", "2", 1},
+      {"99999999999", "1", 0}, {"-9223372036854775808", "1", 0}};
+  for (const auto& [stored, next, others] : cases) {
+    Run("DELETE FROM INS_ADVLOAN");
+    const std::string rows = ReplaceAll(stored, ")", ", 1, 'Salary Advance')");
+    Run("INSERT INTO INS_ADVLOAN (EMPID, SERIALNO, SITYPE, SINAME) VALUES (17, " + rows +
+        ", 1, 'Salary Advance')");
+    EXPECT_EQ(OpenOn(Advance).fpgAdvLoan.rows.size(), others + 1) << stored;
+    EXPECT_EQ(Press(screen->cmdNew), Texts{}) << stored;
+    EXPECT_EQ(screen->txtSerialNo.Text(), next) << stored;
+  }
 }
 
 TEST_F(EntryScreen, ASerialNumberShowsItsInstructionOrBeginsANewOne) {
   company.Loan(17, 4, "Car Loan", 1500.5, "31/Mar/2026").With("LOANACNO", "A'1").With("INTAMT", 20.0);
   company.Emi(17, 2, 4, 1, 24320, 750).With("INSTID", 5);
-  modAdvLoan& entry = OpenOn(Loan);
+  company.Loan(17, 2, "Car Loan", 10);
+  modAdvLoan& entry = OpenOnFirst(Loan);
   Type(entry.txtSerialNo, "4");
+  EXPECT_EQ(entry.fpgAdvLoan.activeRow, 1u);
   EXPECT_EQ((Texts{entry.cmbALName.Text(), entry.txtLoanAccNo.Text(), entry.txtAdvDate.Text(),
                    entry.txtAdvAmount.Text(), entry.txtInterestAmt.Text(), entry.cmbInstitution.Text()}),
             (Texts{"Car Loan", "A'1", "31/03/2026", "1500.50", "20.00", "Deccan Bank"}));
   EXPECT_FALSE(entry.recovery.fmeInstallment.visible);
   company.Emi(17, 2, 4, 2, 24321, 750).With("INSTID", 6);
   Type(entry.txtSerialNo, "9");
+  EXPECT_EQ(entry.fpgAdvLoan.activeRow, kNoRow);
   EXPECT_EQ(entry.cmbALName.Text(), "");
   EXPECT_TRUE(entry.recovery.fmeInstallment.visible);
   Type(entry.txtSerialNo, "4");
@@ -146,6 +180,14 @@ TEST_F(EntryScreen, NewAndCloseAskAboutWhatIsTyped) {
   // A failure of the save is shown and keeps the screen too.
   EXPECT_EQ(Press(entry.cmdClose, {Answer::Yes}), (Texts{question, "11\tDivision by zero"}));
   EXPECT_FALSE(entry.IsUnloaded());
+  // Whoever may not press Save does not save by a Yes either.
+  session.MultiLoginYN = true;
+  entry.cmdSave.tag += "NA";
+  Type(entry.recovery.txtNoOfInstlmnts, "1");
+  EXPECT_EQ(Press(entry.cmdNew, {Answer::Yes}).back(), "Permission denied.");
+  EXPECT_EQ(Press(entry.cmdClose, {Answer::Yes}).back(), "Permission denied.");
+  EXPECT_FALSE(entry.IsUnloaded());
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL"), "0");
   Press(entry.cmdClose, {Answer::No});
   EXPECT_TRUE(entry.IsUnloaded());
   EXPECT_EQ(machine.settings.Get("ExeTalk", "HWNDKTLStIns"), "0");
@@ -181,7 +223,18 @@ TEST_F(EntryScreen, LockedEmployeesAndReadOnlyUsersCannotWrite) {
 TEST_F(EntryScreen, EmployeesAreListedByNameAndReferenceWithinClassSecurity) {
   company.Employee(19).Named("Asha Rao").Ref("K19").Joined("01/Apr/2010");
   company.Emi(19, 1, 1, 1, 24327, 100);
+  company.Employee(20).Named("Chitra Nair").Joined("01/Apr/2010");
   modAdvLoan& entry = Open(Advance);
+  Pick(entry.employee.cmbEmpName, "Chitra Nair");
+  EXPECT_EQ(entry.Key().employee, 20) << "without a reference number";
+  Type(entry.employee.cmbEmpName, "zzz");
+  EXPECT_EQ(entry.Key().employee, 0);
+  Pick(entry.employee.cmbEmpName, "Binod Sen");
+  Click(entry.cmdNew);
+  Type(entry.txtRemarks, "half typed");
+  Tick(entry.chkCurrEMIEmp, true);
+  EXPECT_EQ(entry.txtRemarks.Text() + std::to_string(entry.Key().employee), "half typed18");
+  Tick(entry.chkCurrEMIEmp, false);
   Pick(entry.employee.cmbEmpIDRef, "K19");
   EXPECT_EQ(entry.employee.cmbEmpName.Text(), "Asha Rao");
   EXPECT_EQ(entry.Key().employee, 19);  // not the other Asha Rao
@@ -197,6 +250,7 @@ TEST_F(EntryScreen, EmployeesAreListedByNameAndReferenceWithinClassSecurity) {
 }
 
 TEST_F(EntryScreen, TheFormulaFrameAsksForWhatItNeeds) {
+  company.Advance(17, 1, "Salary Advance", 10000);
   company.Row("MAS_FORMULA").With("FORMULAID", 1).With("FORMULANAME", "Flat").With("FORMULA", "250 * 2");
   company.Row("MAS_EMPLOYEEDET").With("EMPDETID", 1).With("EMPID", 17).With("EFFFROMDATE", "01/Sep/2026");
   modAdvLoan& entry = OpenOn(Advance);
@@ -225,6 +279,13 @@ TEST_F(EntryScreen, TheFormulaFrameAsksForWhatItNeeds) {
   EXPECT_FALSE(entry.formula.fmeFormula.visible);
   EXPECT_TRUE(entry.txtAdvDate.IsUsable());
   EXPECT_EQ(entry.Focus(), &entry.txtInterestAmt);
+  Click(entry.cmdFmeFormula);
+  ClickRow(entry.fpgAdvLoan, 0);
+  EXPECT_TRUE(entry.txtAdvAmount.locked && !entry.formula.cmdAccept.IsUsable());
+  Click(entry.cmdNew);
+  Click(entry.cmdFmeFormula);
+  Pick(entry.employee.cmbEmpName, "Binod Sen");
+  EXPECT_FALSE(entry.formula.cmdAccept.IsUsable());
 }
 
 TEST_F(EntryScreen, DoorsNameWhatIsMissing) {
@@ -265,6 +326,10 @@ TEST_F(EntryScreen, TheSummaryOpensForWhoMaySeeIt) {
   Click(entry.overview.lblSummary);
   EXPECT_EQ(desk.TakeTexts(), Texts{"Permission denied."});
   EXPECT_TRUE(machine.siblings.started.empty());
+  Run("UPDATE SEC_USERLIST SET GROUPID = 7");
+  machine.settings.Set("Settings", "User", "admin");
+  Click(entry.overview.lblSummary);
+  EXPECT_EQ(machine.siblings.started.size(), 1u);
 }
 
 TEST_F(EntryScreen, TheNamesRulesDecideWhatIsShownAndTyped) {

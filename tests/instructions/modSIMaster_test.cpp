@@ -68,23 +68,31 @@ TEST_F(MasterScreen, ShowsWhatTheTypeHas) {
   const struct {
     long formCode;
     bool companyTds, advanced;
-    std::string shown, hiddenColumns, tags;
+    std::string shown, hiddenColumns, tags;  // of New what the form's right finds
   } cases[] = {
-      {1501, true, false, "txtDedPref chkType ", "6 7 8 9 10 12 ", "209 210"},
-      {1502, true, true, "txtDedPref chkType chkSBIInt txtMaxAmount ", "3 ", "234 235"},
-      {1503, true, true, "chkTDSAppl cmbSection txtMaxAmount ", "5 11 12 ", "256 257"},
-      {1504, true, false, "chkTDSAppl cmbSection ", "5 6 7 8 9 10 11 12 ", "287 288"},
-      {1505, false, false, "", "5 6 7 8 9 10 11 12 ", "270 271"},
-      {1507, true, true, "chkTDSAppl txtMaxAmount ", "5 11 12 ", "300 301"},
-      {1507, false, true, "txtMaxAmount ", "5 11 12 ", "300 301"},
+      {1501, true, false, "txtDedPref chkType ", "6 7 8 9 10 12 ", "209 210 49"},
+      {1502, true, true, "txtDedPref chkType chkSBIInt txtMaxAmount ", "3 ", "234 235 55"},
+      {1503, true, true, "chkTDSAppl cmbSection txtMaxAmount ", "5 11 12 ", "256 257 61"},
+      {1504, true, false, "chkTDSAppl cmbSection ", "5 6 7 8 9 10 11 12 ", "287 288 70"},
+      {1505, false, false, "", "5 6 7 8 9 10 11 12 ", "270 271 65"},
+      {1507, true, true, "chkTDSAppl txtMaxAmount ", "5 11 12 ", "300 301 74"},
+      {1507, false, true, "txtMaxAmount ", "5 11 12 ", "300 301 74"},
   };
+  session.MultiLoginYN = true;
+  for (const char* const form : {"49", "55", "61", "70", "65", "74"})
+    Run(std::string("INSERT INTO SEC_BUTDET (BUTID, FORMID, BUTNAME) VALUES (") + form + ", " + form +
+        ", '*New*')");
   for (const auto& c : cases) {
     SCOPED_TRACE(std::to_string(c.formCode) + (c.companyTds ? " with TDS" : " without TDS"));
     Run(std::string("UPDATE MAS_COMPANY SET TDSYN = ") + (c.companyTds ? "1" : "0"));
     Open(c.formCode, c.advanced);
     EXPECT_EQ(Shown(*screen), c.shown);
     EXPECT_EQ(HiddenColumns(*screen), c.hiddenColumns);
-    EXPECT_EQ(screen->cmdSave.tag + " " + screen->cmdDelete.tag, c.tags);
+    EXPECT_EQ(screen->cmdSave.tag + " " + screen->cmdDelete.tag + " " + screen->cmdNew.tag, c.tags);
+    const std::string word = screen->lblSIName.caption.substr(0, screen->lblSIName.caption.find(" Name"));
+    EXPECT_EQ(screen->caption, word + " Master");
+    EXPECT_EQ(screen->txtDedPref.toolTip, "Enter the order in which " + word +
+                                              " is to be considered for deduction in Salary Calculation.");
   }
 }
 
@@ -94,6 +102,7 @@ TEST_F(MasterScreen, RefusesOneFaultAfterTheOther) {
   for (CheckBox* box : {&s.chkMaxAmount, &s.chkMaxAllowed, &s.chkRecEMI, &s.chkInterestRate})
     Tick(*box, true);
   Type(s.txtMaxAmount, "0.00");
+  Type(s.txtMaxAllowed, "99999999999");  // says nothing before the name does
   Type(s.txtDedPref, "4");
   const struct {
     TextBox& box;
@@ -103,6 +112,7 @@ TEST_F(MasterScreen, RefusesOneFaultAfterTheOther) {
   } steps[] = {
       {s.txtSIName, "   ", "Enter Loan Name.", s.txtSIName},
       {s.txtSIName, " CAR loan ", "Enter Maximum Loan Amount.", s.txtMaxAmount},
+      {s.txtMaxAllowed, "", "Enter Maximum Loan Amount.", s.txtMaxAmount},
       {s.txtMaxAmount, "250000", "Enter Maximum Loan allowed amount.", s.txtMaxAllowed},
       {s.txtMaxAllowed, "2", "Enter number of EMI(s).", s.txtRecEMI},
       {s.txtRecEMI, "3x6", "Enter Loan interest rate.", s.txtInterestRate},
@@ -116,9 +126,18 @@ TEST_F(MasterScreen, RefusesOneFaultAfterTheOther) {
     EXPECT_EQ(s.Focus(), &step.focus) << step.refusal;
   }
   EXPECT_EQ(s.txtMaxAmount.Text(), "2,50,000.00");
+  for (TextBox* const box : {&s.txtMaxAllowed, &s.txtRecEMI, &s.txtDedPref}) {
+    const std::string before = box->Text();
+    Type(*box, "99999999999");
+    EXPECT_EQ(Press(s.cmdSave), Texts{"6\tOverflow"}) << box->name();
+    Type(*box, before);
+  }
   Type(screen->txtDedPref, "0");
   Tick(screen->chkRedBal, true);
+  int closesItselfMs = 0;
+  desk.whileItStands = [&](const MessageBox& box) { closesItselfMs = box.closesItselfMs; };
   Click(screen->cmdSave);
+  EXPECT_EQ(closesItselfMs, 1000);
   EXPECT_EQ(desk.LastBox().text, "Updated");
   EXPECT_EQ(desk.LastBox().title, "Saving Information");
   EXPECT_EQ(Rows("SELECT SINAME, ACCCODE, TDSYN, TDSREFNO, SIPREF, SEPPIYN, SBIIFBYN, AMTLIMIT, ALLOWLIMIT, "
@@ -126,6 +145,8 @@ TEST_F(MasterScreen, RefusesOneFaultAfterTheOther) {
             "House Loan|NULL|0|NULL|NULL|0|0|250000|2|36|10.5|1");
   EXPECT_EQ(screen->fpgSIMaster.rows.size(), 3u);
   EXPECT_EQ(screen->txtSIName.Text() + screen->txtMaxAmount.Text(), "");
+  Click(screen->cmdNew);
+  EXPECT_EQ(screen->Focus(), &screen->txtSIName);
 }
 
 TEST_F(MasterScreen, AsksForTheSectionOfTaxedPremiums) {
@@ -144,6 +165,10 @@ TEST_F(MasterScreen, AsksForTheSectionOfTaxedPremiums) {
   Tick(screen->chkTDSAppl, false);
   Click(screen->cmdSave);
   EXPECT_EQ(Rows("SELECT TDSYN, TDSREFNO FROM INS_MASTER"), "0|NULL");
+  Open(1507);  // has no section to choose
+  Tick(screen->chkTDSAppl, true);
+  SaveAs("Diwali Bonus");
+  EXPECT_EQ(Rows("SELECT TDSYN, TDSREFNO FROM INS_MASTER WHERE SITYPE = 7"), "1|NULL");
 }
 
 TEST_F(MasterScreen, KeepsNamesAsTyped) {
@@ -231,19 +256,19 @@ TEST_F(MasterScreen, AsksBeforeHouseLoanDetailsGo) {
       "INSERT INTO INS_HLOAN_VAL (EMPID, SERIALNO, SITYPE, FINYEAR) VALUES (17, 1, 2, 2026), (17, 2, 2, "
       "2026)");
   Open(1502);
-  const auto save = [&](Answer answer) {
+  const auto save = [&](std::vector<Answer> answers) {
     ClickRow(screen->fpgSIMaster, 1);
     Type(screen->txtAccCode, "HL");
     Type(screen->txtDedPref, "2");
-    return Press(screen->cmdSave, {answer});
+    return Press(screen->cmdSave, std::move(answers));
   };
   const char* const question =
       "TDS details for House Loan found.\r\nRemoving 'House Loan' status will remove these details.\r\n"
       "Do you want to continue?";
-  EXPECT_EQ(save(Answer::No), Texts{question});
+  EXPECT_EQ(save({}), Texts{question});  // its own answer is No
   EXPECT_EQ(Rows("SELECT SERIALNO FROM INS_HLOAN_VAL"), "1\n2");
   // The refusal that comes after the Yes does not bring the details back.
-  EXPECT_EQ(save(Answer::Yes).size(), 2u);
+  EXPECT_EQ(save({Answer::Yes}).size(), 2u);
   EXPECT_EQ(Rows("SELECT SERIALNO FROM INS_HLOAN") + "," + Rows("SELECT SERIALNO FROM INS_HLOAN_VAL"), "2,2");
   EXPECT_EQ(Rows("SELECT ACCCODE FROM INS_MASTER WHERE SINAME = 'House Loan'"), "NULL");
   Type(screen->txtDedPref, "1");
@@ -260,12 +285,38 @@ TEST_F(MasterScreen, DeletesOnlyWhatNoInstructionOfItsTypeUses) {
   EXPECT_EQ(Press(screen->cmdDelete),
             Texts{"Entries found in Loan details for selected Loan.\r\nCannot delete."});
   ClickRow(screen->fpgSIMaster, 0);
+  Colour whenAsked = kNoColour;
+  desk.whileItStands = [&](const MessageBox&) { whenAsked = screen->fpgSIMaster.At(0, 0).backColour; };
   EXPECT_EQ(Press(screen->cmdDelete),
             Texts{"Do you want to delete selected record?"});  // its own answer is No
+  EXPECT_EQ(whenAsked, 0xFFE0E0u);
   EXPECT_EQ(screen->fpgSIMaster.At(0, 0).backColour, kNoColour);
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_MASTER"), "3");
   AnswerDelete(Answer::Yes);
   EXPECT_EQ(Rows("SELECT SITYPE, SINAME FROM INS_MASTER ORDER BY SITYPE"), "2|Used Loan\n3|Car Loan");
+}
+
+TEST_F(MasterScreen, RefusesWhatAnotherWorkstationHasChanged) {
+  company.Name(1, "Festival Advance");
+  company.Name(1, "Travel Advance");
+  const auto refused = [&] {
+    EXPECT_EQ(
+        desk.LastBox().text,
+        "Row cannot be located for updating. Some values may have been changed since it was last read.");
+    desk.TakeBoxes();
+  };
+  modSIMaster& s = Open(1501);
+  ClickRow(s.fpgSIMaster, 0);
+  Run("UPDATE INS_MASTER SET SIPREF = 7 WHERE SINAME = 'Festival Advance'");
+  SaveAs("Feast Advance");
+  refused();
+  EXPECT_EQ(s.txtSIName.Text(), "");
+  ClickRow(s.fpgSIMaster, 0);
+  Run("UPDATE INS_MASTER SET SINAME = 'Fest Advance' WHERE SIPREF = 7");
+  AnswerDelete(Answer::Yes);
+  refused();
+  EXPECT_EQ(Rows("SELECT SINAME, SIPREF FROM INS_MASTER WHERE SITYPE = 1 ORDER BY SINAME"),
+            "Fest Advance|7\nTravel Advance|NULL");
 }
 
 TEST_F(MasterScreen, WritesAuditTextsWithOldValues) {

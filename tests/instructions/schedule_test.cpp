@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "instructions/premium_schedule.h"
 #include "support/errors.h"
 
 namespace ktl {
@@ -101,6 +102,20 @@ TEST(SpreadOver, SharesGoUpToAWholeRupeeAndTheLastMonthsTakeTheRest) {
   EXPECT_EQ(spread({700, 700}, 1000.5), (std::vector<double>{1201, 1199.5}));  // 500.25 goes up to 501
   EXPECT_EQ(spread({700}, 0), (std::vector<double>{700}));
   EXPECT_TRUE(spread({}, 100).empty());
+}
+
+// Whatever the range, a month is due when a whole number of steps lies between it and the first one.
+TEST(Schedule, APremiumIsDueInEveryStepOfItsRangeAndInNoOtherMonth) {
+  using enum PremiumPeriod;
+  for (const PremiumPeriod period : {Monthly, Quarterly, HalfYearly, Yearly}) {
+    for (long last = kApr2026 - 1; last < kApr2026 + 40; ++last) {
+      std::vector<long> due;
+      for (long month = kApr2026; month <= last; ++month) {
+        if ((month - kApr2026) % static_cast<long>(period) == 0) due.push_back(month);
+      }
+      EXPECT_EQ(PremiumMonths({500, kApr2026, last, period}), due) << static_cast<long>(period) << last;
+    }
+  }
 }
 
 }  // namespace

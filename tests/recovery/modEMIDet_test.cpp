@@ -86,6 +86,12 @@ TEST_F(Editor, RefusesWhatCannotBeSavedAndWritesNothing) {
     EXPECT_EQ(desk.TakeTexts(), Texts{c.text});
     EXPECT_EQ(editor.Focus(), &c.focus) << c.text;
   }
+  // A range of more than thirty years asks; No is the default.
+  to.SetText("Dec/9999");
+  Type(from, "5_2025");
+  Click(editor.cmdSave);
+  EXPECT_EQ(desk.TakeTexts(), Texts{"Re-payment tenure exceeds 30 years.\r\nDo you want to continue?"});
+  EXPECT_EQ(editor.Focus(), &to);
   Type(editor.txtFromMonth, "13/2026");
   EXPECT_EQ(editor.txtFromMonth.Text(), "");  // corrected on leaving
   EXPECT_EQ(Amounts(), "1000 1000 1000");

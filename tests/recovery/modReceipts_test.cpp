@@ -72,6 +72,11 @@ TEST_F(Receipts, RefusesWhatCannotBeSavedAndWritesNothing) {
   Click(receipts.cmdSave);
   EXPECT_EQ(desk.TakeTexts(), Texts{kTooLarge});
   EXPECT_EQ(receipts.Focus(), &receipts.txtInterest);
+  Enter(receipts, "15,05_2024", "10");
+  EXPECT_EQ(date.Text(), "15/05/2024");
+  receipts.txtRemarks.SetText(std::string(4001, 'r'));
+  Click(receipts.cmdSave);
+  EXPECT_EQ(desk.TakeTexts(), Texts{"Remarks should be within 4000 characters"});
   company.Lock(kApr2024 + 2);
   Enter(receipts, "15/05/2024", "3050");  // as much as there is
   Save(receipts, {Answer::Yes});
@@ -232,10 +237,16 @@ TEST_F(Receipts, ClosingAsksWhileAReceiptIsEntered) {
   desk.WillAnswer({Answer::Yes});
   receipts.Unload();
   EXPECT_FALSE(receipts.IsUnloaded());
+  session.MultiLoginYN = true;
+  receipts.cmdSave.tag += "NA";
+  desk.WillAnswer({Answer::Yes});
+  receipts.Unload();
+  EXPECT_FALSE(receipts.IsUnloaded());
   desk.WillAnswer({Answer::No});
   receipts.Unload();
   EXPECT_TRUE(receipts.IsUnloaded());
   EXPECT_EQ(desk.TakeTexts(), (Texts{"Do you want to Save entered details?", "Specify Receipt amount.",
+                                     "Do you want to Save entered details?", "Permission denied.",
                                      "Do you want to Save entered details?"}));
   session.ReadOnlyUser = true;
   EXPECT_FALSE(Open<modReceipts>().cmdSave.enabled);

@@ -102,6 +102,14 @@ TEST(Controls, AComboThatFollowsAnotherKeepsWhatIsBeingTypedIntoIt) {
   EXPECT_EQ(screen.cmb.Text(), "");
   screen.cmb.SetText("Me");
   EXPECT_EQ(number.Text(), "") << "what was typed into it before";
+  number.SetRows({{"", "7"}, {"K8", "8"}});
+  screen.cmb.SetText("Meera");
+  screen.cmb.SetText("nobody");
+  EXPECT_EQ(screen.cmb.Text() + number.BoundText(), "nobody") << "an empty text matches nothing";
+  number.ChooseRow(0);
+  EXPECT_EQ(number.BoundText(), "7") << "but a row without a text can be chosen";
+  screen.cmb.SetText("nobody");
+  EXPECT_EQ(number.BoundText(), "");
 }
 
 TEST(Controls, TypingPassesTheKeyFilterAndRaisesOneChange) {

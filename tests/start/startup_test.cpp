@@ -1,11 +1,15 @@
 #include "start/startup.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <fstream>
+#include <thread>
 #include <tuple>
 
 #include "common/amounts.h"
+#include "database/drivers/sqlite_database.h"
 #include "frame/top_level.h"
 #include "frame/workstation_objects.h"
 #include "start/connect.h"
@@ -121,8 +125,10 @@ TEST_F(StartupTest, EveryCodeOpensItsScreen) {
 
 TEST_F(StartupTest, TheScreenFindsTheSessionFilled) {
   Sql("UPDATE MAS_OPTSET SET TDSMAR2FEB = 1, EMPIDCAP = 'Code'");
-  Sql("UPDATE SEC_USERLIST SET MULTILOGIN = 1");
-  Sql("INSERT INTO SEC_USERLIST (UserID, USERNAME, GROUPID, READONLYYN) VALUES (2, 'RAVI', 3, 1)");
+  Fill(
+      "SEC_USERLIST",
+      "(UserID, USERNAME, GROUPID, MULTILOGIN, READONLYYN) VALUES (1, 'RAVI', 3, 0, 1), (2, 'Admin', 1, 1, 0), "
+      "(3, 'MEENA', 3, 0, 0)");
   Setting("User", "RAVI");
   Talk("KTLExtendedYN", "True");
   Setting("WinUserID", "12");
@@ -136,6 +142,42 @@ TEST_F(StartupTest, TheScreenFindsTheSessionFilled) {
   EXPECT_EQ(session.FilterTableName + session.EmployeeViewName, "[TMPFILTERPC112][vw_MAS_EMPLOYEEPC112]");
   EXPECT_TRUE(session.ReportFlag);
   EXPECT_EQ(session.ReportNumber, 4);
+}
+
+TEST_F(StartupTest, WithoutSettingsTheUserIsAdminOfThisMachine) {
+  Sql("UPDATE SEC_USERLIST SET READONLYYN = 1");
+  Setting("WinUserID", "12");
+  session.screens.Add("modAdvLoan", Probe);
+  ASSERT_EQ(RunProgram(session, "1502#False#0#0"), 0);
+  EXPECT_TRUE(session.ReadOnlyUser);
+  EXPECT_EQ(session.FilterTableName, "[TMPFILTERPC1]");
+}
+
+// The neighbour lets go after a while: whoever waits longer than told would get through.
+TEST_F(StartupTest, TheTimeOutsOfTheSettingsReachTheConnection) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"CONNTIME", "COMDTIME", "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE"},
+      {"COMDTIME", "CONNTIME", "BEGIN IMMEDIATE"}};
+  company.Cn().Close();
+  for (const auto& [none, patient, lock] : cases) {
+    Setting(none, "0");
+    Setting(patient, "30");
+    SqliteDatabase neighbour(company.File().string(), SqliteDatabase::Mode::Existing);
+    neighbour.RunScript(lock);
+    std::thread letsGo([&] {
+      std::this_thread::sleep_for(std::chrono::seconds(1));
+      neighbour.RunScript("COMMIT; PRAGMA locking_mode = NORMAL; SELECT COUNT(*) FROM sqlite_master");
+    });
+    EXPECT_THROW(
+        {
+          Connect();
+          session.Cn.Execute("UPDATE MAS_OPTSET SET ROUNDTYPE = 1");
+        },
+        DatabaseError)
+        << none;
+    letsGo.join();
+    session.Cn.Close();
+  }
 }
 
 // The user's name and number come from a file that anybody may have written.
@@ -173,9 +215,25 @@ TEST_F(StartupTest, AHelpFileCountsOnlyWhenItIsThere) {
   Talk("HelpFile", file);
   EnterTopLevel(session, screen);
   EXPECT_EQ(session.helpFile, "");
+  Connect();
+  Fill("MAS_COMPANY", "(CMPNAME) VALUES ('Neem & Sons')");
+  Setting("User", "LEELA");
   std::ofstream{file};
   EnterTopLevel(session, screen);
   EXPECT_EQ(session.helpFile, file);
+  EXPECT_EQ(desk.place.company + "|" + desk.place.user + "|" + desk.place.helpFile,
+            "Neem & Sons|LEELA|" + file);
+}
+
+TEST_F(StartupTest, WhoWaitsForAnotherWorkstationIsAskedUntilTheProgramIsToEnd) {
+  Connect();
+  desk.keepsWaiting = [asked = 0](bool mayGiveUp) mutable { return mayGiveUp && ++asked < 3; };
+  for (const bool mustEnd : {false, true}) {
+    machine.environment.mustEnd = mustEnd;
+    const Transaction other(company.Cn());
+    EXPECT_THROW(session.Cn.Execute("DELETE FROM MAS_EMPLOYEE"), DatabaseError);
+    if (mustEnd) desk.keepsWaiting = [](bool) { return ADD_FAILURE(), false; };
+  }
 }
 
 TEST_F(StartupTest, NoScreenIsOpened) {
@@ -203,9 +261,19 @@ TEST_F(StartupTest, NoScreenIsOpened) {
 
 TEST_F(StartupTest, WhatCannotBeReadEndsTheRun) {
   Setting("DefLnk", Scrambled("Provider=SQLite;Data Source=/nowhere/at/all.kldb;"));
-  EXPECT_THROW(RunProgram(session, "1502#False#0#0"), DatabaseError);
+  const auto failure = [&] { return DescriptionOf([&] { RunProgram(session, "1502#False#0#0"); }); };
+  EXPECT_EQ(failure(), "The company file /nowhere/at/all.kldb does not exist.");
+  Setting("CONNTIME", "99999999999");
+  EXPECT_EQ(failure(), "The setting CONNTIME: Overflow");
   Talk("KTLExtendedYN", "perhaps");
-  EXPECT_THROW(RunProgram(session, "1502#False#0#0"), RuntimeError);
+  EXPECT_EQ(failure(), "The setting KTLExtendedYN: Type mismatch");
+  EXPECT_EQ(DescriptionOf([&] { ConnectionOfFile("/nowhere.txt"); }), "/nowhere.txt: File not found");
+  Setting("CONNTIME", "600");
+  Connect();
+  for (const auto& [column, value] : {std::pair("ROUNDTYPE", "256"), std::pair("LEVMINDAYS", "'many'")}) {
+    Sql(fmt::format("UPDATE MAS_OPTSET SET ROUNDTYPE = 1, {} = {}", column, value));
+    EXPECT_TRUE(DescriptionOf([&] { LoadOptionSet(session); }).starts_with(column));
+  }
 }
 
 TEST_F(StartupTest, EachStartSetsTheFilterBack) {
@@ -216,6 +284,7 @@ TEST_F(StartupTest, EachStartSetsTheFilterBack) {
   Sql("INSERT INTO MAS_EMPLOYEE (EMPID, EMPNAME) VALUES (2, 'Vikram Desai')");
   PrepareWorkstationObjects(session);
   EXPECT_EQ(Number("SELECT COUNT(*) FROM [vw_MAS_EMPLOYEEPC1] WHERE FILTERYN1 = 1 AND REPTYN1 = 1"), 2);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM [TMPFILTERPC1]"), 2);
   EXPECT_EQ(Number("SELECT COUNT(*) FROM SYS.TABLES WHERE NAME = 'TMPFILTERPC1'"), 1);
 }
 

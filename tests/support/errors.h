@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "runtime/errors.h"
 
 namespace ktl {
@@ -13,6 +15,17 @@ long ErrorOf(const Act& act) {
     return error.number();
   }
   return 0;
+}
+
+// What it says; "" when the act ends well.
+template <typename Act>
+std::string DescriptionOf(const Act& act) {
+  try {
+    act();
+  } catch (const RuntimeError& error) {
+    return error.description();
+  }
+  return "";
 }
 
 }  // namespace ktl

@@ -48,6 +48,7 @@ Answer ScriptedDesk::AnswerTo(const MessageBox& box) {
 }
 
 Answer ScriptedDesk::MsgBox(const MessageBox& box) {
+  if (whileItStands) whileItStands(box);
   const Answer answer = AnswerTo(box);
   boxes_.push_back({box.text, box.title, box.icon, box.buttons, answer});
   return answer;

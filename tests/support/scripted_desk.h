@@ -40,6 +40,8 @@ class ScriptedDesk : public Desk {
     WillWorkOn(ScreenScript([script](Screen& screen) { script(dynamic_cast<ScreenType&>(screen)); }));
   }
 
+  std::function<void(const MessageBox&)> whileItStands;  // sees every box
+
   const std::vector<ShownBox>& Boxes() const { return boxes_; }
   const ShownBox& LastBox() const;       // throws when there is none
   std::vector<ShownBox> TakeBoxes();     // and forgets them
@@ -48,6 +50,15 @@ class ScriptedDesk : public Desk {
   // Names, in order of opening.
   const std::vector<std::string>& ShownScreens() const { return shownScreens_; }
 
+  std::function<bool(bool mayGiveUp)> keepsWaiting;  // none: gives up
+  Workplace place;
+  std::vector<std::string> statusTexts;
+
+  void NotePlace(const Workplace& noted) override { place = noted; }
+  void NoteStatus(const std::string& text) override { statusTexts.push_back(text); }
+  bool KeepWaiting(std::chrono::milliseconds, bool mayGiveUp) override {
+    return keepsWaiting && keepsWaiting(mayGiveUp);
+  }
   Answer MsgBox(const MessageBox& box) override;
   void ShowModal(Screen& screen) override;
 

@@ -14,9 +14,8 @@ namespace {
 template <FileKind kKind>
 std::unique_ptr<Driver> OpenSqlite(const ConnectionSettings& settings) {
   SqliteDatabase file = OpenSqliteFile(ConnectionSetting(settings.connectionString, "Data Source"), kKind,
-                                       settings.connectionTimeout);
-  file.SetBusyTimeout(settings.commandTimeout);
-  return std::make_unique<SqliteDriver>(std::move(file), kKind, settings.client);
+                                       settings.connectionTimeout, settings.onWait);
+  return std::make_unique<SqliteDriver>(std::move(file), kKind, settings);
 }
 
 std::unique_ptr<Driver> RefuseServer(const ConnectionSettings& settings) {

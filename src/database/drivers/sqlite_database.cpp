@@ -2,8 +2,11 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <thread>
+#include <utility>
 
 #include "database/stored_date.h"
 
@@ -13,6 +16,9 @@ namespace {
 
 constexpr std::size_t kMostStatements = 128;
 constexpr std::size_t kLongestKeptText = 8192;
+constexpr std::chrono::milliseconds kFirstPause{1};  // most writers are done in a moment
+constexpr std::chrono::milliseconds kPause{25};
+constexpr int kShortPauses = 10;
 
 std::string_view ColumnText(sqlite3_stmt* statement, int column) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
@@ -162,10 +168,29 @@ SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode) : statements_
   const int code = sqlite3_open_v2(file.c_str(), &raw, flags, nullptr);
   handle_.reset(raw);
   CheckSqlite(code, raw);
+  CheckSqlite(sqlite3_busy_handler(raw, &SqliteDatabase::KeepWaiting, patience_.get()), raw);
 }
 
-void SqliteDatabase::SetBusyTimeout(int seconds) {
-  CheckSqlite(sqlite3_busy_timeout(handle(), seconds < 1'000'000 ? seconds * 1000 : 1'000'000'000), handle());
+void SqliteDatabase::SetBusyTimeout(int seconds) { patience_->limit = std::chrono::seconds(seconds); }
+
+void SqliteDatabase::SetOnWait(std::function<bool(std::chrono::milliseconds waited)> onWait) {
+  patience_->onWait = std::move(onWait);
+}
+
+// Called inside a statement, which nothing may be thrown through: who cannot be asked gives up.
+int SqliteDatabase::KeepWaiting(void* patience, int calls) noexcept {
+  auto& [limit, onWait, since] = *static_cast<Patience*>(patience);
+  const auto now = std::chrono::steady_clock::now();
+  if (calls == 0) since = now;
+  const auto waited = std::chrono::duration_cast<std::chrono::milliseconds>(now - since);
+  if (waited >= limit) return 0;
+  try {
+    if (onWait && !onWait(waited)) return 0;
+  } catch (...) {
+    return 0;
+  }
+  std::this_thread::sleep_for(std::min(calls < kShortPauses ? kFirstPause : kPause, limit - waited));
+  return 1;
 }
 
 bool SqliteDatabase::IsReadOnly() const { return sqlite3_db_readonly(handle(), "main") == 1; }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -68,7 +70,9 @@ class SqliteDatabase {
   SqliteDatabase(const std::string& file, Mode mode);
 
   sqlite3* handle() const { return handle_.get(); }
+  // How long a statement waits for another writer, and who is asked meanwhile; false gives up.
   void SetBusyTimeout(int seconds);
+  void SetOnWait(std::function<bool(std::chrono::milliseconds waited)> onWait);
   bool IsReadOnly() const;
   bool InTransaction() const;
 
@@ -89,6 +93,14 @@ class SqliteDatabase {
   struct Closer {
     void operator()(sqlite3* database) const noexcept;
   };
+  struct Patience {
+    std::chrono::milliseconds limit{0};
+    std::function<bool(std::chrono::milliseconds waited)> onWait;
+    std::chrono::steady_clock::time_point since{};
+  };
+  static int KeepWaiting(void* patience, int calls) noexcept;
+
+  std::unique_ptr<Patience> patience_ = std::make_unique<Patience>();  // before the handle that points at it
   std::unique_ptr<sqlite3, Closer> handle_;
   RecentlyUsed<std::shared_ptr<SqliteStatement>> statements_;
 };

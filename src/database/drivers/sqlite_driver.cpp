@@ -60,12 +60,16 @@ void Bind(SqliteStatement& statement, std::span<const Value> numbers) {
 
 }  // namespace
 
-SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, ClientIdentity client)
+SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, const ConnectionSettings& settings)
     : database_(std::move(database)),
-      client_(std::move(client)),
+      client_(settings.client),
       host_{database_, client_, {}},
       programs_(kMostPrograms) {
   RegisterFunctions(host_);
+  database_.SetBusyTimeout(settings.commandTimeout);
+  database_.SetOnWait([this, ask = settings.onWait](std::chrono::milliseconds waited) {
+    return !ask || ask({waited, database_.TotalChanges() == durableChanges_});
+  });
   if (kind == FileKind::Company) database_.Run(kMonthLockTrigger);
 }
 

@@ -22,7 +22,7 @@ namespace ktl {
 // and the host's procedures are run here.
 class SqliteDriver final : public Driver {
  public:
-  SqliteDriver(SqliteDatabase database, FileKind kind, ClientIdentity client);
+  SqliteDriver(SqliteDatabase database, FileKind kind, const ConnectionSettings& settings);
   ~SqliteDriver() override;
 
   ResultSet Query(std::string_view sql, Fetch fetch, bool updatable) override;

@@ -1,0 +1,196 @@
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "common/amounts.h"
+#include "company/company.h"
+#include "console/script_desk.h"
+#include "database/drivers/sqlite_file.h"
+#include "frame/session.h"
+#include "start/startup.h"
+#include "support/fake_machine.h"
+#include "support/temporary_folder.h"
+
+// Every screen that writes, against everything that keeps it from writing.
+
+namespace ktl {
+namespace {
+
+namespace fs = std::filesystem;
+
+enum Guard : unsigned { kRight = 1, kReadOnly = 2, kLockedEmployee = 4, kEmployeeMonths = 8, kMonths = 16 };
+constexpr unsigned kUnaudited = 32;  // leaves no audit line, as told
+constexpr unsigned kAllGuards = kRight | kReadOnly | kLockedEmployee | kEmployeeMonths | kMonths;
+
+// What an operator does on the sample company, and what must keep him from it.
+struct Deed {
+  const char* what;
+  const char* commandLine;
+  const char* script;
+  int right;        // of the button that writes, 0 for none
+  unsigned guards;  // of Guard
+};
+
+constexpr Deed kDeeds[] = {
+    {"a new advance", "1501#False#0#0",
+     "pick cmbEmpName Hema Varma\nclick cmdNew\npick cmbALName Tour Advance\ntext txtAdvDate 01/10/2026\n"
+     "text txtAdvAmount 900\ntext txtInstlAmt 300\ntext txtRecvrFrom Nov/2026\nclick cmdSave\nanswer No\n",
+     200, kAllGuards},
+    {"an advance deleted", "1501#False#0#0",
+     "pick cmbEmpName Hema Varma\nrow fpgAdvLoan 1\nanswer Yes\nclick cmdDelete\n", 201, kAllGuards},
+    {"a month deleted in the list", "1501#False#0#0",
+     "pick cmbEmpName Hema Varma\nrow fpgAdvLoan 1\ntickcell fpgEMI 5 1 on\nanswer Yes\nanswer Cancel\n"
+     "click cmdEMIDelete\n",
+     206, kAllGuards},
+    {"a month saved in the editor", "1501#False#0#0",
+     "pick cmbEmpName Hema Varma\nrow fpgAdvLoan 1\nclick cmdEmi\nrow fpgEMIDetail 2\ntext txtAmount 990\n"
+     "answer Yes\nclick cmdSave\n",
+     218, kAllGuards},
+    {"a month deleted in the editor", "1501#False#0#0",
+     "pick cmbEmpName Hema Varma\nrow fpgAdvLoan 1\nclick cmdEmi\nrow fpgEMIDetail 5\nanswer Yes\n"
+     "answer Cancel\nclick cmdDelete\n",
+     219, kAllGuards},
+    {"interest by the panel", "1501#False#0#0",
+     "pick cmbEmpName Kavita Mehta\nrow fpgAdvLoan 1\nclick cmdEmi\ntick chkIntRateRedBal on\ntext txtInt 6\n"
+     "text txtIntFrom Oct/2026\nclick cmdIntCalculate\n",
+     218, kAllGuards | kUnaudited},
+    {"a receipt", "1501#False#0#0",
+     "pick cmbEmpName Hema Varma\nrow fpgAdvLoan 1\nclick cmdReceipts\nclick cmdNew\ntext txtRcptDate "
+     "15/10/2026\ntext txtAmount 100\nanswer Yes\nclick cmdSave\nanswer No\n",
+     220, kRight | kReadOnly | kLockedEmployee | kMonths},
+    {"a receipt deleted", "1501#False#0#0",
+     "pick cmbEmpName Ajay Tiwari\nrow fpgAdvLoan 1\nclick cmdReceipts\nrow fpgReceipts 1\nanswer Yes\n"
+     "answer No\nclick cmdDelete\n",
+     221, kRight | kReadOnly | kLockedEmployee | kMonths},
+    {"interest typed", "1502#False#0#0",
+     "pick cmbEmpName Bharat Fernandes\nrow fpgAdvLoan 1\nclick cmdIntrCalc\ncell fpgSIMaster 12 5 45\n"
+     "click cmdSave\n",
+     0, kReadOnly | kLockedEmployee | kMonths},
+    {"the report", "1501#False#0#0", "click cmdReport\n", 900, kRight | kUnaudited},
+    {"the summary of an employee", "1501#False#0#0", "pick cmbEmpName Hema Varma\nclick lblSummary\n", 612,
+     kRight | kUnaudited},
+    {"a name", "1501#False#0#0",
+     "click cmdMaster\ntext txtSIName Wedding Advance\ntext txtDedPref 9\nclick cmdSave\n", 209,
+     kRight | kReadOnly},
+    {"a name deleted", "1502#False#0#0", "click cmdMaster\nrow fpgSIMaster 6\nanswer Yes\nclick cmdDelete\n",
+     235, kRight | kReadOnly},
+};
+
+class Guards : public testing::TestWithParam<Deed> {
+ protected:
+  static void SetUpTestSuite() {
+    sample = std::make_unique<TemporaryFolder>();
+    CreateCompany({.file = sample->path() / "sample.kldb"});
+  }
+  static void TearDownTestSuite() { sample.reset(); }
+
+  // What the deed changes, tables or not, on a sample of its own set up by the statements, for the user.
+  std::set<std::string> Changed(const std::string& setUp, const std::string& user) {
+    const TemporaryFolder folder;
+    for (const auto& file : fs::directory_iterator(sample->path())) fs::copy(file, folder.path());
+    const std::string file = (folder.path() / "sample.kldb").string();
+    const std::string company = "Provider=SQLite;Data Source=" + file + ";";
+    {
+      Connection cn;
+      cn.Open(company);
+      if (!setUp.empty()) cn.Execute(setUp);
+    }
+    FakeMachine machine;
+    machine.clock.now = *Date::FromYmd(2026, 10, 15, 10, 0);
+    machine.folder.path = folder.path().string();
+    machine.settings.Set("Settings", "DefLnk", clsGenCmn::FnStrEncryptWord(company));
+    machine.settings.Set("Settings", "DBType", "SQL");
+    machine.settings.Set("Settings", "User", user);
+    fs::copy(file, file + "-before");
+    Play(machine);
+    std::set<std::string> changed = Differences(file);
+    if (!machine.siblings.started.empty()) changed.insert("a program started");
+    return changed;
+  }
+
+  std::string transcript;
+
+ private:
+  void Play(FakeMachine& machine) {
+    std::istringstream script(GetParam().script);
+    std::ostringstream out;
+    ScriptDesk desk(script, out);
+    Session session(machine.machine(), desk);
+    try {
+      EXPECT_EQ(RunProgram(session, GetParam().commandLine), 0);
+    } catch (const ScriptError& error) {  // a control that is off
+      out << error.what();
+    }
+    transcript = out.str();
+  }
+  // Which of the tables that screens write to are not as in FILE-before.
+  static std::set<std::string> Differences(const std::string& file) {
+    SqliteDatabase database = OpenSqliteFile(file, FileKind::Company, 1);
+    database.RunScript("ATTACH '" + file + "-before' AS old");
+    std::vector<std::string> tables;
+    SqliteDatabase::Lease names(
+        database,
+        "SELECT name FROM main.sqlite_master WHERE type = 'table' AND (name LIKE 'INS%' "
+        "OR name LIKE 'SEC%' OR name IN ('SLC_SALARYCALC_E', 'MAS_MONTHYEAR'))");
+    while (names->Step()) tables.push_back(names->Column(0).ToText());
+    std::erase_if(tables, [&](const std::string& table) {
+      return database.Number(fmt::format(
+                 "SELECT COUNT(*) FROM (SELECT * FROM (SELECT * FROM main.[{0}] EXCEPT SELECT * FROM old.[{0}]) "
+                 "UNION ALL SELECT * FROM (SELECT * FROM old.[{0}] EXCEPT SELECT * FROM main.[{0}]))",
+                 table)) == 0;
+    });
+    return {tables.begin(), tables.end()};
+  }
+
+  static std::unique_ptr<TemporaryFolder> sample;
+};
+
+std::unique_ptr<TemporaryFolder> Guards::sample;
+
+TEST_P(Guards, KeepEveryDeedFromBeingDone) {
+  const Deed& deed = GetParam();
+  std::set<std::string> written = Changed("", "ADMIN");
+  EXPECT_EQ(written.erase("SEC_AUDITTRAIL"), (deed.guards & kUnaudited) == 0 ? 1U : 0U) << transcript;
+  EXPECT_FALSE(written.empty()) << transcript;
+  EXPECT_EQ(Changed("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 0", "ADMIN"), written)
+      << "audit switched off\n"
+      << transcript;
+
+  const std::string refuse = fmt::format(
+      "INSERT INTO SEC_BUTDET (BUTID, FORMID, BUTNAME) VALUES (900, 48, '*Report*'); DELETE FROM SEC_BUTPER; "
+      "INSERT INTO SEC_BUTPER (BUTID, GROUPID, BUTALLOWYN) VALUES ({}, 2, 0)",
+      deed.right);
+  const struct {
+    Guard guard;
+    const char* what;
+    std::string setUp;
+    const char* user;
+  } guards[] = {
+      {kRight, "a refused button", refuse, "PAYCLERK"},
+      {kReadOnly, "a user who may only read", "", "VIEWER"},
+      {kLockedEmployee, "a locked employee", "UPDATE MAS_EMPLOYEE SET LOCKYN = 1", "ADMIN"},
+      {kEmployeeMonths, "locked months of the employee",
+       "DELETE FROM SEC_EMPLOCK; INSERT INTO SEC_EMPLOCK (EMPID, MONTHYEAR, LOCKYN) SELECT E.EMPID, M.MONTHYEAR, "
+       "1 FROM MAS_EMPLOYEE E, MAS_MONTHYEAR M",
+       "ADMIN"},
+      {kMonths, "locked months", "UPDATE MAS_MONTHYEAR SET LOCKEDYN = 1", "ADMIN"},
+  };
+  for (const auto& each : guards) {
+    if ((deed.guards & each.guard) == 0) continue;
+    EXPECT_EQ(Changed(each.setUp, each.user), std::set<std::string>()) << each.what << "\n" << transcript;
+    if (each.guard == kRight) {
+      EXPECT_NE(transcript.find("Permission denied."), std::string::npos) << transcript;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Guards, testing::ValuesIn(kDeeds), [](const auto& deed) {
+  std::string name = deed.param.what;
+  std::ranges::replace(name, ' ', '_');
+  return name;
+});
+
+}  // namespace
+}  // namespace ktl
