@@ -2,12 +2,12 @@
 
 #include <utility>
 
-#include "database/database_error.h"
 #include "frame/handler_guard.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
+#include "frame/writing_turn.h"
 #include "recovery/working.h"
 #include "workbook/export_menu.h"
 
@@ -75,7 +75,10 @@ void modLockMonth::SetColumns() {
   });
 }
 
-void modLockMonth::FillMonths() { months_.Show(ReadLockMonths(session_)); }
+void modLockMonth::FillMonths() {
+  shown_ = LockMonthsText(session_);
+  months_.Show(ReadLockMonths(session_));
+}
 
 void modLockMonth::FillHistory() { history_.Show(ReadLockHistory(session_)); }
 
@@ -89,10 +92,10 @@ void modLockMonth::fpgLockMonth_CellChange(std::size_t row, std::size_t column) 
 void modLockMonth::cmdSave_Click() {
   if (FnBlnPermitted(session_, cmdSave)) return;
   const Working working(session_, cmdClose);
-  if (!SaveLockMonths(session_, months_.Rows())) {
-    session_.Inform(kRowGoneText);
-    return FillMonths();
-  }
+  const bool written = WriteInTurn(
+      session_, [this] { return LockMonthsText(session_); }, shown_,
+      [this] { SaveLockMonths(session_, months_.Rows()); }, [this] { FillMonths(); });
+  if (!written) return;
   ShowSaved(session_);
   FillMonths();
   if (fpgHistory.visible) FillHistory();

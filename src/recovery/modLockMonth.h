@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "recovery/month_lock.h"
 #include "screen/controls.h"
 #include "screen/grid.h"
@@ -36,6 +38,7 @@ class modLockMonth final : public Screen {
   void FillHistory();
 
   Session& session_;
+  std::string shown_;  // the months as they were read
   GridList<LockMonthRow> months_{fpgLockMonth};
   GridList<LockHistoryRow> history_{fpgHistory};
 };

@@ -45,7 +45,7 @@ class FormCheckDesk final : public Desk {
       ADD_FAILURE() << "no widget of its type for " << name;
     }
     const Dispatcher::Mirroring mirroring(dispatcher);
-    window.Mirror();
+    window.Mirror({});
     for (const QWidget* widget : window.findChildren<QWidget*>()) CheckHasControl(screen, *widget);
     CheckWords(screen, window);
     CheckLetters(window);
