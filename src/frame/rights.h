@@ -17,7 +17,7 @@ void ApplyButtonRights(Session& session, Screen& screen, long formId);
 // True when the press is refused; the message has been shown by then.
 bool FnBlnPermitted(Session& session, const Button& button);
 
-bool FnBlnAuditOn(Session& session);  // asked once a session
+bool FnBlnAuditOn(Session& session);           // asked once a session
 inline constexpr long kInstructionsMenu = 19;  // this program; 5 are month locks
 // The caller asks FnBlnAuditOn first. Employee 0 is nobody's.
 void WriteAuditTrail(Session& session, long menuNumber, long employee, std::string_view action,

@@ -124,7 +124,7 @@ std::optional<PremiumRefusal> ValidatePremium(Session& session, const PremiumEnt
     return Against("Specify " + LowerCase(entry.caption) + " amount.", PremiumField::Amount);
   // Before the rest of the checks: a save that one of them refuses has marked the flags all the same.
   MarkTaxFlagsOf(session, entry);
-  if (entry.amount > kAmountLimit)
+  if (!FnBlnWithinLimit(entry.typed.amount, kAmountLimit))
     return Against("Amount should be less than 9,99,99,99,999.99", PremiumField::Amount);
   if (Checked refusal = CheckService(session, entry)) return refusal;
   if (!stored && !IsIncentive(entry)) {

@@ -228,7 +228,16 @@ TEST_F(PremiumScreen, WithoutTheAuditSwitchNothingIsTold) {
 
 TEST_F(PremiumScreen, TheFormulaIsEvaluatedForTheChosenMonth) {
   company.Row("MAS_FORMULA").With("FORMULAID", 1).With("FORMULANAME", "Tenfold").With("FORMULA", "250 * 10");
-  company.Row("MAS_EMPLOYEEDET").With("EMPDETID", 1).With("EMPID", 17).With("EFFFROMDATE", "01/Sep/2026");
+  company.Row("MAS_FORMULA")
+      .With("FORMULAID", 2)
+      .With("FORMULANAME", "Rank")
+      .With("FORMULA", "KLIF(EmpDet{Grade} = \"G1\", 1, 2)");
+  Run("INSERT INTO MAS_BRANCH (BRANCHID, BRANCHNAME) VALUES (1, 'B');"
+      "INSERT INTO MAS_ATTHEAD (ATTHEADID, ATTHEADNAME) VALUES (1, 'A');"
+      "INSERT INTO MAS_SALSTRUCT (STRUCTID, STRUCTDESC) VALUES (1, 'S')");
+  // The row of the higher number counts, though it is the older one.
+  Run("INSERT INTO MAS_EMPLOYEEDET (EMPDETID, EMPID, EFFFROMDATE, GRADE, BRANCHID, ATTHEADID, STRUCTID) "
+      "VALUES (2, 17, '01/Feb/2026', 'G1', 1, 1, 1), (1, 17, '01/Mar/2026', 'G2', 1, 1, 1)");
   modInsGInsSSS& entry = OpenOn(Insurance);
   Click(entry.cmdFmeFormula);
   EXPECT_FALSE(entry.txtStartMonth.IsUsable());
@@ -236,7 +245,7 @@ TEST_F(PremiumScreen, TheFormulaIsEvaluatedForTheChosenMonth) {
   EXPECT_EQ(Press(frame.cmdAccept), Texts{"Enter Start Month"});
   Tick(entry.formula.optEndMonth);
   EXPECT_EQ(Press(frame.cmdAccept), Texts{"Enter End Month"});
-  entry.txtStartMonth.SetText("Aug/2026");
+  entry.txtStartMonth.SetText("Jan/2026");
   entry.txtEndMonth.SetText("Sep/2026");
   EXPECT_EQ(Press(frame.cmdAccept, {Answer::No}), Texts{"Continue without selecting a 'Formula'?"});
   EXPECT_TRUE(frame.fmeFormula.visible);
@@ -246,7 +255,11 @@ TEST_F(PremiumScreen, TheFormulaIsEvaluatedForTheChosenMonth) {
   EXPECT_EQ(Press(frame.cmdAccept), Texts{});
   EXPECT_EQ(entry.txtPolicyAmount.Text(), "2,500.00");
   EXPECT_FALSE(frame.fmeFormula.visible);
-  // No row is in effect in August: the amount stays.
+  Click(entry.cmdFmeFormula);
+  Pick(frame.cmbFormula, "Rank");
+  Click(frame.cmdAccept);
+  EXPECT_EQ(entry.txtPolicyAmount.Text(), "1.00");
+  // No row is in effect in January: the amount stays.
   Type(entry.txtPolicyAmount, "7");
   Click(entry.cmdFmeFormula);
   Tick(entry.formula.optStartMonth);

@@ -45,6 +45,7 @@ class PremiumScreen : public testing::Test {
     company.Institution(8, "Deccan General", 5);
     OpenConnection(session, company.ConnectionString());
     LoadOptionSet(session);
+    LoadCaptions(session);
     session.options.STARTMONTHYEAR = 24292;
   }
   ~PremiumScreen() override {
