@@ -42,8 +42,8 @@ TEST(PickersOnTheDesk, AMonthIsChosenByArrowsAndEnterUnderTheField) {
     using enum Qt::Key;
     EXPECT_EQ(ask(byKey, {Key_Right, Key_Escape}), "May/2024");
     EXPECT_EQ(ask(byKey, {Key_Right, Key_Return}), "Feb/2025");
-    EXPECT_EQ(ask(byMouse, {Key_Escape}), "Feb/2025");
     EXPECT_EQ(ask(byKey, {Key_Left, Key_Left, Key_Down, Key_Right, Key_Up, Key_Up, Key_Return}), "Apr/2024");
+    EXPECT_EQ(ask(byMouse, {Key_Escape}), "Apr/2024");
   });
 }
 
