@@ -11,7 +11,6 @@
 #include "frame/writing_turn.h"
 #include "instructions/components.h"
 #include "instructions/instruction_statements.h"
-#include "recovery/component_difference.h"
 #include "recovery/emi_months.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -58,10 +57,13 @@ void WriteRow(Session& session, const MonthViewRow& row) {
   Recordset stored(session.Cn, session.Sql("Select * From INS_EMIDETAIL Where {}", where), OpenMode::Update);
   stored.Set("MDFYAMT", row.amount ? Value(*row.amount) : Value(Null{}));
   stored.Set("REMARKS", row.remarks);
+  if (apart) {
+    const ChangedComponents now =
+        ComponentsOfChangedAmount(row.amount.value_or(0), stored["MDFINTAMT"].NumberOr0());
+    stored.Set("MDFPRNAMT", now.principal);
+    stored.Set("MDFINTAMT", now.interest);
+  }
   stored.Update();
-  if (apart)
-    StoreDifference(session, session.Sql("Where {}", where),
-                    row.amount.value_or(0) - row.MDFYAMT.value_or(0));
 }
 
 void AuditRow(Session& session, long monthYear, const MonthViewRow& row) {
