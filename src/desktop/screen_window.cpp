@@ -212,12 +212,7 @@ bool ScreenWindow::eventFilter(QObject* target, QEvent* event) {
 }
 
 bool ScreenWindow::MoveOn(QWidget& from, const Binding& binding, int key) {
-  if (screen_.under) {
-    if (QWidget* to = NeighbourOf(from, key)) {
-      to->setFocus(Qt::OtherFocusReason);
-      return true;
-    }
-  }
+  if (screen_.under && MoveByArrow(from, key)) return true;
   const bool on = (key == Qt::Key_Return || key == Qt::Key_Enter) && binding.EnterMovesOn();
   const bool back = key == Qt::Key_Backspace && binding.IsAtStart();
   if (!on && !back) return false;

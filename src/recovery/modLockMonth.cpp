@@ -42,11 +42,16 @@ void modLockMonth::Form_Load() {
   cmdSave.enabled = false;
   RunGuarded(session_, ErrorStyle::NumberFirst, "", [this] {
     ApplyButtonRights(session_, *this, kFormId);
-    RepairLeaveLocks(session_);
+    Repair();
     FillMonths();
     cmdSave.whyDisabled = session_.ReadOnlyUser ? WhyReadOnly(session_) : "";
     cmdSave.enabled = !session_.ReadOnlyUser;
   });
+}
+
+// Not by a user who may only read: opening writes nothing then.
+void modLockMonth::Repair() {
+  if (!session_.ReadOnlyUser) RepairLeaveLocks(session_);
 }
 
 void modLockMonth::SetColumns() {
@@ -107,7 +112,7 @@ void modLockMonth::cmdHistory_Click() {
 }
 
 void modLockMonth::Form_Unload() {
-  RunGuarded(session_, ErrorStyle::NumberFirst, "", [this] { RepairLeaveLocks(session_); });
+  RunGuarded(session_, ErrorStyle::NumberFirst, "", [this] { Repair(); });
   LeaveTopLevel(session_);
 }
 

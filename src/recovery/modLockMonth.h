@@ -33,6 +33,7 @@ class modLockMonth final : public Screen {
   void cmdHistory_Click();
 
  private:
+  void Repair();
   void SetColumns();
   void FillMonths();
   void FillHistory();

@@ -76,6 +76,9 @@ constexpr Deed kDeeds[] = {
      kRight | kReadOnly},
     {"a name deleted", "1502#False#0#0", "click cmdMaster\nrow fpgSIMaster 6\nanswer Yes\nclick cmdDelete\n",
      235, kRight | kReadOnly},
+    {"the month view", "1500,48,Oct/2026#False#0#0", "cell fpgEMIDetail 1 4 600\nclick cmdUpdate\n", 341,
+     kAllGuards},
+    {"month locks", "1511#False#0#0", "tickcell fpgLockMonth 12 3 on\nclick cmdSave\n", 0, kReadOnly},
 };
 
 class Guards : public testing::TestWithParam<Deed> {
