@@ -259,6 +259,7 @@ TEST_F(WindowsTest, WhileAnotherWorkstationWritesOnlyGivingUpIsHeard) {
       QTest::qSleep(5);
       Enter(Find<QLineEdit>(*window, "txtCount"), "12");
       PressSave(*window);
+      EXPECT_EQ(Find<QLineEdit>(*window, "txtCount").text(), "");
     };
     EXPECT_TRUE(desk.KeepWaiting(milliseconds(1900), true));
     EXPECT_EQ(TopDialog<QDialog>(), window);
