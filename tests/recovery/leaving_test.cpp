@@ -26,12 +26,9 @@ class Leaving : public RecoveryTest {
       company.Salary(17, month, 0, 0, month < kApr2024 + 2 ? 1000 : 0, month < kApr2024 + 2 ? 1000 : 0);
   }
   modSIDetails& Pending(long employee = 17) {
-    auto opened = std::make_unique<modSIDetails>(session, employee);
-    modSIDetails& result = *opened;
-    screen = std::move(opened);
-    RunAndGrantFocus(*screen, [this] { screen->Load(); });
-    Tick(result.chkSelectAll, true);
-    return result;
+    modSIDetails& pending = OpenWith<modSIDetails>(employee);
+    Tick(pending.chkSelectAll, true);
+    return pending;
   }
   // "6000.00 2000.00 4000.00": total, recovered and balance of each row.
   static std::string Figures(const modSIDetails& pending) {
