@@ -340,6 +340,7 @@ TEST_F(WindowsTest, WhatAPersonArrangedIsThereAgain) {
     window.resize(900, 640);
     Settle();
     EXPECT_EQ(width(window), 143);
+    EXPECT_GT(Find<QTableView>(window, "fpgRows").width(), 840) << "a list takes the width there is";
   });
   Work([&](ScreenWindow& window) {
     EXPECT_EQ(window.width(), 900);
