@@ -17,8 +17,9 @@ void ApplyButtonRights(Session& session, Screen& screen, long formId);
 // True when the press is refused; the message has been shown by then.
 bool FnBlnPermitted(Session& session, const Button& button);
 
-bool FnBlnAuditOn(Session& session);           // asked once a session
-inline constexpr long kInstructionsMenu = 19;  // this program; 5 are month locks
+bool FnBlnAuditOn(Session& session);  // asked once a session
+// Menu numbers: this program's; month locks have 5.
+inline constexpr long kInstructionsMenu = 19;
 // The caller asks FnBlnAuditOn first. Employee 0 is nobody's.
 void WriteAuditTrail(Session& session, long menuNumber, long employee, std::string_view action,
                      std::string_view detail, std::string_view extra = "");

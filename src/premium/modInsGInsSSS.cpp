@@ -144,11 +144,12 @@ void modInsGInsSSS::Form_Load() {
 void modInsGInsSSS::SetCaptions() {
   LoadTypeCaptions(session_);
   caption_ = session_.captions.types[NumberOf(type_)];
-  caption = caption_ + " - " + session_.title;
+  caption = caption_;
   fmeTransaction.caption = caption_ + " Details";
   lblPolicyName.caption = caption_ + " Name";
   lblPolicyNo.caption = caption_ + " No.";
   overview.lblOthTotal.caption = facts_.totalsByWord ? "Total \r\n" + caption_ : "Total Premium";
+  overview.lblTotalDedSalary.caption = IsIncentive() ? "Paid in Salary" : "Deducted in Salary";
   employee.lblEmpIDRef.caption = NumberingOf(session_).caption;
   lblPaymentDone.backColour = kPaymentDoneColour;
 }
@@ -232,7 +233,7 @@ void modInsGInsSSS::ShowInstruction(const PremiumRow& premium) {
   txtPolicyAmount.SetText("");
   cmbInstitution.SetText(schedule_.Months().empty() ? "" : schedule_.Months().front().institution);
   txtRemarks.SetText(premium.remarks);
-  period.Clear();
+  period.Show(PeriodOf(ReadScheduleMonths(session_, Key())));
   incentive.Show(premium);
   formula.Forget();
   formula.Show(false);

@@ -25,8 +25,8 @@ void PremiumGrid::Describe(InstructionType type, const std::string& caption) {
   const bool other = type != InstructionType::Incentive;
   list_.SetColumns({
       {{"Sl.No.", CellType::Number, 60}, [](const Premium& row) { return std::to_string(row.serial); }},
-      {{caption + " Name", CellType::Text, 200}, [](const Premium& row) { return row.premium.name; }},
-      {{caption + " No.", CellType::Text, 140}, [](const Premium& row) { return row.premium.number; }},
+      {{caption + " Name", CellType::Text, 170}, [](const Premium& row) { return row.premium.name; }},
+      {{caption + " No.", CellType::Text, 120}, [](const Premium& row) { return row.premium.number; }},
       {{"Start Month"}, [](const Premium& row) { return FnStrExplodeMonth(row.premium.firstMonth); }},
       {{"End Month"}, [](const Premium& row) { return FnStrExplodeMonth(row.premium.lastMonth); }},
       {{"PF", CellType::Tick, 50, other}, Counts(&PremiumRow::pf)},

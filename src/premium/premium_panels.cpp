@@ -60,6 +60,13 @@ PremiumPeriod PeriodFrame::Chosen() const {
   return optYearly.Value() ? PremiumPeriod::Yearly : PremiumPeriod::Monthly;
 }
 
+void PeriodFrame::Show(PremiumPeriod period) {
+  optMonthly.SetValue(period == PremiumPeriod::Monthly);
+  optQuarterly.SetValue(period == PremiumPeriod::Quarterly);
+  optHalfYearly.SetValue(period == PremiumPeriod::HalfYearly);
+  optYearly.SetValue(period == PremiumPeriod::Yearly);
+}
+
 IncentiveFrame::IncentiveFrame(Screen& screen) : screen_(screen) {
   fmePFESI.Hold({chkPF, lblPFPer, txtPFPer, chkESI, lblESIPer, txtESIPer, chkPT});
   for (TextBox* box : {&txtPFPer, &txtESIPer}) AskForPercent(*box);

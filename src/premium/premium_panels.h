@@ -16,7 +16,7 @@ class PremiumOverview {
   Frame fmeOverview{screen_, "fmeOverview", "Overview on Calculated Salary"};
   Label lblOthTotal{screen_, "lblOthTotal"};
   TextBox txtOthTotal{screen_, "txtOthTotal"};
-  Label lblTotalDedSalary{screen_, "lblTotalDedSalary", "Deducted in Salary"};
+  Label lblTotalDedSalary{screen_, "lblTotalDedSalary"};
   TextBox txtTotalDedSalary{screen_, "txtTotalDedSalary"};
   Label lblTotalDue{screen_, "lblTotalDue", "Total Due"};
   TextBox txtTotalDue{screen_, "txtTotalDue"};
@@ -39,7 +39,8 @@ class PeriodFrame {
   OptionButton optYearly{screen_, "optYearly", "fmePeriod", "Yearly"};
 
   PremiumPeriod Chosen() const;  // every month while the frame is hidden
-  void Clear() { optMonthly.SetValue(true); }
+  void Show(PremiumPeriod period);
+  void Clear() { Show(PremiumPeriod::Monthly); }
 };
 
 // What an incentive counts for. A percentage is asked for where it counts.

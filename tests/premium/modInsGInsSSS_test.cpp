@@ -26,6 +26,7 @@ TEST_F(PremiumScreen, TypesDifferInWhatTheyShow) {
       "UPDATE MAS_PULLDOWNVALUES SET PDLISTDESC = '' WHERE REFID = 5 AND PDID = 4");
   for (const auto& c : cases) {
     modInsGInsSSS& entry = Open(c.type);
+    EXPECT_EQ(entry.caption, c.caption);
     EXPECT_EQ(entry.period.fmePeriod.visible, c.period);
     EXPECT_EQ(entry.cmdMultiAllot.enabled, c.allot);
     for (const Control* control :

@@ -116,6 +116,9 @@ TEST_F(PremiumScreen, EveryPeriodHasItsMonths) {
     Tick(screen->period.*c.period);
     EXPECT_EQ(Press(screen->cmdSave), Texts{"Updated"});
     EXPECT_EQ(Schedule(), c.schedule);
+    // It is shown again where the schedule has a second month to tell it by.
+    ClickRow(screen->fpgOtherDetail, 0);
+    EXPECT_TRUE((screen->period.*c.period).Value() || screen->fpgEMI.rows.size() == 1);
   }
   // SSS has no choice of a period.
   Run("DELETE FROM INS_EMIDETAIL");
