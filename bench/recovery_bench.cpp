@@ -205,8 +205,8 @@ BENCHMARK(SaveLocksOf600Months)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
   if (ktl::IsLargeMeasured()) {
-    for (const auto& [name, run] : {std::pair{"OpenMonthView/7000000", ktl::OpenMonthView},
-                                    std::pair{"MonthListAsSaid/7000000", ktl::MonthListAsSaid}})
+    for (const auto& [name, run] : {std::pair{"OpenMonthView/7000000", &ktl::OpenMonthView},
+                                    std::pair{"MonthListAsSaid/7000000", &ktl::MonthListAsSaid}})
       benchmark::RegisterBenchmark(name, run, ktl::kLarge)->Unit(benchmark::kMillisecond);
   }
   benchmark::Initialize(&argc, argv);
