@@ -1,7 +1,6 @@
 #include "benefit/frmSBI.h"
 
 #include "benefit/amount_column.h"
-#include "common/amounts.h"
 #include "frame/fin_years.h"
 #include "frame/handler_guard.h"
 #include "frame/rights.h"
@@ -102,8 +101,8 @@ void frmSBI::cmbFinYear_Change() {
 
 void frmSBI::txtIntAmt_LostFocus() {
   if (Trim(txtIntAmt.Text()).empty()) return;
-  if (ParseNumber(Trim(txtIntAmt.Text())))
-    return txtIntAmt.SetText(clsGenCmn::FnStrConvertToNumber(txtIntAmt.Text(), 2));
+  if (const auto rate = ParseNumber(Trim(txtIntAmt.Text())))
+    return txtIntAmt.SetText(FormatNumber(*rate, "0.00"));
   txtIntAmt.SetText("");
   SetFocus(txtIntAmt);
 }

@@ -1,7 +1,10 @@
 #include "desktop/forms.h"
 
 #include "ui_frmKtlCalender.h"
+#include "ui_frmSBI.h"
 #include "ui_frmSelMonth.h"
+#include "ui_frmSepInt.h"
+#include "ui_frmUpdateInt.h"
 #include "ui_modAdvLoan.h"
 #include "ui_modEMIDet.h"
 #include "ui_modEMIEmp.h"
@@ -31,7 +34,8 @@ const Forms& ProgramForms() {
       {"modEMIEmp", Make<Ui::modEMIEmp>},           {"modInterestMaster", Make<Ui::modInterestMaster>},
       {"modLockMonth", Make<Ui::modLockMonth>},     {"modReceipts", Make<Ui::modReceipts>},
       {"modSIDetails", Make<Ui::modSIDetails>},     {"modSIMaster", Make<Ui::modSIMaster>},
-      {"modSalSIAdj", Make<Ui::modSalSIAdj>},
+      {"modSalSIAdj", Make<Ui::modSalSIAdj>},       {"frmSBI", Make<Ui::frmSBI>},
+      {"frmSepInt", Make<Ui::frmSepInt>},           {"frmUpdateInt", Make<Ui::frmUpdateInt>},
   };
   return kForms;
 }

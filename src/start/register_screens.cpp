@@ -1,5 +1,6 @@
 #include "benefit/frmSBI.h"
 #include "benefit/frmSepInt.h"
+#include "benefit/frmUpdateInt.h"
 #include "frame/frmKtlCalender.h"
 #include "frame/frmSelMonth.h"
 #include "frame/pickers.h"
@@ -70,6 +71,7 @@ void RegisterScreens(Session& session) {
   session.screens.Add("frmSepInt",
                       [](Session& opened, Screen*) { return std::make_unique<frmSepInt>(opened); });
   Register<frmSBI>(session, session.doors.benchmarkRates);
+  Register<frmUpdateInt>(session, session.doors.yearlyBenefit);
   Register<frmSelMonth>(session, session.doors.month);
   Register<frmKtlCalender>(session, session.doors.calendar);
   Register<modEMIEmp>(session, session.doors.monthView);
