@@ -8,6 +8,7 @@
 #include "ui_modAdvLoan.h"
 #include "ui_modEMIDet.h"
 #include "ui_modEMIEmp.h"
+#include "ui_modInsGInsSSS.h"
 #include "ui_modInterestMaster.h"
 #include "ui_modLockMonth.h"
 #include "ui_modReceipts.h"
@@ -29,13 +30,21 @@ std::unique_ptr<QWidget> Make() {
 
 const Forms& ProgramForms() {
   static const Forms kForms{
-      {"frmKtlCalender", Make<Ui::frmKtlCalender>}, {"frmSelMonth", Make<Ui::frmSelMonth>},
-      {"modAdvLoan", Make<Ui::modAdvLoan>},         {"modEMIDet", Make<Ui::modEMIDet>},
-      {"modEMIEmp", Make<Ui::modEMIEmp>},           {"modInterestMaster", Make<Ui::modInterestMaster>},
-      {"modLockMonth", Make<Ui::modLockMonth>},     {"modReceipts", Make<Ui::modReceipts>},
-      {"modSIDetails", Make<Ui::modSIDetails>},     {"modSIMaster", Make<Ui::modSIMaster>},
-      {"modSalSIAdj", Make<Ui::modSalSIAdj>},       {"frmSBI", Make<Ui::frmSBI>},
-      {"frmSepInt", Make<Ui::frmSepInt>},           {"frmUpdateInt", Make<Ui::frmUpdateInt>},
+      {"frmSBI", Make<Ui::frmSBI>},
+      {"frmSepInt", Make<Ui::frmSepInt>},
+      {"frmUpdateInt", Make<Ui::frmUpdateInt>},
+      {"frmKtlCalender", Make<Ui::frmKtlCalender>},
+      {"frmSelMonth", Make<Ui::frmSelMonth>},
+      {"modAdvLoan", Make<Ui::modAdvLoan>},
+      {"modEMIDet", Make<Ui::modEMIDet>},
+      {"modEMIEmp", Make<Ui::modEMIEmp>},
+      {"modInsGInsSSS", Make<Ui::modInsGInsSSS>},
+      {"modInterestMaster", Make<Ui::modInterestMaster>},
+      {"modLockMonth", Make<Ui::modLockMonth>},
+      {"modReceipts", Make<Ui::modReceipts>},
+      {"modSIDetails", Make<Ui::modSIDetails>},
+      {"modSIMaster", Make<Ui::modSIMaster>},
+      {"modSalSIAdj", Make<Ui::modSalSIAdj>},
   };
   return kForms;
 }
