@@ -7,6 +7,7 @@ namespace ktl {
 
 class Grid;
 class Menu;
+class Screen;
 struct Session;
 
 // What an export of a grid says: the title of its sheet, and what has been written ("The schedule").
@@ -17,5 +18,7 @@ struct ExportWords {
 
 // The menu, and the right button on the grid, write it into a workbook; an empty grid has "No Records Found".
 void BindExport(Session& session, Menu& menu, Grid& grid, std::function<ExportWords()> words);
+// Every other grid of the screen can be written too, under its title or the screen's caption.
+void OfferExports(Session& session, Screen& screen);
 
 }  // namespace ktl
