@@ -9,6 +9,7 @@
 #include "benefit/yearly_run.h"
 #include "raw_store.h"
 #include "screen/person.h"
+#include "screen/progress.h"
 #include "workbook/grid_workbook.h"
 
 namespace ktl {

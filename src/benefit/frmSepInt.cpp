@@ -29,7 +29,9 @@ frmSepInt::frmSepInt(Session& session) : Screen("frmSepInt"), session_(session) 
   cmdInt.onClick = on(&frmSepInt::cmdInt_Click);
   cmdUpdate.onClick = on(&frmSepInt::cmdUpdate_Click);
   cmdClose.onClick = [this] { Unload(); };
-  BindExport(session_, mnuExport, fpgIntDetail, [this] { return ExportWords{"EMI Details", "The list"}; });
+  BindExport(session_, mnuExport, fpgIntDetail, [this] {
+    return ExportWords{"EMI Details", "The list", Subject().employee};
+  });
 }
 
 Subject frmSepInt::Subject() const {
