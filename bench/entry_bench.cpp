@@ -58,8 +58,10 @@ void ClickSaveOf360(benchmark::State& state, BenchSize size, Schedule schedule) 
   }
 }
 
-// The floor: the same instruction and months by prepared statements in one commit.
-void SaveOf360Floor(benchmark::State& state, BenchSize size, Schedule schedule) {
+enum class Commits { One, EachRow };
+
+// The floor: the same instruction and months by prepared statements.
+void SaveOf360Floor(benchmark::State& state, BenchSize size, Schedule schedule, Commits commits) {
   const auto company = CompanyToSaveIn(size, schedule);
   const auto employees = LoanClerk(company).Employees();
   const RawStore store(company);
@@ -75,7 +77,7 @@ void SaveOf360Floor(benchmark::State& state, BenchSize size, Schedule schedule) 
   std::size_t next = 0;
   for (auto _ : state) {
     const int employee = std::stoi(employees[next++]);
-    store.Read(begin);
+    if (commits == Commits::One) store.Read(begin);
     store.Run(instruction, employee);
     for (int i = 0; i < kInstalments; ++i) {
       if (schedule == Schedule::Plain)
@@ -83,7 +85,7 @@ void SaveOf360Floor(benchmark::State& state, BenchSize size, Schedule schedule) 
       else
         store.Run(month, employee, kFirstMonth + i, i + 1, 10.0 * (kInstalments - i));
     }
-    store.Read(commit);
+    if (commits == Commits::One) store.Read(commit);
   }
 }
 
@@ -98,7 +100,8 @@ void RegisterOf(const std::string& name, BenchSize size) {
   for (const auto& [kind, schedule] :
        {std::pair("Plain", Schedule::Plain), {"Reducing", Schedule::Reducing}}) {
     add(std::string("ClickSaveOf360/") + kind, ClickSaveOf360, schedule);
-    add(std::string("SaveOf360Floor/") + kind, SaveOf360Floor, schedule);
+    add(std::string("SaveOf360Floor/") + kind, SaveOf360Floor, schedule, Commits::One);
+    add(std::string("SaveOf360FloorByRow/") + kind, SaveOf360Floor, schedule, Commits::EachRow);
   }
 }
 
