@@ -75,12 +75,10 @@ void modSIMaster::ConnectKeyFilters() {
   for (TextBox* box : {&txtDedPref, &txtRecEMI}) box->onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
   for (TextBox* box : {&txtMaxAmount, &txtMaxAllowed, &txtInterestRate})
     box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowDoubleOnly(key, box->Text()); };
-  txtMaxAmount.onLeave = [this] {
-    txtMaxAmount.SetText(clsGenCmn::FnStrConvertToCommaNumber(txtMaxAmount.Text(), 2));
-  };
-  txtMaxAllowed.onLeave = [this] {
-    txtMaxAllowed.SetText(clsGenCmn::FnStrConvertToCommaNumber(txtMaxAllowed.Text(), 0));
-  };
+  txtMaxAmount.onLeave =
+      on_([this] { txtMaxAmount.SetText(clsGenCmn::FnStrConvertToCommaNumber(txtMaxAmount.Text(), 2)); });
+  txtMaxAllowed.onLeave =
+      on_([this] { txtMaxAllowed.SetText(clsGenCmn::FnStrConvertToCommaNumber(txtMaxAllowed.Text(), 0)); });
 }
 
 void modSIMaster::Form_Load() {

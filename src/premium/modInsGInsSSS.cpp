@@ -82,6 +82,11 @@ void modInsGInsSSS::ConnectFields() {
     if (FnBlnWithinLimit(typed, kAmountLimit) && clsGenCmn::FnDblTrimVal(typed) != 0)
       txtPolicyAmount.SetText(clsGenCmn::FnStrConvertToCommaNumber(typed, 2));
   });
+  for (TextBox* box : {&incentive.txtPFPer, &incentive.txtESIPer}) {
+    box->onLeave = on_([box] {
+      if (!box->Text().empty()) box->SetText(ShownAmount(clsGenCmn::FnDblTrimVal(box->Text())));
+    });
+  }
   chkSelectAll.onClick = on_([this] { schedule_.TickAll(chkSelectAll.Value()); });
   fpgOtherDetail.onRowClick = on_(&modInsGInsSSS::fpgOtherDetail_Click);
   overview.lblSummary.onClick = on_([this] { OpenEmployeeSummary(session_, employee.Employee()); });

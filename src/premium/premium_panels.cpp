@@ -15,9 +15,6 @@ std::string ShownTotal(double total) {
 void AskForPercent(TextBox& box) {
   box.rightAligned = true;
   box.onKeyPress = [&box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box.Text()); };
-  box.onLeave = [&box] {
-    if (!box.Text().empty()) box.SetText(ShownAmount(clsGenCmn::FnDblTrimVal(box.Text())));
-  };
 }
 
 void FollowTick(CheckBox& tick, TextBox& percent) {

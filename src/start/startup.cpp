@@ -53,8 +53,9 @@ const Entry* FindEntry(long code) {
 }
 
 // In place of a bare "Subscript out of range" of the same number.
-void RequireArgument(const CommandLine& line, long code, const char* what, const char* example) {
-  if (line.arguments.size() > 1) return;
+void RequireArguments(const CommandLine& line, long code, std::size_t count, const char* what,
+                      const char* example) {
+  if (line.arguments.size() > count) return;
   throw RuntimeError(RuntimeError::SubscriptOutOfRange().number(),
                      fmt::format("{0} needs {1}: '{0},{2}#False#0#0'", code, what, example));
 }
@@ -64,15 +65,16 @@ void TakeArguments(Session& session, const CommandLine& line, Arguments argument
     case Arguments::None:
       break;
     case Arguments::Employee:
-      RequireArgument(line, session.FormCode, "the number of an employee", "17");
+      RequireArguments(line, session.FormCode, 1, "the number of an employee", "17");
       session.FormEmpId = line.ArgumentNumber(1);
       break;
     case Arguments::EmployeeAndMonth:
+      RequireArguments(line, session.FormCode, 2, "the number of an employee and a month", "17,Apr/2010");
       session.FormEmpId = line.ArgumentNumber(1);
       session.FormArgText = line.Argument(2);
       break;
     case Arguments::MonthYear:
-      RequireArgument(line, session.FormCode, "a month, year times twelve plus month", "24321");
+      RequireArguments(line, session.FormCode, 1, "a month, year times twelve plus month", "24321");
       session.FormArgText = NumberText(Val(line.Argument(1)));
       break;
   }

@@ -132,6 +132,12 @@ TEST_F(MasterScreen, RefusesOneFaultAfterTheOther) {
     EXPECT_EQ(Press(s.cmdSave), Texts{"6\tOverflow"}) << box->name();
     Type(*box, before);
   }
+  for (TextBox* const box : {&s.txtMaxAmount, &s.txtMaxAllowed}) {
+    const std::string before = box->Text();
+    Type(*box, std::string(309, '9'));
+    EXPECT_EQ(desk.TakeTexts(), Texts{"6\tOverflow"}) << box->name();
+    Type(*box, before);
+  }
   Type(screen->txtDedPref, "0");
   Tick(screen->chkRedBal, true);
   int closesItselfMs = 0;

@@ -82,6 +82,8 @@ TEST_F(PremiumScreen, AnIncentiveAsksForPercentagesAndForNeitherNumberNorInstitu
                {esi, "101", "ESI contribution not to be more than 100%."},
                {esi, "12.345", "Updated"}};
   Tick(entry.period.optYearly);
+  Type(pf, std::string(309, '9'));
+  EXPECT_EQ(desk.TakeTexts(), Texts{"Overflow"});
   for (const auto& c : cases) {
     Type(c.box, c.typed);
     EXPECT_EQ(Press(entry.cmdSave), Texts{c.text});
