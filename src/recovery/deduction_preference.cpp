@@ -12,7 +12,11 @@ namespace ktl {
 
 namespace {
 
-constexpr const char* kNoEnd = "99999";  // of the months that an employee's lock is asked for
+// From the month on, without an end.
+bool IsLockedFrom(Session& session, long employee, long monthYear) {
+  return session.data.Guarding(session.Sql("SELECT dbo.udf_getEmpLock ({},{},99999 )", employee, monthYear))
+      .ToBoolean();
+}
 
 Statement LowNetCondition(Session& session, const PreferenceTerms& terms) {
   if (!terms.percent) return Statement("And NETAMOUNT < 0");
@@ -107,7 +111,7 @@ std::vector<std::size_t> RecalcEmployee(std::vector<PreferenceRow>& rows, std::s
 
 bool IsHeld(Session& session, long employee, long monthYear) {
   return EmpLockStatusOf(session, employee) == 1 ||
-         (session.features.On("EMPLOCKYN") && IsEmployeeLocked(session, employee, monthYear, kNoEnd));
+         (session.features.On("EMPLOCKYN") && IsLockedFrom(session, employee, monthYear));
 }
 
 }  // namespace ktl

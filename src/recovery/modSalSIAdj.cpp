@@ -60,6 +60,8 @@ Subject modSalSIAdj::Subject() const { return {.instruction = FnStrFormatMonthYe
 
 void modSalSIAdj::Form_Load() {
   EnterTopLevel(session_, *this);
+  optLoanAdv_0.caption = session_.captions.types[NumberOf(InstructionType::Loan)];
+  optLoanAdv_1.caption = session_.captions.types[NumberOf(InstructionType::Advance)];
   optLoanAdv_0.SetValue(true);
   optSalaryOpt_0.SetValue(true);
   optAdjust_0.SetValue(true);

@@ -6,6 +6,7 @@
 #include "recovery/put_off.h"
 #include "recovery_fixture.h"
 #include "runtime/numbers.h"
+#include "support/temporary_folder.h"
 
 namespace ktl {
 namespace {
@@ -153,6 +154,32 @@ TEST_F(Preference, ListsWhoIsShortInTheOrderOfPreference) {
   EXPECT_EQ(company.Rows("SELECT COUNT(*) FROM INS_EMIDETAIL WHERE MDFYAMT <> 100"), "1");
 }
 
+TEST_F(Preference, EmployeesComeByNumberOrByReference) {
+  Loan(1, "B", 2, {100});
+  Loan(2, "A", 1, {100});
+  company.Employee(18).Ref("A18");
+  company.Loan(18, 1, "B", 500);
+  company.Emi(18, 2, 1, 1, kSalaried, 100);
+  company.Salary(18, kSalaried, 0, -1);
+  EXPECT_EQ(Names(Listed()), "A B B ");
+  session.options.EMPREFNOYN = true;
+  const modSalSIAdj& list = Listed();
+  EXPECT_EQ(list.fpgDedPref.Text(0, modSalSIAdj::kRefNo), "A18");
+  EXPECT_TRUE(list.fpgDedPref.columns[modSalSIAdj::kEmpId].hidden);
+  EXPECT_FALSE(list.fpgDedPref.columns[modSalSIAdj::kRefNo].hidden);
+}
+
+// A tick that moves nothing makes a month of 0 all the same; what was agreed stays agreed.
+TEST_F(Preference, ATickedRowOfNothingIsWritten) {
+  Loan(1, "A", 1, {1500, 10});
+  Loan(2, "B", 2, {100});
+  modSalSIAdj& list = Listed();
+  TickCell(list.fpgDedPref, 1, modSalSIAdj::kTick, true);
+  Click(list.cmdAdjust);
+  EXPECT_EQ(company.Rows("SELECT MDFYAMT, EMIAMT FROM INS_EMIDETAIL ORDER BY SERIALNO, COUNTER"),
+            "0|1500\n1510|10\n100|100\n0|0");
+}
+
 TEST_F(Preference, RefusesPercentagesAndKeepsItsSettings) {
   Loan(1, "A", 1, {100});
   modSalSIAdj& list = Listed();
@@ -172,9 +199,11 @@ TEST_F(Preference, RefusesPercentagesAndKeepsItsSettings) {
   EXPECT_EQ(machine.settings.Get("DedPrefSet", "Adjust"), "");  // saved with the adjusting only
   Click(list.cmdAdjust);
   company.Execute("UPDATE MAS_OPTSETFEATURE SET LOANYN = 0");
+  company.Execute("UPDATE MAS_PULLDOWNVALUES SET PDLISTDESC = 'Bridge' WHERE REFID = 5 AND PDID = 1");
   LoadFeatureSet(session);
   modSalSIAdj again(session, 0);
   again.Load();
+  EXPECT_EQ(again.fpgDedPref.columns[modSalSIAdj::kInstruction].caption, "Bridge Name ");
   EXPECT_TRUE(again.optLoanAdv_1.Value() && again.optSalaryOpt_1.Value() && again.chkPartialAdj.Value() &&
               again.optAdjust_1.Value());
   EXPECT_FALSE(again.optLoanAdv_0.enabled || again.txtPer.locked);
@@ -251,7 +280,11 @@ TEST_F(Preference, AReducingLoanKeepsItsComponents) {
 TEST_F(Preference, WhatHasChangedSinceIsRefusedAndShownAnew) {
   Loan(1, "A", 1, {1000, 1000});
   Loan(2, "B", 2, {1000, 1000});
+  const TemporaryFolder folder;
+  const std::string log = folder.path() / "log";
+  session.Cn.SetStatementLog(log);
   modSalSIAdj& list = Listed();
+  EXPECT_NE(ReadAll(log).find("\tSELECT dbo.udf_getEmpLock (17,24315,99999 )\n"), std::string::npos);
   company.Execute("UPDATE INS_EMIDETAIL SET MDFYAMT = 900 WHERE SERIALNO = 2 AND COUNTER = 1");
   Click(list.cmdAdjust);
   EXPECT_FALSE(list.IsUnloaded());
