@@ -200,6 +200,9 @@ bool GridBinding::Filter(QEvent& event) {
     case QEvent::Resize:
       ShareWidth();
       emptyWords_.Show(HasNoRow());
+      // A panel that opens takes room from the list; the row in work stays in sight.
+      QMetaObject::invokeMethod(
+          &view_, [this] { view_.scrollTo(view_.currentIndex()); }, Qt::QueuedConnection);
       return false;
     default:
       return false;

@@ -99,6 +99,11 @@ int main(int argc, char** argv) {
   }
   const int status = Complain(why);
   // Nobody sits before a picture, nor waits for an answer after a signal.
-  if (picture.empty() && why != ktl::kEndedBySignal) desk.ShowError(why, ktl::kApplicationTitle);
+  if (!picture.empty() || why == ktl::kEndedBySignal) return status;
+  try {
+    desk.ShowError(why, ktl::kApplicationTitle);
+  } catch (const std::exception&) {
+    // A signal has closed the box.
+  }
   return status;
 }

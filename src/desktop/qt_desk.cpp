@@ -87,7 +87,9 @@ void QtDesk::ShowModal(Screen& screen) {
 
 void QtDesk::NoteSaved() {
   facts_.saved = QStringLiteral("Saved at ") + QTime::currentTime().toString(QStringLiteral("hh:mm"));
-  const QString subject = open_.empty() ? QString() : SubjectLine(open_.back()->screen().Subject());
+  Subject saved = open_.empty() ? Subject() : open_.back()->screen().Subject();
+  saved.amounts.clear();  // as they were before the lists are read again
+  const QString subject = SubjectLine(saved);
   if (!subject.isEmpty()) facts_.saved += QStringLiteral(": ") + subject;
   if (!open_.empty()) open_.back()->NoteSaved();
 }

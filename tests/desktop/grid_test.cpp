@@ -46,6 +46,16 @@ TEST_F(GridTest, AClickIsHeardWithItsRowActive) {
   });
 }
 
+TEST_F(GridTest, TheRowInWorkStaysInSightWhenTheListGetsLower) {
+  WorkAt<QTableView>("fpgRows", [](QTableView& view) {
+    const int last = view.model()->rowCount() - 1;
+    Click(view, last, kAmount);
+    view.setFixedHeight(view.horizontalHeader()->height() + 2 * view.rowHeight(0));
+    Settle();
+    EXPECT_TRUE(view.viewport()->rect().contains(Place(view, last, kAmount)));
+  });
+}
+
 TEST_F(GridTest, AnEmptyListAndAColourAreToldInWords) {
   screen.lblHelp.backColour = 0xC0FFC0;
   screen.fpgRows.PaintRow(1, 0xC0FFC0);
