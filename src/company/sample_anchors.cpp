@@ -78,6 +78,7 @@ constexpr AnchorLoan kLoans[] = {
     {47, SampleType::Advance, "Salary Advance", 9000, kNoInterest, M(2026, 7), 1500},
     {48, SampleType::Advance, "Salary Advance", 6000, kNoInterest, M(2026, 6), 1000},
     {48, SampleType::Loan, "Vehicle Loan", 24000, kNoInterest, M(2026, 4), 1000, SampleOrigin::Apart, 12},
+    {50, SampleType::Advance, "Welfare Advance", 36000, kNoInterest, M(2026, 4), 3000, SampleOrigin::Apart},
 };
 
 void SetAmount(SampleInstalment& row, double amount) {
@@ -101,12 +102,14 @@ void SetAmounts(std::vector<SampleInstalment>& rows, std::initializer_list<std::
   rows = std::move(made);
 }
 
+void Charge(SampleInstalment& row, double interest) {
+  row.actualInterest = row.modifiedInterest = interest;
+  row.amount = row.modified = *row.actualPrincipal + interest;
+}
+
 // Interest in all months but the first.
 void ChargeFromSecondMonth(std::vector<SampleInstalment>& rows, double interest) {
-  for (auto row = rows.begin() + 1; row != rows.end(); ++row) {
-    row->actualInterest = row->modifiedInterest = interest;
-    row->amount = row->modified = *row->actualPrincipal + interest;
-  }
+  for (auto row = rows.begin() + 1; row != rows.end(); ++row) Charge(*row, interest);
 }
 
 void Adapt(SampleInstruction& made, int employee) {
@@ -123,6 +126,9 @@ void Adapt(SampleInstruction& made, int employee) {
       break;
     case 15:
       ChargeFromSecondMonth(rows, 500);
+      break;
+    case 50:
+      Charge(rows.front(), 270);  // what its balance comes to at the benchmark rate
       break;
     case 17:
       made.receipts = {{2026y / 8 / 10, 2000}, {2026y / 9 / 26, 1500}};

@@ -146,9 +146,9 @@ INSERT INTO MAS_INSTITUTION (INSTID, INSTNAME, TYPEID) VALUES
   (7, 'Staff Superannuation Trust', 4), (8, 'Sahyadri Group Assurance', 5), (9, 'Narmada Group Medical', 5);
 INSERT INTO MAS_LOANINT (INTID, FINANCIALYEAR, INTEREST, LOANTYPE, LOANNAME) VALUES
   (1, '2025', 9.10, '', ''),
-  (2, '2025', 8.60, 'Housing', '#$#House Building Loan#$#Plot Purchase Loan#$#'),
+  (2, '2025', 8.60, 'Housing', '#$#House Building Loan#$##$#Plot Purchase Loan#$#'),
   (3, '2026', 9.00, '', ''),
-  (4, '2026', 8.50, 'Housing', '#$#House Building Loan#$#Plot Purchase Loan#$#'),
+  (4, '2026', 8.50, 'Housing', '#$#House Building Loan#$##$#Plot Purchase Loan#$#'),
   (5, '2026', 10.25, 'Vehicles', '#$#Vehicle Loan#$#');
 INSERT INTO MAS_EMPCUSCAPTION (COLID, COLNAME, EXPRYN) VALUES (1, 'Quarter', 1), (2, 'Vehicle No', 1), (3, 'Blood Group', 0);
 INSERT INTO MAS_EXTCAPTION (Masterid, Caption, Transfered, EXPEDITORYN) VALUES

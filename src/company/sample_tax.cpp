@@ -30,14 +30,14 @@ INSERT INTO SLC_ARREARS_D (ARREARTRANID, DCOMP01) VALUES (1, 120), (2, 120), (3,
 )sql");
 }
 
-// Every 50th employee has no assessment. The row of everyone of 2024, and who has none of his own, show both
-// ways in which ported figures are marked. Of the stored benefits one was edited, one agrees, one has no loan
-// any more.
+// Every 50th employee, and one with a benefit, has no assessment. The row of everyone of 2024, and who has
+// none of his own, show both ways in which ported figures are marked. Of the stored benefits one was edited,
+// one agrees, one has no loan any more.
 void WriteIncomeTax(SqliteDatabase& database) {
   database.RunScript(R"sql(
 INSERT INTO COM_CLIENTDET (ASSTRANID, CLIENTID, ASSYEAR)
   SELECT (EMPID - 1) * 3 + Y - 2024, EMPID, Y FROM MAS_EMPLOYEE, (SELECT 2025 AS Y UNION SELECT 2026 UNION SELECT 2027)
-  WHERE TDSYN = 1 AND EMPID % 50 <> 33 ORDER BY EMPID, Y;
+  WHERE TDSYN = 1 AND EMPID % 50 <> 33 AND EMPID <> 50 ORDER BY EMPID, Y;
 INSERT INTO INC_MAIN (ASSTRANID, BENAMT, BENAMT2, DATAPORTED)
   SELECT ASSTRANID, CASE WHEN CLIENTID = 12 AND ASSYEAR = 2026 THEN 18975 ELSE 0 END,
     CASE WHEN CLIENTID = 18 AND ASSYEAR = 2026 THEN 500 ELSE 0 END, 0 FROM COM_CLIENTDET ORDER BY ASSTRANID;

@@ -1,7 +1,10 @@
 #include "desktop/forms.h"
 
 #include "ui_frmKtlCalender.h"
+#include "ui_frmSBI.h"
 #include "ui_frmSelMonth.h"
+#include "ui_frmSepInt.h"
+#include "ui_frmUpdateInt.h"
 #include "ui_modAdvLoan.h"
 #include "ui_modEMIDet.h"
 #include "ui_modEMIEmp.h"
@@ -27,6 +30,9 @@ std::unique_ptr<QWidget> Make() {
 
 const Forms& ProgramForms() {
   static const Forms kForms{
+      {"frmSBI", Make<Ui::frmSBI>},
+      {"frmSepInt", Make<Ui::frmSepInt>},
+      {"frmUpdateInt", Make<Ui::frmUpdateInt>},
       {"frmKtlCalender", Make<Ui::frmKtlCalender>},
       {"frmSelMonth", Make<Ui::frmSelMonth>},
       {"modAdvLoan", Make<Ui::modAdvLoan>},

@@ -24,7 +24,9 @@ std::string_view WordsFor(std::string_view screenName) {
       {"modLockMonth", "month lock"},
       {"modSIDetails", "recovery on leaving"},
       {"modSalSIAdj", "deduction preference"},
-      {"frmSepInt", "separate interest"}};
+      {"frmSepInt", "separate interest"},
+      {"frmSBI", "benchmark rates"},
+      {"frmUpdateInt", "yearly benefit"}};
   for (const auto& [name, words] : kWords) {
     if (name == screenName) return words;
   }

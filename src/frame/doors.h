@@ -52,6 +52,12 @@ struct MonthViewRequest {
   InstructionLists* lists = nullptr;  // refreshed when something was written; null without an entry screen
 };
 
+// The yearly benefit as the month-by-month view shows it.
+struct YearlyBenefitRequest {
+  std::string year = {};    // "2026 - 2027"
+  std::string search = {};  // whose names or numbers
+};
+
 // Every screen that another one opens.
 struct Doors {
   explicit Doors(Session& session)
@@ -63,6 +69,8 @@ struct Doors {
         multipleAllotment(session, "modMultiAllot"),
         houseLoan(session, "modHLoan"),
         bulkDelete(session, "frmAdvLoanBulkDelete"),
+        benchmarkRates(session, "frmSBI"),
+        yearlyBenefit(session, "frmUpdateInt"),
         month(session, "frmSelMonth"),
         calendar(session, "frmKtlCalender") {}
 
@@ -74,6 +82,8 @@ struct Doors {
   Door<InstructionType> multipleAllotment;
   Door<InstructionParent&> houseLoan;
   Door<InstructionType> bulkDelete;
+  Door<> benchmarkRates;
+  Door<const YearlyBenefitRequest&> yearlyBenefit;
   // The field that asked gets what is chosen.
   Door<const PickerField&> month;
   Door<const PickerField&> calendar;

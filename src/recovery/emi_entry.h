@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "common/typed_amount.h"
 #include "frame/refusal.h"
 #include "instructions/instruction_parent.h"
 #include "instructions/schedule_month.h"
@@ -22,8 +23,6 @@ struct MonthRange {
   long Count() const { return to - from + 1; }
   bool Holds(long monthYear) const { return monthYear >= from && monthYear <= to; }
 };
-
-inline constexpr const char* kAmountTooLarge = "Amount should be less than 9,99,99,99,999.99";
 
 // A field of an editor: what it holds, to the paisa, and what it held when its row was picked.
 struct EditedAmount {

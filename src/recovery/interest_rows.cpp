@@ -174,13 +174,6 @@ void WriteInterestRows(Session& session, const InstructionKey& key, const std::s
                                caption, name, key.serial, changes));
 }
 
-std::string RefusedAmount(const std::string& text) {
-  if (Trim(text).empty()) return "";
-  const std::optional<double> amount = ParseNumber(Trim(text));
-  if (!amount || *amount < 0) return "Specify proper amount.";
-  return *amount > kAmountLimit ? kAmountTooLarge : "";
-}
-
 std::optional<std::vector<PlacedAmount>> PlaceBlock(const std::string& block, const GridRange& selection,
                                                     const Grid& list) {
   CellLines lines = LinesOf(block);

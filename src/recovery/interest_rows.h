@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "common/typed_amount.h"
 #include "instructions/entry_questions.h"
 #include "instructions/instruction_parent.h"
 #include "instructions/schedule_month.h"
@@ -32,9 +33,6 @@ std::optional<Refusal<NoField>> CheckInterestRows(Session& session, const Instru
 // months that were changed.
 void WriteInterestRows(Session& session, const InstructionKey& key, const std::string& name,
                        const std::vector<ScheduleMonth>& months);
-
-// What stands against an amount as typed into a cell, "" when nothing does; an empty text is 0.
-std::string RefusedAmount(const std::string& text);
 
 // Amounts of a pasted block, rows by line breaks and cells by tabs, each with its place. A copy of the list
 // comes back under its headings, which tell the columns, and its months tell the rows; any other block starts

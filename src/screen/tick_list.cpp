@@ -1,6 +1,5 @@
 #include "screen/tick_list.h"
 
-#include <string>
 #include <utility>
 
 namespace ktl {
@@ -40,8 +39,11 @@ void TickList::TickAll(bool ticked) {
 void TickList::Count() {
   const std::size_t listed = rows_.count();
   const std::size_t selected = Ticked().size();
-  if (around_.listed) around_.listed->caption = "Listed: " + std::to_string(listed);
-  if (around_.selected) around_.selected->caption = "Selected: " + std::to_string(selected);
+  const auto count = [this](Label* label, const char* word, std::size_t rows) {
+    if (label) label->caption = word + around_.behindWord + std::to_string(rows);
+  };
+  count(around_.listed, "Listed", listed);
+  count(around_.selected, "Selected", selected);
   counting_ = true;
   if (around_.all) around_.all->SetValue(listed > 0 && selected == listed);
   counting_ = false;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "screen/grid.h"
@@ -27,6 +28,7 @@ class TickList {
     Menu* tickAll = nullptr;        // of the right button
     Label* listed = nullptr;        // "Listed: 12"
     Label* selected = nullptr;      // "Selected: 3"
+    std::string behindWord = ": ";  // between the word and the number
     std::function<void()> changed;  // after the box or the menu has changed ticks
   };
   TickList(TickRows rows, Around around);

@@ -1,3 +1,6 @@
+#include "benefit/frmSBI.h"
+#include "benefit/frmSepInt.h"
+#include "benefit/frmUpdateInt.h"
 #include "frame/frmKtlCalender.h"
 #include "frame/frmSelMonth.h"
 #include "frame/pickers.h"
@@ -30,6 +33,7 @@ struct OpenedByName {
             dynamic_cast<InstructionLists*>(parent)};
   }
   operator PickerField() const { return {}; }
+  operator YearlyBenefitRequest() const { return {}; }
   operator InstructionParent&() const {
     auto* const instruction = dynamic_cast<InstructionParent*>(parent);
     if (instruction == nullptr) throw RuntimeError::InvalidProcedureCall();
@@ -46,7 +50,7 @@ void Register(Session& session, Door<Arguments...>& door) {
     });
   }
   session.screens.Add(door.screenName(), [](Session& opened, Screen* parent) {
-    const OpenedByName arguments{opened, parent};
+    [[maybe_unused]] const OpenedByName arguments{opened, parent};
     return std::make_unique<ScreenType>(opened, static_cast<Arguments>(arguments)...);
   });
 }
@@ -68,6 +72,10 @@ void RegisterScreens(Session& session) {
   });
   session.screens.Add("modLockMonth",
                       [](Session& opened, Screen*) { return std::make_unique<modLockMonth>(opened); });
+  session.screens.Add("frmSepInt",
+                      [](Session& opened, Screen*) { return std::make_unique<frmSepInt>(opened); });
+  Register<frmSBI>(session, session.doors.benchmarkRates);
+  Register<frmUpdateInt>(session, session.doors.yearlyBenefit);
   Register<frmSelMonth>(session, session.doors.month);
   Register<frmKtlCalender>(session, session.doors.calendar);
   Register<modEMIEmp>(session, session.doors.monthView);

@@ -18,7 +18,7 @@ Handler Exports(Session& session, const Grid& grid, std::function<ExportWords()>
     RunGuarded(session, ErrorStyle::NumberFirst, "", [&] {
       if (grid.rows.empty()) return session.Inform("No Records Found");
       const ExportWords said = words();
-      const std::string file = ExportGridToWorkbook(session, grid, said.title);
+      const std::string file = ExportGridToWorkbook(session, grid, said.title, said.heading);
       if (!file.empty())
         session.desk.TellWritten(said.what + " has been written to " + file, file, session.title);
     });

@@ -10,10 +10,12 @@ class Menu;
 class Screen;
 struct Session;
 
-// What an export of a grid says: the title of its sheet, and what has been written ("The schedule").
+// What an export of a grid says: the title of its sheet, what has been written ("The schedule"), and what
+// heads the sheet, the title when nothing is said.
 struct ExportWords {
   std::string title;
   std::string what;
+  std::string heading = {};
 };
 
 // The menu, and the right button on the grid, write it into a workbook; an empty grid has "No Records Found".

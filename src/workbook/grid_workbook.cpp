@@ -1,9 +1,12 @@
 #include "workbook/grid_workbook.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <xlsxwriter.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <string_view>
 #include <utility>
@@ -11,6 +14,7 @@
 
 #include "common/amounts.h"
 #include "frame/session.h"
+#include "machine/files.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
 #include "screen/screen.h"
@@ -33,7 +37,7 @@ class Book final {
   explicit Book(fs::path path)
       : path_(std::move(path)),
         unfinished_(path_.string() + ".part"),
-        book_(workbook_new(unfinished_.c_str())) {}
+        book_(workbook_new_opt(unfinished_.c_str(), &options_)) {}
   ~Book() {
     if (book_ != nullptr) workbook_close(book_);
     std::error_code gone;
@@ -56,6 +60,8 @@ class Book final {
  private:
   fs::path path_;
   fs::path unfinished_;
+  // A row is written when the next one begins, so that a list of any length takes no more memory.
+  lxw_workbook_options options_{.constant_memory = LXW_TRUE, .tmpdir = nullptr, .use_zip64 = LXW_FALSE};
   lxw_workbook* book_;
 };
 
@@ -120,25 +126,66 @@ bool IsWritten(const GridColumn& column) {
   return !column.hidden && (column.type != CellType::Tick || !column.caption.empty());
 }
 
-void WriteGrid(SheetWriter& sheet, const Grid& grid) {
-  lxw_col_t to = 0;
+// The bar of the screen that the grid is on, when it has one; shown while a list is written.
+class Watched final {
+ public:
+  Watched(Desk& desk, Screen& screen, std::size_t rows)
+      : desk_(desk),
+        frame_(screen.Find("picStatus")),
+        bar_(dynamic_cast<ProgressBar*>(screen.Find("pbrStatus"))) {
+    desk_.SetBusy(true);
+    if (bar_ == nullptr) return;
+    bar_->value = 0;
+    bar_->maximum = static_cast<int>(rows);
+    Show(true);
+  }
+  ~Watched() {
+    Show(false);
+    desk_.SetBusy(false);
+  }
+  Watched(const Watched&) = delete;
+  Watched& operator=(const Watched&) = delete;
+
+  void Row() {
+    if (++rows_ % kRowsBetweenLooks != 0) return;
+    if (bar_ != nullptr) bar_->value = rows_;
+    desk_.Refresh();
+  }
+
+ private:
+  static constexpr int kRowsBetweenLooks = 1000;
+
+  void Show(bool shown) {
+    if (frame_ != nullptr) frame_->visible = shown;
+  }
+
+  Desk& desk_;
+  Control* frame_;
+  ProgressBar* bar_;
+  int rows_ = 0;
+};
+
+void WriteGrid(SheetWriter& sheet, const Grid& grid, Watched& watched) {
+  std::vector<std::size_t> columns;
   for (std::size_t column = 0; column < grid.columns.size(); ++column) {
-    if (!IsWritten(grid.columns[column])) continue;
-    sheet.Caption(to, grid.columns[column].caption);
-    lxw_row_t line = kCaptionRow;
-    for (std::size_t row = 0; row < grid.rows.size(); ++row) {
-      if (grid.rows[row].hidden) continue;
-      sheet.Cell(++line, to, grid.Text(row, column), grid.TypeOf(row, column));
-    }
-    ++to;
+    if (IsWritten(grid.columns[column])) columns.push_back(column);
+  }
+  for (std::size_t to = 0; to < columns.size(); ++to)
+    sheet.Caption(static_cast<lxw_col_t>(to), grid.columns[columns[to]].caption);
+  lxw_row_t line = kCaptionRow;
+  for (std::size_t row = 0; row < grid.rows.size(); ++row) {
+    watched.Row();
+    if (grid.rows[row].hidden) continue;
+    ++line;
+    for (std::size_t to = 0; to < columns.size(); ++to)
+      sheet.Cell(line, static_cast<lxw_col_t>(to), grid.Text(row, columns[to]),
+                 grid.TypeOf(row, columns[to]));
   }
 }
 
 // Named after what it shows and whose it is; a file that is there already is left alone.
-fs::path FileFor(Session& session, const Grid& grid, const std::string& title) {
-  const fs::path folder = fs::path(session.machine.folder.Path()) / kWorkbookFolder;
+fs::path FileFor(const fs::path& folder, const Grid& grid, const std::string& title) {
   std::error_code failed;
-  fs::create_directories(folder, failed);
   const Subject subject = grid.screen().Subject();
   std::string name = title;
   for (const std::string* part : {&subject.employee, &subject.instruction}) {
@@ -159,6 +206,29 @@ std::string SheetName(const std::string& title) {
   return name.empty() ? "Sheet1" : name;
 }
 
+struct Words {
+  const std::string& title;
+  const std::string& heading;
+};
+
+// "" when the file is there; else what stands against it.
+std::string WriteWorkbook(Session& session, const Grid& grid, const fs::path& path, const Words& words) {
+  // The library writes at its end, and does not say why it could not.
+  if (const FileDescriptor probe(
+          ::open((path.string() + ".part").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+      !probe.valid())
+    return std::strerror(errno);
+  Watched watched(session.desk, grid.screen(), grid.rows.size());
+  Book book(path);
+  SheetWriter sheet(book, SheetName(words.title));
+  sheet.Heading(0, session.data.FnVarGetDbValue("SELECT CMPNAME FROM MAS_COMPANY", "").TextOrEmpty() + " : " +
+                       words.heading);
+  sheet.Heading(1, session.data.FnVarGetDbValue("SELECT ADDRESS FROM MAS_COMPANY", "").TextOrEmpty());
+  WriteGrid(sheet, grid, watched);
+  sheet.FitColumns();
+  return book.Write() ? "" : "the disk may be full";
+}
+
 }  // namespace
 
 std::string ExlFnStrGetCol(int column) {
@@ -172,18 +242,24 @@ std::string FnStrGetExcelCell(int column, int row) {
   return fmt::format("{}{}", ExlFnStrGetCol(column), row);
 }
 
-std::string ExportGridToWorkbook(Session& session, const Grid& grid, const std::string& title) {
-  const fs::path path = FileFor(session, grid, title);
-  Book book(path);
-  SheetWriter sheet(book, SheetName(title));
-  sheet.Heading(
-      0, session.data.FnVarGetDbValue("SELECT CMPNAME FROM MAS_COMPANY", "").TextOrEmpty() + " : " + title);
-  sheet.Heading(1, session.data.FnVarGetDbValue("SELECT ADDRESS FROM MAS_COMPANY", "").TextOrEmpty());
-  WriteGrid(sheet, grid);
-  sheet.FitColumns();
-  if (book.Write()) return path.string();
-  session.desk.ShowError("Bad or Invalid File Path. Check File Path Again.", "Check File Path");
-  return "";
+std::string ExportGridToWorkbook(Session& session, const Grid& grid, const std::string& title,
+                                 const std::string& heading) {
+  const fs::path folder = fs::path(session.machine.folder.Path()) / kWorkbookFolder;
+  std::error_code failed;
+  fs::create_directories(folder, failed);
+  if (!fs::is_directory(folder, failed)) {
+    session.desk.ShowError("Bad or Invalid File Path. Check File Path Again.", "Check File Path");
+    return "";
+  }
+  const fs::path path = FileFor(folder, grid, title);
+  while (true) {
+    const std::string refused =
+        WriteWorkbook(session, grid, path, {title, heading.empty() ? title : heading});
+    if (refused.empty()) return path.string();
+    if (!session.desk.Confirm(fmt::format("{} could not be written: {}. Try again?", path.string(), refused),
+                              session.title))
+      return "";
+  }
 }
 
 }  // namespace ktl

@@ -17,8 +17,10 @@ std::string FnStrGetExcelCell(int column, int row);
 // Writes what the grid shows into a workbook of one sheet: the company's name and the title, its address,
 // captions, rows. Hidden rows and columns, and ticks that only pick rows, are left out. The file goes to the
 // workbook folder of the program's own, is named after the title, the employee and the instruction, and never
-// takes the place of another; its path is the answer, "" when it could not be written and the message has
-// been shown.
-std::string ExportGridToWorkbook(Session& session, const Grid& grid, const std::string& title);
+// takes the place of another; its path is the answer, "" when it could not be written, the message has been
+// shown, and nobody wanted to try again. The heading stands behind the company's name, the title when there
+// is none. Shows the bar of the grid's screen meanwhile.
+std::string ExportGridToWorkbook(Session& session, const Grid& grid, const std::string& title,
+                                 const std::string& heading = "");
 
 }  // namespace ktl

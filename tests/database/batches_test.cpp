@@ -24,10 +24,17 @@ TEST(Batches, CountTheRowsThatTheyChangeOrRead) {
       {"INSERT INTO INS_MASTER (SITYPE, SINAME) SELECT 1, EMPNAME FROM MAS_EMPLOYEE WHERE EMPID > 4", 2},
       {"IF EXISTS (SELECT * FROM MAS_EMPLOYEE WHERE EMPID = 6) DELETE FROM MAS_EMPLOYEE WHERE EMPID > 4", 2},
       {"IF 1 = 2 DELETE FROM MAS_EMPLOYEE ELSE UPDATE MAS_EMPLOYEE SET EMPNAME = 'e' WHERE EMPID = 1", 1},
+      {"DROP TABLE IF EXISTS #KEPT SELECT EMPID INTO #KEPT FROM MAS_EMPLOYEE INSERT INTO #KEPT (EMPID) VALUES (9)",
+       1},
+      {"DROP TABLE IF EXISTS #KEPT SELECT EMPID INTO #KEPT FROM MAS_EMPLOYEE WHERE EMPID = 1", 0},
+      {"UPDATE MAS_EMPLOYEE SET EMPNAME = 'e' WHERE EMPID IN (SELECT EMPID FROM #KEPT)", 1},
       {"DECLARE @n INT SET @n = 2 DELETE FROM MAS_EMPLOYEE WHERE EMPID = @n", 1},
   };
   for (const auto& [sql, rows] : table) EXPECT_EQ(company.Execute(sql), rows) << sql;
   EXPECT_EQ(company.Rows("SELECT EMPID, EMPNAME FROM MAS_EMPLOYEE ORDER BY EMPID"), "1|e\n3|b");
+  Connection other;  // what begins with "#" is the connection's own
+  other.Open(company.ConnectionString());
+  EXPECT_THROW(other.Execute("SELECT * FROM #KEPT"), DatabaseError);
 }
 
 TEST(Batches, AnswerWithTheRowsOfTheirFirstQuery) {

@@ -68,11 +68,11 @@ TEST(Workbook, HoldsWhatTheGridShowsUnderTheCompanysName) {
     grid.At(row, 3).text = row == 0 ? "1" : "0";
   }
   grid.rows[grid.AddRow()].hidden = true;
-  const std::string file = ExportGridToWorkbook(session, grid, "EMI Details");
-  EXPECT_EQ(Values(PartOf(file, "xl/sharedStrings.xml"), "<t>"),
-            "Neem &amp; Sons : EMI Details|4 Hill Road|Month|Apr/2026|Amount|Done|Yes|No|");
-  // Amounts are numbers, all else points at one of those texts; the sheet goes row by row.
-  EXPECT_EQ(Values(PartOf(file, "xl/worksheets/sheet1.xml"), "<v>"), "0|1|2|4|5|3|3333.5|6|3|7|7|");
+  const std::string file = ExportGridToWorkbook(session, grid, "EMI Details", "Meera (K9)");
+  const std::string sheet = PartOf(file, "xl/worksheets/sheet1.xml");
+  EXPECT_EQ(Values(sheet, "<t>"),
+            "Neem &amp; Sons : Meera (K9)|4 Hill Road|Month|Amount|Done|Apr/2026|Yes|Apr/2026|No|");
+  EXPECT_EQ(Values(sheet, "<v>"), "3333.5|7|");
   const std::filesystem::path first = file, second = ExportGridToWorkbook(session, grid, "EMI Details");
   EXPECT_EQ(first.filename(), "EMI Details - Meera Kulkarni (K9) - Car Loan 2.xlsx");
   EXPECT_EQ(second.filename(), "EMI Details - Meera Kulkarni (K9) - Car Loan 2 (2).xlsx");
@@ -83,6 +83,15 @@ TEST(Workbook, HoldsWhatTheGridShowsUnderTheCompanysName) {
             "The list has been written to " +
                 (first.parent_path() / "A caption that is too long for a [sheet]").string() +
                 " - Meera Kulkarni (K9) - Car Loan 2.xlsx");
+  // What stands in the way can be put right while the question is asked.
+  const std::filesystem::path third = first.parent_path() / "Other - Meera Kulkarni (K9) - Car Loan 2.xlsx";
+  const std::filesystem::path inTheWay = third.string() + ".part";
+  std::filesystem::create_directory(inTheWay);
+  EXPECT_EQ(ExportGridToWorkbook(session, grid, "Other"), "");
+  EXPECT_EQ(desk.LastBox().text, third.string() + " could not be written: Is a directory. Try again?");
+  desk.WillAnswer({Answer::Yes});
+  desk.whileItStands = [&](const MessageBox&) { std::filesystem::remove(inTheWay); };
+  EXPECT_EQ(ExportGridToWorkbook(session, grid, "Other"), third);
   std::filesystem::remove_all(machine.folder.path);
   machine.folder.path = "/dev/null";
   EXPECT_EQ(ExportGridToWorkbook(session, grid, "EMI Details"), "");

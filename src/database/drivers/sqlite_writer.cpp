@@ -26,6 +26,8 @@ constexpr std::array kNames{
     FunctionName{"GETDATE", "KL_NOW"},
     FunctionName{"HOST_NAME", "KL_HOST_NAME"},
     FunctionName{"ISNULL", "IFNULL"},
+    FunctionName{"KTL_LATERSUM", "KL_LATERSUM"},
+    FunctionName{"KTL_LATERSUMS", "KL_LATERSUMS"},
     FunctionName{"LEFT", "KL_LEFT"},
     FunctionName{"LEN", "KL_LEN"},
     FunctionName{"LOWER", "KL_LOWER"},

@@ -57,11 +57,11 @@ static_assert(std::ranges::is_sorted(kWords, {}, &Word::text));
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool BeginsName(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' ||
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '#' ||
          static_cast<unsigned char>(c) >= 0x80;
 }
 
-bool ContinuesName(char c) { return BeginsName(c) || IsDigit(c) || c == '$' || c == '@' || c == '#'; }
+bool ContinuesName(char c) { return BeginsName(c) || IsDigit(c) || c == '$' || c == '@'; }
 
 bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 

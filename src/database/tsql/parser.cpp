@@ -240,6 +240,8 @@ DropObject Parser::ParseDrop() {
   drop.view = At(Keyword::View);
   if (!drop.view && !At(Keyword::Table)) Unexpected("VIEW or TABLE");
   Take();
+  drop.ifExists = Accept(Keyword::If);
+  if (drop.ifExists) Expect(Keyword::Exists, "EXISTS");
   drop.name = ParseObject().name;
   return drop;
 }

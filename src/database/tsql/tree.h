@@ -135,6 +135,7 @@ struct CreateView {
 
 struct DropObject {
   bool view = false;
+  bool ifExists = false;
   std::string_view name;
 };
 

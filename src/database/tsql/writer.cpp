@@ -77,7 +77,8 @@ Step Writer::Finish(StepKind kind) {
 Step Writer::Write(const QueryPtr& query) {
   const SelectCore& core = query->cores.front();
   if (!core.into.empty()) {
-    Put("CREATE TABLE ");
+    // A "#" makes it the connection's own.
+    Put(core.into.starts_with('#') ? "CREATE TEMP TABLE " : "CREATE TABLE ");
     WriteName(core.into);
     Put(" AS ");
   }
@@ -209,7 +210,7 @@ Step Writer::Write(const CreateView& view) {
 }
 
 Step Writer::Write(const DropObject& drop) {
-  Put(drop.view ? "DROP VIEW " : "DROP TABLE ");
+  Put(drop.view ? "DROP VIEW " : "DROP TABLE ", drop.ifExists ? "IF EXISTS " : "");
   WriteName(drop.name);
   return Finish(StepKind::Change);
 }
