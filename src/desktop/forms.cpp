@@ -1,12 +1,15 @@
 #include "desktop/forms.h"
 
+#include "ui_frmAdvLoanBulkDelete.h"
 #include "ui_frmKtlCalender.h"
 #include "ui_frmSelMonth.h"
 #include "ui_modAdvLoan.h"
 #include "ui_modEMIDet.h"
 #include "ui_modEMIEmp.h"
+#include "ui_modHLoan.h"
 #include "ui_modInterestMaster.h"
 #include "ui_modLockMonth.h"
+#include "ui_modMultiAllot.h"
 #include "ui_modReceipts.h"
 #include "ui_modSIDetails.h"
 #include "ui_modSIMaster.h"
@@ -26,11 +29,19 @@ std::unique_ptr<QWidget> Make() {
 
 const Forms& ProgramForms() {
   static const Forms kForms{
-      {"frmKtlCalender", Make<Ui::frmKtlCalender>}, {"frmSelMonth", Make<Ui::frmSelMonth>},
-      {"modAdvLoan", Make<Ui::modAdvLoan>},         {"modEMIDet", Make<Ui::modEMIDet>},
-      {"modEMIEmp", Make<Ui::modEMIEmp>},           {"modInterestMaster", Make<Ui::modInterestMaster>},
-      {"modLockMonth", Make<Ui::modLockMonth>},     {"modReceipts", Make<Ui::modReceipts>},
-      {"modSIDetails", Make<Ui::modSIDetails>},     {"modSIMaster", Make<Ui::modSIMaster>},
+      {"frmAdvLoanBulkDelete", Make<Ui::frmAdvLoanBulkDelete>},
+      {"frmKtlCalender", Make<Ui::frmKtlCalender>},
+      {"frmSelMonth", Make<Ui::frmSelMonth>},
+      {"modAdvLoan", Make<Ui::modAdvLoan>},
+      {"modEMIDet", Make<Ui::modEMIDet>},
+      {"modEMIEmp", Make<Ui::modEMIEmp>},
+      {"modHLoan", Make<Ui::modHLoan>},
+      {"modInterestMaster", Make<Ui::modInterestMaster>},
+      {"modLockMonth", Make<Ui::modLockMonth>},
+      {"modMultiAllot", Make<Ui::modMultiAllot>},
+      {"modReceipts", Make<Ui::modReceipts>},
+      {"modSIDetails", Make<Ui::modSIDetails>},
+      {"modSIMaster", Make<Ui::modSIMaster>},
       {"modSalSIAdj", Make<Ui::modSalSIAdj>},
   };
   return kForms;

@@ -12,6 +12,9 @@ struct Session;
 // Of the employee in that month, by the detail row that holds then; nothing when there is none.
 std::optional<double> AmountByFormula(Session& session, long formula, long employee, long monthYear);
 
+// The editor of the company's formulas; lists of them are to be read again afterwards.
+void OpenExpressionEditor(Session& session);
+
 // The frame in which an amount is computed by a formula. What it covers cannot be used while it is open.
 class FormulaFrame {
   Screen& screen_;  // the controls register with it

@@ -40,10 +40,13 @@ void TickList::TickAll(bool ticked) {
 void TickList::Count() {
   const std::size_t listed = rows_.count();
   const std::size_t selected = Ticked().size();
+  std::size_t open = 0;
+  for (std::size_t row = 0; row < listed; ++row)
+    open += rows_.isLocked(row) && !rows_.isTicked(row) ? 0U : 1U;
   if (around_.listed) around_.listed->caption = "Listed: " + std::to_string(listed);
   if (around_.selected) around_.selected->caption = "Selected: " + std::to_string(selected);
   counting_ = true;
-  if (around_.all) around_.all->SetValue(listed > 0 && selected == listed);
+  if (around_.all) around_.all->SetValue(selected > 0 && selected == open);
   counting_ = false;
 }
 

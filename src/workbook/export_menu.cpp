@@ -9,9 +9,10 @@
 
 namespace ktl {
 
-void BindExport(Session& session, Menu& menu, Grid& grid, std::function<ExportWords()> words) {
-  grid.popup.push_back(&menu);
-  menu.onClick = [&session, &grid, words = std::move(words)] {
+namespace {
+
+Handler Exporting(Session& session, Grid& grid, std::function<ExportWords()> words) {
+  return [&session, &grid, words = std::move(words)] {
     RunGuarded(session, ErrorStyle::NumberFirst, "", [&] {
       if (grid.rows.empty()) return session.Inform("No Records Found");
       const ExportWords said = words();
@@ -19,6 +20,17 @@ void BindExport(Session& session, Menu& menu, Grid& grid, std::function<ExportWo
       if (!file.empty()) session.Inform(said.what + " has been written to " + file);
     });
   };
+}
+
+}  // namespace
+
+void BindExport(Session& session, Menu& menu, Grid& grid, std::function<ExportWords()> words) {
+  grid.popup.push_back(&menu);
+  menu.onClick = Exporting(session, grid, std::move(words));
+}
+
+void BindExport(Session& session, Button& button, Grid& grid, std::function<ExportWords()> words) {
+  button.onClick = Exporting(session, grid, std::move(words));
 }
 
 }  // namespace ktl
