@@ -412,9 +412,11 @@ void modAdvLoan::cmdNew_Click() {
     return;
   }
   newRecord_ = false;
-  const std::string serial = std::to_string(NextSerial(session_, employee.Employee(), type_));
-  if (txtSerialNo.Text() == serial) txtSerialNo.SetText("");
-  txtSerialNo.SetText(serial);
+  while (!newRecord_) {  // once more when another workstation stores the number between
+    const std::string serial = std::to_string(NextSerial(session_, employee.Employee(), type_));
+    if (txtSerialNo.Text() == serial) txtSerialNo.SetText("");
+    txtSerialNo.SetText(serial);
+  }
   EnableCommands();
   SetFocus(cmbALName);
 }

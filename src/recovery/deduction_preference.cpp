@@ -28,7 +28,7 @@ Statement ListStatement(Session& session, const PreferenceTerms& terms) {
       "Where E.EMPID = AL.EMPID And AL.EMPID = EMI.EMPID And AL.SITYPE = EMI.SITYPE And AL.SERIALNO = "
       "EMI.SERIALNO And EMI.SITYPE = {0} And EMI.MONTHYEAR = {1} And EMI.MDFYAMT > 0 And AL.SINAME = "
       "IM.SINAME And AL.SITYPE = IM.SITYPE And E.EMPID = SE.EMPID And SE.MONTHYEAR = EMI.MONTHYEAR And "
-      "SE.MONTHYEAR = {1} And {2} = 0 {3} Order By {4}, IM.SIPREF",
+      "SE.MONTHYEAR = {1} And {2} = 0 {3} Order by {4}, IM.SIPREF",
       terms.type, terms.monthYear, BracketedForAccess(session, "INDICATOR"), LowNetCondition(session, terms),
       Statement(session.options.EMPREFNOYN ? "E.REFNO" : "E.EMPID"));
 }

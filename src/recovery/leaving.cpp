@@ -6,9 +6,9 @@
 #include "database/recordset.h"
 #include "frame/rights.h"
 #include "frame/session.h"
+#include "frame/writing_turn.h"
 #include "instructions/components.h"
 #include "recovery/change_audit.h"
-#include "recovery/changed_meanwhile.h"
 #include "recovery/emi_months.h"
 #include "runtime/text.h"
 

@@ -8,10 +8,9 @@
 #include "database/statement_twin.h"
 #include "frame/rights.h"
 #include "frame/session.h"
+#include "frame/writing_turn.h"
 #include "instructions/components.h"
 #include "instructions/instruction_statements.h"
-#include "recovery/changed_meanwhile.h"
-#include "recovery/component_difference.h"
 #include "recovery/emi_months.h"
 #include "runtime/numbers.h"
 
@@ -81,7 +80,15 @@ class Move {
   void TakeOut() {
     session_.Cn.Execute(
         session_.Sql("Update INS_EMIDETAIL SET MDFYAMT = (MDFYAMT - {}) {}", amount_, OfMonth()));
-    if (apart_) StoreDifference(session_, OfMonth(), -amount_);
+    if (apart_) StoreComponentsOf(row_.emi - amount_, OfMonth());
+  }
+
+  void StoreComponentsOf(double amount, const Statement& month) {
+    const Value interest =
+        session_.data.Guarding(session_.Sql("Select MDFINTAMT From INS_EMIDETAIL {}", month));
+    const ChangedComponents now = ComponentsOfChangedAmount(amount, interest.ToDouble());
+    session_.Cn.Execute(session_.Sql("Update INS_EMIDETAIL SET MDFPRNAMT = {}, MDFINTAMT = {} {}",
+                                     now.principal, now.interest, month));
   }
 
   void GiveToLaterMonths(PutOffTo to) {
@@ -100,7 +107,7 @@ class Move {
         session_.Sql("Where EMPID = {} And SITYPE = {} And SERIALNO = {} And COUNTER = {}", key_.employee,
                      key_.type, key_.serial, month["COUNTER"].ToLong());
     session_.Cn.Execute(session_.Sql("Update INS_EMIDETAIL SET MDFYAMT = {} {}", before + share, condition));
-    if (apart_) StoreDifference(session_, condition, share);
+    if (apart_) StoreComponentsOf(before + share, condition);
     AuditMonth(month["MONTHYEAR"].ToLong(),
                fmt::format("{} ({})", NumberText(before + share), NumberText(before)));
   }

@@ -1,5 +1,7 @@
 #include "start/startup.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 
@@ -7,6 +9,7 @@
 #include "frame/session.h"
 #include "frame/top_level.h"
 #include "frame/workstation_objects.h"
+#include "runtime/errors.h"
 #include "runtime/numbers.h"
 #include "start/command_line.h"
 #include "start/connect.h"
@@ -48,11 +51,19 @@ const Entry* FindEntry(long code) {
   return nullptr;
 }
 
+// In place of a bare "Subscript out of range" of the same number.
+void RequireArgument(const CommandLine& line, long code, const char* what, const char* example) {
+  if (line.arguments.size() > 1) return;
+  throw RuntimeError(RuntimeError::SubscriptOutOfRange().number(),
+                     fmt::format("{0} needs {1}: '{0},{2}#False#0#0'", code, what, example));
+}
+
 void TakeArguments(Session& session, const CommandLine& line, Arguments arguments) {
   switch (arguments) {
     case Arguments::None:
       break;
     case Arguments::Employee:
+      RequireArgument(line, session.FormCode, "the number of an employee", "17");
       session.FormEmpId = line.ArgumentNumber(1);
       break;
     case Arguments::EmployeeAndMonth:
@@ -60,6 +71,7 @@ void TakeArguments(Session& session, const CommandLine& line, Arguments argument
       session.FormArgText = line.Argument(2);
       break;
     case Arguments::MonthYear:
+      RequireArgument(line, session.FormCode, "a month, year times twelve plus month", "24321");
       session.FormArgText = NumberText(Val(line.Argument(1)));
       break;
   }

@@ -103,7 +103,7 @@ TEST_F(BackupTest, AStartThatWaitsOpensWhatHasComeInPlace) {
   SaveAndCrash(55);
   BackUpCompany({company, copy});
   std::optional<SqliteDatabase> taken(TakeSqliteFile(company));
-  taken->RunScript("UPDATE SEC_USERLIST SET GROUPID = 1");
+  taken->RunScript("UPDATE SEC_USERLIST SET GROUPID = 1; COMMIT; BEGIN EXCLUSIVE");
   std::thread replace([&] {
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
     fs::rename(copy, company);

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <fstream>
+#include <optional>
 #include <thread>
 #include <tuple>
 
@@ -123,6 +124,19 @@ TEST_F(StartupTest, EveryCodeOpensItsScreen) {
   EXPECT_EQ(machine.statusBox.texts.back().text, "  ");
 }
 
+TEST_F(StartupTest, AMissingArgumentIsToldByExample) {
+  for (const char* code : {"1508", "1509"}) {
+    Session run(machine.machine(), desk);
+    try {
+      RunProgram(run, std::string(code) + "#False#0#0");
+      ADD_FAILURE() << code;
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.number(), 9);
+      EXPECT_NE(error.description().find(std::string(code) + " needs "), std::string::npos);
+    }
+  }
+}
+
 TEST_F(StartupTest, TheScreenFindsTheSessionFilled) {
   Sql("UPDATE MAS_OPTSET SET TDSMAR2FEB = 1, EMPIDCAP = 'Code'");
   Fill(
@@ -162,11 +176,12 @@ TEST_F(StartupTest, TheTimeOutsOfTheSettingsReachTheConnection) {
   for (const auto& [none, patient, lock] : cases) {
     Setting(none, "0");
     Setting(patient, "30");
-    SqliteDatabase neighbour(company.File().string(), SqliteDatabase::Mode::Existing);
-    neighbour.RunScript(lock);
+    std::optional<SqliteDatabase> neighbour(std::in_place, company.File().string(),
+                                            SqliteDatabase::Mode::Existing);
+    neighbour->RunScript(lock);
     std::thread letsGo([&] {
       std::this_thread::sleep_for(std::chrono::seconds(1));
-      neighbour.RunScript("COMMIT; PRAGMA locking_mode = NORMAL; SELECT COUNT(*) FROM sqlite_master");
+      neighbour.reset();
     });
     EXPECT_THROW(
         {

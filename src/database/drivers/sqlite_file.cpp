@@ -103,10 +103,8 @@ SqliteDatabase TakeSqliteFile(const std::string& file) {
   SqliteDatabase database(file, SqliteDatabase::Mode::Existing);
   if (database.IsReadOnly()) throw DatabaseError(fmt::format("{} cannot be written.", file));
   try {
-    // Before the log is looked at, so that whoever has it open is found out.
-    database.RunScript("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT;");
-    database.Text("PRAGMA journal_mode = DELETE");
-    database.RunScript("BEGIN EXCLUSIVE");
+    // The first lock is kept to the end, so that nobody comes in between; who has the log open has one too.
+    database.RunScript("PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = DELETE; BEGIN EXCLUSIVE;");
   } catch (const DatabaseError& error) {
     switch (sqlite3_errcode(database.handle())) {
       case SQLITE_NOTADB:
