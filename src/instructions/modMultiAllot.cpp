@@ -228,7 +228,7 @@ void modMultiAllot::ShowFormulaKept() {
   lblFormulaKept.visible = kept.IsSet();
   if (!kept.IsSet()) return;
   lblFormulaKept.caption = "Amount by the formula " + kept.name;
-  if (IsAdvanceOrLoan(type_)) lblFormulaKept.caption += fmt::format(", {} months", NumberText(kept.months));
+  if (IsAdvanceOrLoan(type_)) lblFormulaKept.caption += fmt::format(", {} month(s)", NumberText(kept.months));
 }
 
 std::vector<long> modMultiAllot::TickedEmployees() const {
