@@ -135,16 +135,11 @@ bool modHLoan::Write(const std::function<void()>& write) {
 
 void modHLoan::cmdSave_Click() {
   const HouseLoan house{txtHAddr.Text(), Type(), optCapBorYes.Value()};
-  const auto check = [&] { return CheckHouseLoan(session_, key_, house); };
-  if (const auto refusal = check()) {
+  if (const auto refusal = CheckHouseLoan(session_, key_, house)) {
     RefuseHouse(*refusal);
     return;
   }
-  if (!Write([&] {
-        if (check()) throw ChangedMeanwhile();  // another loan, or this one gone
-        WriteHouseLoan(session_, key_, house);
-      }))
-    return;
+  if (!Write([&] { WriteHouseLoan(session_, key_, house); })) return;
   shown_ = HouseRows(session_, key_);
   ShowSaved(session_);
 }

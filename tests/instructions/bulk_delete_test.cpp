@@ -1,3 +1,5 @@
+#include <random>
+
 #include "database/drivers/sqlite_file.h"
 #include "entry_fixture.h"
 #include "instructions/frmAdvLoanBulkDelete.h"
@@ -137,6 +139,27 @@ TEST_F(BulkDelete, TakesTheTickedWithAllThatHangsOnThem) {
   Click(bulk->mnuSelectAll);
   Press(bulk->cmdDelete, {Answer::Yes});
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM SEC_AUDITTRAIL"), "1");
+}
+
+TEST_F(BulkDelete, LeavesEverythingOfTheOthers) {
+  std::mt19937 random(5);
+  for (int serial = 2; serial < 30; ++serial) AddLoan(17 + serial % 2, serial, 24310 + serial, "01/Jan/2026");
+  Listed();
+  std::set<std::string> left;
+  for (std::size_t row = 0; row < bulk->fpgBulkDelete.rows.size(); ++row) {
+    const bool ticked = random() % 2 == 0;
+    TickCell(bulk->fpgBulkDelete, row, Bulk::kTick, ticked);
+    if (!ticked)
+      left.insert(bulk->fpgBulkDelete.Text(row, Bulk::kEmpId) + "|" +
+                  bulk->fpgBulkDelete.Text(row, Bulk::kSerial));
+  }
+  Press(bulk->cmdDelete, {Answer::Yes});
+  for (const char* table : {"INS_ADVLOAN", "INS_EMIDETAIL", "INS_HLOAN", "INS_HLOAN_VAL"}) {
+    std::set<std::string> stored;
+    Recordset rs(company.Cn(), std::string("SELECT EMPID, SERIALNO FROM ") + table);
+    for (; !rs.Eof(); rs.MoveNext()) stored.insert(rs[0].ToText() + "|" + rs[1].ToText());
+    EXPECT_EQ(stored, left) << table;
+  }
 }
 
 TEST_F(BulkDelete, IsStoppedByAnyLockedMonthFromThere) {
