@@ -56,6 +56,12 @@ struct PreferenceBench {
         row.cells[modSalSIAdj::kEmpId].text + " AND SERIALNO = " + row.cells[modSalSIAdj::kSerial].text);
   }
 
+  bool IsReducing(const GridRow& row) {
+    return bench.session->Cn.HasRows(
+        "SELECT 1 FROM INS_MASTER WHERE SITYPE = 2 AND REDUCINGBALYN = 1 AND SINAME = '" +
+        row.cells[modSalSIAdj::kInstruction].text + "'");
+  }
+
   std::filesystem::path company;
   Bench bench;
   std::unique_ptr<modSalSIAdj> owned;
@@ -106,20 +112,29 @@ class AdjustFloor {
  public:
   explicit AdjustFloor(const std::filesystem::path& company) : store_(company) {}
 
-  void Run(int employee, int serial, double moved) const {
+  void Run(int employee, int serial, double moved, bool apart) const {
     store_.Read(begin_);
     store_.Read(month_, employee, serial);
     store_.Read(locked_, employee);
     store_.Read(monthLocked_, employee);
     store_.Read(reducing_, employee, serial);
+    if (apart) store_.Read(makeApart_, employee, serial);
     store_.Read(newAmount_, employee, serial, moved);
     store_.Read(oldAmount_, employee, serial);
     store_.Run(take_, employee, serial, moved);
+    if (apart) {
+      store_.Read(interest_, employee, serial);
+      store_.Run(components_, employee, serial, moved);
+    }
     store_.Read(salary_, employee);
     store_.Read(hasAttendance_);
     store_.Read(attendance_, employee);
     store_.Read(later_, employee, serial);
     store_.Run(give_, employee, serial, moved);
+    if (apart) {
+      store_.Read(nextInterest_, employee, serial);
+      store_.Run(nextComponents_, employee, serial, moved);
+    }
     store_.Run(audit_, employee);
     store_.Read(commit_);
   }
@@ -153,6 +168,17 @@ class AdjustFloor {
       "> 24321 AND NOT (EXISTS (SELECT 1 FROM SLC_SALARYCALC_E S WHERE S.EMPID = E.EMPID AND S.MONTHYEAR = "
       "E.MONTHYEAR) AND EXISTS (SELECT 1 FROM SLC_SALARYCALC_D)) ORDER BY MONTHYEAR");
   RawStore::Statement give_ = Of("UPDATE INS_EMIDETAIL SET MDFYAMT = MDFYAMT + ?3 WHERE " + key_ + "= 24322");
+  RawStore::Statement makeApart_ = Of(
+      "UPDATE INS_EMIDETAIL SET ACTINTAMT = ifnull(INTAMT, 0), MDFINTAMT = ifnull(INTAMT, 0), ACTPRNAMT = "
+      "ifnull(EMIAMT, 0) - ifnull(INTAMT, 0), MDFPRNAMT = ifnull(MDFYAMT, 0) - ifnull(INTAMT, 0) WHERE EMPID = ?1 "
+      "AND SITYPE = 2 AND SERIALNO = ?2 AND ACTPRNAMT IS NULL AND ACTINTAMT IS NULL AND MDFPRNAMT IS NULL AND "
+      "MDFINTAMT IS NULL");
+  RawStore::Statement interest_ = Of("SELECT MDFINTAMT FROM INS_EMIDETAIL" + where_);
+  RawStore::Statement components_ =
+      Of("UPDATE INS_EMIDETAIL SET MDFPRNAMT = MDFPRNAMT - ?3, MDFINTAMT = 0" + where_);
+  RawStore::Statement nextInterest_ = Of("SELECT MDFINTAMT FROM INS_EMIDETAIL WHERE " + key_ + "= 24322");
+  RawStore::Statement nextComponents_ = Of(
+      "UPDATE INS_EMIDETAIL SET MDFPRNAMT = MDFPRNAMT + ?3, MDFINTAMT = MDFINTAMT WHERE " + key_ + "= 24322");
   RawStore::Statement audit_ = Of(
       "INSERT INTO SEC_AUDITTRAIL (LOGDATE, USERNAME, MENUNO, EMPID, ACTIONTEXT, DETAILTEXT, EXTRATEXT, WINUSER) "
       "VALUES ('2026-10-15 00:00:00', 'ADMIN', 19, ?1, 'Salary Editor -> Apply Deduction Preference', 'Salary "
@@ -167,6 +193,7 @@ void AdjustAllFloor(benchmark::State& state) {
     struct Ticked {
       int employee, serial;
       double moved;
+      bool apart;
     };
     std::vector<Ticked> ticked;
     std::unique_ptr<AdjustFloor> floor;
@@ -177,13 +204,13 @@ void AdjustAllFloor(benchmark::State& state) {
         const auto number = [&row](std::size_t column) { return std::stod(row.cells[column].text); };
         if (number(modSalSIAdj::kTick) == 0 || !bench.HasNextMonth(row)) continue;
         ticked.push_back({int(number(modSalSIAdj::kEmpId)), int(number(modSalSIAdj::kSerial)),
-                          number(modSalSIAdj::kAdjusted)});
+                          number(modSalSIAdj::kAdjusted), bench.IsReducing(row)});
       }
       floor = std::make_unique<AdjustFloor>(bench.company);
     }
     state.counters["ticked"] = double(ticked.size());
     state.ResumeTiming();
-    for (const Ticked& row : ticked) floor->Run(row.employee, row.serial, row.moved);
+    for (const Ticked& row : ticked) floor->Run(row.employee, row.serial, row.moved, row.apart);
   }
 }
 BENCHMARK(AdjustAllFloor)->Apply(Sizes)->Iterations(3);

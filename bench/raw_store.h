@@ -40,6 +40,12 @@ class RawStore {
     sqlite3_reset(statement.get());
   }
 
+  // A statement that changes no row, as BEGIN and COMMIT.
+  void Step(const Statement& statement) const {
+    if (sqlite3_step(statement.get()) != SQLITE_DONE) Fail();
+    sqlite3_reset(statement.get());
+  }
+
   // The rows of a query, every column looked at.
   template <typename... Values>
   int Read(const Statement& statement, Values... values) const {

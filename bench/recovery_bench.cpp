@@ -1,15 +1,18 @@
 // The editor of a schedule and the interest editor on a loan of 360 months: a change spread over the schedule
 // beside the same work through raw prepared statements, opening the editor on companies of 100, 1,000 and
-// 10,000 employees, and interest computed and saved.
+// 10,000 employees, and interest computed and saved; the month view and the month locks.
 #include <benchmark/benchmark.h>
 
 #include <memory>
 #include <string>
 
 #include "bench_session.h"
+#include "instructions/month_list.h"
 #include "raw_store.h"
 #include "recovery/modEMIDet.h"
+#include "recovery/modEMIEmp.h"
 #include "recovery/modInterestMaster.h"
+#include "recovery/modLockMonth.h"
 
 namespace ktl {
 namespace {
@@ -151,7 +154,61 @@ void InterestOver360Floor(benchmark::State& state) {
 }
 BENCHMARK(InterestOver360Floor)->Unit(benchmark::kMillisecond);
 
+// The month view of one employee, opened by itself on his newest month.
+void OpenMonthView(benchmark::State& state, const BenchSize& size) {
+  Bench bench(BenchCompany(size));
+  bench.Connect(BenchCompany(size));
+  const long employee = bench.session->data.Long("SELECT MAX(EMPID) FROM INS_EMIDETAIL");
+  for (auto _ : state) {
+    modEMIEmp view(*bench.session, {employee});
+    bench.desk.ShowModal(view);
+    if (view.fpgEMIDetail.rows.empty()) state.SkipWithError("nothing shown");
+  }
+}
+BENCHMARK_CAPTURE(OpenMonthView, 600000, Usual(10000))->Unit(benchmark::kMillisecond);
+
+// What opening would cost with the months as the statement lists them.
+void MonthListAsSaid(benchmark::State& state, const BenchSize& size) {
+  Bench bench(BenchCompany(size));
+  bench.Connect(BenchCompany(size));
+  for (auto _ : state) benchmark::DoNotOptimize(bench.session->Cn.Query(kMonthList.said).rows.size());
+}
+BENCHMARK_CAPTURE(MonthListAsSaid, 600000, Usual(10000))->Unit(benchmark::kMillisecond);
+
+// 600 months saved, one of them changed, with the audit trail on: every month is asked for its old locks.
+void SaveLocksOf600Months(benchmark::State& state) {
+  constexpr int kMonths = 600;
+  const auto company = ScratchCompany();
+  Bench bench(company);
+  bench.Connect(company);
+  Session& session = *bench.session;
+  session.Cn.Execute("DELETE FROM MAS_MONTHYEAR");
+  for (int month = 0; month < kMonths; ++month)
+    session.Cn.Execute(session.Sql("INSERT INTO MAS_MONTHYEAR (MONTHYEAR) VALUES ({})", kFirstMonth - month));
+  session.auditOn = true;
+  modLockMonth locks(session);
+  locks.Load();
+  for (auto _ : state) {
+    GridCell& lock = locks.fpgLockMonth.At(0, modLockMonth::kMonthLock);
+    lock.text = lock.text == "1" ? "0" : "1";
+    locks.fpgLockMonth_CellChange(0, modLockMonth::kMonthLock);
+    const int before = bench.desk.saved;
+    locks.cmdSave_Click();
+    if (bench.desk.saved == before || locks.fpgLockMonth.rows.size() != kMonths)
+      state.SkipWithError("not saved");
+  }
+}
+BENCHMARK(SaveLocksOf600Months)->Unit(benchmark::kMillisecond);
+
 }  // namespace
 }  // namespace ktl
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  if (ktl::IsLargeMeasured()) {
+    for (const auto& [name, run] : {std::pair{"OpenMonthView/7000000", &ktl::OpenMonthView},
+                                    std::pair{"MonthListAsSaid/7000000", &ktl::MonthListAsSaid}})
+      benchmark::RegisterBenchmark(name, run, ktl::kLarge)->Unit(benchmark::kMillisecond);
+  }
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+}

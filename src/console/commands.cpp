@@ -85,7 +85,8 @@ void RunDblClick(Stage& stage) {
   stage.words.End();
   if (auto* const box = As<TextBox>(control)) return DblClick(*box);
   if (auto* const combo = As<ComboBox>(control)) return DblClick(*combo);
-  RefuseKind(control, "text box, combo or grid");
+  if (auto* const label = As<Label>(control)) return Click(*label);  // it answers either
+  RefuseKind(control, "text box, combo, label or grid");
 }
 
 void RunMenu(Stage& stage) {

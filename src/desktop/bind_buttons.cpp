@@ -11,13 +11,14 @@
 #include "desktop/binding.h"
 #include "desktop/dispatcher.h"
 #include "desktop/icons.h"
+#include "desktop/letters.h"
 
 namespace ktl {
 namespace {
 
 void MirrorCaption(const std::string& caption, QAbstractButton& button) {
   const QString text = ToQt(caption);
-  if (button.text() != text) button.setText(text);
+  if (TakesCaption(button, text)) button.setText(text);
 }
 
 class CheckBoxBinding final : public Binding {
@@ -166,7 +167,7 @@ class LabelBinding final : public Binding {
     MirrorState(control_, label_);
     colours_.Mirror(control_, label_);
     const QString text = ToQt(control_.caption);
-    if (label_.text() != text) label_.setText(text);
+    if (TakesCaption(label_, text)) label_.setText(text);
   }
   bool Filter(QEvent& event) override {
     if (event.type() != QEvent::MouseButtonRelease || !control_.onClick || !control_.IsUsable()) return false;

@@ -6,6 +6,7 @@
 
 #include "desktop/binding.h"
 #include "desktop/dispatcher.h"
+#include "desktop/letters.h"
 
 namespace ktl {
 namespace {
@@ -26,7 +27,7 @@ class FrameBinding final : public Binding {
   void Mirror() override {
     MirrorState(control_, widget_);
     const QString title = ToQt(control_.caption);
-    if (group_ && group_->title() != title) group_->setTitle(title);
+    if (group_ && TakesCaption(*group_, title)) group_->setTitle(title);
   }
 
  private:
@@ -55,7 +56,7 @@ class TabsBinding final : public Binding {
  private:
   void MirrorPage(int i, const Tabs::Page& page) {
     const QString caption = ToQt(page.caption);
-    if (tabs_.tabText(i) != caption) tabs_.setTabText(i, caption);
+    if (TakesCaption(tabs_, caption, i)) tabs_.setTabText(i, caption);
     if (tabs_.isTabVisible(i) != page.visible) tabs_.setTabVisible(i, page.visible);
     if (tabs_.isTabEnabled(i) != page.enabled) tabs_.setTabEnabled(i, page.enabled);
   }

@@ -9,9 +9,12 @@
 
 #include "desktop/binding.h"
 #include "desktop/dispatcher.h"
+#include "desktop/empty_words.h"
 #include "desktop/grid_copy.h"
 #include "desktop/grid_delegate.h"
+#include "desktop/grid_foot.h"
 #include "desktop/grid_model.h"
+#include "desktop/grid_sums.h"
 #include "desktop/window_memory.h"
 
 namespace ktl {
@@ -51,9 +54,11 @@ class GridBinding final : public Binding {
         view_(view),
         dispatcher_(dispatcher),
         model_(control),
-        widths_(ToQt(control.screen().name() + '.' + control.name())) {
+        widths_(ToQt(control.screen().name() + '.' + control.name())),
+        emptyWords_(*new EmptyWords(view)) {
     SetUpView();
     Connect();
+    if (!control.summed.empty()) GridFoot::Under(view, model_, control);
   }
 
   void Mirror() override {
@@ -67,8 +72,10 @@ class GridBinding final : public Binding {
     }
     MirrorHiddenRows();
     MirrorActiveRow();
+    emptyWords_.Show(HasNoRow());
   }
   bool EnterMovesOn() const override { return false; }
+  QString SelectionWords() const override { return ktl::SelectionWords(view_, model_, control_); }
   bool Filter(QEvent& event) override;
 
  private:
@@ -76,6 +83,10 @@ class GridBinding final : public Binding {
   void Connect();
   bool KeyPress(const QKeyEvent& key);
   void ShareWidth();
+  bool HasNoRow() const {
+    return std::all_of(control_.rows.begin(), control_.rows.end(),
+                       [](const GridRow& row) { return row.hidden; });
+  }
   void MirrorHiddenRows();
   void MirrorActiveRow();
   void CurrentChanged(const QModelIndex& current, const QModelIndex& before);
@@ -107,6 +118,7 @@ class GridBinding final : public Binding {
   Dispatcher& dispatcher_;
   GridModel model_;
   ColumnWidths widths_;
+  EmptyWords& emptyWords_;  // the view owns it
   bool arranging_ = false;
   GridDelegate delegate_;
   std::vector<bool> hiddenRows_;
@@ -187,6 +199,7 @@ bool GridBinding::Filter(QEvent& event) {
       return false;
     case QEvent::Resize:
       ShareWidth();
+      emptyWords_.Show(HasNoRow());
       return false;
     default:
       return false;
@@ -324,6 +337,9 @@ void GridBinding::AddCopies(QMenu& menu, const QModelIndex& cell) {
   QAction* all = menu.addAction(QStringLiteral("Copy All Rows\tCtrl+Shift+C"));
   QObject::connect(all, &QAction::triggered, &menu,
                    [this] { Copy(CopiedText(view_, model_, CopyRange::AllRows)); });
+  if (!control_.onExport) return;
+  QAction* file = menu.addAction(QStringLiteral("Export to a Workbook"));
+  QObject::connect(file, &QAction::triggered, &menu, [this] { dispatcher_.Run(control_.onExport); });
 }
 
 void GridBinding::ShowMenu(const QPoint& place) {

@@ -41,6 +41,7 @@ class TextBoxBinding : public Binding {
 
   TextBox& control_;
   QWidget& widget_;
+  Dispatcher& dispatcher_;
 
  private:
   bool RaiseDblClick() {
@@ -62,7 +63,6 @@ class TextBoxBinding : public Binding {
     return true;
   }
 
-  Dispatcher& dispatcher_;
   ColourMirror colours_;
 };
 
@@ -83,6 +83,10 @@ class LineBinding final : public TextBoxBinding {
     if (edit_.alignment() != alignment) edit_.setAlignment(alignment);
   }
   bool Filter(QEvent& event) override {
+    if (event.type() == QEvent::FocusIn || event.type() == QEvent::FocusOut) {
+      ShowAs(event.type() == QEvent::FocusIn, static_cast<QFocusEvent&>(event).reason());
+      return false;
+    }
     if (IsGrouped() && event.type() == QEvent::KeyPress &&
         static_cast<QKeyEvent&>(event).matches(QKeySequence::Copy)) {
       if (edit_.hasSelectedText()) QGuiApplication::clipboard()->setText(edit_.selectedText().remove(','));
@@ -96,8 +100,16 @@ class LineBinding final : public TextBoxBinding {
  private:
   void Insert(QChar character) override { edit_.insert(character); }
 
-  // Amounts that are only to be read; what can be typed into stays as it was typed.
-  bool IsGrouped() const { return control_.locked && control_.rightAligned; }
+  // An amount that is read, not typed into.
+  bool IsGrouped() const { return control_.rightAligned && (control_.locked || !typing_); }
+
+  // Plain while it is typed into. A menu or a box over it does not end that.
+  void ShowAs(bool typing, Qt::FocusReason reason) {
+    if (!typing && (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason)) return;
+    typing_ = typing;
+    const Dispatcher::Mirroring mirroring(dispatcher_);
+    MirrorText();
+  }
 
   // A handler that writes a long text shows its beginning; one that tidies while a person types leaves the
   // cursor.
@@ -110,6 +122,7 @@ class LineBinding final : public TextBoxBinding {
   }
 
   QLineEdit& edit_;
+  bool typing_ = false;
 };
 
 class PageBinding final : public TextBoxBinding {

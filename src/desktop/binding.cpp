@@ -26,7 +26,7 @@ void MirrorState(const Control& control, QWidget& widget) {
   const bool usable = control.IsUsable();
   if (widget.isEnabledTo(widget.parentWidget()) != usable) widget.setEnabled(usable);
   if (widget.isHidden() == shown) widget.setVisible(shown);
-  const QString toolTip = ToQt(control.toolTip);
+  const QString toolTip = ToQt(usable || control.whyDisabled.empty() ? control.toolTip : control.whyDisabled);
   if (widget.toolTip() != toolTip) widget.setToolTip(toolTip);
 }
 

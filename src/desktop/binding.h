@@ -35,6 +35,8 @@ class Binding {
   // What is called when the focus went to another control; empty for most.
   virtual Handler LeaveHandler() const { return {}; }
   virtual void SelectText() {}
+  // Of a grid: its rows, those that are marked, and their sum.
+  virtual QString SelectionWords() const { return {}; }
 };
 
 // Each returns null when the widget is not of the control's type.

@@ -64,6 +64,7 @@ void Dispatcher::TypeAfterwards(const QKeyEvent& key) { typed_.emplace_back(key.
 
 // Not into a box that came up meanwhile: it was not there when the keys were pressed.
 void Dispatcher::PassTyping() {
+  if (waits_) return;
   const QWidget* top = QApplication::activeModalWidget();
   if (qobject_cast<const QMessageBox*>(top)) return;
   for (const auto& key : std::exchange(typed_, {})) {

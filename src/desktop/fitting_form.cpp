@@ -43,7 +43,7 @@ QWidget* RowOf(QLayoutItem* item) {
 void AddRow(QBoxLayout& body, QLayoutItem* item, int stretch, int widest) {
   if (item->spacerItem()) return body.addItem(item);
   QWidget* row = RowOf(item);
-  if (!ListsIn(*row).empty()) return body.addWidget(row, stretch);
+  if (qobject_cast<QAbstractItemView*>(row) || !ListsIn(*row).empty()) return body.addWidget(row, stretch);
   row->setMaximumWidth(widest);
   auto* place = new QHBoxLayout;
   place->addWidget(row, 1000);

@@ -7,6 +7,7 @@
 #include "ui_modEMIDet.h"
 #include "ui_modEMIEmp.h"
 #include "ui_modHLoan.h"
+#include "ui_modInsGInsSSS.h"
 #include "ui_modInterestMaster.h"
 #include "ui_modLockMonth.h"
 #include "ui_modMultiAllot.h"
@@ -36,6 +37,7 @@ const Forms& ProgramForms() {
       {"modEMIDet", Make<Ui::modEMIDet>},
       {"modEMIEmp", Make<Ui::modEMIEmp>},
       {"modHLoan", Make<Ui::modHLoan>},
+      {"modInsGInsSSS", Make<Ui::modInsGInsSSS>},
       {"modInterestMaster", Make<Ui::modInterestMaster>},
       {"modLockMonth", Make<Ui::modLockMonth>},
       {"modMultiAllot", Make<Ui::modMultiAllot>},

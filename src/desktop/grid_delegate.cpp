@@ -106,9 +106,12 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
 
 bool GridDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                              const QModelIndex& index) {
-  if (event->type() != QEvent::ToolTip || sizeHint(option, index).width() <= option.rect.width())
-    return false;
-  QToolTip::showText(event->globalPos(), index.data().toString(), view);
+  if (event->type() != QEvent::ToolTip) return false;
+  QStringList words;
+  if (sizeHint(option, index).width() > option.rect.width()) words << index.data().toString();
+  words << index.data(Qt::ToolTipRole).toString();
+  words.removeAll(QString());
+  QToolTip::showText(event->globalPos(), words.join('\n'), view);
   return true;
 }
 

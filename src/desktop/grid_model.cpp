@@ -6,6 +6,7 @@
 #include "desktop/amount_text.h"
 #include "desktop/binding.h"
 #include "desktop/look.h"
+#include "screen/screen.h"
 
 namespace ktl {
 namespace {
@@ -65,11 +66,25 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
       return Shade(cell->backColour);
     case Qt::ForegroundRole:
       return Shade(cell->foreColour);
+    case Qt::ToolTipRole:
+    case Qt::AccessibleDescriptionRole:
+      return ToQt(MeaningOf(*cell));
     case Qt::TextAlignmentRole:
       return AlignmentOf(type);
     default:
       return {};
   }
+}
+
+// What the colour stands for in the words of the screen's key to its colours.
+std::string GridModel::MeaningOf(const GridCell& cell) const {
+  if (cell.backColour == kNoColour || cell.backColour == kWhite) return {};
+  for (const Control* control : grid_.screen().Controls()) {
+    if (control->kind() == ControlKind::Label && control->backColour == cell.backColour) {
+      return static_cast<const Label*>(control)->caption;
+    }
+  }
+  return {};
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -39,6 +39,7 @@ class GridModel final : public QAbstractTableModel {
 
  private:
   const GridCell* CellAt(const QModelIndex& index) const;
+  std::string MeaningOf(const GridCell& cell) const;
   void TakeRows();
 
   const Grid& grid_;

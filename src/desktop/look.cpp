@@ -14,7 +14,7 @@ namespace ktl {
 namespace {
 
 constexpr const char* kStyleSheet = R"(
-QMessageBox { background: #ffffff; }
+QMessageBox, #waitingBox { background: #ffffff; }
 QMessageBox QLabel#qt_msgbox_label { padding: 6px 10px 6px 2px; }
 QToolTip { background: #fffbe6; color: #1f2933; border: 1px solid #d9cf9c; padding: 3px; }
 
@@ -22,6 +22,9 @@ QToolTip { background: #fffbe6; color: #1f2933; border: 1px solid #d9cf9c; paddi
 
 #titleBand { background: #24456b; }
 #titleText { color: #ffffff; font-size: 13pt; font-weight: 600; }
+#subjectText { color: #d5e3f3; }
+#statusLine { background: #e4eaf2; border-top: 1px solid #d0d8e2; }
+#statusWhy { color: #9a3412; font-weight: 600; }
 
 QGroupBox { font-weight: 600; color: #24456b; border: 1px solid #d6dde6; border-radius: 6px; margin-top: 10px;
             padding: 6px 2px 2px 2px; background: #ffffff; }
@@ -33,12 +36,13 @@ QLineEdit, QPlainTextEdit { border: 1px solid #c3ccd8; border-radius: 4px; paddi
                             background: palette(base); }
 QLineEdit:focus, QPlainTextEdit:focus { border: 1px solid #2f6fb3; }
 QLineEdit:read-only { background: #f4f6f9; }
-QLineEdit:disabled { border-color: #dde2e9; background: #f1f3f6; }
+QLineEdit:disabled { border-color: #dde2e9; background: #f1f3f6; color: #566371; }
+QLabel#emptyWords { color: #5a6673; background: transparent; padding: 0 24px; }
 QTableView QLineEdit { border: 0; border-radius: 0; padding: 0 2px; background: palette(base); }
 
 QComboBox { border: 1px solid #c3ccd8; border-radius: 4px; padding: 3px 5px; background: palette(base); }
 QComboBox:focus, QComboBox:on { border: 1px solid #2f6fb3; }
-QComboBox:disabled { border-color: #dde2e9; background: #f1f3f6; }
+QComboBox:disabled { border-color: #dde2e9; background: #f1f3f6; color: #566371; }
 QComboBox QLineEdit { border: 0; border-radius: 0; padding: 0; background: transparent; }
 QComboBox::drop-down { border: 0; width: 20px; }
 QComboBox::down-arrow { image: url(:/look/arrow.xpm); width: 9px; height: 5px; }
@@ -53,11 +57,11 @@ QPushButton { padding: 5px 12px; border: 1px solid #c3ccd8; border-radius: 5px; 
 QPushButton:hover { background: #eaf2fb; border-color: #2f6fb3; }
 QPushButton:pressed { background: #d5e5f6; }
 QPushButton:focus { border: 1px solid #2f6fb3; outline: none; }
-QPushButton:disabled { color: #a3adb9; background: #f1f3f6; border-color: #dde2e9; }
+QPushButton:disabled { color: #5f6b78; background: #f1f3f6; border-color: #dde2e9; }
 QPushButton[primary="true"] { background: #2f6fb3; border-color: #2f6fb3; color: #ffffff; font-weight: 600; }
 QPushButton[primary="true"]:hover { background: #275f9b; }
 QPushButton[primary="true"]:focus { border: 1px solid #163a61; }
-QPushButton[primary="true"]:disabled { background: #b9cbe0; border-color: #b9cbe0; color: #f1f3f6; }
+QPushButton[primary="true"]:disabled { background: #d9e2ed; border-color: #d9e2ed; color: #56677c; }
 QPushButton[choice="true"] { padding: 2px 4px; }
 QPushButton[choice="true"]:focus { border: 2px solid #2f6fb3; }
 QPushButton[compact="true"] { padding: 4px 7px; }
@@ -77,7 +81,7 @@ QTabWidget::pane { border: 1px solid #d6dde6; border-radius: 4px; top: -1px; bac
 QTabBar::tab { padding: 6px 16px; border: 1px solid #d6dde6; border-bottom: 0; border-top-left-radius: 5px;
                border-top-right-radius: 5px; background: #e6ebf2; margin-right: 2px; }
 QTabBar::tab:selected { background: #ffffff; color: #2f6fb3; }
-QTabBar::tab:disabled { color: #9aa5b1; }
+QTabBar::tab:disabled { color: #5a6673; }
 
 QScrollBar:vertical { width: 11px; background: #eef1f5; border: 0; margin: 0; }
 QScrollBar:horizontal { height: 11px; background: #eef1f5; border: 0; margin: 0; }
@@ -104,12 +108,12 @@ QPalette Palette() {
                                                                      {QPalette::HighlightedText, "#ffffff"},
                                                                      {QPalette::ToolTipBase, "#fffbe6"},
                                                                      {QPalette::ToolTipText, "#1f2933"},
-                                                                     {QPalette::PlaceholderText, "#64707d"},
+                                                                     {QPalette::PlaceholderText, "#5f6b78"},
                                                                      {QPalette::Link, "#2f6fb3"}};
   QPalette palette;
   for (const auto& [role, shade] : kShades) palette.setColor(role, QColor(shade));
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-    palette.setColor(QPalette::Disabled, role, QColor("#9aa5b1"));
+    palette.setColor(QPalette::Disabled, role, QColor("#5f6b78"));
   }
   palette.setColor(QPalette::Disabled, QPalette::Base, QColor("#f1f3f6"));
   palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor("#c5ccd6"));

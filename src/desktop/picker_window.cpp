@@ -41,9 +41,9 @@ void PlaceUnder(QWidget& window, const QWidget& field, const QRect& desk) {
   window.move(std::max(left, desk.left()), std::max(top, desk.top()));
 }
 
-QWidget* NeighbourOf(const QWidget& from, int key) {
+bool MoveByArrow(const QWidget& from, int key) {
   const bool arrow = key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Left || key == Qt::Key_Right;
-  if (!arrow || KeepsKey(from, key)) return nullptr;
+  if (!arrow || KeepsKey(from, key)) return false;
   QWidget* nearest = nullptr;
   int least = std::numeric_limits<int>::max();
   for (QWidget* widget : from.window()->findChildren<QWidget*>()) {
@@ -55,7 +55,8 @@ QWidget* NeighbourOf(const QWidget& from, int key) {
       nearest = widget;
     }
   }
-  return nearest;
+  if (nearest) nearest->setFocus(Qt::OtherFocusReason);
+  return true;
 }
 
 }  // namespace ktl

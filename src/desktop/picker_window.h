@@ -10,8 +10,8 @@ namespace ktl {
 
 // Under the field, or above it where it would leave the desk.
 void PlaceUnder(QWidget& window, const QWidget& field, const QRect& desk);
-// The nearest widget of the window that takes the focus, in the direction of the arrow key; null for none, or
-// where the key has a meaning of its own.
-QWidget* NeighbourOf(const QWidget& from, int key);
+// To the nearest widget in the direction of the arrow key that takes the focus, if there is one. False for
+// another key, or one that has a meaning of its own there.
+bool MoveByArrow(const QWidget& from, int key);
 
 }  // namespace ktl

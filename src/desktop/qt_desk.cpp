@@ -1,9 +1,12 @@
 #include "desktop/qt_desk.h"
 
 #include <QApplication>
+#include <QDesktopServices>
 #include <QScreen>
 #include <QSocketNotifier>
+#include <QTime>
 #include <QTimer>
+#include <QUrl>
 #include <stdexcept>
 #include <utility>
 
@@ -83,7 +86,22 @@ void QtDesk::ShowModal(Screen& screen) {
 }
 
 void QtDesk::NoteSaved() {
+  facts_.saved = QStringLiteral("Saved at ") + QTime::currentTime().toString(QStringLiteral("hh:mm"));
+  const QString subject = open_.empty() ? QString() : SubjectLine(open_.back()->screen().Subject());
+  if (!subject.isEmpty()) facts_.saved += QStringLiteral(": ") + subject;
   if (!open_.empty()) open_.back()->NoteSaved();
+}
+
+void QtDesk::NoteStatus(const std::string& text) { facts_.status = ToQt(text); }
+
+// Escape and Enter only close the box.
+void QtDesk::TellWritten(const std::string& text, const std::string& file, const std::string& title) {
+  const MessageBox box{.text = text,
+                       .buttons = Buttons::OKCancel,
+                       .defaultAnswer = Answer::Cancel,
+                       .title = title,
+                       .words = {"&Open", "OK"}};
+  if (MsgBox(box) == Answer::OK) QDesktopServices::openUrl(QUrl::fromLocalFile(ToQt(file)));
 }
 
 void QtDesk::Refresh() {
@@ -131,7 +149,7 @@ void QtDesk::BringUpToDate() {
 void QtDesk::Mirror() {
   waiting_.reset();  // whoever has something to show waits no longer
   const Dispatcher::Mirroring mirroring(dispatcher_);
-  for (ScreenWindow* window : open_) window->Mirror();
+  for (ScreenWindow* window : open_) window->Mirror(facts_);
 }
 
 void QtDesk::GrantFocus() {

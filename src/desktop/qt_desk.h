@@ -7,6 +7,7 @@
 
 #include "desktop/dispatcher.h"
 #include "desktop/forms.h"
+#include "desktop/status_line.h"
 #include "screen/desk.h"
 
 class QWidget;
@@ -39,6 +40,9 @@ class QtDesk final : public Desk {
   Answer MsgBox(const MessageBox& box) override;
   void ShowModal(Screen& screen) override;
   void NoteSaved() override;
+  void NotePlace(const Workplace& place) override { facts_.place = place; }
+  void NoteStatus(const std::string& text) override;
+  void TellWritten(const std::string& text, const std::string& file, const std::string& title) override;
   void Refresh() override;
   void SetBusy(bool busy) override;
   bool KeepWaiting(std::chrono::milliseconds waited, bool mayGiveUp) override;
@@ -55,6 +59,7 @@ class QtDesk final : public Desk {
 
   const Forms& forms_;
   Dispatcher dispatcher_;
+  DeskFacts facts_;
   std::vector<ScreenWindow*> open_;  // innermost last
   std::string pictureFile_;
   Act act_;

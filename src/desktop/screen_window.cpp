@@ -1,18 +1,24 @@
 #include "desktop/screen_window.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QContextMenuEvent>
+#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QTabWidget>
+#include <QTableView>
+#include <QUrl>
 #include <algorithm>
 
 #include "desktop/cut_text.h"
 #include "desktop/dispatcher.h"
 #include "desktop/fitting_form.h"
+#include "desktop/form_help.h"
 #include "desktop/message_box.h"
 #include "desktop/picker_window.h"
 #include "desktop/window_memory.h"
@@ -41,7 +47,7 @@ bool TakesTab(const QWidget& widget) {
 
 ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispatcher& dispatcher,
                            QWidget* parent)
-    : QDialog(parent), screen_(screen), dispatcher_(dispatcher), form_(std::move(form)) {
+    : QDialog(parent), screen_(screen), dispatcher_(dispatcher), form_(std::move(form)), letters_(*form_) {
   const bool picks = screen.under != nullptr;
   // The first one stands in the task bar and can be put away; those over it stay with it.
   setWindowFlags(picks ? Qt::Dialog | Qt::FramelessWindowHint
@@ -49,23 +55,27 @@ ScreenWindow::ScreenWindow(Screen& screen, std::unique_ptr<QWidget> form, Dispat
                              Qt::WindowCloseButtonHint | Qt::WindowMinMaxButtonsHint);
   SetUpBand();
   const QSize size = form_->size();
-  MakeFit(*form_);
+  if (!picks) MakeFit(*form_);
   layout_.setContentsMargins(0, 0, 0, 0);
   layout_.setSpacing(0);
   layout_.addWidget(&band_);
   layout_.addWidget(form_.get(), 1);
-  resize(size);
-  RestorePlace(*this, ToQt(screen.name()));
+  layout_.addWidget(&status_);
+  status_.setHidden(picks);
+  resize(size + QSize(0, picks ? 0 : status_.sizeHint().height()));
+  if (!picks) RestorePlace(*this, ToQt(screen.name()));
   FitOnDesk();
   binder_ = std::make_unique<FormBinder>(screen, *form_, dispatcher);
   for (QWidget* widget : form_->findChildren<QWidget*>()) widget->installEventFilter(this);
+  AddShortcuts(*this, *form_);
   typing_ = std::make_unique<TypingWatch>(*form_, *binder_);
+  SetUpStatus();
 }
 
 ScreenWindow::~ScreenWindow() {
   // The widgets go while the bindings that they signal to are still there.
   const Dispatcher::Mirroring mirroring(dispatcher_);
-  KeepPlace(*this, ToQt(screen_.name()));
+  if (!screen_.under) KeepPlace(*this, ToQt(screen_.name()));
   form_.reset();
   dispatcher_.Forget(screen_);
 }
@@ -75,7 +85,38 @@ void ScreenWindow::SetUpBand() {
   title_.setObjectName("titleText");
   title_.setTextFormat(Qt::PlainText);
   bandLayout_.setContentsMargins(14, 6, 14, 7);
-  bandLayout_.addWidget(&title_, 1);
+  bandLayout_.setSpacing(1);
+  bandLayout_.addWidget(&title_);
+  subject_.setObjectName("subjectText");
+  subject_.setTextFormat(Qt::PlainText);
+  if (parentWidget()) bandLayout_.addWidget(&subject_);
+}
+
+void ScreenWindow::SetUpStatus() {
+  for (QTableView* view : form_->findChildren<QTableView*>()) {
+    connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { ShowSelection(); });
+    connect(view->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { ShowSelection(); });
+  }
+  connect(new QShortcut(Qt::Key_F1, this), &QShortcut::activated, this, [this] { OpenHelp(); });
+}
+
+// Of the grid that is worked in, else of the one that is seen.
+void ScreenWindow::ShowSelection() {
+  QString words;
+  for (const Control* control : screen_.Controls()) {
+    if (control->kind() != ControlKind::Grid) continue;
+    const QWidget* widget = binder_->WidgetOf(*control);
+    if (!widget || !widget->isVisibleTo(this)) continue;
+    const bool workedIn = widget->isAncestorOf(QApplication::focusWidget()) || widget->hasFocus();
+    if (words.isEmpty() || workedIn) words = binder_->BindingOf(widget)->SelectionWords();
+    if (workedIn) break;
+  }
+  status_.ShowSelection(words);
+}
+
+void ScreenWindow::OpenHelp() const {
+  if (!helpFile_.empty()) QDesktopServices::openUrl(QUrl::fromLocalFile(ToQt(helpFile_)));
 }
 
 void ScreenWindow::FitOnDesk() {
@@ -83,11 +124,20 @@ void ScreenWindow::FitOnDesk() {
   if (const QScreen* desk = QWidget::screen()) resize(size().boundedTo(desk->availableSize()));
 }
 
-void ScreenWindow::Mirror() {
+void ScreenWindow::Mirror(const DeskFacts& facts) {
   const QString caption = ToQt(screen_.caption);
   if (windowTitle() != caption) setWindowTitle(caption);
   if (title_.text() != caption) title_.setText(caption);
+  if (parentWidget()) {
+    const QString subject = SubjectLine(screen_.Subject());
+    if (subject_.text() != subject) subject_.setText(subject);
+    subject_.setVisible(!subject.isEmpty());
+  }
   binder_->Mirror();
+  helpFile_ = facts.place.helpFile;
+  status_.Show(facts, screen_);
+  ShowSelection();
+  if (letters_.Share()) NameControls(*form_);
 }
 
 void ScreenWindow::GrantFocus() {
@@ -105,6 +155,7 @@ void ScreenWindow::GrantFocus() {
 }
 
 void ScreenWindow::FocusMoved(const QWidget* from, const QWidget* to) {
+  ShowSelection();
   const Control* left = binder_->ControlOf(from);
   Control* entered = binder_->ControlOf(to);
   if (entered) screen_.NoteFocus(entered);
@@ -161,12 +212,7 @@ bool ScreenWindow::eventFilter(QObject* target, QEvent* event) {
 }
 
 bool ScreenWindow::MoveOn(QWidget& from, const Binding& binding, int key) {
-  if (screen_.under) {
-    if (QWidget* to = NeighbourOf(from, key)) {
-      to->setFocus(Qt::OtherFocusReason);
-      return true;
-    }
-  }
+  if (screen_.under && MoveByArrow(from, key)) return true;
   const bool on = (key == Qt::Key_Return || key == Qt::Key_Enter) && binding.EnterMovesOn();
   const bool back = key == Qt::Key_Backspace && binding.IsAtStart();
   if (!on && !back) return false;

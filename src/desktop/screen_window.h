@@ -2,12 +2,13 @@
 
 #include <QDialog>
 #include <QFrame>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 #include <memory>
 
 #include "desktop/form_binder.h"
+#include "desktop/letters.h"
+#include "desktop/status_line.h"
 #include "desktop/typing_watch.h"
 
 namespace ktl {
@@ -22,7 +23,7 @@ class ScreenWindow final : public QDialog {
 
   Screen& screen() const { return screen_; }
   const FormBinder& binder() const { return *binder_; }
-  void Mirror();
+  void Mirror(const DeskFacts& facts);
   // Moves the focus to where a handler asked for it, and brings up the tab page that it lies on.
   void GrantFocus();
   // The person went from one widget to another.
@@ -42,6 +43,9 @@ class ScreenWindow final : public QDialog {
   void Close();
   bool MayDropTyping();
   void SetUpBand();
+  void SetUpStatus();
+  void ShowSelection();
+  void OpenHelp() const;
   void FitOnDesk();
   bool MoveOn(QWidget& from, const Binding& binding, int key);
   QWidget* NextField(const QWidget& from, bool on) const;
@@ -51,10 +55,14 @@ class ScreenWindow final : public QDialog {
   std::unique_ptr<QWidget> form_;
   std::unique_ptr<FormBinder> binder_;
   std::unique_ptr<TypingWatch> typing_;
+  Letters letters_;
   QVBoxLayout layout_{this};
   QFrame band_;
-  QHBoxLayout bandLayout_{&band_};
+  QVBoxLayout bandLayout_{&band_};
   QLabel title_;
+  QLabel subject_;  // of a child: whose and which instruction it works on
+  StatusLine status_;
+  std::string helpFile_;
 };
 
 }  // namespace ktl

@@ -16,11 +16,12 @@ constexpr const char* kMonth = "MONTH(EFFFROMDATE) + (YEAR(EFFFROMDATE) * 12)";
 
 }  // namespace
 
-std::optional<long> DetailRowOfMonth(Session& session, long empId, long monthYear) {
+std::optional<long> DetailRowOfMonth(Session& session, long empId, long monthYear, DetailRowRule rule) {
   const Recordset rows(
-      session.Cn, fmt::format("Select * From MAS_EMPLOYEEDET Where EMPID = {0} And {2} = (Select Max({2}) "
-                              "From MAS_EMPLOYEEDET Where EMPID = {0} And {2} <= {1})",
-                              empId, monthYear, kMonth));
+      session.Cn,
+      fmt::format("Select * From MAS_EMPLOYEEDET Where EMPID = {0} And {3} = (Select Max({3}) From "
+                  "MAS_EMPLOYEEDET Where EMPID = {0} And {2} <= {1})",
+                  empId, monthYear, kMonth, rule == DetailRowRule::LatestMonth ? kMonth : "EMPDETID"));
   if (rows.Eof()) return std::nullopt;
   return rows["EMPDETID"].ToLong();
 }

@@ -8,10 +8,13 @@ namespace ktl {
 
 struct Session;
 
-// The detail row with the latest effective month that is not after the month: the one that the callers of a
-// formula take. Throws when the read fails.
-std::optional<long> DetailRowOfMonth(Session& session, long empId, long monthYear);
-// The same for many, by employee; those without one are left out.
+// Of the detail rows in effect in a month, the one that a formula takes: screens differ in it.
+enum class DetailRowRule { LatestMonth, HighestNumber };
+
+// Nothing when no row is in effect then. Throws when the read fails.
+std::optional<long> DetailRowOfMonth(Session& session, long empId, long monthYear,
+                                     DetailRowRule rule = DetailRowRule::LatestMonth);
+// The latest row of many, by employee; those without one are left out.
 std::unordered_map<long, long> DetailRowsOfMonth(Session& session, const std::vector<long>& employees,
                                                  long monthYear);
 

@@ -7,12 +7,6 @@
 
 namespace ktl {
 
-namespace {
-
-constexpr long kInstructionsMenu = 19;
-
-}  // namespace
-
 bool FnBlnAuditOn(Session& session) {
   if (!session.auditOn) {
     LoadFeatureSet(session);

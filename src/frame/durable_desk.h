@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "screen/desk.h"
@@ -15,8 +16,13 @@ class DurableDesk final : public Desk {
  public:
   DurableDesk(Desk& desk, Connection& cn) : desk_(desk), cn_(cn) {}
 
+  std::function<void(Screen&)> onShow;  // what every screen gets before it is loaded
+
   Answer MsgBox(const MessageBox& box) override;
-  void ShowModal(Screen& screen) override { desk_.ShowModal(screen); }
+  void ShowModal(Screen& screen) override {
+    if (onShow) onShow(screen);
+    desk_.ShowModal(screen);
+  }
   void Refresh() override { desk_.Refresh(); }
   void SetBusy(bool busy) override { desk_.SetBusy(busy); }
   void NoteSaved() override;

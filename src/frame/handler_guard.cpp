@@ -7,16 +7,29 @@
 
 namespace ktl {
 
+namespace {
+
+std::string TextOf(const RuntimeError& error, ErrorStyle style) {
+  switch (style) {
+    case ErrorStyle::NumberFirst:
+      return fmt::format("{}\t{}", error.number(), error.description());
+    case ErrorStyle::DescriptionFirst:
+      return fmt::format("{} : {}", error.description(), error.number());
+    case ErrorStyle::DescriptionOnly:
+      break;
+  }
+  return error.description();
+}
+
+}  // namespace
+
 void RunGuarded(Session& session, ErrorStyle style, const std::string& title,
                 const std::function<void()>& work) {
   try {
     work();
     session.desk.Flush();
   } catch (const RuntimeError& error) {
-    session.desk.ShowError(style == ErrorStyle::NumberFirst
-                               ? fmt::format("{}\t{}", error.number(), error.description())
-                               : fmt::format("{} : {}", error.description(), error.number()),
-                           title.empty() ? session.title : title);
+    session.desk.ShowError(TextOf(error, style), title.empty() ? session.title : title);
   }
 }
 

@@ -8,9 +8,9 @@ namespace ktl {
 
 struct Session;
 
-// How a screen tells that a handler failed: the number, a tab and the description, or the description, " : "
-// and the number.
-enum class ErrorStyle { NumberFirst, DescriptionFirst };
+// How a screen tells that a handler failed: the number, a tab and the description; the description, " : " and
+// the number; or the description alone.
+enum class ErrorStyle { NumberFirst, DescriptionFirst, DescriptionOnly };
 
 // Runs the work; a failure of the run-time or the database ends it with the box of the style.
 void RunGuarded(Session& session, ErrorStyle style, const std::string& title,

@@ -18,8 +18,9 @@ void ApplyButtonRights(Session& session, Screen& screen, long formId);
 bool FnBlnPermitted(Session& session, const Button& button);
 
 bool FnBlnAuditOn(Session& session);  // asked once a session
-// The caller asks FnBlnAuditOn first. Menu number 19 is this program, 5 are month locks; employee 0 is
-// nobody's.
+// Menu numbers: this program's; month locks have 5.
+inline constexpr long kInstructionsMenu = 19;
+// The caller asks FnBlnAuditOn first. Employee 0 is nobody's.
 void WriteAuditTrail(Session& session, long menuNumber, long employee, std::string_view action,
                      std::string_view detail, std::string_view extra = "");
 // What every writer of instructions ends in: what was done ("Loan Created/Updated") and its detail, of the

@@ -19,10 +19,11 @@ Statement WhereWithoutComponents(Session& session, const InstructionKey& key) {
 }  // namespace
 
 bool KeepsComponentsApart(Session& session, const InstructionKey& key) {
-  return session.data.Number(
-             session.Sql("Select REDUCINGBALYN From INS_MASTER Where SITYPE = {} And SINAME = "
-                         "(Select SINAME From INS_ADVLOAN Where {})",
-                         key.type, WhereInstruction(key))) != 0;
+  return session.data
+             .Guarding(session.Sql("Select REDUCINGBALYN From INS_MASTER Where SITYPE = {} And SINAME = "
+                                   "(Select SINAME From INS_ADVLOAN Where {})",
+                                   key.type, WhereInstruction(key)))
+             .NumberOr0() != 0;
 }
 
 void CountComponents(Session& session, const InstructionKey& key, std::vector<ScheduleMonth>& months) {

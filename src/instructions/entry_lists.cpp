@@ -17,11 +17,11 @@ std::vector<ListRow> ReadList(Session& session, const Statement& sql, const char
 
 }  // namespace
 
-std::vector<ListRow> ReadEmployees(Session& session, const char* shownColumn) {
+std::vector<ListRow> ReadEmployees(Session& session, const char* shownColumn, const char* order) {
   const Statement visible = ClassSecurityCondition(session);
   return ReadList(session,
                   session.Sql("Select EMPID, EMPNAME, REFNO From MAS_EMPLOYEE {} Order By {}", visible,
-                              Statement(shownColumn)),
+                              Statement(order == nullptr ? shownColumn : order)),
                   shownColumn, "EMPID");
 }
 

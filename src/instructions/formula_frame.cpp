@@ -5,7 +5,6 @@
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "formula/clsEvalFormula.h"
-#include "frame/handler_guard.h"
 #include "frame/modExternal.h"
 #include "frame/rights.h"
 #include "frame/session.h"
@@ -14,8 +13,9 @@
 
 namespace ktl {
 
-std::optional<double> AmountByFormula(Session& session, long formula, long employee, long monthYear) {
-  const std::optional<long> detailRow = DetailRowOfMonth(session, employee, monthYear);
+std::optional<double> AmountByFormula(Session& session, long formula, long employee, long monthYear,
+                                      DetailRowRule rule) {
+  const std::optional<long> detailRow = DetailRowOfMonth(session, employee, monthYear, rule);
   if (!detailRow) return std::nullopt;
   const Date first = *ParseDate("01/" + FnStrFormatMonthYear(monthYear));
   return clsEvalFormula(session).FnDblEvalFormula(formula, employee, *detailRow, monthYear, first,
@@ -28,12 +28,10 @@ void OpenExpressionEditor(Session& session) {
                                       Value(session.MultiLoginYN).ToText())});
 }
 
-FormulaFrame::FormulaFrame(Session& session, Screen& screen, Frame& covered)
-    : screen_(screen), session_(session), covered_(covered) {
-  fmeFormula.Hold({lblFormula, cmbFormula, cmdAdvFormulate, lblMonths, txtMonths, cmdAccept, cmdFrmlaClose});
-  txtMonths.rightAligned = true;
-  txtMonths.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
-  const HandlerGuard on(session, *this, ErrorStyle::NumberFirst);
+FormulaFrame::FormulaFrame(Session& session, Screen& screen, Frame& covered, const Ways& ways)
+    : screen_(screen), session_(session), covered_(covered), ways_(ways) {
+  fmeFormula.Hold({lblFormula, cmbFormula, cmdAdvFormulate, cmdAccept, cmdFrmlaClose});
+  const HandlerGuard on(session, *this, ways.errors);
   cmdAccept.onClick = on(&FormulaFrame::cmdAccept_Click);
   cmdAdvFormulate.onClick = on(&FormulaFrame::cmdAdvFormulate_Click);
   cmdFrmlaClose.onClick = [this] { Show(false); };
@@ -47,11 +45,7 @@ void FormulaFrame::Show(bool shown) {
   if (shown) screen_.SetFocus(cmbFormula);
 }
 
-void FormulaFrame::Forget() {
-  months_ = 0;
-  cmbFormula.SetText("");
-  txtMonths.SetText("");
-}
+void FormulaFrame::Forget() { cmbFormula.SetText(""); }
 
 void FormulaFrame::Close() {
   Show(false);
@@ -72,12 +66,12 @@ void FormulaFrame::cmdAccept_Click() {
     Forget();
     return Close();
   }
-  if (txtMonths.Text().empty()) return Refuse("Enter 'Number of Months'.", txtMonths);
-  months_ = clsGenCmn::FnDblTrimVal(txtMonths.Text());
+  const std::optional<double> times = Times();
+  if (!times) return;
   if (!cmbFormula.MatchesList()) return Refuse("Select proper 'Formula'.", cmbFormula);
   const auto formula = static_cast<long>(Val(cmbFormula.BoundText()));
-  if (const auto amount = AmountByFormula(session_, formula, of->employee, of->monthYear))
-    accepted(*amount * months_);
+  if (const auto amount = AmountByFormula(session_, formula, of->employee, of->monthYear, ways_.detailRow))
+    accepted(*amount * *times);
   Close();
 }
 
@@ -85,6 +79,30 @@ void FormulaFrame::cmdAdvFormulate_Click() {
   if (FnBlnPermitted(session_, cmdAdvFormulate)) return;
   OpenExpressionEditor(session_);
   FillList();
+}
+
+MonthsFormulaFrame::MonthsFormulaFrame(Session& session, Screen& screen, Frame& covered)
+    : FormulaFrame(session, screen, covered, {}),
+      lblMonths(screen, "lblMonths", "Number of Months"),
+      txtMonths(screen, "txtMonths") {
+  fmeFormula.Hold({lblMonths, txtMonths});
+  txtMonths.rightAligned = true;
+  txtMonths.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
+}
+
+void MonthsFormulaFrame::Forget() {
+  FormulaFrame::Forget();
+  months_ = 0;
+  txtMonths.SetText("");
+}
+
+std::optional<double> MonthsFormulaFrame::Times() {
+  if (txtMonths.Text().empty()) {
+    Refuse("Enter 'Number of Months'.", txtMonths);
+    return std::nullopt;
+  }
+  months_ = clsGenCmn::FnDblTrimVal(txtMonths.Text());
+  return months_;
 }
 
 }  // namespace ktl

@@ -161,6 +161,8 @@ void modAdvLoan::DescribeLists() {
   schedule_.Describe(type_);
   receipts_.SetColumns(ReceiptColumns(type_));
   fpgReceipts.summed = kSummedReceiptColumns;
+  fpgAdvLoan.title = "List of " + caption_ + "s";
+  fpgReceipts.title = std::string(FactsOf(type_).receiptWord) + "s";
   lblAmountPaid.backColour = kRecoveredColour;
   lblTotalEqual.backColour = kRecoveryEqualColour;
   lblTotalNotEqual.backColour = kRecoveryUnequalColour;

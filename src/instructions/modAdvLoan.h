@@ -55,7 +55,7 @@ class modAdvLoan final : public Screen, public InstructionParent {
   Button cmdTDSDet{*this, "cmdTDSDet", "&House Loan"};
 
   RecoveryFrame recovery;
-  FormulaFrame formula;
+  MonthsFormulaFrame formula;
   OverviewFrame overview;
 
   // Lists

@@ -38,7 +38,7 @@ modHLoan::modHLoan(Session& session, InstructionParent& parent)
 }
 
 void modHLoan::ConnectHandlers() {
-  const HandlerGuard on(session_, *this, ErrorStyle::DescriptionFirst);
+  const HandlerGuard on(session_, *this, ErrorStyle::DescriptionOnly);
   cmbHType.onChange = on(&modHLoan::cmbHType_Change);
   cmdSave.onClick = on(&modHLoan::cmdSave_Click);
   cmdDelete.onClick = on(&modHLoan::cmdDelete_Click);
@@ -64,7 +64,7 @@ void modHLoan::Form_Load() {
     button->whyDisabled = why;
   }
   cmbHType_Change();
-  RunGuarded(session_, ErrorStyle::DescriptionFirst, "", [this] {
+  RunGuarded(session_, ErrorStyle::DescriptionOnly, "", [this] {
     cmbHType.SetRows(ReadHouseTypes(session_));
     ShowAll();
   });

@@ -13,6 +13,14 @@ std::vector<long> PremiumMonths(const PremiumTerms& terms) {
   return months;
 }
 
+PremiumPeriod PeriodOf(const std::vector<long>& months) {
+  using enum PremiumPeriod;
+  const long step = months.size() < 2 ? 0 : months[1] - months[0];
+  for (const PremiumPeriod period : {Quarterly, HalfYearly, Yearly})
+    if (static_cast<long>(period) == step) return period;
+  return Monthly;
+}
+
 bool WritePremiumSchedule(Session& session, const InstructionKey& key, const PremiumTerms& terms,
                           long institution) {
   if (HasSchedule(session, key)) return false;

@@ -22,6 +22,9 @@ struct PremiumTerms {
 // From the first month by the step; the last one need not be reached.
 std::vector<long> PremiumMonths(const PremiumTerms& terms);
 
+// As the first two months of a schedule show it; every month where they show none.
+PremiumPeriod PeriodOf(const std::vector<long>& months);
+
 // Writes the schedule of an instruction that has none. False when rows are there already. The institution is
 // 0 for none.
 bool WritePremiumSchedule(Session& session, const InstructionKey& key, const PremiumTerms& terms,

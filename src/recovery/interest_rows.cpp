@@ -189,6 +189,7 @@ std::optional<std::vector<PlacedAmount>> PlaceBlock(const std::string& block, co
   GridRange room = selection;
   if (!columns.empty()) {
     lines.erase(lines.begin());
+    if (lines.empty()) return std::nullopt;
     room.lastRow = list.rows.size() - 1;
   } else {
     if (room.Rows() == 1 && room.Columns() == 1) {  // the corner that the block starts in

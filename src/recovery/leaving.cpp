@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "common/amounts.h"
 #include "common/month_year.h"
 #include "database/recordset.h"
 #include "frame/rights.h"
@@ -38,6 +39,7 @@ double ReadRecovered(Session& session, const InstructionKey& key) {
       key.employee, key.type, key.serial, Statement(std::string(FactsOf(key.type).salaryColumn))));
 }
 
+// The total as it was shown: sums of the same rows differ in their last bits.
 void RequireAsListed(Session& session, const PendingInstruction& pending, const Leaver& leaver) {
   const InstructionKey& key = pending.key;
   const Recordset now(
@@ -45,8 +47,8 @@ void RequireAsListed(Session& session, const PendingInstruction& pending, const 
       session.Sql("SELECT SUM(MDFYAMT) FROM INS_EMIDETAIL Where EMPID = {} AND SITYPE = {} AND SERIALNO = {} "
                   "HAVING COUNT(*) > 0",
                   key.employee, key.type, key.serial));
-  if (now.Eof() || now[0].NumberOr0() != pending.total || ReadLeaver(session, key.employee) != leaver ||
-      EmpLockStatusOf(session, key.employee) == 1)
+  if (now.Eof() || ShownAmount(now[0].NumberOr0()) != ShownAmount(pending.total) ||
+      ReadLeaver(session, key.employee) != leaver || EmpLockStatusOf(session, key.employee) == 1)
     throw ChangedMeanwhile();
 }
 

@@ -12,6 +12,7 @@
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
+#include "frame/writing_turn.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/list_columns.h"
 #include "instructions/month_list.h"
@@ -19,6 +20,7 @@
 #include "recovery/interest_rows.h"
 #include "recovery/working.h"
 #include "runtime/numbers.h"
+#include "workbook/export_menu.h"
 
 namespace ktl {
 
@@ -39,6 +41,7 @@ modEMIEmp::modEMIEmp(Session& session, const MonthViewRequest& request)
   cmdUpdate.onClick = on(&modEMIEmp::cmdUpdate_Click);
   cmdUndo.onClick = on(&modEMIEmp::cmdUndo_Click);
   cmdClose.onClick = [this] { Unload(); };
+  BindExport(session_, mnuExport, fpgEMIDetail, [this] { return ExportWords{caption, "The list"}; });
 }
 
 void modEMIEmp::Form_Load() {
@@ -123,6 +126,7 @@ void modEMIEmp::FillMonthGrid() {
   lblMonthLocked.visible = monthLocked_;
   for (const Column column : {kModified, kRemarks})
     fpgEMIDetail.columns[column].locked = monthLocked_ || !cmdUpdate.enabled;
+  shown_ = MonthRowsText(session_, scope_, monthYear_);
   rows_.Show(ReadMonthRows(session_, scope_, monthYear_));
 }
 
@@ -153,8 +157,11 @@ void modEMIEmp::cmdUpdate_Click() {
 
 bool modEMIEmp::Update() {
   if (const auto refusal = CheckMonthRows(session_, scope_, monthYear_, rows_.Rows()))
-    return Refuse(*refusal);
-  if (const auto refusal = WriteMonthRows(session_, monthYear_, rows_.Rows())) return Refuse(*refusal);
+    return Refuse(session_, *this, *refusal, {});
+  const bool written = WriteInTurn(
+      session_, [this] { return MonthRowsText(session_, scope_, monthYear_); }, shown_,
+      [this] { WriteMonthRows(session_, monthYear_, rows_.Rows()); }, [this] { FillMonthGrid(); });
+  if (!written) return false;
   ShowSaved(session_);
   if (lists_ != nullptr) {
     lists_->RefreshDetail();
@@ -163,12 +170,6 @@ bool modEMIEmp::Update() {
   }
   FillMonthGrid();
   return true;
-}
-
-bool modEMIEmp::Refuse(const MonthRefusal& refusal) {
-  ktl::Refuse(session_, *this, refusal, {});
-  if (refusal.outdated) FillMonthGrid();
-  return false;
 }
 
 void modEMIEmp::cmdUndo_Click() { FillMonthGrid(); }

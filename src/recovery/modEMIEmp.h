@@ -38,6 +38,7 @@ class modEMIEmp final : public Screen {
   Button cmdUpdate{*this, "cmdUpdate", "&Update"};
   Button cmdUndo{*this, "cmdUndo", "U&ndo"};
   Button cmdClose{*this, "cmdClose", "&Close"};
+  Menu mnuExport{*this, "mnuExport", "E&xport to Workbook"};
 
   ktl::Subject Subject() const override;
 
@@ -62,7 +63,6 @@ class modEMIEmp final : public Screen {
   void ChangeAmount(MonthViewRow& row, const std::string& typed);
   bool Update();           // false when nothing was written
   bool MayLeaveChanges();  // asks when a cell was changed
-  bool Refuse(const MonthRefusal& refusal);
   bool IsTop() const { return scope_.type == InstructionType::None; }
 
   Session& session_;
@@ -72,6 +72,7 @@ class modEMIEmp final : public Screen {
   std::string employee_;
   long monthYear_ = 0;  // that is shown, 0 for none
   bool monthLocked_ = false;
+  std::string shown_;  // the rows as they were read
   GridList<MonthViewRow> rows_{fpgEMIDetail};
 };
 

@@ -2,12 +2,12 @@
 
 #include <utility>
 
-#include "database/database_error.h"
 #include "frame/handler_guard.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
+#include "frame/writing_turn.h"
 #include "recovery/working.h"
 #include "workbook/export_menu.h"
 
@@ -42,11 +42,16 @@ void modLockMonth::Form_Load() {
   cmdSave.enabled = false;
   RunGuarded(session_, ErrorStyle::NumberFirst, "", [this] {
     ApplyButtonRights(session_, *this, kFormId);
-    RepairLeaveLocks(session_);
+    Repair();
     FillMonths();
     cmdSave.whyDisabled = session_.ReadOnlyUser ? WhyReadOnly(session_) : "";
     cmdSave.enabled = !session_.ReadOnlyUser;
   });
+}
+
+// Not by a user who may only read: opening writes nothing then.
+void modLockMonth::Repair() {
+  if (!session_.ReadOnlyUser) RepairLeaveLocks(session_);
 }
 
 void modLockMonth::SetColumns() {
@@ -75,7 +80,10 @@ void modLockMonth::SetColumns() {
   });
 }
 
-void modLockMonth::FillMonths() { months_.Show(ReadLockMonths(session_)); }
+void modLockMonth::FillMonths() {
+  shown_ = LockMonthsText(session_);
+  months_.Show(ReadLockMonths(session_));
+}
 
 void modLockMonth::FillHistory() { history_.Show(ReadLockHistory(session_)); }
 
@@ -89,10 +97,10 @@ void modLockMonth::fpgLockMonth_CellChange(std::size_t row, std::size_t column) 
 void modLockMonth::cmdSave_Click() {
   if (FnBlnPermitted(session_, cmdSave)) return;
   const Working working(session_, cmdClose);
-  if (!SaveLockMonths(session_, months_.Rows())) {
-    session_.Inform(kRowGoneText);
-    return FillMonths();
-  }
+  const bool written = WriteInTurn(
+      session_, [this] { return LockMonthsText(session_); }, shown_,
+      [this] { SaveLockMonths(session_, months_.Rows()); }, [this] { FillMonths(); });
+  if (!written) return;
   ShowSaved(session_);
   FillMonths();
   if (fpgHistory.visible) FillHistory();
@@ -104,7 +112,7 @@ void modLockMonth::cmdHistory_Click() {
 }
 
 void modLockMonth::Form_Unload() {
-  RunGuarded(session_, ErrorStyle::NumberFirst, "", [this] { RepairLeaveLocks(session_); });
+  RunGuarded(session_, ErrorStyle::NumberFirst, "", [this] { Repair(); });
   LeaveTopLevel(session_);
 }
 

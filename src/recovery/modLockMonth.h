@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "recovery/month_lock.h"
 #include "screen/controls.h"
 #include "screen/grid.h"
@@ -31,11 +33,13 @@ class modLockMonth final : public Screen {
   void cmdHistory_Click();
 
  private:
+  void Repair();
   void SetColumns();
   void FillMonths();
   void FillHistory();
 
   Session& session_;
+  std::string shown_;  // the months as they were read
   GridList<LockMonthRow> months_{fpgLockMonth};
   GridList<LockHistoryRow> history_{fpgHistory};
 };

@@ -28,6 +28,7 @@ constexpr double kWhole = 100;
 modSalSIAdj::modSalSIAdj(Session& session, long monthYear)
     : Screen("modSalSIAdj"), progress(session.desk, *this), lngMonthYear(monthYear), session_(session) {
   caption = "Apply Deduction Preference";
+  fmeLoanAdv.caption = "Recoveries of " + FnStrFormatMonthYear(lngMonthYear);
   fmeLoanAdv.Hold({optLoanAdv_0, optLoanAdv_1});
   fmeSalaryOpt.Hold({optSalaryOpt_0, optSalaryOpt_1, txtPer, lblPer});
   fmeAdjust.Hold({optAdjust_0, optAdjust_1});

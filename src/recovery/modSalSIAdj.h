@@ -29,7 +29,7 @@ class modSalSIAdj final : public Screen {
 
   modSalSIAdj(Session& session, long monthYear);
 
-  Frame fmeLoanAdv{*this, "fmeLoanAdv", "Recovery of"};
+  Frame fmeLoanAdv{*this, "fmeLoanAdv"};
   OptionButton optLoanAdv_0{*this, "optLoanAdv_0", "LoanAdv", "Loan"};
   OptionButton optLoanAdv_1{*this, "optLoanAdv_1", "LoanAdv", "Advance"};
   Frame fmeSalaryOpt{*this, "fmeSalaryOpt", "Net Salary should not go beyond"};

@@ -2,17 +2,19 @@
 
 #include <fmt/format.h>
 
-#include <map>
-
 #include "database/recordset.h"
 #include "frame/rights.h"
 #include "frame/session.h"
+#include "frame/writing_turn.h"
 
 namespace ktl {
 
 namespace {
 
 constexpr long kMonthLocksMenu = 5;
+constexpr const char* kMonths =
+    "SELECT MM.MONTHYEAR AS MONTHYEAR, MONTHNAME , MM.LOCKEDYN AS LOCKEDYN,MM.ATTLOCKYN FROM QRYMONTH "
+    "QM,MAS_MONTHYEAR MM WHERE QM.MONTHYEAR = MM.MONTHYEAR ORDER BY MM.MONTHYEAR DESC";
 
 std::string Changed(bool now, bool before) { return fmt::format("{:d} ({:d})", now, before); }
 
@@ -24,16 +26,6 @@ MonthSwitches ReadStateBefore(Session& session, long monthYear) {
               "SELECT ((LOCKEDYN * 10) + ATTLOCKYN) FROM MAS_MONTHYEAR where monthyear = {}", monthYear))
           .ToLong();
   return {.month = state > 10, .leave = state % 2 == 1};
-}
-
-bool IsAsRead(Session& session, const std::vector<LockMonthRow>& rows) {
-  std::map<long, MonthSwitches> stored;
-  for (const LockMonthRow& row : ReadLockMonths(session)) stored[row.monthYear] = row.now;
-  for (const LockMonthRow& row : rows) {
-    const auto month = stored.find(row.monthYear);
-    if (month == stored.end() || month->second != row.shown) return false;
-  }
-  return true;
 }
 
 void LockUnits(Session& session, const LockMonthRow& row, bool before) {
@@ -73,22 +65,20 @@ void RepairLeaveLocks(Session& session) {
   session.Cn.Execute("UPDATE MAS_MONTHYEAR SET ATTLOCKYN = 1 WHERE LOCKEDYN = 1 ");
 }
 
+std::string LockMonthsText(Session& session) { return RowsAsText(session, kMonths); }
+
 std::vector<LockMonthRow> ReadLockMonths(Session& session) {
   std::vector<LockMonthRow> rows;
-  Recordset rs(session.Cn,
-               "SELECT MM.MONTHYEAR AS MONTHYEAR, MONTHNAME , MM.LOCKEDYN AS LOCKEDYN,MM.ATTLOCKYN FROM "
-               "QRYMONTH QM,MAS_MONTHYEAR MM WHERE QM.MONTHYEAR = MM.MONTHYEAR ORDER BY MM.MONTHYEAR DESC");
-  for (; !rs.Eof(); rs.MoveNext()) {
-    const MonthSwitches stored{IsSet(rs["LOCKEDYN"]), IsSet(rs["ATTLOCKYN"])};
-    rows.push_back({rs["MONTHYEAR"].ToLong(), rs["MONTHNAME"].TextOrEmpty(), stored, stored});
+  for (Recordset rs(session.Cn, kMonths); !rs.Eof(); rs.MoveNext()) {
+    rows.push_back({rs["MONTHYEAR"].ToLong(),
+                    rs["MONTHNAME"].TextOrEmpty(),
+                    {IsSet(rs["LOCKEDYN"]), IsSet(rs["ATTLOCKYN"])}});
   }
   return rows;
 }
 
-bool SaveLockMonths(Session& session, const std::vector<LockMonthRow>& rows) {
-  if (!IsAsRead(session, rows)) return false;
+void SaveLockMonths(Session& session, const std::vector<LockMonthRow>& rows) {
   for (const LockMonthRow& row : rows) SaveMonth(session, row);
-  return true;
 }
 
 std::vector<LockHistoryRow> ReadLockHistory(Session& session) {

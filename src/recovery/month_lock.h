@@ -25,17 +25,17 @@ MonthSwitches TiedToLeave(MonthSwitches clicked);  // the leave-track lock was c
 struct LockMonthRow {
   long monthYear = 0;
   std::string name;
-  MonthSwitches shown;  // as stored when it was read
   MonthSwitches now;
 };
 
 // Locks the leave track of every locked month.
 void RepairLeaveLocks(Session& session);
 std::vector<LockMonthRow> ReadLockMonths(Session& session);  // the newest first
+// The same as a text, for the turn to write. To be read before them.
+std::string LockMonthsText(Session& session);
 
-// Writes every month, changed or not, each by itself; audits the changed ones. False, with nothing written,
-// when another workstation has changed or deleted one of them since it was read.
-bool SaveLockMonths(Session& session, const std::vector<LockMonthRow>& rows);
+// Writes every month, changed or not, each by itself; audits the changed ones.
+void SaveLockMonths(Session& session, const std::vector<LockMonthRow>& rows);
 
 // Who turned which lock on which machine, as the database has noted it; the newest first.
 struct LockHistoryRow {

@@ -2,14 +2,13 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "common/titles.h"
 #include "database/recordset.h"
 #include "frame/rights.h"
 #include "frame/session.h"
+#include "frame/writing_turn.h"
 #include "instructions/components.h"
 #include "instructions/instruction_statements.h"
 #include "recovery/emi_months.h"
@@ -50,23 +49,12 @@ Statement WhereRow(const Session& session, const InstructionKey& key) {
   return session.Sql("EMPID = {} And SITYPE = {} And SERIALNO = {}", key.employee, key.type, key.serial);
 }
 
-Statement StoredRowStatement(const Session& session, const MonthViewRow& row) {
-  return session.Sql("Select * From INS_EMIDETAIL Where {} And COUNTER = {}", WhereRow(session, row.key),
-                     row.counter);
-}
-
-bool IsAsRead(Session& session, long monthYear, const MonthViewRow& row) {
-  const Recordset stored(session.Cn, StoredRowStatement(session, row));
-  return !stored.Eof() && stored["MONTHYEAR"].ToLong() == monthYear &&
-         NumberIfAny(stored["EMIAMT"]) == row.EMIAMT && NumberIfAny(stored["MDFYAMT"]) == row.MDFYAMT &&
-         stored["REMARKS"].TextOrEmpty() == row.REMARKS;
-}
-
 void WriteRow(Session& session, const MonthViewRow& row) {
   const bool apart =
       row.amount != row.MDFYAMT && IsAdvanceOrLoan(row.key.type) && KeepsComponentsApart(session, row.key);
   if (apart) StoreComponents(session, row.key);
-  Recordset stored(session.Cn, StoredRowStatement(session, row), OpenMode::Update);
+  const Statement where = session.Sql("{} And COUNTER = {}", WhereRow(session, row.key), row.counter);
+  Recordset stored(session.Cn, session.Sql("Select * From INS_EMIDETAIL Where {}", where), OpenMode::Update);
   stored.Set("MDFYAMT", row.amount ? Value(*row.amount) : Value(Null{}));
   stored.Set("REMARKS", row.remarks);
   if (apart) {
@@ -95,6 +83,10 @@ long NewestMonth(Session& session, const MonthViewScope& scope, const std::vecto
   return session.data.Long(
       session.Sql("Select Max(MONTHYEAR) From INS_EMIDETAIL Where EMPID = {}{}", scope.employee, type),
       static_cast<long>(Val(months.front().value)));
+}
+
+std::string MonthRowsText(Session& session, const MonthViewScope& scope, long monthYear) {
+  return RowsAsText(session, RowsStatement(session, scope, monthYear));
 }
 
 std::vector<MonthViewRow> ReadMonthRows(Session& session, const MonthViewScope& scope, long monthYear) {
@@ -142,30 +134,22 @@ void RestoreAmount(Session& session, MonthViewRow& row) {
                                    Null{}));
 }
 
-std::optional<MonthRefusal> CheckMonthRows(Session& session, const MonthViewScope& scope, long monthYear,
-                                           const std::vector<MonthViewRow>& rows) {
-  if (rows.empty()) return MonthRefusal{{"No records to update."}};
-  if (IsMonthLocked(session, monthYear)) return MonthRefusal{{"Month is locked.  Cannot update."}};
+std::optional<Refusal<NoField>> CheckMonthRows(Session& session, const MonthViewScope& scope, long monthYear,
+                                               const std::vector<MonthViewRow>& rows) {
+  using Refused = Refusal<NoField>;
+  if (rows.empty()) return Refused{"No records to update."};
+  if (IsMonthLocked(session, monthYear)) return Refused{"Month is locked.  Cannot update."};
   if (!IsEmployeeLocked(session, scope.employee, monthYear, std::to_string(monthYear))) return std::nullopt;
-  return MonthRefusal{
-      {"Employee has been locked. Cannot Update.", NoField{}, Icon::Information, kDeniedTitle}};
+  return Refused{"Employee has been locked. Cannot Update.", NoField{}, Icon::Information, kDeniedTitle};
 }
 
-std::optional<MonthRefusal> WriteMonthRows(Session& session, long monthYear,
-                                           const std::vector<MonthViewRow>& rows) {
-  Transaction update(session.Cn);
-  const auto outdated = [&](const MonthViewRow& row) {
-    return row.changed && !IsAsRead(session, monthYear, row);
-  };
-  if (std::ranges::any_of(rows, outdated)) return MonthRefusal{{kRowGoneText}, true};
+void WriteMonthRows(Session& session, long monthYear, const std::vector<MonthViewRow>& rows) {
   for (const MonthViewRow& row : rows) {
     if (!row.changed) continue;
     WriteRow(session, row);
     RaiseFlags(session, row.key, monthYear);
     AuditRow(session, monthYear, row);
   }
-  update.Commit();
-  return std::nullopt;
 }
 
 }  // namespace ktl

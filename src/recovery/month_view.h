@@ -37,6 +37,8 @@ long NewestMonth(Session& session, const MonthViewScope& scope, const std::vecto
 
 // By type, name and serial number.
 std::vector<MonthViewRow> ReadMonthRows(Session& session, const MonthViewScope& scope, long monthYear);
+// The same rows as a text, for the turn to write. To be read before them.
+std::string MonthRowsText(Session& session, const MonthViewScope& scope, long monthYear);
 // Takes what was typed: as it will be stored.
 void TakeAmount(MonthViewRow& row, std::string_view typed);
 void TakeRemarks(MonthViewRow& row, std::string_view typed);
@@ -45,14 +47,10 @@ bool RecoversTooMuch(Session& session, const MonthViewRow& row);
 // What is stored for the row, into its amount.
 void RestoreAmount(Session& session, MonthViewRow& row);
 
-struct MonthRefusal : Refusal<NoField> {
-  bool outdated = false;  // the screen shows what is stored now
-};
-std::optional<MonthRefusal> CheckMonthRows(Session& session, const MonthViewScope& scope, long monthYear,
-                                           const std::vector<MonthViewRow>& rows);
-// Writes the changed rows, flags and audits each; all of them or none. The refusal: another workstation has
-// changed or deleted one of them since it was read.
-std::optional<MonthRefusal> WriteMonthRows(Session& session, long monthYear,
-                                           const std::vector<MonthViewRow>& rows);
+// What stands against an update.
+std::optional<Refusal<NoField>> CheckMonthRows(Session& session, const MonthViewScope& scope, long monthYear,
+                                               const std::vector<MonthViewRow>& rows);
+// Writes the changed rows, flags and audits each.
+void WriteMonthRows(Session& session, long monthYear, const std::vector<MonthViewRow>& rows);
 
 }  // namespace ktl

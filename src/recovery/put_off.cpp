@@ -77,10 +77,14 @@ class Move {
     audit_ += fmt::format("::Month/Year = {}:EMI Amount = {}", FnStrFormatMonthYear(monthYear), amounts);
   }
 
+  // The embedded store gets the amount that remains, so that it reads the text once for all amounts.
   void TakeOut() {
-    session_.Cn.Execute(
-        session_.Sql("Update INS_EMIDETAIL SET MDFYAMT = (MDFYAMT - {}) {}", amount_, OfMonth()));
-    if (apart_) StoreComponentsOf(row_.emi - amount_, OfMonth());
+    const double left = row_.emi - amount_;
+    const Statement said =
+        session_.Sql("Update INS_EMIDETAIL SET MDFYAMT = (MDFYAMT - {}) {}", amount_, OfMonth());
+    const Statement embedded = session_.Sql("Update INS_EMIDETAIL SET MDFYAMT = {} {}", left, OfMonth());
+    session_.Cn.Execute(StatementTwin{said, embedded});
+    if (apart_) StoreComponentsOf(left, OfMonth());
   }
 
   void StoreComponentsOf(double amount, const Statement& month) {

@@ -73,8 +73,10 @@ class Grid final : public Control {
   CellHandler onDblClick;
   // Ctrl+V on the selection: the clipboard's text, rows by line breaks and cells by tabs.
   std::function<void(const GridRange& selection, const std::string& block)> onPaste;
-  std::vector<Menu*> popup;  // the menu of the right button
-  Handler onExport;          // writes what is shown into a file
+  std::vector<Menu*> popup;          // the menu of the right button
+  std::string title;                 // what its rows are; "" where the screen's caption says it
+  const Menu* exportMenu = nullptr;  // the one of the popup that writes what is shown into a file
+  Handler onExport;                  // does it where there is no such menu
 };
 
 }  // namespace ktl

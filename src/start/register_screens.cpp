@@ -6,6 +6,7 @@
 #include "instructions/modHLoan.h"
 #include "instructions/modMultiAllot.h"
 #include "instructions/modSIMaster.h"
+#include "premium/modInsGInsSSS.h"
 #include "recovery/modEMIDet.h"
 #include "recovery/modEMIEmp.h"
 #include "recovery/modInterestMaster.h"
@@ -58,6 +59,9 @@ void Register(Session& session, Door<Arguments...>& door) {
 void RegisterScreens(Session& session) {
   session.screens.Add("modAdvLoan", [](Session& opened, Screen*) {
     return std::make_unique<modAdvLoan>(opened, static_cast<InstructionType>(opened.SIType));
+  });
+  session.screens.Add("modInsGInsSSS", [](Session& opened, Screen*) {
+    return std::make_unique<modInsGInsSSS>(opened, static_cast<InstructionType>(opened.SIType));
   });
   session.screens.Add("modSIDetails", [](Session& opened, Screen*) {
     return std::make_unique<modSIDetails>(opened, opened.FormEmpId);

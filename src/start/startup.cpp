@@ -13,6 +13,7 @@
 #include "runtime/numbers.h"
 #include "start/command_line.h"
 #include "start/connect.h"
+#include "workbook/export_menu.h"
 
 namespace ktl {
 
@@ -119,6 +120,7 @@ void ForgetWindow(Session& session) noexcept {
 
 int RunProgram(Session& session, const std::string& commandLine) {
   RegisterScreens(session);
+  session.desk.onShow = [&session](Screen& screen) { OfferExports(session, screen); };
   const CommandLine line = SplitCommandLine(commandLine);
   if (line.title) session.title = *line.title;
   session.data.SetTitle(session.title);

@@ -4,20 +4,23 @@
 
 #include "frame/handler_guard.h"
 #include "frame/session.h"
+#include "runtime/text.h"
 #include "screen/grid.h"
+#include "screen/screen.h"
 #include "workbook/grid_workbook.h"
 
 namespace ktl {
 
 namespace {
 
-Handler Exporting(Session& session, Grid& grid, std::function<ExportWords()> words) {
+Handler Exports(Session& session, const Grid& grid, std::function<ExportWords()> words) {
   return [&session, &grid, words = std::move(words)] {
     RunGuarded(session, ErrorStyle::NumberFirst, "", [&] {
       if (grid.rows.empty()) return session.Inform("No Records Found");
       const ExportWords said = words();
       const std::string file = ExportGridToWorkbook(session, grid, said.title);
-      if (!file.empty()) session.Inform(said.what + " has been written to " + file);
+      if (!file.empty())
+        session.desk.TellWritten(said.what + " has been written to " + file, file, session.title);
     });
   };
 }
@@ -26,11 +29,24 @@ Handler Exporting(Session& session, Grid& grid, std::function<ExportWords()> wor
 
 void BindExport(Session& session, Menu& menu, Grid& grid, std::function<ExportWords()> words) {
   grid.popup.push_back(&menu);
-  menu.onClick = Exporting(session, grid, std::move(words));
+  grid.exportMenu = &menu;
+  menu.onClick = Exports(session, grid, std::move(words));
 }
 
 void BindExport(Session& session, Button& button, Grid& grid, std::function<ExportWords()> words) {
-  button.onClick = Exporting(session, grid, std::move(words));
+  button.onClick = Exports(session, grid, std::move(words));
+}
+
+void OfferExports(Session& session, Screen& screen) {
+  for (Control* control : screen.Controls()) {
+    if (control->kind() != ControlKind::Grid) continue;
+    auto& grid = static_cast<Grid&>(*control);
+    if (grid.exportMenu != nullptr || grid.onExport) continue;
+    grid.onExport = Exports(session, grid, [&screen, &grid] {
+      const std::string& name = grid.title.empty() ? screen.caption : grid.title;
+      return ExportWords{Trim(name.substr(0, name.find(" - "))), "The list"};
+    });
+  }
 }
 
 }  // namespace ktl

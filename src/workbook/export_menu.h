@@ -8,6 +8,7 @@ namespace ktl {
 class Button;
 class Grid;
 class Menu;
+class Screen;
 struct Session;
 
 // What an export of a grid says: the title of its sheet, and what has been written ("The schedule").
@@ -20,5 +21,7 @@ struct ExportWords {
 void BindExport(Session& session, Menu& menu, Grid& grid, std::function<ExportWords()> words);
 // A button alone.
 void BindExport(Session& session, Button& button, Grid& grid, std::function<ExportWords()> words);
+// Every other grid of the screen can be written too, under its title or the screen's caption.
+void OfferExports(Session& session, Screen& screen);
 
 }  // namespace ktl

@@ -5,26 +5,39 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "common/amounts.h"
 #include "frame/session.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
+#include "screen/screen.h"
 
 namespace ktl {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr lxw_row_t kCaptionRow = 2;
+constexpr std::size_t kLongestSheetName = 31;
+constexpr std::size_t kLongestFileName = 80;  // characters; of a script they take up to three bytes each
 constexpr double kWidestColumn = 60;
 
-// libxlsxwriter owns sheets and formats; the book is closed, and so written, exactly once.
+// libxlsxwriter owns sheets and formats; the book is closed, and so written, exactly once. It is written
+// beside its place and put there when it is whole.
 class Book final {
  public:
-  explicit Book(const std::string& path) : book_(workbook_new(path.c_str())) {}
+  explicit Book(fs::path path)
+      : path_(std::move(path)),
+        unfinished_(path_.string() + ".part"),
+        book_(workbook_new(unfinished_.c_str())) {}
   ~Book() {
     if (book_ != nullptr) workbook_close(book_);
+    std::error_code gone;
+    fs::remove(unfinished_, gone);
   }
   Book(const Book&) = delete;
   Book& operator=(const Book&) = delete;
@@ -34,10 +47,15 @@ class Book final {
   bool Write() {
     lxw_workbook* book = book_;
     book_ = nullptr;
-    return workbook_close(book) == LXW_NO_ERROR;
+    if (workbook_close(book) != LXW_NO_ERROR) return false;
+    std::error_code failed;
+    fs::rename(unfinished_, path_, failed);
+    return !failed;
   }
 
  private:
+  fs::path path_;
+  fs::path unfinished_;
   lxw_workbook* book_;
 };
 
@@ -97,10 +115,15 @@ class SheetWriter final {
   std::vector<double> widths_;
 };
 
+// A column of ticks without a heading only picks rows.
+bool IsWritten(const GridColumn& column) {
+  return !column.hidden && (column.type != CellType::Tick || !column.caption.empty());
+}
+
 void WriteGrid(SheetWriter& sheet, const Grid& grid) {
   lxw_col_t to = 0;
   for (std::size_t column = 0; column < grid.columns.size(); ++column) {
-    if (grid.columns[column].hidden) continue;
+    if (!IsWritten(grid.columns[column])) continue;
     sheet.Caption(to, grid.columns[column].caption);
     lxw_row_t line = kCaptionRow;
     for (std::size_t row = 0; row < grid.rows.size(); ++row) {
@@ -111,11 +134,29 @@ void WriteGrid(SheetWriter& sheet, const Grid& grid) {
   }
 }
 
-std::string FileFor(Session& session, const std::string& title) {
-  const std::filesystem::path folder = std::filesystem::path(session.machine.folder.Path()) / kWorkbookFolder;
+// Named after what it shows and whose it is; a file that is there already is left alone.
+fs::path FileFor(Session& session, const Grid& grid, const std::string& title) {
+  const fs::path folder = fs::path(session.machine.folder.Path()) / kWorkbookFolder;
   std::error_code failed;
-  std::filesystem::create_directories(folder, failed);
-  return (folder / (clsGenCmn::FnStrClearAllNonFileChar(title) + ".xlsx")).string();
+  fs::create_directories(folder, failed);
+  const Subject subject = grid.screen().Subject();
+  std::string name = title;
+  for (const std::string* part : {&subject.employee, &subject.instruction}) {
+    if (!part->empty()) name += " - " + *part;
+  }
+  name = Left(clsGenCmn::FnStrClearAllNonFileChar(name), kLongestFileName);
+  fs::path file = folder / (name + ".xlsx");
+  for (int copy = 2; fs::exists(file, failed); ++copy)
+    file = folder / fmt::format("{} ({}).xlsx", name, copy);
+  return file;
+}
+
+std::string SheetName(const std::string& title) {
+  std::string name;
+  for (const char c : title)
+    name += std::string_view("[]:*?/\\'").find(c) == std::string_view::npos ? c : ' ';
+  name = Trim(Left(name, kLongestSheetName));
+  return name.empty() ? "Sheet1" : name;
 }
 
 }  // namespace
@@ -132,15 +173,15 @@ std::string FnStrGetExcelCell(int column, int row) {
 }
 
 std::string ExportGridToWorkbook(Session& session, const Grid& grid, const std::string& title) {
-  const std::string path = FileFor(session, title);
+  const fs::path path = FileFor(session, grid, title);
   Book book(path);
-  SheetWriter sheet(book, title);
+  SheetWriter sheet(book, SheetName(title));
   sheet.Heading(
       0, session.data.FnVarGetDbValue("SELECT CMPNAME FROM MAS_COMPANY", "").TextOrEmpty() + " : " + title);
   sheet.Heading(1, session.data.FnVarGetDbValue("SELECT ADDRESS FROM MAS_COMPANY", "").TextOrEmpty());
   WriteGrid(sheet, grid);
   sheet.FitColumns();
-  if (book.Write()) return path;
+  if (book.Write()) return path.string();
   session.desk.ShowError("Bad or Invalid File Path. Check File Path Again.", "Check File Path");
   return "";
 }

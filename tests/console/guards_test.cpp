@@ -98,6 +98,15 @@ constexpr Deed kDeeds[] = {
      kRight | kReadOnly},
     {"a name deleted", "1502#False#0#0", "click cmdMaster\nrow fpgSIMaster 6\nanswer Yes\nclick cmdDelete\n",
      235, kRight | kReadOnly},
+    {"the month view", "1500,48,Oct/2026#False#0#0", "cell fpgEMIDetail 1 4 600\nclick cmdUpdate\n", 341,
+     kAllGuards},
+    {"month locks", "1511#False#0#0", "tickcell fpgLockMonth 12 3 on\nclick cmdSave\n", 0, kReadOnly},
+    {"recoveries put off", "1509,24321#False#0#0", "click cmdDisplay\nclick cmdAdjust\n", 0,
+     kReadOnly | kLockedEmployee | kEmployeeMonths | kMonths},
+    {"recoveries folded after leaving", "1508,6#False#0#0",
+     "tickcell fpgGrid 1 3 on\nanswer Yes\nclick cmdAdjust\n", 0, kReadOnly | kLockedEmployee | kMonths},
+    {"recoveries given up after leaving", "1508,6#False#0#0",
+     "tickcell fpgGrid 1 3 on\nanswer Yes\nclick cmdClear\n", 0, kReadOnly | kLockedEmployee},
 };
 
 class Guards : public testing::TestWithParam<Deed> {

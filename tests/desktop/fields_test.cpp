@@ -31,6 +31,30 @@ TEST_F(FieldsTest, TypingPassesTheFilterAndKeepsTheCursor) {
   });
 }
 
+TEST_F(FieldsTest, AnAmountIsPlainWhileItIsTypedAndGroupedWhenLeft) {
+  screen.txtAmount.rightAligned = true;
+  WorkAt<QLineEdit>("txtAmount", [this](QLineEdit& amount) {
+    Enter(amount, "1234567");
+    QTest::keyClick(&amount, Qt::Key_Return);
+    Settle();
+    EXPECT_EQ(amount.text(), "12,34,567.00");
+    EXPECT_EQ(screen.txtAmount.Text(), "1234567.00");
+    amount.setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(amount.text(), "1234567.00");
+    EXPECT_EQ(amount.selectedText(), "1234567.00");
+  });
+}
+
+TEST_F(FieldsTest, TheUsualKeysSaveAndFind) {
+  Work([this](ScreenWindow& window) {
+    Find<QWidget>(window, "cmbName").setProperty("finds", true);
+    QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(screen.Focus(), &screen.cmbName);
+    QTest::keyClick(&window, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(screen.heard, Heard{"save "});
+  });
+}
+
 TEST_F(FieldsTest, EnterLeavesTheFieldAndBackspaceAtItsStartGoesBack) {
   WorkAt<QLineEdit>("txtAmount", [this](QLineEdit& amount) {
     Enter(amount, "12");
@@ -115,11 +139,11 @@ TEST_F(FieldsTest, WhatThePropertiesSayIsWhatTheFieldDoes) {
   });
 }
 
-TEST_F(FieldsTest, AnAmountToReadIsGroupedAndOneToTypeIsNot) {
+TEST_F(FieldsTest, AnAmountIsGroupedAndCopiedPlain) {
   screen.txtAmount.rightAligned = true;
   screen.txtAmount.SetText("1234567.89");
   WorkAt<QLineEdit>("txtAmount", [this](QLineEdit& amount) {
-    EXPECT_EQ(amount.text(), "1234567.89");
+    EXPECT_EQ(amount.text(), "12,34,567.89");
     screen.txtAmount.locked = true;
     desk.Refresh();
     EXPECT_EQ(amount.text(), "12,34,567.89");

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QMenu>
 
+#include "desktop/grid_foot.h"
 #include "desktop/toy_screen.h"
 
 namespace ktl {
@@ -42,6 +43,21 @@ TEST_F(GridTest, AClickIsHeardWithItsRowActive) {
     EXPECT_EQ(screen.heard, (Heard{"row 1", "row 2"}));
     QTest::keyClick(&view, Qt::Key_Return);  // a locked cell
     EXPECT_EQ(screen.heard.back(), "open 2");
+  });
+}
+
+TEST_F(GridTest, AnEmptyListAndAColourAreToldInWords) {
+  screen.lblHelp.backColour = 0xC0FFC0;
+  screen.fpgRows.PaintRow(1, 0xC0FFC0);
+  WorkAt<QTableView>("fpgRows", [this](QTableView& view) {
+    EXPECT_EQ(view.model()->index(1, kAmount).data(Qt::ToolTipRole), "Help");
+    EXPECT_EQ(view.model()->index(0, kAmount).data(Qt::ToolTipRole), "");
+    const auto& words = Find<QLabel>(view, "emptyWords");
+    EXPECT_FALSE(words.isVisible());
+    screen.fpgRows.Clear();
+    desk.Refresh();
+    EXPECT_TRUE(words.isVisible());
+    EXPECT_EQ(words.text(), "Nothing to show here yet.");
   });
 }
 
@@ -225,6 +241,57 @@ TEST_F(GridTest, GroupsAmountsForReadingOnly) {
     QLineEdit* editor = Editor(view);
     ASSERT_TRUE(editor);
     EXPECT_EQ(editor->text(), "1234567.89");
+  });
+}
+
+TEST_F(GridTest, SumsStandInTheFootAndOfWhatIsMarkedBelow) {
+  screen.fpgRows.summed = {kAmount};
+  screen.fpgRows.onPaste = [](const GridRange&, const std::string&) {};
+  screen.fpgRows.rows[1].cells[kAmount].text = "123456.10";
+  Work([this](ScreenWindow& window) {
+    auto& view = Find<QTableView>(window, "fpgRows");
+    const auto& foot = dynamic_cast<const GridFoot&>(Find<QWidget>(window, "gridFoot"));
+    const auto& marked = Find<QLabel>(window, "statusSelection");
+    EXPECT_EQ(foot.TextOf(kAmount), "1,23,856.10");
+    EXPECT_EQ(foot.TextOf(kMonth), "Total");
+    EXPECT_EQ(marked.text(), "3 rows");
+    Click(view, 0, kAmount);
+    EXPECT_EQ(marked.text(), "1 of 3 rows selected");
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, Qt::ShiftModifier, Place(view, 1, kAmount));
+    EXPECT_EQ(marked.text(), "2 of 3 rows selected, sum 1,23,556.10");
+    screen.fpgRows.rows[1].hidden = true;
+    desk.Refresh();
+    EXPECT_EQ(foot.TextOf(kAmount), "400.00");
+    EXPECT_EQ(marked.text(), "1 of 2 rows selected, sum 100.00");
+    screen.fpgRows.visible = false;
+    desk.Refresh();
+    EXPECT_FALSE(foot.isVisible());
+  });
+}
+
+TEST_F(GridTest, WholeRowsAreSummedByTheColumnThatWasClicked) {
+  screen.fpgRows.onRowClick = nullptr;
+  WorkAt<QTableView>("fpgRows", [this](QTableView& view) {
+    view.selectAll();
+    const auto words = [&view] { return Find<QLabel>(*view.window(), "statusSelection").text(); };
+    EXPECT_EQ(words(), "3 of 3 rows selected");
+    screen.fpgRows.summed = {kAmount};
+    desk.Refresh();
+    EXPECT_EQ(words(), "3 of 3 rows selected, Amount 600.00");
+  });
+}
+
+TEST_F(GridTest, AGridWithoutAnExportOfItsOwnOffersOne) {
+  screen.fpgRows.onExport = [this] { screen.heard.push_back("written"); };
+  WorkAt<QTableView>("fpgRows", [this](QTableView& view) {
+    QTimer::singleShot(20, qApp, [] {
+      auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+      ASSERT_TRUE(menu);
+      menu->setActiveAction(menu->actions().last());
+      QTest::keyClick(menu, Qt::Key_Return);
+    });
+    emit view.customContextMenuRequested(Place(view, 0, kMonth));
+    EXPECT_EQ(screen.heard, Heard{"written"});
   });
 }
 

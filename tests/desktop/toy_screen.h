@@ -57,6 +57,9 @@ class ToyScreen final : public Screen {
   Timer tmrTick{*this, "tmrTick"};
   Menu mnuExport{*this, "mnuExport", "E&xport"};
 
+  ktl::Subject subject;
+
+  ktl::Subject Subject() const override { return subject; }
   bool Form_QueryUnload() override { return mayClose(); }
 
  private:

@@ -1,6 +1,8 @@
+#include <QDesktopServices>
 #include <QHeaderView>
 #include <QSettings>
 #include <QTemporaryDir>
+#include <QTextBrowser>
 
 #include "desktop/toy_screen.h"
 
@@ -159,6 +161,91 @@ TEST_F(WindowsTest, AChildWorksOnItsParentWhileItIsOpen) {
   EXPECT_TRUE(child.IsUnloaded());
 }
 
+TEST_F(WindowsTest, TheLineBelowTellsWhereWhatWasSavedAndWhyNothingCanBe) {
+  screen.cmdMore.enabled = false;
+  screen.cmdMore.whyDisabled = "Nothing more.";
+  desk.NotePlace({"Neem & Sons", "LEELA", ""});
+  Work([this](ScreenWindow& window) {
+    const auto below = [&](const char* part) {
+      const auto& label = Find<QLabel>(window, part);
+      return label.isVisible() ? label.text() : QString();
+    };
+    EXPECT_EQ(below("statusPlace"), "Neem & Sons  ·  LEELA");
+    const struct {
+      bool enabled, holdsFrame;
+      const char* status;
+      const char* expected;
+    } cases[] = {{true, false, "", ""},
+                 {false, false, "", "The employee is locked."},
+                 {false, false, "printing", "printing"},
+                 {true, true, "", "The employee is locked."}};
+    for (const auto& c : cases) {
+      screen.cmdSave.enabled = c.enabled;
+      screen.fmeMode.enabled = !c.holdsFrame;
+      screen.cmdSave.container = c.holdsFrame ? &screen.fmeMode : nullptr;
+      screen.cmdSave.whyDisabled = "The employee is locked.";
+      screen.cmdSave.toolTip = "Saves";
+      desk.NoteStatus(c.status);
+      desk.Refresh();
+      EXPECT_EQ(below("statusWhy"), c.expected);
+      EXPECT_EQ(Find<QPushButton>(window, "cmdSave").toolTip(),
+                screen.cmdSave.IsUsable() ? "Saves" : "The employee is locked.");
+    }
+    screen.cmdSave.visible = false;  // the first that tells something
+    desk.Refresh();
+    EXPECT_EQ(below("statusWhy"), "Nothing more.");
+    screen.subject = {"Meera (K9)", "Car Loan 2", ""};
+    desk.NoteSaved();
+    desk.Refresh();
+    EXPECT_TRUE(below("statusSaved").startsWith("Saved at "));
+    EXPECT_TRUE(below("statusSaved").endsWith(": Meera (K9)  ·  Car Loan 2"));
+  });
+}
+
+// What the system is asked to open is heard here.
+class Opened final : public QTextBrowser {
+ public:
+  Opened() { QDesktopServices::setUrlHandler("file", this, "setSource"); }
+  ~Opened() override { QDesktopServices::unsetUrlHandler("file"); }
+  QStringList files;
+
+ protected:
+  void doSetSource(const QUrl& url, QTextDocument::ResourceType) override { files << url.toLocalFile(); }
+};
+
+TEST_F(WindowsTest, F1OpensTheHelpAndABoxOpensWhatWasWritten) {
+  Opened opened;
+  OnSave([&] {
+    auto* window = TopDialog<ScreenWindow>();
+    for (const char* help : {"", "/d/help.pdf"}) {
+      desk.NotePlace({"", "", help});
+      desk.Refresh();
+      QTest::keyClick(&Find<QLineEdit>(*window, "txtCount"), Qt::Key_F1);
+    }
+    for (const auto key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_O}) {
+      OnNext<QMessageBox>([key](QMessageBox& box) { QTest::keyClick(&box, key); });
+      desk.TellWritten("Written", "/d/list.xlsx", "Title");
+    }
+  });
+  EXPECT_EQ(opened.files, (QStringList{"/d/help.pdf", "/d/list.xlsx"}));
+}
+
+TEST_F(WindowsTest, AChildSaysWhoseInstructionItWorksOn) {
+  ToyScreen child(desk);
+  child.subject = {"Meera (K9)", "Car Loan 2", "10.00, due 6.00"};
+  screen.subject = child.subject;
+  OnSave([&] {
+    EXPECT_FALSE(TopDialog<ScreenWindow>()->findChild<QLabel*>("subjectText"));
+    OnNext<ScreenWindow>([&](ScreenWindow& window) {
+      EXPECT_EQ(Find<QLabel>(window, "subjectText").text(), "Meera (K9)  ·  Car Loan 2  ·  10.00, due 6.00");
+      child.Unload();
+      desk.Refresh();
+      window.done(0);
+    });
+    desk.ShowModal(child);
+  });
+}
+
 // A person types on, clicks Save and lets the timer run while a handler waits for another workstation.
 TEST_F(WindowsTest, WhileAnotherWorkstationWritesOnlyGivingUpIsHeard) {
   using std::chrono::milliseconds;
@@ -172,6 +259,7 @@ TEST_F(WindowsTest, WhileAnotherWorkstationWritesOnlyGivingUpIsHeard) {
       QTest::qSleep(5);
       Enter(Find<QLineEdit>(*window, "txtCount"), "12");
       PressSave(*window);
+      EXPECT_EQ(Find<QLineEdit>(*window, "txtCount").text(), "");
     };
     EXPECT_TRUE(desk.KeepWaiting(milliseconds(1900), true));
     EXPECT_EQ(TopDialog<QDialog>(), window);
@@ -252,6 +340,7 @@ TEST_F(WindowsTest, WhatAPersonArrangedIsThereAgain) {
     window.resize(900, 640);
     Settle();
     EXPECT_EQ(width(window), 143);
+    EXPECT_GT(Find<QTableView>(window, "fpgRows").width(), 840) << "a list takes the width there is";
   });
   Work([&](ScreenWindow& window) {
     EXPECT_EQ(window.width(), 900);
@@ -277,12 +366,11 @@ TEST_F(WindowsTest, AFailureThatNoHandlerCaughtEndsEveryScreen) {
 }
 
 TEST_F(WindowsTest, ThePictureEndsTheRun) {
-  const QString file = QDir::tempPath() + "/ktl_desktop_picture.png";
-  QFile::remove(file);
+  const QTemporaryDir folder;
+  const QString file = folder.filePath("picture.png");
   desk.TakePicture(file.toStdString());
   EXPECT_THROW(desk.ShowModal(screen), PictureTaken);
   EXPECT_GT(QImage(file).width(), 600);
-  QFile::remove(file);
 }
 
 }  // namespace

@@ -102,6 +102,7 @@ TEST_F(EntryScreen, MarkingAMonthAsRecoveredIsWrittenAndCounted) {
   EXPECT_EQ(entry.overview.txtTotalReceipt.Text(), "1000.00");
   {
     const Transaction otherWorkstation(company.Cn());
+    desk.keepsWaiting = [](bool) { return false; };
     TickCell(entry.fpgEMI, 1, ScheduleGrid::kRecovered, false);
     EXPECT_EQ(desk.LastBox().icon, Icon::Critical);
     EXPECT_TRUE(entry.fpgEMI.IsTicked(1, ScheduleGrid::kRecovered));

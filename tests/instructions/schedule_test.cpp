@@ -114,6 +114,7 @@ TEST(Schedule, APremiumIsDueInEveryStepOfItsRangeAndInNoOtherMonth) {
         if ((month - kApr2026) % static_cast<long>(period) == 0) due.push_back(month);
       }
       EXPECT_EQ(PremiumMonths({500, kApr2026, last, period}), due) << static_cast<long>(period) << last;
+      EXPECT_EQ(PeriodOf(due), due.size() < 2 ? Monthly : period);
     }
   }
 }

@@ -101,11 +101,12 @@ TEST_F(InterestEditor, PastesOnlyWhatFits) {
   for (int row = 0; row < 2500; ++row) huge += "1\t2\t3\t4\n";
   for (const std::string block :
        {"1\t2\t3", "1\n2\n3", "1\t2\n3", "one\ttwo", "", "-1", "9999999999999", huge.c_str(),
-        "Month/Year\tModified Int. Amt\nJun/2024\t5", "Month/Year\tModified Int. Amt\nMay/2024\tfive"})
+        "Month/Year\tModified Int. Amt", "Month/Year\tModified Int. Amt\nJun/2024\t5",
+        "Month/Year\tModified Int. Amt\nMay/2024\tfive"})
     editor.fpgSIMaster_Paste(modified, block);
   editor.fpgSIMaster_Paste({0, modInterestMaster::kMonth, 0, modInterestMaster::kMonth}, "1");
   editor.fpgSIMaster_Paste(last, "1\t2");
-  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>(12, "Selected range is invalid to paste."));
+  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>(13, "Selected range is invalid to paste."));
   editor.fpgSIMaster_Paste(modified, "1,150.50\t7\r\n250\t8\r\n");
   editor.fpgSIMaster_Paste({0, modInterestMaster::kActualPrincipal, 0, modInterestMaster::kActualPrincipal},
                            "5\t6\n7\t8");

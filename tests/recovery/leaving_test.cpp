@@ -26,12 +26,9 @@ class Leaving : public RecoveryTest {
       company.Salary(17, month, 0, 0, month < kApr2024 + 2 ? 1000 : 0, month < kApr2024 + 2 ? 1000 : 0);
   }
   modSIDetails& Pending(long employee = 17) {
-    auto opened = std::make_unique<modSIDetails>(session, employee);
-    modSIDetails& result = *opened;
-    screen = std::move(opened);
-    RunAndGrantFocus(*screen, [this] { screen->Load(); });
-    Tick(result.chkSelectAll, true);
-    return result;
+    modSIDetails& pending = OpenWith<modSIDetails>(employee);
+    Tick(pending.chkSelectAll, true);
+    return pending;
   }
   // "6000.00 2000.00 4000.00": total, recovered and balance of each row.
   static std::string Figures(const modSIDetails& pending) {
@@ -143,7 +140,7 @@ TEST_F(Leaving, RefusesAndWritesNothing) {
   }
 }
 
-TEST_F(Leaving, NobodyAndWhoMayNotWrite) {
+TEST_F(Leaving, NobodyAndWhoHasNoRight) {
   modSIDetails& nobody = Pending(99);
   Press(nobody.cmdAdjust, {});
   Press(nobody.cmdClear, {});
@@ -154,10 +151,6 @@ TEST_F(Leaving, NobodyAndWhoMayNotWrite) {
   }
   EXPECT_EQ(desk.TakeTexts(), (Texts{"Select record(s) to 'Adjust'.", "Select record(s) to 'Clear'.",
                                      "Permission denied.", "Permission denied."}));
-  company.Execute("UPDATE MAS_EMPLOYEE SET lockyn = 1");
-  EXPECT_FALSE(Pending().cmdAdjust.enabled || Pending().cmdClear.enabled);
-  session.ReadOnlyUser = true;
-  EXPECT_FALSE(Pending(99).cmdAdjust.enabled || Pending(99).cmdClear.enabled);
 }
 
 // A lock of the leaving month is no hindrance to giving up what lies behind it.
@@ -172,7 +165,7 @@ TEST_F(Leaving, MoneyIsConserved) {
     const std::size_t leaving = folding ? 2 : 3;
     company.Execute(fmt::format("UPDATE MAS_EMPLOYEE SET DOL = '20/{}/2024'", folding ? "Jun" : "Jul"));
     std::vector<double> amounts(4 + random() % 8);
-    for (double& amount : amounts) amount = static_cast<double>(100 + random() % 90000);
+    for (double& amount : amounts) amount = static_cast<double>(100 + random() % 90000) / 100;
     random() % 2 == 0 ? Instruction(InstructionType::Advance, amounts) : Reducing(amounts, 60);
     const auto sum = [this](const char* condition, std::size_t month) {
       return company
@@ -184,12 +177,12 @@ TEST_F(Leaving, MoneyIsConserved) {
     modSIDetails& pending = Pending();
     Press(folding ? pending.cmdAdjust : pending.cmdClear);
     EXPECT_EQ(sum("<", leaving), before);
-    EXPECT_EQ(sum("=", leaving), folding ? month + later : month);
+    EXPECT_NEAR(sum("=", leaving), folding ? month + later : month, 0.001);
     EXPECT_EQ(sum(">", leaving), 0);
     EXPECT_EQ(Flagged(), folding ? "2" : "");
-    const char* const torn = "SELECT * FROM INS_EMIDETAIL WHERE MDFYAMT <> MDFPRNAMT + MDFINTAMT";
+    const char* const torn = "SELECT * FROM INS_EMIDETAIL WHERE ABS(MDFYAMT - MDFPRNAMT - MDFINTAMT) > 0.001";
     EXPECT_EQ(parent->reducing ? company.Rows(torn) : "", "");
-    desk.TakeTexts();
+    EXPECT_EQ(desk.TakeTexts().size(), 1U);  // the question alone
   }
 }
 

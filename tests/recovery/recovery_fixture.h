@@ -67,7 +67,11 @@ class RecoveryTest : public testing::Test {
   // Opens a screen on the parent.
   template <typename ScreenType>
   ScreenType& Open() {
-    auto opened = std::make_unique<ScreenType>(session, *parent);
+    return OpenWith<ScreenType>(*parent);
+  }
+  template <typename ScreenType, typename Argument>
+  ScreenType& OpenWith(Argument&& argument) {
+    auto opened = std::make_unique<ScreenType>(session, argument);
     ScreenType& result = *opened;
     screen = std::move(opened);
     RunAndGrantFocus(*screen, [this] { screen->Load(); });

@@ -50,14 +50,14 @@ class ScriptedDesk : public Desk {
   // Names, in order of opening.
   const std::vector<std::string>& ShownScreens() const { return shownScreens_; }
 
-  std::function<bool(bool mayGiveUp)> keepsWaiting;  // none: gives up
+  std::function<bool(bool mayGiveUp)> keepsWaiting;  // none: goes on
   Workplace place;
   std::vector<std::string> statusTexts;
 
   void NotePlace(const Workplace& noted) override { place = noted; }
   void NoteStatus(const std::string& text) override { statusTexts.push_back(text); }
   bool KeepWaiting(std::chrono::milliseconds, bool mayGiveUp) override {
-    return keepsWaiting && keepsWaiting(mayGiveUp);
+    return !keepsWaiting || keepsWaiting(mayGiveUp);
   }
   Answer MsgBox(const MessageBox& box) override;
   void ShowModal(Screen& screen) override;

@@ -13,6 +13,7 @@
 #include "support/company_fixture.h"
 #include "support/fake_machine.h"
 #include "support/scripted_desk.h"
+#include "workbook/export_menu.h"
 
 namespace ktl {
 namespace {
@@ -50,12 +51,16 @@ TEST(Workbook, HoldsWhatTheGridShowsUnderTheCompanysName) {
   OpenConnection(session, company.ConnectionString());
   company.Execute("UPDATE MAS_COMPANY SET CMPNAME = 'Neem & Sons', ADDRESS = '4 Hill Road'");
   machine.folder.path = company.File().string() + "-folder";
-  Screen screen("toy");
+  struct Child : Screen {
+    using Screen::Screen;
+    ktl::Subject Subject() const override { return {"Meera: Kulkarni (K9)", "Car Loan 2", "10.00"}; }
+  } screen("toy");
   Grid grid(screen, "fpgToy");
   grid.columns = {{"Month"},
                   {"Amount", CellType::Number},
                   {"Hidden", CellType::Text, 90, true},
-                  {"Done", CellType::Tick}};
+                  {"Done", CellType::Tick},
+                  {"", CellType::Tick}};
   for (const char* amount : {"3333.50", "7"}) {
     const std::size_t row = grid.AddRow();
     grid.At(row, 0).text = "Apr/2026";
@@ -68,6 +73,16 @@ TEST(Workbook, HoldsWhatTheGridShowsUnderTheCompanysName) {
             "Neem &amp; Sons : EMI Details|4 Hill Road|Month|Apr/2026|Amount|Done|Yes|No|");
   // Amounts are numbers, all else points at one of those texts; the sheet goes row by row.
   EXPECT_EQ(Values(PartOf(file, "xl/worksheets/sheet1.xml"), "<v>"), "0|1|2|4|5|3|3333.5|6|3|7|7|");
+  const std::filesystem::path first = file, second = ExportGridToWorkbook(session, grid, "EMI Details");
+  EXPECT_EQ(first.filename(), "EMI Details - Meera Kulkarni (K9) - Car Loan 2.xlsx");
+  EXPECT_EQ(second.filename(), "EMI Details - Meera Kulkarni (K9) - Car Loan 2 (2).xlsx");
+  screen.caption = "A caption that is too long for a [sheet] - KestrelLedger";
+  OfferExports(session, screen);
+  grid.onExport();
+  EXPECT_EQ(desk.LastBox().text,
+            "The list has been written to " +
+                (first.parent_path() / "A caption that is too long for a [sheet]").string() +
+                " - Meera Kulkarni (K9) - Car Loan 2.xlsx");
   std::filesystem::remove_all(machine.folder.path);
   machine.folder.path = "/dev/null";
   EXPECT_EQ(ExportGridToWorkbook(session, grid, "EMI Details"), "");
