@@ -26,6 +26,15 @@ FormulaRun::FormulaRun(Session& session, FormulaRequest request, const std::vect
       together_(session, reads_) {}
 
 double FormulaRun::AmountOf(long empId) {
+  try {
+    return Amount(empId);
+  } catch (const RuntimeError& error) {
+    session_.Inform(error.description());
+    return 0;
+  }
+}
+
+double FormulaRun::Amount(long empId) {
   const auto row = detailRows_.find(empId);
   const std::optional<long> detail =
       row != detailRows_.end() ? row->second : DetailRowOfMonth(session_, empId, request_.monthYear);
@@ -38,7 +47,7 @@ double FormulaRun::AmountOf(long empId) {
     // Evaluated again alone, where it is told what failed.
   }
   if (!alone_) alone_.emplace(session_);
-  return alone_->FnDblEvalFormula(request_);
+  return alone_->Amount(request_);
 }
 
 }  // namespace ktl

@@ -18,8 +18,10 @@ class FormulaRun final {
   // The request names no employee. The employees in the order in which they will be asked for.
   FormulaRun(Session& session, FormulaRequest request, const std::vector<long>& employees);
 
-  // By the detail row of the month; 0 without one.
+  // By the detail row of the month; 0 without one. A failure shows its description and gives 0.
   double AmountOf(long empId);
+  // The same, but a failure is thrown.
+  double Amount(long empId);
 
  private:
   Session& session_;

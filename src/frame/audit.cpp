@@ -25,9 +25,10 @@ void WriteAuditTrail(Session& session, long menuNumber, long employee, std::stri
                                  clsSPChar::FnStrClearAllSp(extra), clsSPChar::FnStrClearAllSp(windowsUser)));
 }
 
-void AuditInstruction(Session& session, long employee, std::string_view deed, const std::string& detail) {
+void AuditInstruction(Session& session, long employee, std::string_view deed, const std::string& detail,
+                      std::string_view under) {
   if (!FnBlnAuditOn(session)) return;
-  WriteAuditTrail(session, kInstructionsMenu, employee, fmt::format("Standing Instructions - {}", deed),
+  WriteAuditTrail(session, kInstructionsMenu, employee, fmt::format("{} - {}", under, deed),
                   fmt::format("{}{}", deed, detail));
 }
 

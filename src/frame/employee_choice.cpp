@@ -12,7 +12,8 @@ constexpr Colour kWarningColour = 0x2020C0;
 
 }  // namespace
 
-EmployeeChoice::EmployeeChoice(Session& session, Screen& screen) : screen_(screen), session_(session) {
+EmployeeChoice::EmployeeChoice(Session& session, Screen& screen, const char* numberBox)
+    : screen_(screen), cmbEmpIDRef(screen, numberBox), session_(session) {
   const HandlerGuard on(session, *this, ErrorStyle::NumberFirst);
   cmbEmpName.onChange = on(&EmployeeChoice::cmbEmpName_Change);
   cmbEmpIDRef.onChange = on(&EmployeeChoice::cmbEmpIDRef_Change);

@@ -16,12 +16,12 @@ class EmployeeChoice {
   Screen& screen_;  // the controls register with it
 
  public:
-  EmployeeChoice(Session& session, Screen& screen);
+  EmployeeChoice(Session& session, Screen& screen, const char* numberBox = "cmbEmpIDRef");
 
   Label lblEmpName{screen_, "lblEmpName", "Employee Name"};
   ComboBox cmbEmpName{screen_, "cmbEmpName"};
   Label lblEmpIDRef{screen_, "lblEmpIDRef"};
-  ComboBox cmbEmpIDRef{screen_, "cmbEmpIDRef"};
+  ComboBox cmbEmpIDRef;
   std::function<void()> onChosen;
 
   // The value of a row is EMPID. The choice stays.

@@ -25,8 +25,9 @@ void WriteAuditTrail(Session& session, long menuNumber, long employee, std::stri
                      std::string_view detail, std::string_view extra = "");
 // What every writer of instructions ends in: what was done ("Loan Created/Updated") and its detail, of the
 // employee (0 for nobody's). Nothing while the audit is off; a detail that costs statements is for the caller
-// to spare then.
-void AuditInstruction(Session& session, long employee, std::string_view deed, const std::string& detail);
+// to spare then. The title begins with what it was done under.
+void AuditInstruction(Session& session, long employee, std::string_view deed, const std::string& detail,
+                      std::string_view under = "Standing Instructions");
 
 // Why nothing may be written for the employee chosen: what a disabled button tells. "" when it may.
 std::string WhyReadOnly(const Session& session);

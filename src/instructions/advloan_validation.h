@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "frame/refusal.h"
 #include "instructions/advloan_entry.h"
@@ -35,5 +36,10 @@ using AskToContinue = std::function<bool(const std::string& text, Icon icon, Ans
 // All checks before a save, in their fixed order; nothing when the entry may be written. Nothing is changed.
 std::optional<EntryRefusal> ValidateAdvLoan(Session& session, const AdvLoanEntry& entry,
                                             const AskToContinue& ask);
+
+// The same for an allotment to many: fewer and partly other checks, in an order of their own. The entry's
+// employee and serial number do not count.
+std::optional<EntryRefusal> ValidateAllotment(Session& session, const AdvLoanEntry& entry,
+                                              const std::vector<long>& employees, const AskToContinue& ask);
 
 }  // namespace ktl

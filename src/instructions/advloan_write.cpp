@@ -7,6 +7,7 @@
 #include "database/recordset.h"
 #include "frame/rights.h"
 #include "frame/session.h"
+#include "instructions/house_loan.h"
 #include "instructions/instruction_statements.h"
 #include "runtime/numbers.h"
 
@@ -27,9 +28,22 @@ std::string AccountText(const InstructionKey& key, const std::string& account) {
   return key.type == InstructionType::Loan ? ":A/c No. = " + account : "";
 }
 
-std::string FurtherText(const std::string& date, double amount, double interest, const std::string& remarks) {
-  return fmt::format(":Date = {}:Amount = {}:Interest Amount = {}:Remarks = {}", date, NumberText(amount),
-                     NumberText(interest), remarks);
+std::string AmountsText(const std::string& date, double amount, double interest) {
+  return fmt::format(":Date = {}:Amount = {}:Interest Amount = {}", date, NumberText(amount),
+                     NumberText(interest));
+}
+
+std::string RemarksText(const std::string& remarks) { return ":Remarks = " + remarks; }
+
+std::string RecoveryText(const AdvLoanEntry& entry) {
+  if (entry.noRecovery) return ":No Recovery = Yes";
+  return fmt::format(":Recover From Month = {}:{} = {}", entry.typed.recoverFrom,
+                     entry.lumpSum ? "Installments Amount" : "No. of Installments",
+                     entry.lumpSum ? entry.typed.instalment : entry.typed.count);
+}
+
+std::string AmountsText(const AdvLoanEntry& entry) {
+  return AmountsText(clsDateHandle::FnStrInDateDTM(*entry.date), entry.amount, entry.interest);
 }
 
 void Audit(Session& session, const InstructionKey& key, std::string_view what, const std::string& detail) {
@@ -37,13 +51,13 @@ void Audit(Session& session, const InstructionKey& key, std::string_view what, c
 }
 
 std::string EntryAuditText(const AdvLoanEntry& entry) {
-  const std::string text =
-      ":" + TypeAndName(entry.key, entry.name) + AccountText(entry.key, entry.account) +
-      FurtherText(clsDateHandle::FnStrInDateDTM(*entry.date), entry.amount, entry.interest, entry.remarks);
-  if (entry.noRecovery) return text + ":No Recovery = Yes";
-  return text + fmt::format(":Recover From Month = {}:{} = {}", entry.typed.recoverFrom,
-                            entry.lumpSum ? "Installments Amount" : "No. of Installments",
-                            entry.lumpSum ? entry.typed.instalment : entry.typed.count);
+  return ":" + TypeAndName(entry.key, entry.name) + AccountText(entry.key, entry.account) +
+         AmountsText(entry) + RemarksText(entry.remarks) + RecoveryText(entry);
+}
+
+std::string AllotmentAuditText(const AdvLoanEntry& entry) {
+  return ":" + TypeAndName(entry.key, entry.name) + AmountsText(entry) + RecoveryText(entry) +
+         RemarksText(entry.remarks);
 }
 
 // True for a new row.
@@ -84,10 +98,6 @@ void ZeroInstalments(Session& session, const InstructionKey& key) {
                   WhereInstruction(key), months.front(), months.back()));
 }
 
-void DeleteRows(Session& session, const char* table, const InstructionKey& key) {
-  session.Cn.Execute(session.Sql("Delete From {} Where  {}", Statement(table), WhereInstruction(key)));
-}
-
 // In the order of DeletedInstalments.
 constexpr const char* kAuditOfChoice[] = {
     "", ":Adjustment Option Selected = Adjust the EMI Amount for the Months",
@@ -112,22 +122,32 @@ bool WriteAdvLoan(Session& session, const AdvLoanEntry& entry) {
   return true;
 }
 
-void DeleteAdvLoan(Session& session, const InstructionKey& key, const AdvLoanDetail& detail,
-                   bool withHouseLoan) {
-  ZeroInstalments(session, key);
-  // The list of months comes from the schedule, so the flags go before the deletes.
-  RaiseEditMode(session, key.employee, MonthsOfInstruction(key), AttendanceWording::LockFirst);
-  if (withHouseLoan) {
-    DeleteRows(session, "INS_HLOAN_VAL", key);
-    DeleteRows(session, "INS_HLOAN", key);
+void WriteAllotted(Session& session, const AdvLoanEntry& entry) {
+  const InstructionKey& key = entry.key;
+  if (StoreInstruction(session, entry) && !entry.noRecovery) {
+    // A reducing name gets flat months here.
+    WriteSchedule(session, key, entry.Terms(false), entry.institution.value_or(0), ScheduleForm::Batch);
   }
+  RaiseEditMode(session, key.employee, MonthsOfInstruction(key), AttendanceWording::EmployeeFirst);
+  Audit(session, key, "Added", AllotmentAuditText(entry));
+}
+
+void TakeAway(Session& session, const InstructionKey& key, bool withHouseLoan) {
+  RaiseEditMode(session, key.employee, MonthsOfInstruction(key), AttendanceWording::LockFirst);
+  if (withHouseLoan) DeleteHouseLoan(session, key);
   DeleteRows(session, "INS_RECEIPTS", key);
   DeleteRows(session, "INS_EMIDETAIL", key);
   DeleteRows(session, "INS_ADVLOAN", key);
+}
+
+void DeleteAdvLoan(Session& session, const InstructionKey& key, const AdvLoanDetail& detail,
+                   bool withHouseLoan) {
+  ZeroInstalments(session, key);
+  TakeAway(session, key, withHouseLoan);
   const std::string date = detail.date ? FormatDate(*detail.date, "dd/mm/yyyy") : "";
   Audit(session, key, "Deleted",
         ":" + TypeAndName(key, detail.name) + AccountText(key, detail.account) +
-            FurtherText(date, detail.amount, detail.interest, detail.remarks));
+            AmountsText(date, detail.amount, detail.interest) + RemarksText(detail.remarks));
 }
 
 void DeleteInstalment(Session& session, const InstructionKey& key, long counter) {

@@ -14,8 +14,14 @@ struct Session;
 // written because the amount is 0 or below.
 bool WriteAdvLoan(Session& session, const AdvLoanEntry& entry);
 
-// Deletes the instruction with its receipts, its schedule and, when told, its house-loan details; flags
-// before, audit behind.
+// The same for one of many employees: a flat schedule without the principal of its months, no loan number,
+// the audit line last. For an amount above 0.
+void WriteAllotted(Session& session, const AdvLoanEntry& entry);
+
+// Takes the instruction away with its receipts, its schedule and, when told, its house-loan details. The
+// flags are raised before, while its months are still there.
+void TakeAway(Session& session, const InstructionKey& key, bool withHouseLoan);
+// The same of an instruction that was looked at, with its audit line.
 void DeleteAdvLoan(Session& session, const InstructionKey& key, const AdvLoanDetail& detail,
                    bool withHouseLoan);
 

@@ -22,6 +22,12 @@ std::optional<double> AmountByFormula(Session& session, long formula, long emplo
                                                   first.AddMonths(1).AddDays(-1));
 }
 
+void OpenExpressionEditor(Session& session) {
+  StartExternal(session, {"KTLFilter", "Kestrel Ledger - Expression Editor",
+                          fmt::format("1505,{}$Kestrel Ledger - Expression Editor",
+                                      Value(session.MultiLoginYN).ToText())});
+}
+
 FormulaFrame::FormulaFrame(Session& session, Screen& screen, Frame& covered, const Ways& ways)
     : screen_(screen), session_(session), covered_(covered), ways_(ways) {
   fmeFormula.Hold({lblFormula, cmbFormula, cmdAdvFormulate, cmdAccept, cmdFrmlaClose});
@@ -71,9 +77,7 @@ void FormulaFrame::cmdAccept_Click() {
 
 void FormulaFrame::cmdAdvFormulate_Click() {
   if (FnBlnPermitted(session_, cmdAdvFormulate)) return;
-  StartExternal(session_, {"KTLFilter", "Kestrel Ledger - Expression Editor",
-                           fmt::format("1505,{}$Kestrel Ledger - Expression Editor",
-                                       Value(session_.MultiLoginYN).ToText())});
+  OpenExpressionEditor(session_);
   FillList();
 }
 

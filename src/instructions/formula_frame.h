@@ -15,6 +15,9 @@ struct Session;
 std::optional<double> AmountByFormula(Session& session, long formula, long employee, long monthYear,
                                       DetailRowRule rule = DetailRowRule::LatestMonth);
 
+// The editor of the company's formulas; lists of them are to be read again afterwards.
+void OpenExpressionEditor(Session& session);
+
 // The frame in which an amount is computed by a formula. What it covers cannot be used while it is open.
 class FormulaFrame {
   Screen& screen_;  // the controls register with it

@@ -12,6 +12,10 @@ Statement WhereInstruction(const InstructionKey& key) {
                                NumberOf(key.type)));
 }
 
+void DeleteRows(Session& session, const char* table, const InstructionKey& key) {
+  session.Cn.Execute(session.Sql("Delete From {} Where  {}", Statement(table), WhereInstruction(key)));
+}
+
 void RaiseEditMode(Session& session, long employee, const Statement& months, AttendanceWording wording) {
   session.Cn.Execute(session.Sql(
       "Update SLC_SALARYCALC_E Set EDITMODEYN = 1 Where EMPID = {} And MONTHYEAR {}", employee, months));

@@ -12,6 +12,9 @@ struct Session;
 // "EMPID = 17 And SERIALNO = 3 And SITYPE = 2"
 Statement WhereInstruction(const InstructionKey& key);
 
+// Of one of the tables that hang on an instruction, or of its own.
+void DeleteRows(Session& session, const char* table, const InstructionKey& key);
+
 // Where the condition on the unit's lock stands in the attendance statement: the writers differ in it.
 enum class AttendanceWording { EmployeeFirst, LockFirst };
 

@@ -11,6 +11,7 @@
 #include "frame/session.h"
 #include "frame/top_level.h"
 #include "frame/writing_turn.h"
+#include "instructions/advloan_fields.h"
 #include "instructions/entry_lists.h"
 #include "instructions/entry_questions.h"
 #include "instructions/instruction_statements.h"
@@ -59,7 +60,10 @@ void modAdvLoan::ConnectHandlers() {
   fpgEMI.onCellChange = on_(&modAdvLoan::fpgEMI_CellChange);
   overview.lblSummary.onClick = on_([this] { OpenEmployeeSummary(session_, employee.Employee()); });
   BindExport(session_, mnuExport, fpgEMI, [] { return ExportWords{"EMI Details", "The schedule"}; });
-  mnuBulkDelete.onClick = on_([this] { session_.doors.bulkDelete(type_); });
+  mnuBulkDelete.onClick = on_([this] {
+    session_.doors.bulkDelete(type_);
+    RefreshAll();
+  });
   fpgAdvLoan.popup = {&mnuBulkDelete};
   cmdNew.onClick = on_(&modAdvLoan::cmdNew_Click);
   cmdClose.onClick = [this] { Unload(); };
@@ -315,24 +319,9 @@ void modAdvLoan::ShowScheduleInputs(bool shown) {
   EnableInputs();
 }
 
-void modAdvLoan::txtAdvDate_LostFocus() {
-  const std::string typed = txtAdvDate.Text();
-  txtAdvDate.SetText(IsDate(typed) ? FormatDateText(typed, "dd/MM/yyyy")
-                                   : clsDateHandle::FnStrCorrectDate(typed));
-  if (recovery.txtRecvrFrom.Text().empty() && !txtAdvDate.Text().empty())
-    recovery.txtRecvrFrom.SetText(FormatDateText(txtAdvDate.Text(), "Mmm/YYYY"));
-}
+void modAdvLoan::txtAdvDate_LostFocus() { LeaveDate(txtAdvDate, recovery.txtRecvrFrom); }
 
-void modAdvLoan::txtAdvAmount_LostFocus() {
-  // A stored amount cannot be typed over, so leaving it must not touch the stored interest.
-  if (txtAdvAmount.locked || txtAdvAmount.Text().empty()) return;
-  const double amount = clsGenCmn::FnDblTrimVal(txtAdvAmount.Text());
-  if (session_.AdvanceMgmtYN && !rules_.REDUCINGBALYN && rules_.INTRRATE > 0) {
-    // One figure for the whole advance, whatever its tenure.
-    txtInterestAmt.SetText(NumberText(amount * (rules_.INTRRATE / 100)));
-  }
-  txtAdvAmount.SetText(ShownAmount(amount));
-}
+void modAdvLoan::txtAdvAmount_LostFocus() { LeaveAmount(session_, rules_, txtAdvAmount, txtInterestAmt); }
 
 void modAdvLoan::RefreshAll() {
   RefreshDetail();
@@ -637,6 +626,7 @@ void modAdvLoan::cmdInstitution_Click() {
 void modAdvLoan::cmdMultiAllot_Click() {
   session_.doors.multipleAllotment(type_);
   RegisterWindow(session_);
+  if (employee.Employee() != 0) RefreshAll();
 }
 
 void modAdvLoan::OpenOnInstruction(const Door<InstructionParent&>& door) {
@@ -654,20 +644,15 @@ void modAdvLoan::cmdReport_Click() {
 }
 
 void modAdvLoan::CalculateInterest() {
-  SettingsStore& settings = session_.machine.settings;
-  settings.Set("Settings", "ICPrcpl", ReplaceAll(txtAdvAmount.Text(), ",", ""));
-  if (session_.SepPiYN) {
+  const auto calculate = [this] {
+    if (!session_.SepPiYN) return OpenInterestCalculator(session_);
     session_.doors.interestEditor(*this);
     RefreshDetail();
     RefreshEMI();
     UpdateOverview();
     ShowStoredInterest();
-  } else {
-    StartExternal(session_, {"KTLIntrCalc", "Interest Calculation", ""});
-  }
-  settings.Set("Settings", "ICPrcpl", "");
-  // A figure already typed is kept; the calculator's answer is dropped then.
-  if (txtInterestAmt.Text().empty()) txtInterestAmt.SetText(settings.Get("Settings", "ICIntrAmt", ""));
+  };
+  CalculateInterestBy(session_, calculate, txtAdvAmount, txtInterestAmt);
 }
 
 // The total that the editor has stored; the next save keeps it. What else is typed stays.

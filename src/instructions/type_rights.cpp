@@ -54,6 +54,17 @@ constexpr RightNumbers kRights[] = {
     {"modReceipts", "", {53, 59}},
     {"modReceipts", "cmdSave", {220, 247}},
     {"modReceipts", "cmdDelete", {221, 248}},
+    {"modMultiAllot", "", {51, 57, 0, 0, 68, 77}},
+    {"modMultiAllot", "cmdFilter", {212, 237}},
+    {"modMultiAllot", "cmdSave", {213, 238}},
+    {"modMultiAllot", "cmdMaster", {214, 239}},
+    {"modMultiAllot", "cmdInstitution", {0, 240}},
+    {"modMultiAllot", "cmdFmeFormula", {215, 241}},
+    {"modMultiAllot", "cmdAdvFormulate", {216, 242}},
+    {"modMultiAllot", "cmdAccept", {217, 243}},
+    // Who may not delete one may not delete many: the entry's right.
+    {"frmAdvLoanBulkDelete", "", {48, 54}},
+    {"frmAdvLoanBulkDelete", "cmdDelete", {201, 226}},
 };
 
 std::size_t TypeColumn(InstructionType type) {

@@ -44,8 +44,11 @@ void TickList::Count() {
   };
   count(around_.listed, "Listed", listed);
   count(around_.selected, "Selected", selected);
+  std::size_t open = 0;
+  for (std::size_t row = 0; row < listed; ++row)
+    open += rows_.isLocked(row) && !rows_.isTicked(row) ? 0U : 1U;
   counting_ = true;
-  if (around_.all) around_.all->SetValue(listed > 0 && selected == listed);
+  if (around_.all) around_.all->SetValue(selected > 0 && selected == open);
   counting_ = false;
 }
 

@@ -24,7 +24,7 @@ TickRows TickRowsOf(ListBox& list);
 class TickList {
  public:
   struct Around {
-    CheckBox* all = nullptr;        // follows the rows: set when every one of them is ticked
+    CheckBox* all = nullptr;        // follows the rows: set when all that can be ticked are
     Menu* tickAll = nullptr;        // of the right button
     Label* listed = nullptr;        // "Listed: 12"
     Label* selected = nullptr;      // "Selected: 3"

@@ -4,7 +4,10 @@
 #include "frame/frmKtlCalender.h"
 #include "frame/frmSelMonth.h"
 #include "frame/pickers.h"
+#include "instructions/frmAdvLoanBulkDelete.h"
 #include "instructions/modAdvLoan.h"
+#include "instructions/modHLoan.h"
+#include "instructions/modMultiAllot.h"
 #include "instructions/modSIMaster.h"
 #include "premium/modInsGInsSSS.h"
 #include "recovery/modEMIDet.h"
@@ -83,6 +86,9 @@ void RegisterScreens(Session& session) {
   Register<modEMIDet>(session, session.doors.emiEditor);
   Register<modReceipts>(session, session.doors.receipts);
   Register<modInterestMaster>(session, session.doors.interestEditor);
+  Register<modHLoan>(session, session.doors.houseLoan);
+  Register<modMultiAllot>(session, session.doors.multipleAllotment);
+  Register<frmAdvLoanBulkDelete>(session, session.doors.bulkDelete);
 }
 
 }  // namespace ktl

@@ -33,6 +33,10 @@ void BindExport(Session& session, Menu& menu, Grid& grid, std::function<ExportWo
   menu.onClick = Exports(session, grid, std::move(words));
 }
 
+void BindExport(Session& session, Button& button, Grid& grid, std::function<ExportWords()> words) {
+  button.onClick = Exports(session, grid, std::move(words));
+}
+
 void OfferExports(Session& session, Screen& screen) {
   for (Control* control : screen.Controls()) {
     if (control->kind() != ControlKind::Grid) continue;

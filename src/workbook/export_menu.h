@@ -5,6 +5,7 @@
 
 namespace ktl {
 
+class Button;
 class Grid;
 class Menu;
 class Screen;
@@ -20,6 +21,8 @@ struct ExportWords {
 
 // The menu, and the right button on the grid, write it into a workbook; an empty grid has "No Records Found".
 void BindExport(Session& session, Menu& menu, Grid& grid, std::function<ExportWords()> words);
+// A button alone.
+void BindExport(Session& session, Button& button, Grid& grid, std::function<ExportWords()> words);
 // Every other grid of the screen can be written too, under its title or the screen's caption.
 void OfferExports(Session& session, Screen& screen);
 

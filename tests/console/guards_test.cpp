@@ -71,6 +71,28 @@ constexpr Deed kDeeds[] = {
     {"the report", "1501#False#0#0", "click cmdReport\n", 900, kRight | kUnaudited},
     {"the summary of an employee", "1501#False#0#0", "pick cmbEmpName Hema Varma\nclick lblSummary\n", 612,
      kRight | kUnaudited},
+    {"a house", "1502#False#0#0",
+     "pick cmbEmpName Firoz Tiwari\nrow fpgAdvLoan 1\nclick cmdTDSDet\npick cmbHType Let Out\nclick cmdSave\n",
+     0, kReadOnly | kLockedEmployee | kUnaudited},
+    {"a year of a house", "1502#False#0#0",
+     "pick cmbEmpName Firoz Tiwari\nrow fpgAdvLoan 1\nclick cmdTDSDet\npick cmbFinYear 2027-2028\n"
+     "text txtPrcpAmt 5\ntext txtInterestAmt 5\nclick cmdAdd\n",
+     0, kReadOnly | kLockedEmployee | kUnaudited},
+    {"a year of a house removed", "1502#False#0#0",
+     "pick cmbEmpName Firoz Tiwari\nrow fpgAdvLoan 1\nclick cmdTDSDet\nrow fpgEMIDetail 1\nanswer Yes\n"
+     "click cmdRemove\n",
+     0, kReadOnly | kLockedEmployee | kUnaudited},
+    {"a house deleted", "1502#False#0#0",
+     "pick cmbEmpName Firoz Tiwari\nrow fpgAdvLoan 1\nclick cmdTDSDet\nanswer Yes\nclick cmdDelete\n", 0,
+     kReadOnly | kLockedEmployee | kUnaudited},
+    {"loans deleted together", "1502#False#0#0",
+     "menu mnuBulkDelete\npick cmbFromMonth Jul/2026\nclick cmdLoad\ntickcell fpgBulkDelete 8 1 on\nanswer Yes\n"
+     "click cmdDelete\n",
+     226, kRight | kReadOnly | kLockedEmployee | kMonths},
+    {"an advance for many", "1501#False#0#0",
+     "click cmdMultiAllot\ntick lstEmployee 22 on\npick cmbSIName Tour Advance\ntext txtAdvDate 01/10/2026\n"
+     "text txtAdvAmount 900\ntext txtInstlAmt 300\ntext txtRecvrFrom Nov/2026\nclick cmdSave\n",
+     213, kAllGuards},
     {"a name", "1501#False#0#0",
      "click cmdMaster\ntext txtSIName Wedding Advance\ntext txtDedPref 9\nclick cmdSave\n", 209,
      kRight | kReadOnly},

@@ -281,23 +281,50 @@ TEST_F(BadDay, ManyFirstStartsAtOnce) {
 
 // Cut off anywhere, a save leaves a sound company with nothing, the instruction, or the instruction with its
 // first months.
-TEST_F(BadDay, AKillDuringASaveLeavesASoundCompany) {
-  std::string script =
-      kEnterLoan + std::string("text txtRecvrFrom Oct/2026\nclick cmdSave\nanswer No\nclose\n");
-  std::ofstream(Path("script")) << script;
-  fs::copy_file(Path("company.kldb"), Path("whole.kldb"));
-  int partly = 0;
-  for (int run = 0; run < 24; ++run) {
+class KilledAtWork : public BadDay {
+ protected:
+  // Plays the script on the company as it was, and kills the program in the midst of it.
+  void PlayAndKill(const char* commandLine, std::chrono::milliseconds after) const {
     for (const char* ending : {"", "-wal", "-shm"}) fs::remove(Path(std::string("company.kldb") + ending));
     fs::copy_file(Path("whole.kldb"), Path("company.kldb"));
-    const pid_t child = Start({KTL_BUILD_DIR "/KTLStInsConsole", "1502#False#0#0", Path("script").string()},
+    const pid_t child = Start({KTL_BUILD_DIR "/KTLStInsConsole", commandLine, Path("script").string()},
                               {"KTL_SETTINGS=" + Path("settings.ini").string(),
                                "KTL_FOLDER=" + folder.path().string(), "KTL_TODAY=2026-10-15"});
     ASSERT_GT(child, 0);
-    std::this_thread::sleep_for(std::chrono::milliseconds(20 + run * 12));
+    std::this_thread::sleep_for(after);
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
     ASSERT_EQ(Neighbour(Path("company.kldb")).Say("PRAGMA integrity_check"), "ok");
+  }
+  void Prepare(const std::string& script) const {
+    std::ofstream(Path("script")) << script;
+    fs::copy_file(Path("company.kldb"), Path("whole.kldb"));
+  }
+};
+
+TEST_F(KilledAtWork, AnAllotmentHasGivenEachTheWholeOrNothing) {
+  Prepare(
+      "click cmdMultiAllot\ntick chkSelEmployee on\ntick lstEmployee 46 off\npick cmbSIName Tour Advance\n"
+      "text txtAdvDate 15/10/2026\ntext txtAdvAmount 24000\ntext txtInstlAmt 100\ntext txtRecvrFrom Nov/2026\n"
+      "answer Yes\nclick cmdSave\nclose\n");
+  for (int run = 0; run < 12; ++run) {
+    PlayAndKill("1501#False#0#0", std::chrono::milliseconds(60 + run * 40));
+    EXPECT_EQ(
+        Rows(
+            "SELECT A.EMPID FROM INS_ADVLOAN A WHERE A.SINAME = 'Tour Advance' AND A.ACTAMT = 24000 AND 240 "
+            "<> (SELECT COUNT(*) FROM INS_EMIDETAIL E WHERE E.EMPID = A.EMPID AND E.SITYPE = 1 AND E.SERIALNO "
+            "= A.SERIALNO)"),
+        "");
+    EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN WHERE SINAME = 'Tour Advance' AND ACTAMT = 24000"),
+              Rows("SELECT COUNT(*) FROM SEC_AUDITTRAIL"));
+  }
+}
+
+TEST_F(KilledAtWork, ASaveLeavesASoundCompany) {
+  Prepare(kEnterLoan + std::string("text txtRecvrFrom Oct/2026\nclick cmdSave\nanswer No\nclose\n"));
+  int partly = 0;
+  for (int run = 0; run < 24; ++run) {
+    PlayAndKill("1502#False#0#0", std::chrono::milliseconds(20 + run * 12));
     const std::string loans = Rows("SELECT COUNT(*) FROM INS_ADVLOAN WHERE EMPID = 49");
     const std::string months = Rows("SELECT COUNT(*) FROM INS_EMIDETAIL WHERE EMPID = 49");
     if (loans == "0\n") {

@@ -1,0 +1,433 @@
+#include <random>
+
+#include "database/drivers/sqlite_file.h"
+#include "entry_fixture.h"
+#include "instructions/modMultiAllot.h"
+#include "support/temporary_folder.h"
+
+namespace ktl {
+namespace {
+
+// Asha Rao (17) and Binod Sen (18, left on 31/Aug/2026) of the fixture, and Chitra Das (19).
+class MultipleAllotment : public EntryScreen {
+ protected:
+  MultipleAllotment() {
+    company.Employee(19).Named("Chitra Das").Ref("K19").Joined("01/Apr/2010");
+    company.Name(5, "Group Cover");
+    company.Name(7, "Quarterly Incentive");
+    company.Institution(8, "Sahyadri Assurance", 5);
+    session.options.EMPREFNOYN = true;
+  }
+  ~MultipleAllotment() override { allot.reset(); }
+
+  modMultiAllot& OpenAllotment(InstructionType type) {
+    allot = std::make_unique<modMultiAllot>(session, type);
+    RunAndGrantFocus(*allot, [this] { allot->Load(); });
+    return *allot;
+  }
+  // An advance of 1000 by 400 a month from Oct/2026 for Asha and Chitra, ready to be saved.
+  modMultiAllot& EnterAdvances(InstructionType type = Advance) {
+    OpenAllotment(type);
+    TickPeople({0, 2});
+    Pick(allot->cmbSIName, type == Advance ? "Salary Advance" : "Car Loan");
+    Type(allot->txtAdvDate, "15/09/2026");
+    Type(allot->txtAdvAmount, "1000");
+    Type(allot->recovery.txtInstlAmt, "400");
+    Type(allot->recovery.txtRecvrFrom, "Oct/2026");
+    return *allot;
+  }
+  // 250 a quarter from Oct/2026 to Jun/2027 for the same two.
+  modMultiAllot& EnterPremiums(InstructionType type) {
+    OpenAllotment(type);
+    TickPeople({0, 2});
+    Pick(allot->cmbSIName, type == Incentive ? "Quarterly Incentive" : "Group Cover");
+    Type(allot->txtStartMonth, "Oct/2026");
+    Type(allot->txtEndMonth, "Jun/2027");
+    Type(allot->txtPolicyAmount, "250");
+    if (type == Incentive) return *allot;
+    Type(allot->txtLoanAccNo, "GP/7");
+    Pick(allot->cmbInstitution, "Sahyadri Assurance");
+    Tick(allot->optQuarterly);
+    return *allot;
+  }
+  void TickPeople(std::initializer_list<std::size_t> rows) {
+    for (const std::size_t row : rows) Tick(allot->lstEmployee, row, true);
+  }
+  void AddFormula(const char* text) {
+    company.Row("MAS_FORMULA").With("FORMULAID", 4).With("FORMULANAME", "By Pay").With("FORMULA", text);
+    for (const int employee : {17, 19})
+      company.Row("MAS_EMPLOYEEDET")
+          .With("EMPDETID", employee)
+          .With("EMPID", employee)
+          .With("EFFFROMDATE", "01/Sep/2026");
+  }
+  void AcceptFormula(const char* months) {
+    Click(allot->cmdFmeFormula);
+    Pick(allot->formula.cmbFormula, "By Pay");
+    Type(allot->txtMonths, months);
+    EXPECT_EQ(Press(allot->formula.cmdAccept), Texts{});
+  }
+  Texts Save(std::vector<Answer> answers = {}) { return Press(allot->cmdSave, std::move(answers)); }
+  std::string Given() {
+    return Rows("SELECT EMPID, SERIALNO, SITYPE, ACTAMT, INTAMT FROM INS_ADVLOAN ORDER BY EMPID, SERIALNO");
+  }
+  std::string Months(int employee) {
+    return Rows(
+        "SELECT MONTHYEAR, COUNTER, EMIAMT, MDFYAMT, ACTPRNAMT, INSTID FROM INS_EMIDETAIL WHERE EMPID = " +
+        std::to_string(employee) + " ORDER BY MONTHYEAR");
+  }
+  void FailFor(int employee) {
+    OpenSqliteFile(company.File(), FileKind::Company, 1)
+        .Run(("CREATE TRIGGER Fails BEFORE INSERT ON INS_EMIDETAIL WHEN NEW.EMPID = " +
+              std::to_string(employee) + " AND NEW.COUNTER = 2 BEGIN SELECT RAISE(ABORT, 'no'); END")
+                 .c_str());
+  }
+
+  TemporaryFolder folder;
+  std::unique_ptr<modMultiAllot> allot;
+};
+
+TEST_F(MultipleAllotment, ListsWhoIsNotLockedAndNamesWithoutInterestApart) {
+  Run("UPDATE MAS_EMPLOYEE SET lockyn = 1 WHERE EMPID = 18");
+  OpenAllotment(Advance);
+  EXPECT_EQ(allot->caption, "Advance - Multiple Allotment");
+  ASSERT_EQ(allot->lstEmployee.rows.size(), 2U);
+  EXPECT_EQ(allot->lstEmployee.rows[0].text, "[K17]-Asha Rao");
+  EXPECT_EQ(allot->cmbSIName.Rows().size(), 3U);  // not the Welfare Advance
+  EXPECT_FALSE(allot->fmeLoanDet.visible || allot->fmeGIDet.visible || allot->fmePFESI.visible);
+  EXPECT_EQ(Save(), Texts{"Select employee(s)."});
+  TickPeople({0, 1});
+  EXPECT_TRUE(allot->chkSelEmployee.Value());
+  EXPECT_EQ(allot->lblListed.caption + allot->lblSelected.caption, "Listed: 2Selected: 2");
+  Tick(allot->lstEmployee, 0, false);
+  EXPECT_FALSE(allot->chkSelEmployee.Value());
+  Run("UPDATE MAS_OPTSET SET CLASSSECURITYN = 1");
+  company.Row("SEC_CLASSEMP").With("USERNAME", "RAVI").With("EMPID", 19);
+  session.hostName = "PC1";
+  session.options.EMPREFNOYN = false;
+  OpenAllotment(GroupInsurance);
+  ASSERT_EQ(allot->lstEmployee.rows.size(), 1U);
+  EXPECT_EQ(allot->lstEmployee.rows[0].text, "[19]-Chitra Das");
+  EXPECT_TRUE(allot->fmeLoanDet.visible && allot->fmeGIDet.visible && allot->fmePeriod.visible);
+}
+
+TEST_F(MultipleAllotment, GivesEachHisOwnNumberAndFlatMonths) {
+  company.Advance(19, 4, "Salary Advance", 5);
+  company.Salary(19, 24323, 5000, 4000);
+  EnterAdvances();
+  EXPECT_EQ(Save(), Texts{"Updated"});
+  EXPECT_EQ(Given(), "17|1|1|1000|0\n19|4|1|5|0\n19|5|1|1000|0");
+  EXPECT_EQ(Months(17), "24322|1|400|400|NULL|0\n24323|2|400|400|NULL|0\n24324|3|200|200|NULL|0");
+  EXPECT_EQ(Rows("SELECT EDITMODEYN FROM SLC_SALARYCALC_E"), "1");
+  EXPECT_EQ(LastAudit(),
+            "19|19|Standing Instructions - Advance Added|Advance Added::SI Type = Advance:SI Name = Salary "
+            "Advance:Date = 15/Sep/2026:Amount = 1000:Interest Amount = 0:Recover From Month = "
+            "Oct/2026:Installments Amount = 400.00:Remarks = ");
+  EXPECT_EQ(allot->txtAdvAmount.Text(), "");
+  EXPECT_EQ(allot->lblSelected.caption, "Selected: 2");
+  session.AdvanceMgmtYN = true;
+  Pick(allot->cmbSIName, "Medical Advance");  // of a reducing balance
+  Type(allot->txtAdvDate, "15/09/2026");
+  Type(allot->txtAdvAmount, "800");
+  Tick(allot->recovery.chkNoRecovery, true);
+  Run("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 0");
+  session.auditOn.reset();
+  Save();
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM SEC_AUDITTRAIL"), "2");
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL"), "6");
+}
+
+TEST_F(MultipleAllotment, RefusesInItsOrderAndWritesNothing) {
+  using Do = std::function<void(modMultiAllot&)>;
+  const auto typed = [](TextBox modMultiAllot::*box, const char* text) {
+    return Do([=](modMultiAllot& it) { Type(it.*box, text); });
+  };
+  const auto sql = [this](const char* text) { return Do([this, text](modMultiAllot&) { Run(text); }); };
+  // Each mends what the line before it was refused for.
+  const struct {
+    Do make;
+    const char* said;
+  } steps[] = {
+      {[](modMultiAllot& it) { Type(it.cmbSIName, ""); }, "Specify the loan name."},
+      {[](modMultiAllot& it) { Type(it.cmbSIName, "No'such"); }, "Select Loan Name."},
+      {[](modMultiAllot& it) { Pick(it.cmbSIName, "Car Loan"); }, "Specify the Loan account number."},
+      {typed(&modMultiAllot::txtLoanAccNo, "A/1"), "Select institution."},
+      {[](modMultiAllot& it) {
+         Pick(it.cmbInstitution, "Deccan Bank");
+         Type(it.txtAdvDate, "31/02/2026");
+       },
+       "Specify date. Format dd/mm/yyyy."},
+      {typed(&modMultiAllot::txtAdvDate, "31/03/2024"), "Given date cannot be before 'Start Month' set."},
+      {[](modMultiAllot& it) {
+         Type(it.txtAdvDate, "15/09/2026");
+         Type(it.txtAdvAmount, "");
+       },
+       "Specify amount."},
+      {typed(&modMultiAllot::txtAdvAmount, "10000000000"), "Amount should be less than 9,99,99,99,999.99"},
+      {[](modMultiAllot& it) {
+         Type(it.txtAdvAmount, "1000");
+         Type(it.txtInterestAmt, "10000000000");
+       },
+       "Interest amount should be less than 9,99,99,99,999.99"},
+      {[](modMultiAllot& it) {
+         Type(it.txtInterestAmt, "");
+         Type(it.recovery.txtInstlAmt, "0");
+       },
+       "Specify installment amount."},
+      {[](modMultiAllot& it) { Type(it.recovery.txtInstlAmt, "10000000000"); },
+       "Installment amount should be less than 9,99,99,99,999.99"},
+      {[](modMultiAllot& it) {
+         Tick(it.recovery.optInstlCount);
+         Type(it.recovery.txtNoOfInstlmnts, "0");
+       },
+       "Specify number of installments."},
+      {[](modMultiAllot& it) {
+         Tick(it.recovery.optInstlLumpSum);
+         Type(it.recovery.txtInstlAmt, "1001");
+         Type(it.recovery.txtRecvrFrom, "");
+       },
+       "Specify 'Recovery From' month."},
+      {[](modMultiAllot& it) { Type(it.recovery.txtRecvrFrom, "Aug/2026"); },
+       "Recovery month cannot be before the loan date."},
+      {[](modMultiAllot& it) { Type(it.recovery.txtRecvrFrom, "Sep/2026"); },
+       "Installment amount cannot exceed the sum of loan taken and interest."},
+      {[](modMultiAllot& it) { Type(it.recovery.txtInstlAmt, "2"); },
+       "Re-payment tenure exceeds 30 years.\r\nDo you want to continue?"},
+      {[this](modMultiAllot& it) {
+         Type(it.recovery.txtInstlAmt, "400");
+         company.Lock(24327);
+       },
+       "1 month(s) locked.  Cannot save."},
+      {[this](modMultiAllot&) {
+         Run("UPDATE MAS_MONTHYEAR SET LOCKEDYN = 0");
+         Run("UPDATE MAS_OPTSETFEATURE SET EMPLOCKYN = 1");
+         company.Row("SEC_EMPLOCK").With("EMPID", 19).With("MONTHYEAR", 24325).With("LOCKYN", 1);
+       },
+       kSomeEmployeeLocked},
+      {sql("UPDATE MAS_EMPLOYEE SET DOJ = '2026-10-01'"), kSomeEmployeeLocked},
+      {sql("UPDATE MAS_OPTSETFEATURE SET EMPLOCKYN = 0"),
+       "Specified loan date for selected employee(s) is not within the Date of Join and Date of Leave."},
+      {sql("UPDATE MAS_EMPLOYEE SET DOJ = '2026-09-15' WHERE EMPID = 17"),
+       "Specified loan date for 1 employee(s) is not within the Date of Join and Date of Leave.\r\nLoan for these "
+       "employee(s) will not be saved.\r\nDo you want to continue?"}};
+  EnterAdvances(Loan);
+  for (const auto& step : steps) {
+    step.make(*allot);
+    EXPECT_EQ(Save(), Texts{step.said});
+  }
+  EXPECT_EQ(Given() + Rows("SELECT * FROM SEC_AUDITTRAIL"), "");
+  const Texts said = Save({Answer::Yes});
+  ASSERT_EQ(said.size(), 3U);
+  EXPECT_EQ(said[2], "1 of the selected employee(s) to look at:\r\n[K19]-Chitra Das: not in service");
+  EXPECT_EQ(Given(), "17|1|2|1000|0");
+  EXPECT_EQ(Months(17).substr(0, 26), "24321|1|400|400|NULL|5\n243");
+}
+
+TEST_F(MultipleAllotment, LetsPassWhatTheEntryRefusesByTheNamesLimits) {
+  Run("UPDATE INS_MASTER SET AMTLIMIT = 100, EMIRECCNT = 1, ALLOWLIMIT = 1 WHERE SINAME = 'Salary Advance'");
+  company.Advance(17, 1, "Salary Advance", 5);
+  EnterAdvances();
+  session.AdvanceMgmtYN = true;
+  Type(allot->cmbSIName, "");
+  Pick(allot->cmbSIName, "Salary Advance");
+  EXPECT_EQ(allot->recovery.txtNoOfInstlmnts.Text(), "1");
+  Type(allot->recovery.txtNoOfInstlmnts, "3");
+  allot->txtAdvAmount.SetText("-1");
+  EXPECT_EQ(Save(), Texts{"Amount should be less than : 100"});
+  allot->txtAdvAmount.SetText("1000");
+  EXPECT_EQ(Save(), Texts{"Updated"});
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN WHERE ACTAMT = 1000"), "2");
+}
+
+TEST_F(MultipleAllotment, EvaluatesTheFormulaOfEach) {
+  AddFormula("KLIF(Emp{SEX} = \"F\", 100.126, 0)");
+  Run("UPDATE MAS_EMPLOYEE SET SEX = CASE EMPID WHEN 17 THEN 'F' ELSE 'M' END");
+  EnterAdvances();
+  Type(allot->txtAdvAmount, "");
+  Click(allot->cmdFmeFormula);
+  EXPECT_EQ(Press(allot->formula.cmdAccept), Texts{});  // without one
+  Click(allot->cmdFmeFormula);
+  Type(allot->formula.cmbFormula, "Nonsense");
+  EXPECT_EQ(Press(allot->formula.cmdAccept), Texts{"Select proper 'Formula'."});
+  Pick(allot->formula.cmbFormula, "By Pay");
+  EXPECT_EQ(Press(allot->formula.cmdAccept), Texts{"Enter 'Number of Months'."});
+  Click(allot->formula.cmdClose);
+  EXPECT_EQ(Save(), Texts{"Specify amount."});
+  AcceptFormula("3");
+  EXPECT_EQ(allot->lblFormulaKept.caption, "Amount by the formula By Pay, 3 month(s)");
+  EXPECT_EQ(Save(), (Texts{"Updated",
+                           "1 of the selected employee(s) to look at:\r\n[K19]-Chitra Das: the amount is "
+                           "not above 0"}));
+  EXPECT_EQ(Given(), "17|1|1|300.38|0");  // 3 times 100.126
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM SEC_AUDITTRAIL"), "1");
+  EXPECT_EQ(allot->fpgNotes.rows.size(), 1U);
+  EXPECT_FALSE(allot->lblFormulaKept.visible);
+  EnterAdvances();
+  AcceptFormula("3");
+  EXPECT_EQ(Save(), Texts{"Updated"});
+  EXPECT_EQ(Given(), "17|1|1|300.38|0\n17|2|1|300.38|0\n19|1|1|1000|0");  // 0 takes what is typed
+  EnterAdvances();
+  AcceptFormula("0");
+  Save();
+  EXPECT_EQ(Rows("SELECT EMPID FROM INS_ADVLOAN WHERE ACTAMT = 1000 ORDER BY EMPID"), "17\n19\n19");
+}
+
+TEST_F(MultipleAllotment, GoesOnWhenOneFailsAndLeavesNothingOfHim) {
+  FailFor(17);
+  EnterAdvances();
+  const Texts said = Save();
+  ASSERT_EQ(said.size(), 2U);
+  EXPECT_EQ(said[1].substr(0, 58), "1 of the selected employee(s) to look at:\r\n[K17]-Asha Rao:");
+  EXPECT_EQ(Given(), "19|1|1|1000|0");
+  EXPECT_EQ(Rows("SELECT DISTINCT EMPID FROM INS_EMIDETAIL"), "19");
+  EXPECT_EQ(Rows("SELECT EMPID FROM SEC_AUDITTRAIL"), "19");
+}
+
+TEST_F(MultipleAllotment, SchedulesAddUpToAmountAndInterestForAll) {
+  std::mt19937 random(7);
+  for (int run = 1; run <= 12; ++run) {
+    EnterAdvances();
+    Tick(allot->chkSelEmployee, true);
+    Type(allot->txtAdvDate, "15/08/2026");
+    Type(allot->txtAdvAmount, std::to_string(500 + random() % 9000) + ".37");
+    Type(allot->txtInterestAmt, std::to_string(random() % 900));
+    Tick(random() % 2 == 0 ? allot->recovery.optInstlLumpSum : allot->recovery.optInstlCount);
+    if (allot->recovery.txtInstlAmt.visible)
+      Type(allot->recovery.txtInstlAmt, std::to_string(50 + random() % 400));
+    else
+      Type(allot->recovery.txtNoOfInstlmnts, std::to_string(1 + random() % 60));
+    EXPECT_EQ(Save({Answer::Yes}).back(), "Updated");
+    EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN WHERE SERIALNO = " + std::to_string(run)), "3");
+  }
+  EXPECT_EQ(
+      Rows("SELECT COUNT(*) FROM INS_ADVLOAN A WHERE ABS(ACTAMT + INTAMT - (SELECT SUM(MDFYAMT) FROM "
+           "INS_EMIDETAIL E WHERE E.EMPID = A.EMPID AND E.SITYPE = 1 AND E.SERIALNO = A.SERIALNO)) > 0.001"),
+      "0");
+}
+
+TEST_F(MultipleAllotment, GivesAGroupInsuranceByTheQuarter) {
+  machine.folder.path = folder.path().string();
+  CreateSqliteFile(folder.path() / "klgen.MDB",
+                   {"CREATE TABLE ITSETTING (ASSYEAR INTEGER); INSERT INTO ITSETTING VALUES (2027), (2028)"});
+  EnterPremiums(GroupInsurance);
+  EXPECT_EQ(Save(), Texts{"Updated"});
+  EXPECT_EQ(Rows("SELECT EMPID, SERIALNO, SITYPE, OTHNAME, OTHNO, STARTMY, ENDMY FROM INS_OTHER"),
+            "17|1|5|Group Cover|GP/7|24322|24330\n19|1|5|Group Cover|GP/7|24322|24330");
+  EXPECT_EQ(Months(19), "24322|1|250|250|NULL|8\n24325|2|250|250|NULL|8\n24328|3|250|250|NULL|8");
+  EXPECT_EQ(
+      LastAudit(),
+      "19|19|Standing Instructions - Group Insurance Added|Group Insurance Added::SI Type = Group "
+      "Insurance:SI Name = Group Cover:Policy Number = GP/7:Start Month = Oct/2026:End Month = "
+      "Jun/2027:Amount/Month = 250:Premium Payment = Quarterly:Institution = Sahyadri Assurance:Remarks = ");
+  // Only Asha is taxed; the months lie in two financial years.
+  EXPECT_EQ(Rows("SELECT EMPID, FINYEAR, INSURANCEYN FROM INC_PORTEDSTAT ORDER BY FINYEAR"),
+            "17|2026|1\n17|2027|1");
+}
+
+TEST_F(MultipleAllotment, CountsAnIncentiveForTheFundsOfEach) {
+  machine.folder.path = folder.path().string();
+  CreateSqliteFile(folder.path() / "klgen.MDB",
+                   {"CREATE TABLE ITSETTING (ASSYEAR INTEGER); INSERT INTO ITSETTING VALUES (2027)"});
+  Run("UPDATE MAS_EMPLOYEE SET PFYN = 1, ESIYN = 0 WHERE EMPID = 17");
+  Run("UPDATE MAS_EMPLOYEE SET PFYN = 0, ESIYN = 1 WHERE EMPID = 19");
+  EnterPremiums(Incentive);
+  Type(allot->txtEndMonth, "Oct/2026");
+  Tick(allot->chkPF, true);
+  EXPECT_EQ(Save(), Texts{"Specify PF contribution percentage."});
+  Type(allot->txtPFPer, "100.01");
+  EXPECT_EQ(Save(), Texts{"PF contribution not to be more than 100%."});
+  Type(allot->txtPFPer, "100");
+  Tick(allot->chkESI, true);
+  EXPECT_EQ(Save(), Texts{"Specify ESI contribution percentage."});
+  Type(allot->txtESIPer, "101");
+  EXPECT_EQ(Save(), Texts{"ESI contribution not to be more than 100%."});
+  Type(allot->txtESIPer, "50");
+  Tick(allot->chkPT, true);
+  EXPECT_EQ(Save(), Texts{"Updated"});
+  EXPECT_EQ(Rows("SELECT EMPID, PFYN, PFPER, ESIYN, ESIPER, PTYN FROM INS_OTHER"),
+            "17|1|100|NULL|NULL|1\n19|NULL|NULL|1|50|1");
+  EXPECT_EQ(Rows("SELECT EMPID, INSOTHERYN FROM INC_PORTEDSTAT"), "17|1");
+}
+
+TEST_F(MultipleAllotment, RefusesPremiumsInTheirOrder) {
+  using Do = std::function<void(modMultiAllot&)>;
+  const struct {
+    Do make;
+    const char* said;
+  } steps[] = {
+      {[](modMultiAllot& it) { Type(it.txtLoanAccNo, ""); }, "Specify the Group Insurance number."},
+      {[](modMultiAllot& it) {
+         Type(it.txtLoanAccNo, "GP/7");
+         Type(it.txtStartMonth, "nothing");
+       },
+       "Specify 'Start Month'."},
+      {[](modMultiAllot& it) {
+         Type(it.txtStartMonth, "Oct/2026");
+         Type(it.txtEndMonth, "");
+       },
+       "Specify 'End Month'."},
+      {[](modMultiAllot& it) { Type(it.txtEndMonth, "Sep/2026"); },
+       "Start Month cannot be later than End Month."},
+      {[this](modMultiAllot& it) {
+         Type(it.txtEndMonth, "Mar/2027");
+         company.Lock(24324);
+       },
+       "One or more month(s) locked.  Cannot save."},
+      {[this](modMultiAllot& it) {
+         Run("UPDATE MAS_MONTHYEAR SET LOCKEDYN = 0");
+         Type(it.txtPolicyAmount, "");
+       },
+       "Specify Group Insurance amount."},
+      {[](modMultiAllot& it) {
+         Type(it.txtPolicyAmount, "250");
+         Type(it.txtStartMonth, "Mar/2024");
+       },
+       "Given 'Start Month' cannot be before the 'Start Month' set."},
+      {[](modMultiAllot& it) {
+         Type(it.txtStartMonth, "Oct/2026");
+         Type(it.txtPolicyAmount, "10000000000");
+       },
+       "Amount should be less than 9,99,99,99,999.99"},
+      {[this](modMultiAllot& it) {
+         Type(it.txtPolicyAmount, "250");
+         Run("UPDATE MAS_OPTSETFEATURE SET EMPLOCKYN = 1");
+         company.Row("SEC_EMPLOCK").With("EMPID", 17).With("MONTHYEAR", 24327).With("LOCKYN", 1);
+       },
+       kSomeEmployeeLocked},
+      {[this](modMultiAllot&) {
+         Run("DELETE FROM SEC_EMPLOCK");
+         Run("UPDATE MAS_EMPLOYEE SET DOJ = '2026-10-02'");
+       },
+       "Specified group insurance 'Start Month' for selected employee(s) is not later than the Date of Join."},
+      {[this](modMultiAllot&) { Run("UPDATE MAS_EMPLOYEE SET DOJ = '2026-10-01' WHERE EMPID = 17"); },
+       "Specified group insurance 'Start Month' for 1 employee(s) is not later than the Date of Join.\r\nGroup "
+       "Insurance for these employee(s) will not be saved.\r\nDo you want to continue?"},
+  };
+  EnterPremiums(GroupInsurance);
+  Type(allot->cmbInstitution, "");
+  for (const auto& step : steps) {
+    step.make(*allot);
+    EXPECT_EQ(Save(), Texts{step.said});
+  }
+  EXPECT_EQ(Save({Answer::Yes}).back(), "Select institution.");
+  EXPECT_EQ(Rows("SELECT * FROM INS_OTHER"), "");
+}
+
+TEST_F(MultipleAllotment, HeedsTheRightOfSavingAndWhoMayOnlyRead) {
+  session.MultiLoginYN = true;
+  Run("INSERT INTO SEC_USERLIST (UserID, USERNAME, GROUPID) VALUES (7, 'RAVI', 9)");
+  for (const int right : {212, 213, 216, 217})
+    company.Row("SEC_BUTPER").With("BUTID", right).With("GROUPID", 9).With("BUTALLOWYN", 0);
+  EnterAdvances();
+  EXPECT_EQ(Save(), Texts{"Permission denied."});
+  EXPECT_EQ(Press(allot->cmdFilter), Texts{"Permission denied."});
+  Click(allot->cmdFmeFormula);
+  EXPECT_EQ(Press(allot->formula.cmdAccept), Texts{"Permission denied."});
+  EXPECT_EQ(Press(allot->formula.cmdEdit), Texts{"Permission denied."});
+  EXPECT_EQ(Given(), "");
+  session.ReadOnlyUser = true;
+  EXPECT_FALSE(OpenAllotment(Loan).cmdSave.enabled);
+}
+
+}  // namespace
+}  // namespace ktl
