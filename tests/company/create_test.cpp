@@ -88,7 +88,7 @@ TEST(CreateCompany, AFailureLeavesNothingBehind) {
   } const cases[] = {
       {[](auto& o) { o.sample.variants = {"nowhere"}; }, "There is no variant \"nowhere\"."},
       {[](auto& o) { o.sample.employees = 100, o.sample.targets.loans = 3; },
-       "At least 45 loans are in every company."},
+       "At least 46 loans are in every company."},
       {[](auto& o) { o.sample.targets.loans = 900; }, "A number of loans needs more than 60 employees."},
       {[](auto& o) { o.sample.employees = 59; }, "A sample company has at least 60 employees."},
   };
