@@ -98,6 +98,11 @@ void modSIMaster::OpenForm() {
   txtDedPref.toolTip =
       "Enter the order in which " + caption_ + " is to be considered for deduction in Salary Calculation.";
   ApplyTypeRights(session_, *this, type_);
+  // An employee's lock does not stand against a name.
+  for (Button* button : {&cmdSave, &cmdDelete}) {
+    button->enabled = !session_.ReadOnlyUser;
+    button->whyDisabled = WhyReadOnly(session_);
+  }
   DescribeList();
   cmbSection.SetRows(ReadSections(session_));
   FillList();

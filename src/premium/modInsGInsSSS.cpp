@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "frame/captions.h"

@@ -82,7 +82,7 @@ TEST_F(Sample, NoRowBreaksARule) {
        "AND MONTHYEAR >= 24310 AND ATTHEADID <> 3 AND NDP > 0 AND NOD - NDP <> IFNULL((SELECT SUM(TAKEN) "
        "FROM LEV_DETAILS L WHERE L.EMPID = E.EMPID AND STRFTIME('%Y', LEAVEDATE) * 12 + STRFTIME('%m', "
        "LEAVEDATE) = E.MONTHYEAR), 0)"},
-      {"taxed employees but every fiftieth and one with a benefit have assessments",
+      {"taxed employees but every fiftieth and employee 50 have assessments",
        "SELECT EMPID FROM MAS_EMPLOYEE WHERE (SELECT COUNT(*) FROM COM_CLIENTDET JOIN INC_MAIN USING "
        "(ASSTRANID) WHERE CLIENTID = EMPID) <> CASE WHEN TDSYN = 1 AND EMPID % 50 <> 33 AND EMPID <> 50 THEN 3 ELSE 0 END"},
       {"texts are there or null",

@@ -315,6 +315,12 @@ TEST_F(MasterScreen, RefusesWhatAnotherWorkstationHasChanged) {
   Run("UPDATE INS_MASTER SET SINAME = 'Fest Advance' WHERE SIPREF = 7");
   AnswerDelete(Answer::Yes);
   refused();
+  ClickRow(s.fpgSIMaster, 1);
+  desk.whileItStands = [this](const MessageBox& box) {  // the name is taken into use while it is asked about
+    if (box.buttons == Buttons::YesNo) company.Advance(17, 1, "Travel Advance", 100);
+  };
+  AnswerDelete(Answer::Yes);
+  refused();
   EXPECT_EQ(Rows("SELECT SINAME, SIPREF FROM INS_MASTER WHERE SITYPE = 1 ORDER BY SINAME"),
             "Fest Advance|7\nTravel Advance|NULL");
 }
@@ -381,6 +387,9 @@ TEST_F(MasterScreen, RefusesAGroupWithoutTheRight) {
   ClickRow(screen->fpgSIMaster, 0);
   AnswerDelete(Answer::Yes);
   EXPECT_EQ(desk.TakeTexts(), Texts{"Permission denied."});
+  session.ReadOnlyUser = true;
+  Open(1501);
+  EXPECT_FALSE(screen->cmdSave.enabled || screen->cmdDelete.enabled);
 }
 
 Texts TextsOf(const std::vector<Statement>& statements) {

@@ -57,6 +57,11 @@ TEST_F(PremiumScreen, ASaveIsRefusedInOrderAndWritesNothing) {
   EXPECT_EQ(Rows("SELECT OTHNAME, OTHNO, STARTMY, ENDMY, PFYN FROM INS_OTHER"),
             "Life Cover|P'1|24320|24320|NULL");
   EXPECT_EQ(Schedule(), "24320|1|9999999999.99|9999999999.99|9");
+  company.Name(3, "O'Neill 100% [x]#$#");
+  ClickRow(entry.fpgOtherDetail, 0);
+  Type(entry.cmbPolicyName, "o'NEILL 100% [x]#$#");
+  EXPECT_EQ(Press(entry.cmdSave), Texts{"Updated"});
+  EXPECT_EQ(Rows("SELECT OTHNAME FROM INS_OTHER"), "O'Neill 100% [x]#$#");
 }
 
 TEST_F(PremiumScreen, AnIncentiveAsksForPercentagesAndForNeitherNumberNorInstitution) {

@@ -257,8 +257,6 @@ TEST_F(StartupTest, NoScreenIsOpened) {
       {"1506#False#0#0", invalid},
       {"1499#False#0#0", invalid},
       {"1512#False#0#0", invalid},
-      {"1510#False#0#0",
-       "Information | KestrelLedger - Standing Instruction | The separate interest is not part of this build yet."},
   };
   for (const auto& [line, box] : cases) {
     Session run(machine.machine(), desk);
