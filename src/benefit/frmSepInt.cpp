@@ -63,12 +63,12 @@ void frmSepInt::SetColumns() {
   });
   using Month = BenefitMonth;
   months_.SetColumns({
-      {{"Month/Year", CellType::Text, 90}, &Month::Name},
-      {{"Opening Balance", CellType::Number, 120}, TwoPlaces(&Month::opening)},
-      {{"Principle Amount", CellType::Number, 120}, TwoPlaces(&Month::principal)},
-      {{"Int. from Loan module", CellType::Number, 150}, TwoPlaces(&Month::interest)},
-      {{"Interest", CellType::Number, 110}, TwoPlaces(&Month::benchmark)},
-      {{"Int. Benefit Amount", CellType::Number, 140}, TwoPlaces(&Month::difference)},
+      {{"Month/Year", CellType::Text, 80}, &Month::Name},
+      {{"Opening Balance", CellType::Number, 110}, TwoPlaces(&Month::opening)},
+      {{"Principle Amount", CellType::Number, 113}, TwoPlaces(&Month::principal)},
+      {{"Int. from Loan module", CellType::Number, 143}, TwoPlaces(&Month::interest)},
+      {{"Interest", CellType::Number, 85}, TwoPlaces(&Month::benchmark)},
+      {{"Int. Benefit Amount", CellType::Number, 133}, TwoPlaces(&Month::difference)},
   });
   fpgIntDetail.summed = {kPrincipal, kInterest, kBenchmark, kBenefit};
 }

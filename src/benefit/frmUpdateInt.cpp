@@ -87,15 +87,15 @@ void frmUpdateInt::SetColumns() {
   };
   rows_.SetColumns({
       {{"", CellType::Tick, 32, false, false}, {}},
-      {{NumberingOf(session_).caption, CellType::Text, 80}, &Row::number},
-      {{"Employee Name", CellType::Text, 180}, &Row::name},
-      {{"Opening Balance", CellType::Number, 120}, TwoPlaces(&Row::opening)},
-      {{"Principle Amount", CellType::Number, 120}, TwoPlaces(&Row::principal)},
-      {{"Int. from Loan module", CellType::Number, 145}, TwoPlaces(&Row::interest)},
-      {{"Interest", CellType::Number, 105}, TwoPlaces(&Row::benchmark)},
-      {{"Int. Benefit Amount", CellType::Number, 135, false, session_.ReadOnlyUser}, TwoPlaces(&Row::edited)},
-      {{"Original Interest", CellType::Number, 120}, TwoPlaces(&Row::original)},
-      {{"Int. Benefit Amount From Module", CellType::Number, 210}, TwoPlaces(&Row::fromTax)},
+      {{NumberingOf(session_).caption, CellType::Text, 60}, &Row::number},
+      {{"Employee Name", CellType::Text, 130}, &Row::name},
+      {{"Opening Balance", CellType::Number, 112}, TwoPlaces(&Row::opening)},
+      {{"Principle Amount", CellType::Number, 114}, TwoPlaces(&Row::principal)},
+      {{"Int. from Loan module", CellType::Number, 144}, TwoPlaces(&Row::interest)},
+      {{"Interest", CellType::Number, 84}, TwoPlaces(&Row::benchmark)},
+      {{"Int. Benefit Amount", CellType::Number, 132, false, session_.ReadOnlyUser}, TwoPlaces(&Row::edited)},
+      {{"Original Interest", CellType::Number, 114}, TwoPlaces(&Row::original)},
+      {{"Int. Benefit Amount From Module", CellType::Number, 212}, TwoPlaces(&Row::fromTax)},
   });
   fpgUpdate.summed = {kPrincipal, kInterest, kBenchmark, kBenefit, kOriginal};
   fpgUpdate.toolTip = kDetailTip;

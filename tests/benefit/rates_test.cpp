@@ -130,6 +130,12 @@ TEST_F(Rates, DeletesWhatIsFoundByItsFigures) {
   Click(rates.cmdDelete);
   desk.whileItStands = nullptr;
   EXPECT_EQ(company.Rows("SELECT INTEREST FROM MAS_LOANINT WHERE INTID = 2"), "13");
+  ClickRow(rates.fpgInterest, 1);
+  Type(rates.txtIntAmt, "14");
+  session.auditOn = false;
+  Click(rates.cmdSave);
+  EXPECT_EQ(LastAudit(), "");
+  session.auditOn.reset();
   ClickRow(rates.fpgInterest, 0);
   desk.WillAnswer({Answer::Yes});
   Click(rates.cmdDelete);

@@ -166,6 +166,10 @@ TEST_F(Yearly, PortsWhatThereIs) {
   EXPECT_EQ(company.Rows("SELECT EMPID, MONTH12YN FROM INC_PORTEDSTAT"), "0|0");
   EXPECT_EQ(company.Rows("SELECT BENAMT2 FROM INC_MAIN"), "7\n7");
   EXPECT_NE(LastAudit().find("Amount = 585.00"), std::string::npos);
+  session.auditOn = false;
+  company.Execute("DELETE FROM SEC_AUDITTRAIL");
+  Click(update.cmdPort);
+  EXPECT_EQ(LastAudit(), "");
 }
 
 TEST_F(Yearly, BringsThePreviousValuesBack) {

@@ -107,6 +107,14 @@ constexpr Deed kDeeds[] = {
      "tickcell fpgGrid 1 3 on\nanswer Yes\nclick cmdAdjust\n", 0, kReadOnly | kLockedEmployee | kMonths},
     {"recoveries given up after leaving", "1508,6#False#0#0",
      "tickcell fpgGrid 1 3 on\nanswer Yes\nclick cmdClear\n", 0, kReadOnly | kLockedEmployee},
+    {"a benchmark rate", "1510#False#0#0",
+     "click cmdInt\npick cmbFinYear 2024 - 2025\ntext txtIntAmt 8\nclick cmdSave\n", 0, kReadOnly},
+    {"a benchmark rate deleted", "1510#False#0#0",
+     "click cmdInt\nrow fpgInterest 5\nanswer Yes\nclick cmdDelete\n", 0, kReadOnly},
+    {"the yearly benefit", "1510#False#0#0", "click cmdUpdate\n", 0, kReadOnly | kUnaudited},
+    {"a benefit edited", "1510#False#0#0",
+     "pick cmbFinYear 2025 - 2026\nclick cmdUpdate\ncell fpgUpdate 1 8 7\n", 0, kReadOnly | kUnaudited},
+    {"benefits ported", "1510#False#0#0", "click cmdUpdate\ntick chkAll on\nclick cmdPort\n", 0, kReadOnly},
 };
 
 class Guards : public testing::TestWithParam<Deed> {
@@ -164,7 +172,7 @@ class Guards : public testing::TestWithParam<Deed> {
     SqliteDatabase::Lease names(
         database,
         "SELECT name FROM main.sqlite_master WHERE type = 'table' AND (name LIKE 'INS%' "
-        "OR name LIKE 'SEC%' OR name IN ('SLC_SALARYCALC_E', 'MAS_MONTHYEAR'))");
+        "OR name LIKE 'SEC%' OR name LIKE 'INC%' OR name LIKE 'MAS_LOANINT%' OR name IN ('SLC_SALARYCALC_E', 'MAS_MONTHYEAR'))");
     while (names->Step()) tables.push_back(names->Column(0).ToText());
     std::erase_if(tables, [&](const std::string& table) {
       return database.Number(fmt::format(
