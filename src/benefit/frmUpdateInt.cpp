@@ -171,7 +171,7 @@ void frmUpdateInt::fpgUpdate_CellChange(std::size_t row, std::size_t column) {
 
 void frmUpdateInt::EditBenefit(std::size_t row, const std::string& typed) {
   if (Year().empty()) {
-    session_.Inform("Select" + lblFinancialYear.caption);
+    session_.Inform("Select " + lblFinancialYear.caption);
     cmbFinYear.SetText("");
     return SetFocus(fpgUpdate);
   }
@@ -219,7 +219,7 @@ void frmUpdateInt::fpgUpdate_DblClick(std::size_t row, std::size_t column) {
   if (shown == nullptr || column == kBenefit || column == kOriginal) return;
   loans_.Show(ReadLoansOfEmployee(session_, BenefitYearOf(session_, Year()), shown->employee));
   lblDetailName.caption = "Employee Name: " + shown->name;
-  lblDetailId.caption = "EmpID: " + shown->number;
+  lblDetailId.caption = "EmpID: " + std::to_string(shown->employee);
   ShowDetail(true);
 }
 

@@ -105,6 +105,8 @@ TEST_F(Months, OpensTheYearAsItIsShown) {
     title = update.caption + " " + update.cmbFinYear.Text() + " " + update.search.txtSearch.Text();
     EXPECT_EQ(update.fpgUpdate.columns[frmUpdateInt::kEmployee].caption, session.options.REFNOCAP);
     EXPECT_EQ(Lines(update.fpgUpdate, 1).size(), 1u);
+    DblClick(update.fpgUpdate, 0, frmUpdateInt::kEmployee);
+    EXPECT_EQ(update.lblDetailId.caption, "EmpID: 1");  // the number itself here
   });
   Click(months.cmdUpdate);
   EXPECT_EQ(title, std::string("Update Interest ") + kYear + " R1");
