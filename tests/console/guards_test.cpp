@@ -68,6 +68,16 @@ constexpr Deed kDeeds[] = {
      "pick cmbEmpName Bharat Fernandes\nrow fpgAdvLoan 1\nclick cmdIntrCalc\ncell fpgSIMaster 12 5 45\n"
      "click cmdSave\n",
      0, kReadOnly | kLockedEmployee | kMonths},
+    // The tax flags are raised before the months are tested, as told.
+    {"a new premium", "1503#False#0#0",
+     "pick cmbEmpName Bhavna Shetty\npick cmbPolicyName Household Policy\ntext txtPolicyNo HH/24\n"
+     "text txtStartMonth Nov/2026\ntext txtEndMonth Mar/2027\ntext txtPolicyAmount 900\n"
+     "pick cmbInstitution Narmada General Cover\nclick cmdSave\nanswer No\n",
+     251, kRight | kReadOnly | kLockedEmployee},
+    {"a month of a premium deleted", "1503#False#0#0",
+     "pick cmbEmpName Bhavna Shetty\nrow fpgOtherDetail 1\ntickcell fpgEMI 24 1 on\nanswer Yes\n"
+     "click cmdEMIDelete\nanswer No\n",
+     254, kAllGuards},
     {"the report", "1501#False#0#0", "click cmdReport\n", 900, kRight | kUnaudited},
     {"the summary of an employee", "1501#False#0#0", "pick cmbEmpName Hema Varma\nclick lblSummary\n", 612,
      kRight | kUnaudited},
