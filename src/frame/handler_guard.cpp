@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "frame/rights.h"
 #include "frame/session.h"
 #include "runtime/errors.h"
 
@@ -31,6 +32,12 @@ void RunGuarded(Session& session, ErrorStyle style, const std::string& title,
   } catch (const RuntimeError& error) {
     session.desk.ShowError(TextOf(error, style), title.empty() ? session.title : title);
   }
+}
+
+std::function<void()> WhenPermitted(Session& session, const Button& button, std::function<void()> work) {
+  return [&session, &button, work = std::move(work)] {
+    if (!FnBlnPermitted(session, button)) work();
+  };
 }
 
 }  // namespace ktl

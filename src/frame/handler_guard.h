@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+#include "screen/controls.h"
+
 namespace ktl {
 
 struct Session;
@@ -15,6 +17,9 @@ enum class ErrorStyle { NumberFirst, DescriptionFirst, DescriptionOnly };
 // Runs the work; a failure of the run-time or the database ends it with the box of the style.
 void RunGuarded(Session& session, ErrorStyle style, const std::string& title,
                 const std::function<void()>& work);
+
+// The work behind the test of the button's right.
+std::function<void()> WhenPermitted(Session& session, const Button& button, std::function<void()> work);
 
 // Makes handlers of a screen's member functions:
 //   HandlerGuard on(session_, *this, ErrorStyle::NumberFirst);
@@ -35,6 +40,10 @@ class HandlerGuard {
   // Of work that is no member function.
   std::function<void()> operator()(std::function<void()> work) const {
     return [guard = *this, work = std::move(work)] { guard.Run(work); };
+  }
+  // A button that does the work for whoever has the right.
+  void Permitted(Button& button, std::function<void()> work) const {
+    button.onClick = (*this)(WhenPermitted(session_, button, std::move(work)));
   }
   void Run(const std::function<void()>& work) const { RunGuarded(session_, style_, title_, work); }
 

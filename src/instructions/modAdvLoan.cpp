@@ -70,24 +70,19 @@ void modAdvLoan::ConnectHandlers() {
 }
 
 void modAdvLoan::ConnectPermitted() {
-  const auto permitted = [this](Button& button, std::function<void()> work) {
-    button.onClick = on_([this, &button, work = std::move(work)] {
-      if (!FnBlnPermitted(session_, button)) work();
-    });
-  };
-  permitted(cmdSave, [this] { cmdSave_Click(); });
-  permitted(cmdDelete, [this] { cmdDelete_Click(); });
-  permitted(cmdEMIDelete, [this] { cmdEMIDelete_Click(); });
-  permitted(cmdFmeFormula, [this] { formula.Show(true); });
-  permitted(cmdMaster, [this] { cmdMaster_Click(); });
-  permitted(cmdInstitution, [this] { cmdInstitution_Click(); });
-  permitted(cmdIntrCalc, [this] { CalculateInterest(); });
-  permitted(cmdEmi, [this] { OpenOnInstruction(session_.doors.emiEditor); });
-  permitted(cmdReceipts, [this] { OpenOnInstruction(session_.doors.receipts); });
-  permitted(cmdMonthly, [this] { session_.doors.monthView({employee.Employee(), type_, "", this}); });
-  permitted(cmdMultiAllot, [this] { cmdMultiAllot_Click(); });
-  permitted(cmdReport, [this] { cmdReport_Click(); });
-  permitted(cmdTDSDet, [this] { session_.doors.houseLoan(*this); });
+  on_.Permitted(cmdSave, [this] { cmdSave_Click(); });
+  on_.Permitted(cmdDelete, [this] { cmdDelete_Click(); });
+  on_.Permitted(cmdEMIDelete, [this] { cmdEMIDelete_Click(); });
+  on_.Permitted(cmdFmeFormula, [this] { formula.Show(true); });
+  on_.Permitted(cmdMaster, [this] { cmdMaster_Click(); });
+  on_.Permitted(cmdInstitution, [this] { cmdInstitution_Click(); });
+  on_.Permitted(cmdIntrCalc, [this] { CalculateInterest(); });
+  on_.Permitted(cmdEmi, [this] { OpenOnInstruction(session_.doors.emiEditor); });
+  on_.Permitted(cmdReceipts, [this] { OpenOnInstruction(session_.doors.receipts); });
+  on_.Permitted(cmdMonthly, [this] { session_.doors.monthView({employee.Employee(), type_, "", this}); });
+  on_.Permitted(cmdMultiAllot, [this] { cmdMultiAllot_Click(); });
+  on_.Permitted(cmdReport, [this] { cmdReport_Click(); });
+  on_.Permitted(cmdTDSDet, [this] { session_.doors.houseLoan(*this); });
 }
 
 void modAdvLoan::ConnectFormula() {

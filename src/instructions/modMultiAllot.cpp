@@ -116,20 +116,15 @@ void modMultiAllot::ConnectFormulas() {
 
 void modMultiAllot::ConnectPermitted() {
   const HandlerGuard on(session_, *this, ErrorStyle::NumberFirst);
-  const auto permitted = [&](Button& button, std::function<void()> work) {
-    button.onClick = on([this, &button, work = std::move(work)] {
-      if (!FnBlnPermitted(session_, button)) work();
-    });
-  };
-  permitted(cmdFilter, [this] { cmdFilter_Click(); });
-  permitted(cmdSave, [this] { cmdSave_Click(); });
-  permitted(cmdFmeFormula, [this] { formula.Show(true); });
-  permitted(cmdPFormula, [this] { premiumFormula.Show(true); });
-  permitted(cmdMaster, [this] {
+  on.Permitted(cmdFilter, [this] { cmdFilter_Click(); });
+  on.Permitted(cmdSave, [this] { cmdSave_Click(); });
+  on.Permitted(cmdFmeFormula, [this] { formula.Show(true); });
+  on.Permitted(cmdPFormula, [this] { premiumFormula.Show(true); });
+  on.Permitted(cmdMaster, [this] {
     session_.doors.instructionMaster(type_);
     FillNames();
   });
-  permitted(cmdInstitution, [this] {
+  on.Permitted(cmdInstitution, [this] {
     OpenInstitutionMaster(session_);
     FillInstitutions();
   });

@@ -96,27 +96,22 @@ void modInsGInsSSS::ConnectFields() {
 void modInsGInsSSS::ConnectButtons() {
   cmdNew.onClick = on_(&modInsGInsSSS::cmdNew_Click);
   cmdClose.onClick = [this] { Unload(); };
-  const auto permitted = [this](Button& button, std::function<void()> work) {
-    button.onClick = on_([this, &button, work = std::move(work)] {
-      if (!FnBlnPermitted(session_, button)) work();
-    });
-  };
-  permitted(cmdSave, [this] { cmdSave_Click(); });
-  permitted(cmdDelete, [this] { cmdDelete_Click(); });
-  permitted(cmdEMIDelete, [this] { cmdEMIDelete_Click(); });
-  permitted(cmdFmeFormula, [this] { formula.Show(true); });
-  permitted(cmdMaster, [this] {
+  on_.Permitted(cmdSave, [this] { cmdSave_Click(); });
+  on_.Permitted(cmdDelete, [this] { cmdDelete_Click(); });
+  on_.Permitted(cmdEMIDelete, [this] { cmdEMIDelete_Click(); });
+  on_.Permitted(cmdFmeFormula, [this] { formula.Show(true); });
+  on_.Permitted(cmdMaster, [this] {
     session_.doors.instructionMaster(type_);
     FillNames();
   });
-  permitted(cmdInstitution, [this] {
+  on_.Permitted(cmdInstitution, [this] {
     OpenInstitutionMaster(session_);
     FillInstitutions();
   });
-  permitted(cmdEmiDet, [this] { cmdEmiDet_Click(); });
-  permitted(cmdMonthly, [this] { session_.doors.monthView({employee.Employee(), type_, "", this}); });
-  permitted(cmdMultiAllot, [this] { cmdMultiAllot_Click(); });
-  permitted(cmdReport, [this] { cmdReport_Click(); });
+  on_.Permitted(cmdEmiDet, [this] { cmdEmiDet_Click(); });
+  on_.Permitted(cmdMonthly, [this] { session_.doors.monthView({employee.Employee(), type_, "", this}); });
+  on_.Permitted(cmdMultiAllot, [this] { cmdMultiAllot_Click(); });
+  on_.Permitted(cmdReport, [this] { cmdReport_Click(); });
 }
 
 void modInsGInsSSS::ConnectFormula() {
