@@ -118,6 +118,13 @@ TEST_F(BulkDelete, FiltersByMonthEmployeeAndText) {
   EXPECT_EQ(Press(bulk->cmdLoad), Texts{"'From Month' should be earlier than 'To Month'"});
   Type(bulk->cmbFromMonth, "nonsense");
   EXPECT_EQ(Press(bulk->cmdLoad), Texts{"Select 'From Month'."});
+  // What is listed still goes by the filter that listed it.
+  Listed();
+  Click(bulk->mnuSelectAll);
+  Pick(bulk->cmbFromMonth, "Oct/2026");
+  Pick(bulk->cmbToMonth, "Sep/2026");
+  EXPECT_EQ(Press(bulk->cmdLoad).size(), 1U);
+  EXPECT_EQ(Press(bulk->cmdDelete, {Answer::Yes}), (Texts{kAsk, "Deleted"}));
 }
 
 TEST_F(BulkDelete, TakesTheTickedWithAllThatHangsOnThem) {
