@@ -67,6 +67,7 @@ class MultipleAllotment : public EntryScreen {
     Pick(allot->formula.cmbFormula, "By Pay");
     Type(allot->txtMonths, months);
     EXPECT_EQ(Press(allot->formula.cmdAccept), Texts{});
+    EXPECT_EQ(allot->Focus(), &allot->txtInterestAmt);
   }
   Texts Save(std::vector<Answer> answers = {}) { return Press(allot->cmdSave, std::move(answers)); }
   std::string Given() {
@@ -97,6 +98,7 @@ TEST_F(MultipleAllotment, ListsWhoIsNotLockedAndNamesWithoutInterestApart) {
   EXPECT_EQ(allot->cmbSIName.Rows().size(), 3U);  // not the Welfare Advance
   EXPECT_FALSE(allot->fmeLoanDet.visible || allot->fmeGIDet.visible || allot->fmePFESI.visible);
   EXPECT_EQ(Save(), Texts{"Select employee(s)."});
+  EXPECT_EQ(allot->Focus(), &allot->lstEmployee);
   TickPeople({0, 1});
   EXPECT_TRUE(allot->chkSelEmployee.Value());
   EXPECT_EQ(allot->lblListed.caption + allot->lblSelected.caption, "Listed: 2Selected: 2");
@@ -112,6 +114,26 @@ TEST_F(MultipleAllotment, ListsWhoIsNotLockedAndNamesWithoutInterestApart) {
   EXPECT_TRUE(allot->fmeLoanDet.visible && allot->fmeGIDet.visible && allot->fmePeriod.visible);
 }
 
+TEST_F(MultipleAllotment, FollowsTheFilterAndTheInterestCalculator) {
+  OpenSqliteFile(company.File(), FileKind::Company, 1)
+      .Run("CREATE VIEW Filtered AS SELECT *, EMPID <> 17 AS FILTERYN1 FROM MAS_EMPLOYEE");
+  session.EmployeeViewName = "Filtered";
+  EnterAdvances();
+  Run("UPDATE MAS_EMPLOYEE SET lockyn = 1 WHERE EMPID = 18");
+  for (const char* filter : {"1", "0"}) {
+    machine.settings.Set("Settings", "Filter", filter);
+    Click(allot->cmdFilter);
+    EXPECT_EQ(machine.siblings.started.back().arguments, "1500,False");
+    EXPECT_EQ(allot->lblListed.caption, *filter == '1' ? "Listed: 1" : "Listed: 2");
+    EXPECT_EQ(allot->lstEmployee.rows.back().text, "[K19]-Chitra Das");
+    EXPECT_EQ(allot->lblSelected.caption, "Selected: 1");  // Chitra, as before
+  }
+  machine.settings.Set("Settings", "ICIntrAmt", "77.50");
+  Click(allot->cmdIntrCalc);
+  EXPECT_EQ(machine.siblings.started.back().title, "Interest Calculation");
+  EXPECT_EQ(allot->txtInterestAmt.Text(), "77.50");
+}
+
 TEST_F(MultipleAllotment, GivesEachHisOwnNumberAndFlatMonths) {
   company.Advance(19, 4, "Salary Advance", 5);
   company.Salary(19, 24323, 5000, 4000);
@@ -125,6 +147,7 @@ TEST_F(MultipleAllotment, GivesEachHisOwnNumberAndFlatMonths) {
             "Advance:Date = 15/Sep/2026:Amount = 1000:Interest Amount = 0:Recover From Month = "
             "Oct/2026:Installments Amount = 400.00:Remarks = ");
   EXPECT_EQ(allot->txtAdvAmount.Text(), "");
+  EXPECT_EQ(allot->Focus(), &allot->cmbSIName);
   EXPECT_EQ(allot->lblSelected.caption, "Selected: 2");
   session.AdvanceMgmtYN = true;
   Pick(allot->cmbSIName, "Medical Advance");  // of a reducing balance
