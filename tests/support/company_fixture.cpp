@@ -1,44 +1,10 @@
 #include "support/company_fixture.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <exception>
-#include <fstream>
-#include <iterator>
-
-#include "company/schema_texts.h"
-#include "database/drivers/sqlite_file.h"
-#include "instructions/month_list.h"
-#include "instructions/total_interest.h"
 
 namespace ktl::test {
-
-namespace {
-
-std::filesystem::path NewFile() {
-  static int number = 0;
-  // Memory, where the system has a folder of it: no test waits for a disk.
-  const std::filesystem::path memory = "/dev/shm";
-  const auto folder = std::filesystem::exists(memory) ? memory : std::filesystem::temp_directory_path();
-  return folder / fmt::format("ktl-test-{}-{}.ktl", getpid(), ++number);
-}
-
-// Made once a process: an empty company with the rows that must exist.
-const std::string& Template() {
-  static const std::string bytes = [] {
-    const auto file = NewFile();
-    CreateSqliteFile(
-        file, {kSchemaText, kSeedText, kTotalInterest.setup, kMonthList.setup, "PRAGMA journal_mode = WAL"});
-    std::ifstream stream(file, std::ios::binary);
-    std::string content{std::istreambuf_iterator<char>(stream), {}};
-    std::filesystem::remove(file);
-    return content;
-  }();
-  return bytes;
-}
-
-}  // namespace
 
 RowBuilder::RowBuilder(RowBuilder&& other) noexcept
     : cn_(std::exchange(other.cn_, nullptr)),
@@ -64,19 +30,10 @@ NameBuilder& NameBuilder::Reducing(double rate) {
   return rate == 0 ? *this : Set("INTRRATE", rate);
 }
 
-TestCompany::TestCompany() : file_(NewFile()) {
-  std::ofstream(file_, std::ios::binary) << Template();
+TestCompany::TestCompany() : store_(NewCompanyStore()) {
   cn_.SetClient({"PC1", "ADMIN", [] { return *Date::FromYmd(2025, 1, 15, 10, 30, 0); }});
   cn_.SetConnectionTimeout(1);
   cn_.Open(ConnectionString());
-}
-
-TestCompany::~TestCompany() {
-  cn_.Close();
-  for (const char* suffix : {"", "-wal", "-shm"}) {
-    std::error_code ignored;
-    std::filesystem::remove(file_.string() + suffix, ignored);
-  }
 }
 
 Value TestCompany::One(std::string_view sql) {

@@ -7,6 +7,7 @@
 
 #include "database/connection.h"
 #include "database/recordset.h"
+#include "support/company_store.h"
 
 namespace ktl::test {
 
@@ -57,17 +58,16 @@ class NameBuilder : public RowBuilder {
   }
 };
 
-// A company of its own for one test, made from a template in a millisecond or two; its file goes with it.
+// A company of its own for one test, made from a template; it goes with the test.
 class TestCompany {
  public:
   TestCompany();
-  ~TestCompany();
   TestCompany(const TestCompany&) = delete;
   TestCompany& operator=(const TestCompany&) = delete;
 
   Connection& Cn() { return cn_; }
-  const std::filesystem::path& File() const { return file_; }
-  std::string ConnectionString() const { return "Provider=SQLite;Data Source=" + file_.string() + ";"; }
+  std::filesystem::path File() const { return store_->File(); }
+  std::string ConnectionString() const { return store_->ConnectionString(); }
 
   std::int64_t Execute(std::string_view sql) { return cn_.Execute(sql); }
   Value One(std::string_view sql);
@@ -96,8 +96,8 @@ class TestCompany {
   RowBuilder Instruction(int type, int employee, int serial, const char* name, double amount,
                          const char* date);
 
-  std::filesystem::path file_;
-  Connection cn_;
+  std::unique_ptr<CompanyStore> store_;
+  Connection cn_;  // goes before the store
 };
 
 }  // namespace ktl::test
