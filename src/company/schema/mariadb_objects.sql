@@ -1,0 +1,1 @@
+-- What a company has besides its tables on MariaDB. A line with GO alone ends each statement.
