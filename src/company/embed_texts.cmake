@@ -1,11 +1,18 @@
-# Writes each text file as a constant: schema.sql becomes kSchemaText.
+cmake_minimum_required(VERSION 3.22)
+
+# Writes each text file as a constant: schema.sql becomes kSchemaText, server_objects.sql kServerObjectsText.
 file(WRITE ${OUTPUT} "#include \"company/schema_texts.h\"\n\nnamespace ktl {\n\n")
 foreach(text_file ${FILES})
   get_filename_component(name ${text_file} NAME_WE)
-  string(SUBSTRING ${name} 0 1 first)
-  string(TOUPPER ${first} first)
-  string(SUBSTRING ${name} 1 -1 rest)
+  string(REPLACE "_" ";" words ${name})
+  set(constant)
+  foreach(word ${words})
+    string(SUBSTRING ${word} 0 1 first)
+    string(TOUPPER ${first} first)
+    string(SUBSTRING ${word} 1 -1 rest)
+    string(APPEND constant ${first}${rest})
+  endforeach()
   file(READ ${text_file} text)
-  file(APPEND ${OUTPUT} "const char* const k${first}${rest}Text = R\"ktl(${text})ktl\";\n\n")
+  file(APPEND ${OUTPUT} "const char* const k${constant}Text = R\"ktl(${text})ktl\";\n\n")
 endforeach()
 file(APPEND ${OUTPUT} "}  // namespace ktl\n")

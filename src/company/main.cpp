@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
+#include <map>
 #include <string_view>
 
 #include "common/month_year.h"
@@ -10,6 +11,7 @@
 #include "company/company.h"
 #include "company/company_error.h"
 #include "company/formula_commands.h"
+#include "company/server_schema.h"
 #include "company/sql_command.h"
 #include "database/connection.h"
 #include "machine/files.h"
@@ -84,6 +86,16 @@ void AddFormulas(CLI::App& app, ktl::FormulaArguments& arguments, std::string& e
     command->add_option("EMPID", arguments.empId, "The employee's number")->required();
     command->add_option("MONTH", arguments.month, "As in Apr/2026")->required();
   }
+}
+
+const std::map<std::string, ktl::ServerKind> kServers{{"mariadb", ktl::ServerKind::MariaDb},
+                                                      {"sqlserver", ktl::ServerKind::SqlServer}};
+
+void AddSchema(CLI::App& app, ktl::ServerKind& server) {
+  auto* schema = app.add_subcommand("schema", "Print the tables and objects of a company for a server");
+  schema->add_option("SERVER", server, "mariadb or sqlserver")
+      ->required()
+      ->transform(CLI::CheckedTransformer(kServers, CLI::ignore_case));
 }
 
 int Use(const ktl::CompanyOptions& options) {
@@ -202,6 +214,8 @@ int main(int argc, char** argv) {
   AddCopies(app, copyOptions);
   AddSql(app, sqlOptions);
   AddFormulas(app, formulaArguments, expression);
+  ktl::ServerKind server = ktl::ServerKind::MariaDb;
+  AddSchema(app, server);
   if (const std::string unknown = UnknownCommand(app, argc, argv); !unknown.empty()) {
     return Complain(unknown, kUsage);
   }
@@ -222,6 +236,7 @@ int main(int argc, char** argv) {
       return Written(Copied(copyOptions));
     }
     if (app.got_subcommand("sql")) return Written(Sql(sqlOptions));
+    if (app.got_subcommand("schema")) std::cout << ktl::ServerScript(server);
     if (app.got_subcommand("eval")) ktl::PrintExpression(argv[0], expression);
     if (app.got_subcommand("formula")) ktl::PrintFormula(argv[0], formulaArguments);
     if (app.got_subcommand("days")) ktl::PrintDays(argv[0], formulaArguments);

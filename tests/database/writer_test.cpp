@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "database/drivers/mariadb_writer.h"
 #include "database/drivers/sqlite_writer.h"
 #include "failure.h"
 
@@ -29,7 +30,7 @@ TEST(EmbeddedDialect, EachConstruct) {
       {"SELECT TOP 3 EMPID FROM MAS_EMPLOYEE ORDER BY EMPNAME DESC",
        "SELECT [EMPID] FROM [MAS_EMPLOYEE] ORDER BY [EMPNAME] DESC LIMIT 3"},
       {"SELECT A AS N FROM T UNION ALL SELECT TOP 1 A FROM U",
-       "SELECT [A] AS [N] FROM [T] UNION ALL SELECT * FROM (SELECT [A] FROM [U] LIMIT 1)"},
+       "SELECT [A] AS [N] FROM [T] UNION ALL SELECT * FROM (SELECT [A] FROM [U] LIMIT 1) AS [LIMITED]"},
       {"SELECT EMPNAME FROM T UNION SELECT REMARKS FROM U",
        "SELECT [EMPNAME] FROM [T] UNION SELECT [REMARKS]" COMPARER " FROM [U]"},
       // A text that is not declared with the comparer gets it where rows are told apart or put in order.
@@ -143,64 +144,96 @@ TEST(EmbeddedDialect, DatesAreToldByColumnFromBothEndsOfAResult) {
   EXPECT_FALSE(step.TellsDate(1, 9) || step.TellsDate(4, 9));
 }
 
-// Another dialect is one class: what it does not say itself, the base says.
-class QuotingWriter final : public tsql::Writer {
- public:
-  using Writer::Writer;
-
- protected:
-  std::string_view NameOf(const tsql::Function& function) const override {
-    return function.name == "ISNULL" ? "COALESCE" : function.name == "LEN" ? "" : function.name;
-  }
-  void WriteName(std::string_view name) override { Put("`", name, "`"); }
-  void WriteVariable(std::string_view variable) override { Put(variable); }
-  void WriteSetting(std::string_view variable, const tsql::Expr* value) override {
-    Put(variable, " := ");
-    value == nullptr ? Put("NULL") : WriteExpr(*value);
-  }
-  void WriteConverted(const tsql::Expr& value, tsql::Type to) override {
-    Put(to == tsql::Type::Text ? "TO_TEXT(" : "TO_NUMBER(");
-    WriteExpr(value);
-    Put(")");
-  }
-  void WriteDecimal(const tsql::Expr& value, int scale) override {
-    Put("ROUND(");
-    WriteExpr(value);
-    Put(", ", std::to_string(scale), ")");
-  }
-  void WriteNumeric(const tsql::Expr& text) override { WriteConverted(text, tsql::Type::Real); }
-  void WriteSum(const tsql::Expr& left, const tsql::Expr& right) override {
-    WriteOperand(left);
-    Put(" + ");
-    WriteOperand(right);
-  }
-  void WriteJoined(const tsql::Expr& left, const tsql::Expr& right) override {
-    Put("CONCAT(");
-    WriteExpr(left);
-    Put(", ");
-    WriteExpr(right);
-    Put(")");
-  }
-  void WriteComparer() override {}
-};
-
-TEST(AnotherDialect, SaysItsOwnNamesAndSharesTheRest) {
+// What differs from the embedded dialect.
+TEST(MariaDbDialect, EachConstruct) {
   const std::pair<const char*, const char*> table[] = {
-      {"SELECT TOP 2 ISNULL(A, 0) FROM dbo.T ORDER BY REMARKS",
-       "SELECT COALESCE(`A`, 0) FROM `T` ORDER BY `REMARKS` LIMIT 2"},
-      {"SELECT 'a' + EMPNAME FROM T WHERE DOJ < '01/Apr/2010'",
-       "SELECT CONCAT('a', `EMPNAME`) FROM `T` WHERE `DOJ` < '2010-04-01'"},
-      {"UPDATE T SET A = CAST(B AS INT) FROM T X, U WHERE X.A = U.A",
-       "UPDATE `T` AS `X` SET `A` = TO_NUMBER(`B`) FROM `U` WHERE `X`.`A` = `U`.`A`"},
-      {"ALTER TABLE T ADD CONSTRAINT PK PRIMARY KEY (A)",
+      // Tables and what stands for them in upper case, columns as they are spelled.
+      {"SELECT e.EmpId, [Loan amt] FROM dbo.mas_Employee e WHERE E.lockyn = 0",
+       "SELECT `E`.`EmpId` AS `EmpId`, `Loan amt` FROM `MAS_EMPLOYEE` AS `E` WHERE `E`.`lockyn` = 0"},
+      {"SELECT NAME FROM sys.tables", "SELECT `NAME` FROM `SYS_TABLES`"},
+      {"SELECT A INTO [x`1] FROM T", "CREATE TABLE `X``1` AS SELECT `A` FROM `T`"},
+      {"CREATE VIEW [v 1] AS SELECT E.* FROM t E", "CREATE VIEW `V 1` AS SELECT `E`.* FROM `T` AS `E`"},
+      {"SELECT A FROM T UNION SELECT TOP 1 A FROM u",
+       "SELECT `A` FROM `T` UNION SELECT * FROM (SELECT `A` FROM `U` LIMIT 1) AS `LIMITED`"},
+      // Limits behind IN.
+      {"SELECT A FROM T WHERE A IN (SELECT TOP 1 B FROM U WHERE U.A = T.A)",
+       "SELECT `A` FROM `T` WHERE `A` = (SELECT `B` FROM `U` WHERE `U`.`A` = `T`.`A` LIMIT 1)"},
+      {"SELECT A FROM T WHERE A NOT IN (SELECT TOP 1 B FROM U)",
+       "SELECT `A` FROM `T` WHERE `A` NOT IN (SELECT * FROM (SELECT `B` FROM `U` LIMIT 1) AS `LIMITED`)"},
+      // Numbers: decimals are doubles, whole ones divide as such, a text column is met as a text.
+      {"SELECT 50.00 / 100 * ETOTAL, EMPID / 12, A / 12",
+       "SELECT (50.00E0 / 100) * `ETOTAL`, `EMPID` DIV 12, (0E0 + `A`) / 12"},
+      {"SELECT A FROM T WHERE FINANCIALYEAR = 2010 AND FINANCIALYEAR IN (2011) AND FINANCIALYEAR > 2009",
+       "SELECT `A` FROM `T` WHERE `FINANCIALYEAR` = '2010' AND `FINANCIALYEAR` IN ('2011') AND "
+       "CAST(`FINANCIALYEAR` AS DOUBLE) > 2009"},
+      {"SELECT CAST(EMPID AS INT), CAST(ACTAMT AS INT), CAST(ACTAMT AS MONEY), ROUND(ACTAMT, 2), ROUND(EMPID, "
+       "2)",
+       "SELECT CAST(`EMPID` AS SIGNED), CAST(TRUNCATE(`ACTAMT`, 0) AS SIGNED), (ROUND(CAST(`ACTAMT` AS "
+       "DECIMAL(60, "
+       "20)), 4) + 0E0), (ROUND(CAST(`ACTAMT` AS DECIMAL(60, 20)), 2) + 0E0), ROUND(`EMPID`, 2)"},
+      // Texts.
+      {"SELECT 'a' + EMPNAME + CAST(EMPID AS VARCHAR(5)), X + 'b'",
+       "SELECT CONCAT('a', `EMPNAME`, CAST(`EMPID` AS CHAR)), CONCAT(`X`, 'b')"},
+      {"SELECT A FROM T WHERE UPPER(REMARKS) = 'X' AND REFNO COLLATE SQL_Latin1_General_CP1_CI_AS = 'r'",
+       "SELECT `A` FROM `T` WHERE UPPER(`REMARKS`) = 'X' AND (`REFNO` COLLATE utf8mb4_uca1400_as_ci) = 'r'"},
+      {"SELECT CHARINDEX('#' + A, SINAME), CHARINDEX(A, SINAME), CHARINDEX('', SINAME, 2), LEN(A)",
+       "SELECT LOCATE(CONCAT('#', `A`), `SINAME`), (LOCATE(`A`, `SINAME`) * (CHAR_LENGTH(`A`) > 0)), "
+       "(LOCATE('', `SINAME`, GREATEST(2, 1)) * (CHAR_LENGTH('') > 0)), CHAR_LENGTH(RTRIM(`A`))"},
+      {"SELECT SUBSTRING(SINAME, 2, 3), SUBSTRING(SINAME, -A, 3)",
+       "SELECT SUBSTRING(`SINAME`, 2, 3), SUBSTRING(`SINAME`, GREATEST(-`A`, 1), 3 + LEAST(-`A` - 1, 0))"},
+      // A set of one character is that character; other sets take an expression.
+      {"SELECT A FROM T WHERE A LIKE '%x%' AND A LIKE '*[[]x[%]\\' AND A NOT LIKE '[^a-f.]_%' AND A LIKE B",
+       "SELECT `A` FROM `T` WHERE `A` LIKE '%x%' AND `A` LIKE '*[x\\%\\\\' ESCAPE '\\' AND `A` NOT REGEXP "
+       "'\\A(?s)[^a-f\\.]..*\\z' AND `A` LIKE `B` ESCAPE '\x01'"},
+      {"SELECT A FROM T WHERE A LIKE '10!%' ESCAPE '!'",
+       "SELECT `A` FROM `T` WHERE `A` LIKE '10\\%' ESCAPE '\\'"},
+      // Dates.
+      {"SELECT ISNULL(DOL, '31/Dec/2099'), DATEDIFF(DAY, DOJ, '01/May/2010'), DATEDIFF(MONTH, DOJ, DOL)",
+       "SELECT IFNULL(`DOL`, TIMESTAMP'2099-12-31 00:00:00'), DATEDIFF(TIMESTAMP'2010-05-01 00:00:00', "
+       "`DOJ`), (YEAR(`DOL`) * 12 + MONTH(`DOL`) - YEAR(`DOJ`) * 12 - MONTH(`DOJ`))"},
+      {"SELECT dbo.udf_getEmpLock(1, 24121, DEFAULT), HOST_NAME(), [dbo].FnStrMonthName(MONTHYEAR)",
+       "SELECT udf_getEmpLock(1, 24121, NULL), @KTL_HOST, FnStrMonthName(`MONTHYEAR`)"},
+      // Changes.
+      {"UPDATE T SET A = V.S FROM T x, (SELECT B, SUM(C) AS S FROM U GROUP BY B) V WHERE X.B = V.B",
+       "UPDATE `T` AS `X`, (SELECT `B`, SUM(`C`) AS `S` FROM `U` GROUP BY `B`) AS `V` SET `X`.`A` = "
+       "`V`.`S` WHERE `X`.`B` = `V`.`B`"},
+      {"UPDATE T SET A = U.A FROM U WHERE U.B = T.B",
+       "UPDATE `T`, `U` SET `T`.`A` = `U`.`A` WHERE `U`.`B` = `T`.`B`"},
+      {"UPDATE T SET A = 1 FROM T SE WHERE B = 2", "UPDATE `T` AS `SE` SET `A` = 1 WHERE `B` = 2"},
+      {"ALTER TABLE t ADD CONSTRAINT PK PRIMARY KEY (A)",
        "ALTER TABLE `T` ADD CONSTRAINT `PK` PRIMARY KEY (`A`)"},
-      {"DECLARE @n INT SET @n = 4", "SELECT @n := NULL\nSELECT @n := 4"},
-      {"SELECT DATEDIFF(MONTH, DOJ, DOL) FROM T", "SELECT DATEDIFF(MONTH, `DOJ`, `DOL`) FROM `T`"},
+      // Batches and procedures.
+      {"DECLARE @n AS INT SET @n = 1 SELECT @n = @n + A FROM T",
+       "SELECT @n := NULL\nSELECT @n := 1\nSELECT @n := @n + `A` FROM `T`"},
+      {"UpdateAuditTrail 'O''BRIEN', 19, Ravi, NULL",
+       "CALL `UpdateAuditTrail`('O''BRIEN', '19', 'Ravi', NULL)"},
   };
   for (const auto& [said, written] : table)
-    EXPECT_EQ(Written(QuotingWriter(said).Translate()), written) << said;
-  const std::string told = FailureOf([] { QuotingWriter("SELECT LEN(A) FROM T").Translate(); }).description();
-  EXPECT_NE(told.find("\"LEN\""), std::string::npos) << told;  // a function that the database does not have
+    EXPECT_EQ(Written(MariaDbWriter(said).Translate()), written) << said;
+}
+
+TEST(MariaDbDialect, AsksForSharedNumbersInTheOrderInWhichTheyStand) {
+  const auto program =
+      MariaDbWriter("UPDATE T SET A = ?1 FROM T X, (SELECT B FROM U WHERE C = ?2.) V WHERE REFNO = ?3")
+          .Translate(false, 3);
+  EXPECT_EQ(program.front().sql,
+            "UPDATE `T` AS `X`, (SELECT `B` FROM `U` WHERE `C` = ?) AS `V` SET `X`.`A` = ? WHERE `REFNO` = "
+            "CAST(? AS CHAR)");
+  EXPECT_EQ(program.front().parameters, (std::vector<int>{2, 1, 3}));
+}
+
+TEST(MariaDbDialect, RefusesWhatItCannotSay) {
+  const std::pair<const char*, const char*> table[] = {
+      {"SELECT T.X + T.Y FROM T", "CAST"},
+      {"SELECT A FROM T FULL JOIN U ON U.A = T.A", "FULL JOIN"},
+      {"SELECT KTL_LATERSUM(A, 1, 2)", "\"KTL_LATERSUM\""},
+      {"SELECT @a = 1", "\"@a\""},
+      {"DECLARE @a INT SELECT @b", "\"@b\""},
+  };
+  for (const auto& [said, why] : table) {
+    const std::string told = FailureOf([&] { MariaDbWriter(said).Translate(); }).description();
+    EXPECT_NE(told.find(why), std::string::npos) << told;
+  }
 }
 
 }  // namespace

@@ -55,12 +55,6 @@ std::string_view SqliteWriter::NameOf(const tsql::Function& function) const {
   return found == kNames.end() ? "" : found->ours;
 }
 
-// The catalogue's views go by names of one word: SYS_TABLES.
-void SqliteWriter::WriteObject(const tsql::TableRef& table) {
-  if (table.schema.empty() || tsql::SameWord(table.schema, "dbo")) return WriteName(table.name);
-  Put("[", table.schema, "_", table.name, "]");
-}
-
 void SqliteWriter::WriteSetting(std::string_view variable, const tsql::Expr* value) {
   Put("KL_SET('", variable, "', ");
   if (value == nullptr)

@@ -13,7 +13,6 @@ class SqliteWriter final : public tsql::Writer {
  protected:
   std::string_view NameOf(const tsql::Function& function) const override;
   void WriteName(std::string_view name) override { Put("[", name, "]"); }
-  void WriteObject(const tsql::TableRef& table) override;
   void WriteKeyColumns() override { Put("rowid, "); }
   void WriteDatePart(std::string_view part) override { Put("'", part, "'"); }
   void WriteVariable(std::string_view variable) override { Put("KL_GET('", variable, "')"); }

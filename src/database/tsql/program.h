@@ -12,7 +12,7 @@ enum class StepKind {
   Change,  // sql changes rows or objects
   Assign,  // sql sets variables, row by row
   Branch,  // sql answers one number; then or otherwise
-  Call,    // name is the procedure
+  Call,    // name is the procedure; sql calls it where the database has procedures of its own
 };
 
 // One thing for a driver to do, in its database's dialect. Steps are prepared only when they are reached: a
@@ -28,6 +28,8 @@ struct Step {
   // down to the last one. A column between both is judged by its declaration alone.
   std::vector<bool> datesFromFront;
   std::vector<bool> datesFromBack;
+  // Where sql asks for shared numbers by bare marks: which, in the order of the marks.
+  std::vector<int> parameters;
   std::string baseTable;  // of Rows that can be updated: what the dialect has for a key stands in front
 
   // Of one column of a result of so many.

@@ -49,6 +49,7 @@ const TypeName* FindTypeName(std::string_view name);
 class Typing {
  public:
   void Declare(std::string_view variable, Type type) { variables_[std::string(variable)] = type; }
+  bool IsDeclared(std::string_view variable) const { return variables_.contains(variable); }
   Type Of(const Expr& expr) const;
 
  private:

@@ -70,7 +70,9 @@ Step Writer::Finish(StepKind kind) {
   Step step;
   step.kind = kind;
   step.sql = std::move(out_);
+  step.parameters = std::move(asked_);
   out_.clear();
+  asked_.clear();
   return step;
 }
 
@@ -78,8 +80,8 @@ Step Writer::Write(const QueryPtr& query) {
   const SelectCore& core = query->cores.front();
   if (!core.into.empty()) {
     // A "#" makes it the connection's own.
-    Put(core.into.starts_with('#') ? "CREATE TEMP TABLE " : "CREATE TABLE ");
-    WriteName(core.into);
+    Put(core.into.starts_with('#') ? "CREATE TEMPORARY TABLE " : "CREATE TABLE ");
+    WriteObjectName(core.into);
     Put(" AS ");
   }
   WriteQuery(*query);
@@ -173,8 +175,12 @@ void Writer::WriteUpdate(const Update& update, const TableRef* target) {
   WriteUpdateConditions(update);
 }
 
-void Writer::WriteAssignments(const Update& update) {
-  List(" SET ", update.items, [this](const SetItem& item) {
+void Writer::WriteAssignments(const Update& update, std::string_view target) {
+  List(" SET ", update.items, [&](const SetItem& item) {
+    if (!target.empty()) {
+      WriteObjectName(target);
+      Put(".");
+    }
     WriteName(item.column);
     Put(" = ");
     WriteAs(*item.value, TypeOfColumn(item.column));
@@ -203,7 +209,7 @@ Step Writer::Write(const Delete& statement) {
 
 Step Writer::Write(const CreateView& view) {
   Put("CREATE VIEW ");
-  WriteName(view.name);
+  WriteObjectName(view.name);
   Put(" AS ");
   WriteQuery(*view.query);
   return Finish(StepKind::Change);
@@ -211,7 +217,7 @@ Step Writer::Write(const CreateView& view) {
 
 Step Writer::Write(const DropObject& drop) {
   Put(drop.view ? "DROP VIEW " : "DROP TABLE ", drop.ifExists ? "IF EXISTS " : "");
-  WriteName(drop.name);
+  WriteObjectName(drop.name);
   return Finish(StepKind::Change);
 }
 
@@ -222,7 +228,7 @@ Step Writer::Write(const AddPrimaryKey& key) {
 
 void Writer::WritePrimaryKey(const AddPrimaryKey& key) {
   Put("ALTER TABLE ");
-  WriteName(key.table);
+  WriteObjectName(key.table);
   Put(" ADD CONSTRAINT ");
   WriteName(key.name);
   WriteNames(" PRIMARY KEY (", key.columns);
@@ -242,11 +248,20 @@ Step Writer::Write(const Declare& declare) {
   return WriteAssignment(declare.variable, declare.value.get());
 }
 
-Step Writer::Write(const SetVariable& set) { return WriteAssignment(set.variable, set.value.get()); }
+Step Writer::Write(const SetVariable& set) {
+  RequireDeclared(set.variable);
+  return WriteAssignment(set.variable, set.value.get());
+}
+
+void Writer::RequireDeclared(std::string_view variable) const {
+  if (typing_.IsDeclared(variable)) return;
+  Refuse(text_, static_cast<std::size_t>(variable.data() - text_.data()),
+         "Must declare the scalar variable \"" + std::string(variable) + '"');
+}
 
 Step Writer::Write(const Call& call) {
-  Step step;
-  step.kind = StepKind::Call;
+  WriteProcedure(call);
+  Step step = Finish(StepKind::Call);
   step.name = call.procedure;
   for (const auto& argument : call.arguments) {
     if (argument.null)
@@ -277,7 +292,8 @@ void Writer::WriteQuery(const Query& query) {
     WriteCore(core, unite);
     if (!apart) continue;
     WriteLimit(*core.top);
-    Put(")");
+    Put(") AS ");
+    WriteObjectName("LIMITED");
   }
   WriteOrderBy(query.orderBy, &query.cores.front());
   if (!unite && query.cores.front().top) WriteLimit(*query.cores.front().top);
@@ -300,7 +316,10 @@ void Writer::WriteCore(const SelectCore& core, bool unite) {
 }
 
 void Writer::WriteItem(const SelectItem& item, bool compared) {
-  if (!item.variable.empty()) return WriteSetting(item.variable, item.expr.get());
+  if (!item.variable.empty()) {
+    RequireDeclared(item.variable);
+    return WriteSetting(item.variable, item.expr.get());
+  }
   if (compared)
     WriteKey(*item.expr, *item.expr);
   else
@@ -314,6 +333,8 @@ void Writer::WriteItem(const SelectItem& item, bool compared) {
 
 void Writer::WriteFrom(const std::vector<TableRef>& tables) {
   for (const auto& table : tables) {
+    if (table.join == JoinKind::Full && !HasFullJoin())
+      Refuse(text_, table.offset, "this database has no FULL JOIN");
     Put(&table == &tables.front() ? " FROM " : JoinWords(table.join));
     WriteTable(table);
     if (!table.on) continue;
@@ -338,12 +359,13 @@ void Writer::WriteTable(const TableRef& table) {
   }
   if (table.alias.empty()) return;
   Put(" AS ");
-  WriteName(table.alias);
+  WriteObjectName(table.alias);
 }
 
+// The catalogue's views go by names of one word: SYS_TABLES.
 void Writer::WriteObject(const TableRef& table) {
-  if (!table.schema.empty() && !SameWord(table.schema, "dbo")) Put(table.schema, '.');
-  WriteName(table.name);
+  if (table.schema.empty() || SameWord(table.schema, "dbo")) return WriteObjectName(table.name);
+  WriteObjectName(std::string(table.schema).append("_").append(table.name));
 }
 
 void Writer::WriteNames(std::string_view before, const std::vector<std::string_view>& names) {

@@ -29,33 +29,52 @@ class Writer {
   // "" for a function that the database does not have.
   virtual std::string_view NameOf(const Function& function) const = 0;
   virtual void WriteName(std::string_view name) = 0;
-  virtual void WriteObject(const TableRef& table);  // a table or a view; SYS.TABLES
-  virtual void WriteKeyColumns() {}                 // in front of the columns of an updatable query
-  virtual void WriteLimit(const Expr& count);       // behind the query whose rows are limited
+  // Of a table or a view, or what stands for one: an alias, a qualifier.
+  virtual void WriteObjectName(std::string_view name) { WriteName(name); }
+  virtual void WriteKeyColumns() {}            // in front of the columns of an updatable query
+  virtual void WriteLimit(const Expr& count);  // behind the query whose rows are limited
   virtual void WriteDate(const Date& date);
   virtual void WriteDatePart(std::string_view part) { Put(part); }  // DAY, MONTH or YEAR in DATEDIFF
+  virtual void WriteNumber(std::string_view literal) { Put(literal); }
+  virtual void WriteParameter(std::string_view parameter) { Put(parameter); }  // ?1
   virtual void WriteComparer();  // behind a text that must compare without regard to case and blanks
+  virtual void WriteCollation(std::string_view name) { Put(" COLLATE ", name); }
   virtual void WriteVariable(std::string_view variable) = 0;
   virtual void WriteSetting(std::string_view variable, const Expr* value) = 0;  // no value: null
 
-  virtual void WriteConverted(const Expr& value, Type to) = 0;     // CAST to a text, an integer or a real
-  virtual void WriteDecimal(const Expr& value, int scale) = 0;     // CAST to a number with so many decimals
-  virtual void WriteNumeric(const Expr& text) = 0;                 // a text that meets a number
-  virtual bool MeetsNumbers(const Expr&) const { return false; }   // a text that equals a number as it is
-  virtual void WriteJoined(const Expr& left, const Expr& right);   // two texts
-  virtual void WriteSum(const Expr& left, const Expr& right) = 0;  // what only the rows can tell: "+"
+  virtual void WriteConverted(const Expr& value, Type to) = 0;    // CAST to a text, an integer or a real
+  virtual void WriteDecimal(const Expr& value, int scale) = 0;    // CAST to a number with so many decimals
+  virtual void WriteNumeric(const Expr& text) = 0;                // a text that meets a number
+  virtual bool MeetsNumbers(const Expr&) const { return false; }  // a text that equals a number as it is
+  virtual void WriteForText(const Expr& number) { WriteOperand(number); }  // a number that such a text equals
+  virtual void WriteJoined(const Expr& left, const Expr& right);           // two texts
+  virtual void WriteSum(const Expr& left, const Expr& right) = 0;          // what only the rows can tell: "+"
+
+  virtual void WriteQuotient(const Expr& left, const Expr& right);
+  virtual void WriteCall(const Expr& expr, const Function& function);  // of a function
+  virtual void WriteLike(const Expr& expr);
+  virtual void WriteInQuery(const Expr& expr);  // [NOT] IN (SELECT ...)
+  virtual bool HasFullJoin() const { return true; }
 
   // target: the item of FROM that is the table to be updated, if any.
   virtual void WriteUpdate(const Update& update, const TableRef* target);
   virtual void WritePrimaryKey(const AddPrimaryKey& key);
+  virtual void WriteProcedure(const Call&) {}  // by which a database of its own procedures is called
 
   void WriteExpr(const Expr& expr);
   void WriteOperand(const Expr& expr);  // in brackets where it could fall apart
   void WriteTable(const TableRef& table);
-  void WriteAssignments(const Update& update);
+  // target: whose columns they are, where another table of the statement could be meant.
+  void WriteAssignments(const Update& update, std::string_view target = {});
   void WriteUpdateConditions(const Update& update);
   void WriteNames(std::string_view before, const std::vector<std::string_view>& names);
+  void WriteQuery(const Query& query);
+  void WriteArgument(const Expr& call, const Function& function, std::size_t argument);
+  // One side of a comparison or a calculation whose other side has the type given.
+  void WriteCompared(const Expr& expr, Type other, bool equality);
   Type TypeOf(const Expr& expr) const { return typing_.Of(expr); }
+  // For a dialect that asks for shared numbers by bare marks.
+  void Ask(int parameter) { asked_.push_back(parameter); }
 
   template <typename... Parts>
   void Put(const Parts&... parts) {
@@ -70,6 +89,8 @@ class Writer {
       opening = ", ";
     }
   }
+
+  [[noreturn]] void RefuseAt(const Expr& expr, const std::string& why) const;
 
  private:
   Program Write(const Block& block);
@@ -89,7 +110,7 @@ class Writer {
   Step WriteAssignment(std::string_view variable, const Expr* value);
   Step Finish(StepKind kind);
 
-  void WriteQuery(const Query& query);
+  void WriteObject(const TableRef& table);
   void WriteCore(const SelectCore& core, bool unite);
   void WriteItem(const SelectItem& item, bool compared);
   void WriteFrom(const std::vector<TableRef>& tables);
@@ -103,13 +124,11 @@ class Writer {
   void WriteCondition(const Expr& expr, std::string_view logical);
   void WriteArithmetic(const Expr& expr);
   void WriteCompare(const Expr& expr);
-  void WriteCompared(const Expr& expr, Type other, bool equality);
+  void WriteEqualed(const Expr& expr, const Expr& other);
   void WriteBetween(const Expr& expr);
   void WriteIn(const Expr& expr);
-  void WriteLike(const Expr& expr);
   void WriteCase(const Expr& expr);
   void WriteFunction(const Expr& expr);
-  void WriteArguments(const Expr& expr, const Function& function);
   void WriteCast(const Expr& expr);
   void WriteTextCast(const Expr& expr);
   // A text literal is written as a date when the value goes to or comes from a date.
@@ -119,11 +138,11 @@ class Writer {
   // comparer.
   void WriteKey(const Expr& expr, const Expr& judged);
   bool NeedsComparer(const Expr& expr) const;
-
-  [[noreturn]] void RefuseAt(const Expr& expr, const std::string& why) const;
+  void RequireDeclared(std::string_view variable) const;
 
   std::string_view text_;
   std::string out_;
+  std::vector<int> asked_;
   Typing typing_;
 };
 

@@ -80,15 +80,14 @@ void Writer::WriteExpr(const Expr& expr) {
 
 void Writer::WriteLeaf(const Expr& expr) {
   if (!expr.qualifier.empty()) {
-    WriteName(expr.qualifier);
+    WriteObjectName(expr.qualifier);
     Put(".");
   }
   switch (expr.kind) {
     case ExprKind::Number:
-      out_ += expr.text;
+      if (expr.text[0] != '?') return WriteNumber(expr.text);
       // The point of a parameter tells its type alone.
-      if (expr.text[0] == '?' && expr.text.ends_with('.')) out_.pop_back();
-      break;
+      return WriteParameter(expr.text.substr(0, expr.text.size() - (expr.text.ends_with('.') ? 1 : 0)));
     case ExprKind::Text:
       return Put(expr.text.substr(expr.text.find('\'')));
     case ExprKind::Null:
@@ -100,6 +99,7 @@ void Writer::WriteLeaf(const Expr& expr) {
     case ExprKind::Star:
       return Put("*");
     case ExprKind::Variable:
+      RequireDeclared(expr.text);
       return WriteVariable(expr.text);
     case ExprKind::DatePart:
       return WriteDatePart(expr.text);
@@ -119,7 +119,7 @@ void Writer::WriteOperator(const Expr& expr) {
   if (expr.kind == ExprKind::Not) Put("NOT ");
   WriteOperand(operand);
   if (expr.kind == ExprKind::IsNull) Put(expr.negated ? " IS NOT NULL" : " IS NULL");
-  if (expr.kind == ExprKind::Collate) Put(" COLLATE ", expr.text);
+  if (expr.kind == ExprKind::Collate) WriteCollation(expr.text);
 }
 
 void Writer::WriteOperand(const Expr& expr) {
@@ -140,7 +140,9 @@ void Writer::WriteArithmetic(const Expr& expr) {
   const Expr &left = *expr.args[0], &right = *expr.args[1];
   const Type leftType = TypeOf(left), rightType = TypeOf(right);
   if (leftType == Type::Date || rightType == Type::Date) RefuseAt(expr, "no arithmetic with dates is known");
-  if (expr.text != "+" || IsNumber(leftType) || IsNumber(rightType)) {
+  if (expr.text == "/") {
+    WriteQuotient(left, right);
+  } else if (expr.text != "+" || IsNumber(leftType) || IsNumber(rightType)) {
     WriteCompared(left, Type::Real, true);
     Put(" ", expr.text, " ");
     WriteCompared(right, Type::Real, true);
@@ -149,6 +151,12 @@ void Writer::WriteArithmetic(const Expr& expr) {
   } else {
     WriteSum(left, right);
   }
+}
+
+void Writer::WriteQuotient(const Expr& left, const Expr& right) {
+  WriteCompared(left, Type::Real, true);
+  Put(" / ");
+  WriteCompared(right, Type::Real, true);
 }
 
 void Writer::WriteJoined(const Expr& left, const Expr& right) {
@@ -170,12 +178,17 @@ void Writer::WriteAs(const Expr& expr, Type type) {
   WriteExpr(expr);
 }
 
-// One side of a comparison whose other side has the type given.
 void Writer::WriteCompared(const Expr& expr, Type other, bool equality) {
   if (other == Type::Date && expr.kind == ExprKind::Text) return WriteDateLiteral(expr);
   if (TypeOf(expr) == Type::Text && IsNumber(other) && !(equality && MeetsNumbers(expr)))
     return WriteNumeric(expr);
   WriteOperand(expr);
+}
+
+void Writer::WriteEqualed(const Expr& expr, const Expr& other) {
+  const Type type = TypeOf(other);
+  if (IsNumber(TypeOf(expr)) && type == Type::Text && MeetsNumbers(other)) return WriteForText(expr);
+  WriteCompared(expr, type, true);
 }
 
 void Writer::WriteComparer() { Put(" COLLATE ", kTextComparer); }
@@ -187,10 +200,10 @@ void Writer::WriteCompare(const Expr& expr) {
   const auto mayBeText = [](Type type) { return type == Type::Text || type == Type::Unknown; };
   const bool texts = (leftType == Type::Text || rightType == Type::Text) && mayBeText(leftType) &&
                      mayBeText(rightType) && !ComparesItself(left) && !ComparesItself(right);
-  WriteCompared(left, rightType, equality);
+  equality ? WriteEqualed(left, right) : WriteCompared(left, rightType, false);
   if (texts) WriteComparer();
   Put(" ", expr.text, " ");
-  WriteCompared(right, leftType, equality);
+  equality ? WriteEqualed(right, left) : WriteCompared(right, leftType, false);
 }
 
 void Writer::WriteBetween(const Expr& expr) {
@@ -208,16 +221,18 @@ void Writer::WriteBetween(const Expr& expr) {
 
 void Writer::WriteIn(const Expr& expr) {
   const Expr& value = *expr.args[0];
-  const Type type = TypeOf(value);
   const Type other = TypeOf(expr.query ? *expr.query->cores.front().items.front().expr : *expr.args[1]);
   WriteCompared(value, other, true);
   if (NeedsComparer(value) && !IsNumber(other)) WriteComparer();
+  if (expr.query) return WriteInQuery(expr);
+  List(expr.negated ? " NOT IN (" : " IN (", std::span(expr.args).subspan(1),
+       [&](const ExprPtr& candidate) { WriteEqualed(*candidate, value); });
+  Put(")");
+}
+
+void Writer::WriteInQuery(const Expr& expr) {
   Put(expr.negated ? " NOT IN (" : " IN (");
-  if (expr.query)
-    WriteQuery(*expr.query);
-  else
-    List("", std::span(expr.args).subspan(1),
-         [&](const ExprPtr& candidate) { WriteCompared(*candidate, type, true); });
+  WriteQuery(*expr.query);
   Put(")");
 }
 
@@ -266,28 +281,35 @@ void Writer::WriteFunction(const Expr& expr) {
     RefuseAt(expr, "the number of arguments of \"" + std::string(expr.text) + "\" is wrong");
   if ((function->role == Role::Window) != expr.hasOver) RefuseAt(expr, "OVER is for ROW_NUMBER alone");
   if (expr.distinct && function->role != Role::Aggregate) RefuseAt(expr, "DISTINCT where none is possible");
-  Put(name, expr.distinct ? "(DISTINCT " : "(");
-  WriteArguments(expr, *function);
-  Put(")");
+  for (const auto& argument : expr.args)
+    if (argument->kind == ExprKind::Star && function->name != "COUNT")
+      RefuseAt(*argument, "\"*\" is for COUNT alone");
+  WriteCall(expr, *function);
   if (!expr.hasOver) return;
   Put(" OVER (");
   WriteOrderBy(expr.over, nullptr);
   Put(")");
 }
 
-void Writer::WriteArguments(const Expr& expr, const Function& function) {
-  const Type type = function.role == Role::Dates ? Type::Date : TypeOf(expr);
+void Writer::WriteCall(const Expr& expr, const Function& function) {
+  Put(NameOf(function), expr.distinct ? "(DISTINCT " : "(");
+  for (std::size_t i = 0; i < expr.args.size(); ++i) {
+    if (i > 0) Put(", ");
+    WriteArgument(expr, function, i);
+  }
+  Put(")");
+}
+
+void Writer::WriteArgument(const Expr& call, const Function& function, std::size_t argument) {
+  const Expr& value = *call.args[argument];
+  const Type type = function.role == Role::Dates ? Type::Date : TypeOf(call);
   const bool sameType = function.result == Type::NotAsked || function.role == Role::Dates;
-  List("", expr.args, [&](const ExprPtr& argument) {
-    if (argument->kind == ExprKind::Star && function.name != "COUNT")
-      RefuseAt(*argument, "\"*\" is for COUNT alone");
-    if (argument->kind == ExprKind::Default && function.name == "UDF_GETEMPLOCK")
-      Put("NULL");
-    else if (function.role == Role::Aggregate || (function.name == "NULLIF" && type == Type::Text))
-      WriteKey(*argument, *argument);
-    else
-      WriteAs(*argument, sameType ? type : Type::Unknown);
-  });
+  if (value.kind == ExprKind::Default && function.name == "UDF_GETEMPLOCK")
+    Put("NULL");
+  else if (function.role == Role::Aggregate || (function.name == "NULLIF" && type == Type::Text))
+    WriteKey(value, value);
+  else
+    WriteAs(value, sameType ? type : Type::Unknown);
 }
 
 void Writer::WriteCast(const Expr& expr) {

@@ -1,0 +1,1 @@
+-- What a company has besides its tables on SQL Server. A line with GO alone ends each statement.
