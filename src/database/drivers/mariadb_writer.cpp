@@ -66,6 +66,14 @@ bool IsNeverEmpty(const Expr& expr) {
          std::ranges::any_of(expr.args, [](const tsql::ExprPtr& part) { return IsNeverEmpty(*part); });
 }
 
+// In the expression itself; what a subselect adds up is its own.
+bool HasAggregate(const Expr& expr) {
+  const tsql::Function* function = expr.kind == ExprKind::Function ? tsql::FindFunction(expr.text) : nullptr;
+  if (function != nullptr && function->role != tsql::Role::Plain && function->role != tsql::Role::Dates)
+    return true;
+  return std::ranges::any_of(expr.args, [](const tsql::ExprPtr& part) { return HasAggregate(*part); });
+}
+
 bool IsPositiveNumber(const Expr& expr) {
   return expr.kind == ExprKind::Number && expr.text[0] >= '1' && expr.text[0] <= '9';
 }
@@ -249,6 +257,14 @@ void MariaDbWriter::WriteInQuery(const Expr& expr) {
   Put(one ? " = (" : expr.negated ? " NOT IN (SELECT * FROM (" : " IN (SELECT * FROM (");
   WriteQuery(query);
   Put(one ? ")" : ") AS `LIMITED`)");
+}
+
+// Rows that are made distinct need no groups when nothing of a group is counted. With both, this database
+// compares each row of a large result with each other one: minutes instead of a second.
+bool MariaDbWriter::NeedsGroups(const tsql::SelectCore& core) const {
+  return !core.distinct || core.having || std::ranges::any_of(core.items, [](const tsql::SelectItem& item) {
+    return HasAggregate(*item.expr);
+  });
 }
 
 void MariaDbWriter::WriteUpdate(const tsql::Update& update, const tsql::TableRef* target) {

@@ -309,7 +309,8 @@ void Writer::WriteCore(const SelectCore& core, bool unite) {
        [&](const SelectItem& item) { WriteItem(item, core.distinct || unite); });
   WriteFrom(core.from);
   WriteWhere(core.where);
-  List(" GROUP BY ", core.groupBy, [this](const ExprPtr& key) { WriteKey(*key, *key); });
+  if (NeedsGroups(core))
+    List(" GROUP BY ", core.groupBy, [this](const ExprPtr& key) { WriteKey(*key, *key); });
   if (!core.having) return;
   Put(" HAVING ");
   WriteExpr(*core.having);

@@ -55,6 +55,7 @@ class Writer {
   virtual void WriteLike(const Expr& expr);
   virtual void WriteInQuery(const Expr& expr);  // [NOT] IN (SELECT ...)
   virtual bool HasFullJoin() const { return true; }
+  virtual bool NeedsGroups(const SelectCore&) const { return true; }  // or writes no GROUP BY
 
   // target: the item of FROM that is the table to be updated, if any.
   virtual void WriteUpdate(const Update& update, const TableRef* target);
