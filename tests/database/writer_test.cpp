@@ -193,7 +193,11 @@ TEST(MariaDbDialect, EachConstruct) {
        "`DOJ`), (YEAR(`DOL`) * 12 + MONTH(`DOL`) - YEAR(`DOJ`) * 12 - MONTH(`DOJ`))"},
       {"SELECT dbo.udf_getEmpLock(1, 24121, DEFAULT), HOST_NAME(), [dbo].FnStrMonthName(MONTHYEAR)",
        "SELECT udf_getEmpLock(1, 24121, NULL), @KTL_HOST, FnStrMonthName(`MONTHYEAR`)"},
-      // Rows that are distinct anyway are not grouped.
+      // What is distinct of a whole table is worked out of its distinct columns; such rows are not grouped.
+      {"SELECT DISTINCT A, B % 12 + a AS N FROM t X ORDER BY A",
+       "SELECT DISTINCT `A`, (`B` % 12) + `a` AS `N` FROM (SELECT DISTINCT `A`, `B` FROM `T` AS `X`) AS `X` ORDER BY "
+       "`A`"},
+      {"SELECT DISTINCT A, B FROM T", "SELECT DISTINCT `A`, `B` FROM `T`"},
       {"SELECT DISTINCT A, (SELECT MAX(C) FROM U) FROM T GROUP BY A, B",
        "SELECT DISTINCT `A`, (SELECT MAX(`C`) FROM `U`) FROM `T`"},
       {"SELECT DISTINCT A, ISNULL(SUM(C), 0) FROM T GROUP BY A, B",
