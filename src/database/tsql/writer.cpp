@@ -307,9 +307,10 @@ void Writer::WriteLimit(const Expr& count) {
 void Writer::WriteCore(const SelectCore& core, bool unite) {
   List(core.distinct ? "SELECT DISTINCT " : "SELECT ", core.items,
        [&](const SelectItem& item) { WriteItem(item, core.distinct || unite); });
-  WriteFrom(core.from);
+  WriteSources(core);
   WriteWhere(core.where);
-  List(" GROUP BY ", core.groupBy, [this](const ExprPtr& key) { WriteKey(*key, *key); });
+  if (NeedsGroups(core))
+    List(" GROUP BY ", core.groupBy, [this](const ExprPtr& key) { WriteKey(*key, *key); });
   if (!core.having) return;
   Put(" HAVING ");
   WriteExpr(*core.having);
