@@ -113,8 +113,9 @@ std::vector<std::string> SplitScript(std::string_view script) {
       statements.back() += line + "\n";
     }
   }
-  for (auto& statement : statements) statement = Trim(statement);
-  std::erase_if(statements, [](const std::string& statement) { return statement.empty(); });
+  std::erase_if(statements, [](const std::string& statement) {
+    return statement.find_first_not_of(" \n") == statement.npos;
+  });
   return statements;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,5 +41,9 @@ const std::vector<TableDescription>& TableCatalogue();
 
 // Null for a table that no company has.
 const TableDescription* FindTable(std::string_view name);
+
+// The columns of whatever a statement can name on a server: a table, a view, the system's catalogue
+// ("SYS.TABLES"), what each workstation makes for itself ("TMPFILTER" and its name). Nothing for the rest.
+std::optional<std::vector<std::string>> ServerColumns(std::string_view name);
 
 }  // namespace ktl
