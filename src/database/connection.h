@@ -32,9 +32,10 @@ class Connection {
   void SetStatementLog(const std::string& file);
 
   // "Provider=SQLite;Data Source=FILE;" is an embedded company; "Provider=Microsoft.Jet.OLEDB.4.0" is the
-  // local store, a file of the same kind without a schema version. Any other provider is refused until its
-  // driver is there. Throws DatabaseError: no such file, a directory, no company, another schema version, not
-  // writable, locked.
+  // local store, a file of the same kind without a schema version. "Provider=MariaDB;", "Provider=SQLNCLI;"
+  // and "Provider=SQLOLEDB.1;" are companies on servers. Throws DatabaseError: no such file, a directory, no
+  // company, another schema version, not writable, locked; no ODBC driver, no server, no such database, a
+  // user whom the server refuses.
   void Open(const std::string& connectionString);
   void Close();
   bool IsOpen() const { return driver_ != nullptr; }

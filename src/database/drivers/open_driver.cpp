@@ -4,6 +4,7 @@
 #include <array>
 
 #include "database/connection_string.h"
+#include "database/drivers/odbc_driver.h"
 #include "database/drivers/sqlite_driver.h"
 #include "runtime/text.h"
 
@@ -18,11 +19,6 @@ std::unique_ptr<Driver> OpenSqlite(const ConnectionSettings& settings) {
   return std::make_unique<SqliteDriver>(std::move(file), kKind, settings);
 }
 
-std::unique_ptr<Driver> RefuseServer(const ConnectionSettings& settings) {
-  throw DatabaseError(fmt::format("The driver for SQL Server ({}) is not part of this build.",
-                                  ConnectionSetting(settings.connectionString, "Provider")));
-}
-
 struct Provider {
   std::string_view name;
   std::unique_ptr<Driver> (*open)(const ConnectionSettings&);
@@ -31,9 +27,10 @@ struct Provider {
 constexpr std::array kProviders{
     Provider{"SQLite", OpenSqlite<FileKind::Company>},
     Provider{"Microsoft.Jet.OLEDB.4.0", OpenSqlite<FileKind::LocalStore>},
-    Provider{"SQLOLEDB.1", RefuseServer},
-    Provider{"SQLOLEDB", RefuseServer},
-    Provider{"SQLNCLI", RefuseServer},
+    Provider{"SQLOLEDB.1", OpenSqlServer},
+    Provider{"SQLOLEDB", OpenSqlServer},
+    Provider{"SQLNCLI", OpenSqlServer},
+    Provider{"MariaDB", OpenMariaDb},
 };
 
 }  // namespace

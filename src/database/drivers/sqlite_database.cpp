@@ -51,7 +51,7 @@ void CheckSqlite(int code, sqlite3* database) {
       return;
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      throw DatabaseError("The database is locked by another workstation.");
+      throw DatabaseError(kLockedText);
     default:
       break;
   }

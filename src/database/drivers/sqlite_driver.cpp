@@ -2,19 +2,12 @@
 
 #include <fmt/format.h>
 
-#include <cmath>
-
 #include "database/drivers/sqlite_writer.h"
 #include "database/statement_twin.h"
-#include "database/stored_date.h"
-#include "runtime/numbers.h"
 
 namespace ktl {
 
 namespace {
-
-constexpr std::size_t kMostPrograms = 256;
-constexpr std::size_t kLongestKeptText = 8192;
 
 // The history of month locks is the database's own: who turned which lock, on which machine, and when.
 constexpr const char* kMonthLockTrigger =
@@ -24,35 +17,6 @@ constexpr const char* kMonthLockTrigger =
     "SELECT NEW.MONTHYEAR, NEW.LOCKEDYN, KL_HOST_NAME(), substr(KL_NOW() || ' 00:00:00', 1, 19), "
     "(SELECT USERID FROM SEC_USERLIST WHERE USERNAME = KL_USER_NAME()); END";
 
-DatabaseError WrongType(const std::string& column) {
-  return DatabaseError(fmt::format("The value does not fit the field {}.", column), kWrongTypeError);
-}
-
-double NumberFor(const Assignment& assignment) {
-  const Value& value = assignment.value;
-  double number = 0;
-  if (value.IsText()) {
-    const auto parsed = ParseNumber(value.text());
-    if (!parsed) throw WrongType(assignment.column);
-    number = *parsed;
-  } else if (value.IsDate()) {
-    throw WrongType(assignment.column);
-  } else if (!value.IsEmpty()) {
-    number = value.IsBoolean() ? (value.boolean() ? 1 : 0) : value.ToDouble();
-  }
-  if (!std::isfinite(number)) throw WrongType(assignment.column);
-  return number;
-}
-
-Value DateFor(const Assignment& assignment) {
-  const Value& value = assignment.value;
-  if (value.IsDate()) return value;
-  if (value.IsEmpty()) return Null{};
-  const auto date = value.IsText() ? ParseDateLiteral(value.text()) : std::nullopt;
-  if (!date) throw WrongType(assignment.column);
-  return *date;
-}
-
 void Bind(SqliteStatement& statement, std::span<const Value> numbers) {
   std::size_t parameter = 0;
   for (const Value& number : numbers) statement.Bind(parameter++, number);
@@ -61,10 +25,7 @@ void Bind(SqliteStatement& statement, std::span<const Value> numbers) {
 }  // namespace
 
 SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, const ConnectionSettings& settings)
-    : database_(std::move(database)),
-      client_(settings.client),
-      host_{database_, client_, {}},
-      programs_(kMostPrograms) {
+    : database_(std::move(database)), client_(settings.client), host_{database_, client_, {}} {
   RegisterFunctions(host_);
   database_.SetBusyTimeout(settings.commandTimeout);
   database_.SetOnWait([this, ask = settings.onWait](std::chrono::milliseconds waited) {
@@ -95,93 +56,20 @@ void SqliteDriver::KeepStatistics() noexcept {
   }
 }
 
-SqliteDriver::ProgramPtr SqliteDriver::SharedProgram(bool updatable) {
-  std::string marked;
-  if (updatable) marked = shared_.sql + '\n';
-  const std::string& key = updatable ? marked : shared_.sql;
-  if (const auto* kept = programs_.Find(key)) return *kept;
-  ProgramPtr program;
-  try {
-    program = std::make_shared<const tsql::Program>(
-        SqliteWriter(shared_.sql).Translate(updatable, static_cast<int>(shared_.numbers.size())));
-    const auto kind = program->front().kind;
-    const bool plain = kind == tsql::StepKind::Rows || kind == tsql::StepKind::Change;
-    if (program->size() > 1 || !plain) program = nullptr;
-  } catch (const DatabaseError&) {
-    // Read with its numbers in place, the text tells why it cannot be.
-  }
-  if (key.size() <= kLongestKeptText) programs_.Keep(key, program);
-  return program;
+tsql::Program SqliteDriver::Translate(std::string_view sql, bool updatable, int parameters) const {
+  return SqliteWriter(sql).Translate(updatable, parameters);
 }
 
-SqliteDriver::ProgramPtr SqliteDriver::ProgramOf(std::string_view sql, bool updatable) {
-  std::string key(sql);
-  if (updatable) key += '\n';
-  if (const auto* kept = programs_.Find(key)) return *kept;
-  auto program = std::make_shared<const tsql::Program>(SqliteWriter(sql).Translate(updatable));
-  if (key.size() <= kLongestKeptText) programs_.Keep(key, program);
-  return program;
+std::int64_t SqliteDriver::CountChanges(const tsql::Step& step, Numbers numbers) {
+  const auto before = database_.TotalChanges();
+  CountRows(step, numbers);
+  return database_.ChangesSince(before);
 }
 
-void SqliteDriver::RunText(std::string_view sql, bool updatable, Run& run) {
-  host_.variables.clear();
-  ShareNumbers(sql, shared_);
-  ProgramPtr program;
-  if (!shared_.numbers.empty()) program = SharedProgram(updatable);
-  if (program)
-    run.numbers = shared_.numbers;
-  else
-    program = ProgramOf(sql, updatable);
-  RunProgram(*program, run);
-}
+bool SqliteDriver::Decide(const tsql::Step& branch) { return database_.Number(branch.sql) != 0; }
 
-ResultSet SqliteDriver::Query(std::string_view sql, Fetch fetch, bool updatable) {
-  Run run{.fetch = fetch, .keepRows = true};
-  RunText(sql, updatable, run);
-  return std::move(run.result);
-}
-
-std::int64_t SqliteDriver::Execute(std::string_view sql) {
-  Run run;
-  RunText(sql, false, run);
-  return run.rows;
-}
-
-void SqliteDriver::RunProgram(const tsql::Program& program, Run& run) {
-  for (const auto& step : program) RunStep(step, run);
-}
-
-// The first query of a batch gives its rows.
-void SqliteDriver::RunStep(const tsql::Step& step, Run& run) {
-  switch (step.kind) {
-    case tsql::StepKind::Rows:
-      if (run.keepRows && !run.answered) {
-        run.result = ReadRows(step, run);
-        run.answered = true;
-      } else {
-        run.rows += CountRows(step.sql, run.numbers);
-      }
-      break;
-    case tsql::StepKind::Change: {
-      const auto before = database_.TotalChanges();
-      CountRows(step.sql, run.numbers);
-      run.rows += database_.ChangesSince(before);
-      break;
-    }
-    case tsql::StepKind::Assign:
-      CountRows(step.sql, run.numbers);
-      break;
-    case tsql::StepKind::Branch:
-      RunProgram(database_.Number(step.sql) != 0 ? step.then : step.otherwise, run);
-      break;
-    case tsql::StepKind::Call:
-      Call(step);
-      break;
-  }
-}
-
-std::int64_t SqliteDriver::CountRows(const std::string& sql, Numbers numbers) {
-  SqliteDatabase::Lease statement(database_, sql);
+std::int64_t SqliteDriver::CountRows(const tsql::Step& step, Numbers numbers) {
+  SqliteDatabase::Lease statement(database_, step.sql);
   Bind(*statement, numbers);
   std::int64_t rows = 0;
   while (statement->Step()) ++rows;
@@ -209,21 +97,6 @@ ResultSet SqliteDriver::ReadRows(const tsql::Step& step, const Run& run) {
     if (first > 0) result.keys.emplace_back(statement->Integer(0));
   }
   return result;
-}
-
-std::string SqliteDriver::Explain(std::string_view sql) {
-  std::string text;
-  const auto tell = [&text](const tsql::Program& program, const std::string& indent,
-                            const auto& self) -> void {
-    for (const auto& step : program) {
-      if (!text.empty()) text += '\n';
-      text += indent + (step.kind == tsql::StepKind::Call ? "call " + step.name : step.sql);
-      self(step.then, indent + "  ", self);
-      self(step.otherwise, indent + "  else: ", self);
-    }
-  };
-  tell(*ProgramOf(sql, false), "", tell);
-  return text;
 }
 
 std::string_view SqliteDriver::Choose(const StatementTwin& twin) {
@@ -256,9 +129,9 @@ bool SqliteDriver::MakeReady(const StatementTwin& twin) {
   return true;
 }
 
-const SqliteDriver::Fields& SqliteDriver::FieldsOf(const std::string& table) {
+const FieldKinds& SqliteDriver::FieldsOf(const std::string& table) {
   if (const auto found = fields_.find(table); found != fields_.end()) return found->second;
-  Fields fields;
+  FieldKinds fields;
   SqliteDatabase::Lease columns(database_, "SELECT name, type FROM pragma_table_info(?1)");
   columns->Bind(0, table);
   while (columns->Step()) {
@@ -271,30 +144,8 @@ const SqliteDriver::Fields& SqliteDriver::FieldsOf(const std::string& table) {
   return fields_[table] = std::move(fields);
 }
 
-Value SqliteDriver::Fitted(const Assignment& assignment, const Fields& fields) const {
-  const auto field = fields.find(assignment.column);
-  if (field == fields.end())
-    throw DatabaseError(fmt::format("There is no field {}.", assignment.column), kNoSuchFieldError);
-  if (assignment.value.IsNull()) return Null{};
-  switch (field->second) {
-    case FieldKind::Date:
-      return DateFor(assignment);
-    case FieldKind::Real:
-      return NumberFor(assignment);
-    case FieldKind::Integer: {
-      if (assignment.value.IsInteger()) return assignment.value;
-      const double number = RoundHalfEven(NumberFor(assignment));
-      if (std::fabs(number) >= 9e18) throw WrongType(assignment.column);
-      return static_cast<long long>(number);
-    }
-    case FieldKind::Text:
-      break;
-  }
-  return assignment.value.IsEmpty() ? Value("") : Value(assignment.value.ToText());
-}
-
 RowKey SqliteDriver::InsertRow(const std::string& table, const std::vector<Assignment>& values) {
-  const Fields& fields = FieldsOf(table);
+  const FieldKinds& fields = FieldsOf(table);
   std::string columns, marks;
   for (const auto& assignment : values) {
     columns += (columns.empty() ? "[" : ", [") + assignment.column + ']';
@@ -303,7 +154,7 @@ RowKey SqliteDriver::InsertRow(const std::string& table, const std::vector<Assig
   SqliteDatabase::Lease insert(
       database_, values.empty() ? fmt::format("INSERT INTO [{}] DEFAULT VALUES", table)
                                 : "INSERT INTO [" + table + "] (" + columns + ") VALUES (" + marks + ")");
-  for (std::size_t i = 0; i < values.size(); ++i) insert->Bind(i, Fitted(values[i], fields));
+  for (std::size_t i = 0; i < values.size(); ++i) insert->Bind(i, FittedValue(values[i], fields));
   insert->Step();
   return database_.LastRowId();
 }
@@ -311,12 +162,12 @@ RowKey SqliteDriver::InsertRow(const std::string& table, const std::vector<Assig
 void SqliteDriver::UpdateRow(const std::string& table, const RowKey& key,
                              const std::vector<Assignment>& values) {
   if (values.empty()) return;
-  const Fields& fields = FieldsOf(table);
+  const FieldKinds& fields = FieldsOf(table);
   std::string columns;
   for (const auto& assignment : values)
     columns += (columns.empty() ? "[" : ", [") + assignment.column + "] = ?";
   SqliteDatabase::Lease update(database_, "UPDATE [" + table + "] SET " + columns + " WHERE rowid = ?");
-  for (std::size_t i = 0; i < values.size(); ++i) update->Bind(i, Fitted(values[i], fields));
+  for (std::size_t i = 0; i < values.size(); ++i) update->Bind(i, FittedValue(values[i], fields));
   update->Bind(values.size(), std::any_cast<std::int64_t>(key));
   const auto before = database_.TotalChanges();
   update->Step();

@@ -1,0 +1,177 @@
+#include "database/drivers/odbc_database.h"
+
+#include <fmt/format.h>
+#include <sql.h>
+#include <sqlext.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "database/connection_string.h"
+#include "database/drivers/odbc_text.h"
+#include "runtime/text.h"
+
+namespace ktl {
+
+namespace {
+
+constexpr std::size_t kMostStatements = 128;
+constexpr std::size_t kLongestKeptText = 8192;
+
+std::vector<SQLWCHAR> Wide(std::string_view text) {
+  const std::u16string wide = ToUtf16(text);
+  std::vector<SQLWCHAR> units(wide.begin(), wide.end());
+  units.push_back(0);
+  return units;
+}
+
+std::string Narrow(const SQLWCHAR* text, std::size_t length) {
+  return FromUtf16(std::u16string(text, text + length));
+}
+
+// "[unixODBC][Driver][Server]" in front of a message tells who passed it on.
+std::string WithoutPrefixes(std::string message) {
+  while (message.starts_with('[')) {
+    const auto end = message.find(']');
+    if (end == message.npos) break;
+    message.erase(0, end + 1);
+  }
+  return Trim(message);
+}
+
+Diagnostic FirstDiagnostic(SQLSMALLINT kind, SQLHANDLE handle) {
+  Diagnostic diagnostic;
+  SQLWCHAR state[6]{};
+  std::vector<SQLWCHAR> message(1024);
+  SQLINTEGER native = 0;
+  SQLSMALLINT length = 0;
+  if (!SQL_SUCCEEDED(SQLGetDiagRecW(kind, handle, 1, state, &native, message.data(),
+                                    static_cast<SQLSMALLINT>(message.size()), &length)))
+    return diagnostic;
+  const auto had = std::clamp<std::size_t>(static_cast<std::size_t>(length), 0, message.size() - 1);
+  diagnostic.state = Narrow(state, 5);
+  diagnostic.native = native;
+  diagnostic.message = WithoutPrefixes(Narrow(message.data(), had));
+  return diagnostic;
+}
+
+OdbcPointer Allocate(OdbcHandle kind, void* parent, const ServerDialect& dialect, OdbcHandle parentKind) {
+  SQLHANDLE handle = nullptr;
+  CheckOdbc(SQLAllocHandle(static_cast<SQLSMALLINT>(kind), parent, &handle), parentKind, parent, dialect);
+  return OdbcPointer(handle, OdbcFreer{kind});
+}
+
+SQLPOINTER AsPointer(long number) { return reinterpret_cast<SQLPOINTER>(number); }
+
+}  // namespace
+
+void OdbcFreer::operator()(void* handle) const noexcept {
+  SQLFreeHandle(static_cast<SQLSMALLINT>(kind), handle);
+}
+
+void CheckOdbc(short code, OdbcHandle kind, void* handle, const ServerDialect& dialect) {
+  if (SQL_SUCCEEDED(code) || code == SQL_NO_DATA) return;
+  const Diagnostic diagnostic = handle == nullptr
+                                    ? Diagnostic{"HY000", 0, "The ODBC driver manager has no memory left."}
+                                    : FirstDiagnostic(static_cast<SQLSMALLINT>(kind), handle);
+  throw ServerError(dialect.FailureOf(diagnostic), diagnostic.message);
+}
+
+OdbcDatabase::OdbcDatabase(const ServerDialect& dialect) : dialect_(dialect), statements_(kMostStatements) {
+  SQLHANDLE handle = nullptr;
+  CheckOdbc(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &handle), OdbcHandle::Environment, handle,
+            dialect_);
+  environment_ = OdbcPointer(handle, OdbcFreer{OdbcHandle::Environment});
+  CheckOdbc(SQLSetEnvAttr(handle, SQL_ATTR_ODBC_VERSION, AsPointer(SQL_OV_ODBC3), 0), OdbcHandle::Environment,
+            handle, dialect_);
+}
+
+OdbcDatabase::~OdbcDatabase() { Close(); }
+
+std::string OdbcDatabase::InstalledDriver(const ConnectionSettings& settings) const {
+  if (std::string named = ConnectionSetting(settings.connectionString, "Driver"); !named.empty())
+    return named;
+  std::vector<std::string> installed;
+  SQLWCHAR name[256];
+  SQLSMALLINT length = 0;
+  for (SQLUSMALLINT direction = SQL_FETCH_FIRST;
+       SQL_SUCCEEDED(SQLDriversW(environment_.get(), direction, name, 256, &length, nullptr, 0, nullptr));
+       direction = SQL_FETCH_NEXT)
+    installed.push_back(Narrow(name, static_cast<std::size_t>(length)));
+  for (const auto& wanted : dialect_.DriverNames())
+    for (const auto& there : installed)
+      if (EqualsNoCase(there, wanted)) return there;
+  throw ServerError(ServerFailure::Unreachable,
+                    fmt::format("no ODBC driver for {} is installed", dialect_.Product()));
+}
+
+void OdbcDatabase::Open(const ConnectionSettings& settings) {
+  Close();
+  const auto text = Wide(dialect_.OdbcString(settings, InstalledDriver(settings)));
+  connection_ = Allocate(OdbcHandle::Connection, environment_.get(), dialect_, OdbcHandle::Environment);
+  SQLHDBC handle = connection_.get();
+  commandTimeout_ = settings.commandTimeout;
+  if (settings.connectionTimeout > 0)
+    SQLSetConnectAttr(handle, SQL_ATTR_LOGIN_TIMEOUT, AsPointer(settings.connectionTimeout), 0);
+  CheckOdbc(SQLDriverConnectW(handle, nullptr, const_cast<SQLWCHAR*>(text.data()), SQL_NTS, nullptr, 0,
+                              nullptr, SQL_DRIVER_NOPROMPT),
+            OdbcHandle::Connection, handle, dialect_);
+  open_ = true;
+  for (const auto& first : dialect_.FirstTexts(settings)) Run(first);
+}
+
+void OdbcDatabase::Close() noexcept {
+  statements_ = RecentlyUsed<std::shared_ptr<OdbcStatement>>(kMostStatements);
+  if (open_) SQLDisconnect(connection_.get());
+  open_ = false;
+  connection_.reset();
+}
+
+void OdbcDatabase::Run(const std::string& sql) {
+  OdbcStatement statement(*this);
+  statement.Run(sql, {});
+  do
+    while (statement.Fetch()) {
+    }
+  while (statement.NextResult());
+}
+
+std::int64_t OdbcDatabase::Number(const std::string& sql) {
+  Lease statement(*this, sql);
+  if (!statement->Fetch()) return 0;
+  return static_cast<std::int64_t>(statement->Column(0).NumberOr0());
+}
+
+std::vector<std::string> OdbcDatabase::KeyOf(const std::string& table) {
+  const OdbcPointer handle =
+      Allocate(OdbcHandle::Statement, connection_.get(), dialect_, OdbcHandle::Connection);
+  auto name = Wide(table);
+  const auto check = [&](SQLRETURN code) {
+    CheckOdbc(code, OdbcHandle::Statement, handle.get(), dialect_);
+    return code;
+  };
+  check(SQLPrimaryKeysW(handle.get(), nullptr, 0, nullptr, 0, name.data(), SQL_NTS));
+  std::vector<std::pair<SQLSMALLINT, std::string>> columns;
+  while (check(SQLFetch(handle.get())) != SQL_NO_DATA) {
+    SQLWCHAR column[256];
+    SQLSMALLINT place = 0;
+    SQLLEN length = 0, placeLength = 0;
+    check(SQLGetData(handle.get(), 4, SQL_C_WCHAR, column, sizeof column, &length));
+    check(SQLGetData(handle.get(), 5, SQL_C_SSHORT, &place, sizeof place, &placeLength));
+    columns.emplace_back(place, Narrow(column, static_cast<std::size_t>(length) / sizeof(SQLWCHAR)));
+  }
+  std::ranges::sort(columns);
+  std::vector<std::string> names;
+  for (auto& column : columns) names.push_back(std::move(column.second));
+  return names;
+}
+
+OdbcDatabase::Lease::Lease(OdbcDatabase& database, const std::string& sql, std::span<const Value> values) {
+  const auto* kept = database.statements_.Find(sql);
+  const bool free = kept != nullptr && kept->use_count() == 1;
+  statement_ = free ? *kept : std::make_shared<OdbcStatement>(database);
+  if (kept == nullptr && sql.size() <= kLongestKeptText) database.statements_.Keep(sql, statement_);
+  statement_->Run(sql, values);
+}
+
+}  // namespace ktl

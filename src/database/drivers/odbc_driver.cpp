@@ -1,0 +1,389 @@
+#include "database/drivers/odbc_driver.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "database/drivers/mariadb_dialect.h"
+#include "database/drivers/sqlserver_dialect.h"
+#include "database/statement_twin.h"
+#include "database/stored_date.h"
+#include "database/tsql/parser.h"
+
+namespace ktl {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds kSlice{50};  // of the wait for a turn, between two questions
+
+constexpr const char* kUndone =
+    "The transaction was undone by the database server: nothing of it is saved. Please do it again.";
+
+// The values that the marks of a statement ask for, in their order.
+std::vector<Value> InOrder(const tsql::Step& step, std::span<const Value> numbers) {
+  std::vector<Value> values;
+  values.reserve(step.parameters.size());
+  for (const int number : step.parameters) values.push_back(numbers[static_cast<std::size_t>(number - 1)]);
+  return values;
+}
+
+// The table of a SELECT * over one table.
+std::string BaseTable(std::string_view sql) {
+  const tsql::Block block = tsql::Parse(sql);
+  const auto* query = std::get_if<tsql::QueryPtr>(&block.front());
+  if (query == nullptr || block.size() != 1 || (*query)->cores.front().from.size() != 1)
+    throw DatabaseError("Only a SELECT * over one table can be updated.", kStatementError);
+  return std::string((*query)->cores.front().from.front().name);
+}
+
+FieldKind FieldKindOf(OdbcStatement::Kind kind) {
+  switch (kind) {
+    case OdbcStatement::Kind::Integer:
+      return FieldKind::Integer;
+    case OdbcStatement::Kind::Real:
+      return FieldKind::Real;
+    case OdbcStatement::Kind::Date:
+      return FieldKind::Date;
+    default:
+      return FieldKind::Text;
+  }
+}
+
+}  // namespace
+
+OdbcDriver::OdbcDriver(std::unique_ptr<const ServerDialect> dialect, const ConnectionSettings& settings)
+    : dialect_(std::move(dialect)), settings_(settings), database_(*dialect_) {
+  Connect();
+}
+
+OdbcDriver::~OdbcDriver() {
+  try {
+    if (InTransaction()) Rollback();
+  } catch (const std::exception&) {
+    // The server undoes what a connection leaves behind.
+  }
+}
+
+void OdbcDriver::Connect() {
+  const std::string server = fmt::format("{} server {}", dialect_->Product(), dialect_->ServerOf(settings_));
+  const std::string database = dialect_->DatabaseOf(settings_);
+  try {
+    database_.Open(settings_);
+  } catch (const ServerError& error) {
+    database_.Close();
+    switch (error.failure()) {
+      case ServerFailure::LoginRefused:
+        throw DatabaseError(fmt::format("The {} refused the user or his password.", server));
+      case ServerFailure::NoSuchDatabase:
+        throw DatabaseError(fmt::format("There is no database {} on the {}.", database, server));
+      case ServerFailure::Denied:
+        throw DatabaseError(
+            fmt::format("The user may not open the database {} on the {}.", database, server));
+      default:
+        throw DatabaseError(fmt::format("The {} cannot be reached: {}.", server, error.description()));
+    }
+  }
+}
+
+template <typename Work>
+auto OdbcDriver::Say(Work work) {
+  if (state_ == State::Undone) throw DatabaseError(kUndone);
+  if (!database_.IsOpen()) Connect();
+  try {
+    return work();
+  } catch (const ServerError& error) {
+    Learn(error);
+  }
+}
+
+void OdbcDriver::Learn(const ServerError& error) {
+  const bool inTransaction = state_ != State::Free;
+  switch (error.failure()) {
+    case ServerFailure::ConnectionLost:
+      database_.Close();
+      if (inTransaction) state_ = State::Undone;
+      throw DatabaseError(
+          inTransaction
+              ? "The connection to the database server was lost: nothing of what was begun is saved. Please do it "
+                "again."
+              : "The connection to the database server was lost. If something was being saved, look whether it "
+                "is there before doing it again.");
+    case ServerFailure::DeadLock:
+      if (inTransaction) state_ = State::Undone;
+      throw DatabaseError(
+          "Another workstation was writing the same rows: nothing is saved. Please do it again.");
+    case ServerFailure::LockWait:
+      throw DatabaseError(kLockedText);
+    case ServerFailure::TimeOut:
+      throw DatabaseError(
+          fmt::format("The database server did not answer within {} seconds. Try again, or raise the setting "
+                      "COMDTIME.",
+                      settings_.commandTimeout));
+    case ServerFailure::Denied:
+      throw DatabaseError(
+          fmt::format("The user of the database may not do this: {}. Ask whoever looks after the server.",
+                      error.description()));
+    default:
+      throw DatabaseError(error.description(), error.number());
+  }
+}
+
+tsql::Program OdbcDriver::Translate(std::string_view sql, bool updatable, int parameters) const {
+  return dialect_->Translate(sql, updatable, parameters);
+}
+
+ResultSet OdbcDriver::Query(std::string_view sql, Fetch fetch, bool updatable) {
+  return Say([&] {
+    if (dialect_->SpeaksTheLanguage()) return QueryWhole(sql, fetch, updatable);
+    return ProgramDriver::Query(sql, fetch, updatable);
+  });
+}
+
+std::int64_t OdbcDriver::Execute(std::string_view sql) {
+  return Say([&] {
+    if (dialect_->SpeaksTheLanguage()) return ExecuteWhole(sql);
+    return ProgramDriver::Execute(sql);
+  });
+}
+
+std::string OdbcDriver::Explain(std::string_view sql) {
+  return dialect_->SpeaksTheLanguage() ? std::string(sql) : ProgramDriver::Explain(sql);
+}
+
+std::string_view OdbcDriver::Choose(const StatementTwin& twin) { return twin.said; }
+
+ResultSet OdbcDriver::QueryWhole(std::string_view sql, Fetch fetch, bool updatable) {
+  tsql::Step step;
+  if (updatable) step.baseTable = BaseTable(sql);
+  if (fetch == Fetch::NoRows && updatable) return EmptyResult(step.baseTable);
+  changed_ = true;
+  OdbcDatabase::Lease statement(database_, std::string(sql));
+  // Counts of changed rows come in front.
+  while (!statement->HasRows())
+    if (!statement->NextResult()) return {};
+  ResultSet result = ReadResult(*statement, step, fetch);
+  // What fails behind the first query fails as a whole.
+  while (fetch == Fetch::AllRows && statement->NextResult()) {
+  }
+  return result;
+}
+
+std::int64_t OdbcDriver::ExecuteWhole(std::string_view sql) {
+  changed_ = true;
+  OdbcDatabase::Lease statement(database_, std::string(sql));
+  std::int64_t rows = 0;
+  do {
+    if (!statement->HasRows()) rows += statement->RowsChanged();
+    while (statement->Fetch()) ++rows;
+  } while (statement->NextResult());
+  return rows;
+}
+
+ResultSet OdbcDriver::ReadRows(const tsql::Step& step, const Run& run) {
+  if (run.fetch == Fetch::NoRows && !step.baseTable.empty()) return EmptyResult(step.baseTable);
+  // Asked for before the rows, since a connection reads one result at a time.
+  if (!step.baseTable.empty()) TableOf(step.baseTable);
+  OdbcDatabase::Lease statement(database_, step.sql, InOrder(step, run.numbers));
+  return ReadResult(*statement, step, run.fetch);
+}
+
+ResultSet OdbcDriver::EmptyResult(const std::string& table) {
+  ResultSet result;
+  result.columns = TableOf(table).columns;
+  result.baseTable = table;
+  return result;
+}
+
+ResultSet OdbcDriver::ReadResult(OdbcStatement& statement, const tsql::Step& step, Fetch fetch) {
+  const std::size_t count = statement.ColumnCount();
+  ResultSet result;
+  std::vector<bool> dates(count);
+  for (std::size_t column = 0; column < count; ++column) {
+    dates[column] = step.TellsDate(column, count);
+    result.columns.push_back(statement.ColumnName(column));
+  }
+  std::vector<std::size_t> key;
+  if (!step.baseTable.empty()) {
+    result.baseTable = step.baseTable;
+    for (const auto& name : TableOf(step.baseTable).key)
+      key.push_back(static_cast<std::size_t>(
+          std::ranges::find_if(result.columns,
+                               [&](const auto& column) { return tsql::SameWord(column, name); }) -
+          result.columns.begin()));
+  }
+  bool more = fetch != Fetch::NoRows && statement.Fetch();
+  for (; more; more = fetch == Fetch::AllRows && statement.Fetch()) {
+    auto& row = result.rows.emplace_back();
+    row.reserve(count);
+    for (std::size_t column = 0; column < count; ++column) {
+      Value& value = row.emplace_back(statement.Column(column));
+      if (!dates[column] || !value.IsText()) continue;
+      if (const auto date = FromStoredDate(value.text())) value = *date;
+    }
+    if (result.baseTable.empty()) continue;
+    auto values = std::make_shared<std::vector<Value>>();
+    for (const std::size_t column : key) values->push_back(row[column]);
+    result.keys.emplace_back(std::move(values));
+  }
+  return result;
+}
+
+std::int64_t OdbcDriver::CountRows(const tsql::Step& step, Numbers numbers) {
+  OdbcDatabase::Lease statement(database_, step.sql, InOrder(step, numbers));
+  std::int64_t rows = 0;
+  while (statement->Fetch()) ++rows;
+  return rows;
+}
+
+std::int64_t OdbcDriver::CountChanges(const tsql::Step& step, Numbers numbers) {
+  changed_ = true;
+  OdbcDatabase::Lease statement(database_, step.sql, InOrder(step, numbers));
+  return statement->RowsChanged();
+}
+
+bool OdbcDriver::Decide(const tsql::Step& branch) { return database_.Number(branch.sql) != 0; }
+
+void OdbcDriver::Call(const tsql::Step& step) {
+  changed_ = true;
+  try {
+    database_.Run(step.sql);
+  } catch (const ServerError& error) {
+    if (error.failure() != ServerFailure::NoSuchProcedure) throw;
+    throw DatabaseError(fmt::format("Could not find stored procedure '{}'.", step.name), kStatementError);
+  }
+}
+
+const OdbcDriver::Table& OdbcDriver::TableOf(const std::string& name) {
+  if (const auto found = tables_.find(name); found != tables_.end()) return found->second;
+  Table table;
+  {
+    OdbcDatabase::Lease statement(database_, "SELECT * FROM " + dialect_->QuotedTable(name) + " WHERE 1 = 0");
+    for (std::size_t column = 0; column < statement->ColumnCount(); ++column) {
+      table.columns.push_back(statement->ColumnName(column));
+      table.kinds[table.columns.back()] = FieldKindOf(statement->ColumnKind(column));
+    }
+  }
+  table.key = database_.KeyOf(dialect_->TableName(name));
+  if (table.key.empty()) table.key = table.columns;
+  return tables_[name] = std::move(table);
+}
+
+RowKey OdbcDriver::InsertRow(const std::string& name, const std::vector<Assignment>& values) {
+  return Say([&] {
+    const Table& table = TableOf(name);
+    const std::string quoted = dialect_->QuotedTable(name);
+    std::string columns, marks;
+    std::vector<Value> fitted;
+    auto key = std::make_shared<std::vector<Value>>(table.key.size(), Null{});
+    for (const auto& assignment : values) {
+      columns += (columns.empty() ? "" : ", ") + dialect_->Quoted(assignment.column);
+      marks += marks.empty() ? "?" : ", ?";
+      fitted.push_back(FittedValue(assignment, table.kinds));
+      for (std::size_t i = 0; i < table.key.size(); ++i)
+        if (tsql::SameWord(table.key[i], assignment.column)) (*key)[i] = fitted.back();
+    }
+    changed_ = true;
+    OdbcDatabase::Lease insert(database_,
+                               values.empty()
+                                   ? dialect_->InsertOfDefaults(quoted)
+                                   : "INSERT INTO " + quoted + " (" + columns + ") VALUES (" + marks + ")",
+                               fitted);
+    return RowKey(std::move(key));
+  });
+}
+
+void OdbcDriver::UpdateRow(const std::string& name, const RowKey& rowKey,
+                           const std::vector<Assignment>& values) {
+  if (values.empty()) return;
+  Say([&] {
+    const Table& table = TableOf(name);
+    const Key& key = std::any_cast<const Key&>(rowKey);
+    std::vector<Value> newKey = *key, sent;
+    std::string columns, condition;
+    for (const auto& assignment : values) {
+      columns += (columns.empty() ? "" : ", ") + dialect_->Quoted(assignment.column) + " = ?";
+      sent.push_back(FittedValue(assignment, table.kinds));
+      for (std::size_t i = 0; i < newKey.size(); ++i)
+        if (tsql::SameWord(table.key[i], assignment.column)) newKey[i] = sent.back();
+    }
+    for (std::size_t i = 0; i < key->size(); ++i) {
+      condition += (condition.empty() ? "" : " AND ") + dialect_->Quoted(table.key[i]);
+      condition += (*key)[i].IsNull() ? " IS NULL" : " = ?";
+      if (!(*key)[i].IsNull()) sent.push_back((*key)[i]);
+    }
+    changed_ = true;
+    OdbcDatabase::Lease update(
+        database_, "UPDATE " + dialect_->QuotedTable(name) + " SET " + columns + " WHERE " + condition, sent);
+    if (update->RowsChanged() == 0) throw DatabaseError(kRowGoneText, kRowGoneError);
+    *key = std::move(newKey);
+  });
+}
+
+// Waits for whoever writes in slices, so that the person can be asked in between.
+void OdbcDriver::Begin() {
+  if (InTransaction()) throw DatabaseError("A transaction is under way already.");
+  Say([&] {
+    const auto since = Clock::now();
+    const std::string text = dialect_->BeginText(static_cast<int>(kSlice.count()));
+    while (database_.Number(text) == 0) {
+      const auto waited = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - since);
+      const bool over =
+          settings_.commandTimeout > 0 && waited >= std::chrono::seconds(settings_.commandTimeout);
+      if (over || (settings_.onWait && !settings_.onWait({waited, !changed_})))
+        throw DatabaseError(kLockedText);
+    }
+  });
+  state_ = State::InTransaction;
+}
+
+void OdbcDriver::Commit() {
+  if (!InTransaction()) throw DatabaseError("No transaction is active.");
+  if (state_ == State::Undone) {
+    Rollback();
+    throw DatabaseError(kUndone);
+  }
+  try {
+    database_.Run(dialect_->CommitText());
+    state_ = State::Free;
+  } catch (const ServerError& error) {
+    if (error.failure() == ServerFailure::ConnectionLost) {
+      database_.Close();
+      state_ = State::Free;
+      throw DatabaseError(
+          "The connection to the database server was lost while saving. Look whether it is there before doing it "
+          "again.");
+    }
+    state_ = State::Undone;
+    Rollback();
+    throw DatabaseError(error.description(), error.number());
+  }
+}
+
+// Whatever happens to the connection, the server undoes what was begun.
+void OdbcDriver::Rollback() {
+  if (!InTransaction()) throw DatabaseError("No transaction is active.");
+  state_ = State::Free;
+  if (!database_.IsOpen()) return;
+  try {
+    database_.Run(dialect_->RollbackText());
+  } catch (const ServerError&) {
+    database_.Close();
+  }
+}
+
+void OdbcDriver::MakeDurable() {
+  if (!InTransaction()) changed_ = false;
+}
+
+std::unique_ptr<Driver> OpenMariaDb(const ConnectionSettings& settings) {
+  return std::make_unique<OdbcDriver>(std::make_unique<MariaDbDialect>(), settings);
+}
+
+std::unique_ptr<Driver> OpenSqlServer(const ConnectionSettings& settings) {
+  return std::make_unique<OdbcDriver>(std::make_unique<SqlServerDialect>(), settings);
+}
+
+}  // namespace ktl
