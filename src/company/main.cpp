@@ -8,6 +8,7 @@
 
 #include "common/month_year.h"
 #include "company/backup.h"
+#include "company/check_command.h"
 #include "company/company.h"
 #include "company/company_error.h"
 #include "company/formula_commands.h"
@@ -96,6 +97,11 @@ void AddSchema(CLI::App& app, ktl::ServerKind& server) {
   schema->add_option("SERVER", server, "mariadb or sqlserver")
       ->required()
       ->transform(CLI::CheckedTransformer(kServers, CLI::ignore_case));
+}
+
+void AddCheck(CLI::App& app, std::vector<std::string>& files) {
+  auto* check = app.add_subcommand("check", "Tell which statements SQL Server would refuse");
+  check->add_option("FILE", files, "A statement log, or texts one a line; none: the standard input");
 }
 
 int Use(const ktl::CompanyOptions& options) {
@@ -216,6 +222,8 @@ int main(int argc, char** argv) {
   AddFormulas(app, formulaArguments, expression);
   ktl::ServerKind server = ktl::ServerKind::MariaDb;
   AddSchema(app, server);
+  std::vector<std::string> checked;
+  AddCheck(app, checked);
   if (const std::string unknown = UnknownCommand(app, argc, argv); !unknown.empty()) {
     return Complain(unknown, kUsage);
   }
@@ -236,6 +244,7 @@ int main(int argc, char** argv) {
       return Written(Copied(copyOptions));
     }
     if (app.got_subcommand("sql")) return Written(Sql(sqlOptions));
+    if (app.got_subcommand("check")) return Written(ktl::CheckStatements(checked, std::cout) ? 0 : kFailed);
     if (app.got_subcommand("schema")) std::cout << ktl::ServerScript(server);
     if (app.got_subcommand("eval")) ktl::PrintExpression(argv[0], expression);
     if (app.got_subcommand("formula")) ktl::PrintFormula(argv[0], formulaArguments);

@@ -18,7 +18,8 @@ ColumnKind KindOf(SqliteDatabase& database, const std::string& table, const std:
                   const std::string& type) {
   if (type == "INTEGER") return ColumnKind::Integer;
   if (type == "REAL") return ColumnKind::Real;
-  if (type == "DATETIME") return ColumnKind::Date;
+  if (type == "DATETIME")
+    return column == "LOGDATE" || column == "CHANGEDDATE" ? ColumnKind::Moment : ColumnKind::Date;
   const char* comparer = nullptr;
   CheckSqlite(sqlite3_table_column_metadata(database.handle(), nullptr, table.c_str(), column.c_str(),
                                             nullptr, &comparer, nullptr, nullptr, nullptr),
@@ -68,6 +69,39 @@ std::vector<TableDescription> ReadCatalogue() {
   return tables;
 }
 
+std::vector<std::string> NamesOf(const TableDescription& table) {
+  std::vector<std::string> names;
+  for (const auto& column : table.columns) names.push_back(column.name);
+  return names;
+}
+
+struct Named {
+  std::string_view name;
+  std::vector<std::string> columns;
+};
+
+const std::vector<Named>& Views() {
+  static const std::vector<Named> views{
+      {"QRYMONTH", {"MONTHYEAR", "MONTHNAME"}},
+      {"SYS.TABLES", {"OBJECT_ID", "NAME"}},
+      {"SYS.VIEWS", {"OBJECT_ID", "NAME"}},
+      {"SYS.COLUMNS", {"OBJECT_ID", "COLUMN_ID", "NAME"}},
+      {"INFORMATION_SCHEMA.COLUMNS", {"TABLE_NAME", "COLUMN_NAME", "ORDINAL_POSITION", "DATA_TYPE"}}};
+  return views;
+}
+
+// What workstations make: the name goes on with that of the machine. The longer beginning first.
+const std::vector<Named>& WorkstationTables() {
+  static const std::vector<Named> tables = [] {
+    auto filtered = NamesOf(*FindTable("MAS_EMPLOYEE"));
+    filtered.insert(filtered.end(), {"FILTERYN1", "REPTYN1"});
+    return std::vector<Named>{{"VW_MAS_EMPLOYEE", std::move(filtered)},
+                              {"TMPFILTER", {"EMPID", "FILTERYN1", "REPTYN1"}},
+                              {"TMP", {"EMPID"}}};
+  }();
+  return tables;
+}
+
 }  // namespace
 
 const std::vector<TableDescription>& TableCatalogue() {
@@ -80,6 +114,16 @@ const TableDescription* FindTable(std::string_view name) {
   const auto found = std::ranges::find_if(
       tables, [&](const TableDescription& table) { return EqualsNoCase(table.name, name); });
   return found == tables.end() ? nullptr : &*found;
+}
+
+std::optional<std::vector<std::string>> ServerColumns(std::string_view name) {
+  if (const TableDescription* table = FindTable(name)) return NamesOf(*table);
+  const std::string wanted = UpperCase(name);
+  for (const auto& view : Views())
+    if (wanted == view.name) return view.columns;
+  for (const auto& table : WorkstationTables())
+    if (wanted.starts_with(table.name)) return table.columns;
+  return std::nullopt;
 }
 
 }  // namespace ktl

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,7 @@ enum class ColumnKind {
   Name,  // a text that is compared, sorted or searched for: letter case and trailing blanks do not count
   Text,  // any other text, of any length
   Date,
+  Moment,  // a date that always has a time
 };
 
 struct ColumnDescription {
@@ -40,5 +42,9 @@ const std::vector<TableDescription>& TableCatalogue();
 
 // Null for a table that no company has.
 const TableDescription* FindTable(std::string_view name);
+
+// The columns of whatever a statement can name on a server: a table, a view, the system's catalogue
+// ("SYS.TABLES"), what each workstation makes for itself ("TMPFILTER" and its name). Nothing for the rest.
+std::optional<std::vector<std::string>> ServerColumns(std::string_view name);
 
 }  // namespace ktl

@@ -2,6 +2,11 @@
 
 #include <fmt/format.h>
 
+#include <regex>
+#include <set>
+
+#include "database/tsql/server_check.h"
+#include "runtime/text.h"
 #include "sample_company.h"
 
 namespace ktl {
@@ -67,9 +72,49 @@ TEST(ServerSchema, EachServerGetsItsOwnTypesAndQuotes) {
                            ",\n  [AMT] FLOAT NULL DEFAULT 0,\n  [DOJ] DATETIME NULL,\n  [REMARKS] "
                            "NVARCHAR(MAX)" +
                            collation +
-                           ",\n  CONSTRAINT [PK_NEW_SAMPLE] PRIMARY KEY ([ID]),\n  CONSTRAINT "
-                           "[UQ_NEW_SAMPLE_Filter] UNIQUE ([Filter], [AMT])\n)",
+                           ",\n  CONSTRAINT [PK_SAMPLE] PRIMARY KEY ([ID]),\n  CONSTRAINT "
+                           "[UQ_SAMPLE_Filter] UNIQUE ([Filter], [AMT])\n)",
                        "CREATE INDEX [IX_DOJ] ON [NEW_SAMPLE] ([DOJ], [ID])"}));
+}
+
+// What a routine does, as a text of statements: its parameters are variables there.
+std::string BodyOf(const std::string& routine) {
+  const auto begin = routine.find("\nBEGIN\n");
+  if (begin == routine.npos) return routine;
+  std::string text;
+  static const std::regex parameter("(@[A-Z]+) ([A-Z]+)(\\(MAX\\)|\\([0-9]+\\))?");
+  const std::string head = routine.substr(0, begin);
+  for (std::sregex_iterator each(head.begin(), head.end(), parameter), end; each != end; ++each)
+    text += "DECLARE " + (*each)[1].str() + " AS " + (*each)[2].str() + " ";
+  text += routine.substr(begin + 7, routine.rfind("END") - begin - 7);
+  for (const auto& [said, taken] :
+       {std::pair{"SET NOCOUNT ON", ""}, {"RETURN", "SELECT"}, {"dbo.FnStrSessionUser()", "HOST_NAME()"}})
+    text = ReplaceAll(text, said, taken);
+  return text;
+}
+
+std::optional<std::vector<std::string>> WithChangedRows(std::string_view table) {
+  return ServerColumns(table == "INSERTED" || table == "DELETED" ? "MAS_MONTHYEAR" : table);
+}
+
+TEST(ServerSchema, ObjectsOfSqlServerNameWhatIsThere) {
+  tsql::ServerCheck check(WithChangedRows);
+  std::set<std::string> made;
+  for (const auto& statement : ObjectStatements(ServerKind::SqlServer)) {
+    std::string text = std::regex_replace(statement, std::regex("--[^\n]*\n"), "");
+    std::smatch name;
+    ASSERT_TRUE(std::regex_search(text, name, std::regex("^\\s*CREATE OR ALTER [A-Z]+ (dbo\\.)?(\\w+)")))
+        << text;
+    made.insert(name[2]);
+    if (name[2] == "FnStrSessionUser" || name[2] == "FillClassTable")
+      continue;  // in words of the server's own
+    text = BodyOf(ReplaceAll(text, "CREATE OR ALTER", "CREATE"));
+    if (text.find("EXEC") != text.npos) continue;
+    for (const auto& fault : check.Faults(text)) ADD_FAILURE() << text << "\n" << fault;
+  }
+  EXPECT_EQ(made, (std::set<std::string>{"QRYMONTH", "FnStrMonthName", "udf_getEmpLock", "FnStrSessionUser",
+                                         "FillClassTable", "ClassSecurity", "ClassSecurityCloud",
+                                         "UpdateAuditTrail", "KTL_MONTHLOCK"}));
 }
 
 }  // namespace
