@@ -23,21 +23,8 @@ std::vector<TableSum> Fill(SqliteDatabase database, const CompanyOptions& option
   WriteMonths(database);
   database.RunScript("COMMIT");
   if (!options.empty) FillSample(database, options.sample);
-  database.RunScript(kTotalInterest.setup);  // behind the rows, which it need not watch being made
-  database.RunScript(kMonthList.setup);
-  database.RunScript("ANALYZE");
-  auto sums = TableSums(database);
-  // As the program keeps it, so that the first workstations to open it need not change it.
-  database.RunScript("PRAGMA journal_mode = WAL");
-  return sums;
-}
-
-// The local store belongs to the program's folder and may hold years of its own: one that is there stays.
-void CreateLocalStore(const fs::path& file) {
-  if (fs::exists(file)) return;
-  NewFile store(file, true);
-  MakeUnjournaled(store.path()).RunScript(kLocalText);
-  store.Keep();
+  FinishCompany(database);
+  return TableSums(database);
 }
 
 std::vector<TableSum> Made(const fs::path& making, const CompanyOptions& options) {
@@ -50,22 +37,36 @@ std::vector<TableSum> Made(const fs::path& making, const CompanyOptions& options
 
 }  // namespace
 
+void FinishCompany(SqliteDatabase& database) {
+  database.RunScript(kTotalInterest.setup);  // behind the rows, which it need not watch being made
+  database.RunScript(kMonthList.setup);
+  database.RunScript("ANALYZE");
+  // As the program keeps it, so that the first workstations to open it need not change it.
+  database.RunScript("PRAGMA journal_mode = WAL");
+}
+
+void CreateLocalStore(const fs::path& folder) {
+  const fs::path file = folder / "klgen.MDB";
+  if (fs::exists(file)) return;
+  NewFile store(file, true);
+  MakeUnjournaled(store.path()).RunScript(kLocalText);
+  store.Keep();
+}
+
 std::vector<TableSum> CreateCompany(const CompanyOptions& options) {
   return TellingFiles([&] {
     NewFile company(options.file, options.force);
     auto sums = Made(company.path(), options);
-    CreateLocalStore(fs::absolute(options.file).parent_path() / "klgen.MDB");
+    CreateLocalStore(fs::absolute(options.file).parent_path());
     company.Keep();
-    if (options.settingsFile) WriteSettings(*options.settingsFile, options.file);
+    if (options.settingsFile) WriteSettings(*options.settingsFile, AddressOf(options.file));
     return sums;
   });
 }
 
-void WriteSettings(const fs::path& settingsFile, const fs::path& company) {
+void WriteSettings(const fs::path& settingsFile, const CompanyAddress& company) {
   SettingsFile settings(settingsFile);
-  const std::string connection =
-      fmt::format("Provider=SQLite;Data Source={};", fs::absolute(company).lexically_normal().string());
-  settings.Set("Settings", "DefLnk", clsGenCmn::FnStrEncryptWord(connection));
+  settings.Set("Settings", "DefLnk", clsGenCmn::FnStrEncryptWord(company.connectionString));
   settings.Set("Settings", "USER", "ADMIN");
   settings.Set("Settings", "DBType", "SQL");
 }

@@ -6,12 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "company/company_address.h"
 #include "company/sample.h"
 
 namespace ktl {
 
 struct CompanyOptions {
   std::filesystem::path file;
+  std::string server;  // instead of a file: "Provider=..;" or "@FILE"
   bool empty = false;  // the required rows and the months, no sample
   bool force = false;  // an existing file is replaced
   SampleOptions sample;
@@ -32,10 +34,17 @@ struct TableSum {
 // cannot be done or when the file exists already.
 std::vector<TableSum> CreateCompany(const CompanyOptions& options);
 
+// What an embedded company has besides its tables and rows, behind which it is made.
+void FinishCompany(SqliteDatabase& database);
+
+// The local store klgen.MDB of a program's folder, which may hold years of its own: one that is there stays.
+void CreateLocalStore(const std::filesystem::path& folder);
+
 // Every table of the company, by name.
 std::vector<TableSum> TableSums(SqliteDatabase& database);
 
-// Lets the settings store name the company and its user.
-void WriteSettings(const std::filesystem::path& settingsFile, const std::filesystem::path& company);
+// Lets the settings store name the company and its user. The connection string, which may hold a password,
+// stands there scrambled; that is no encryption.
+void WriteSettings(const std::filesystem::path& settingsFile, const CompanyAddress& company);
 
 }  // namespace ktl

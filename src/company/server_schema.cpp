@@ -63,6 +63,7 @@ std::string_view TypeOf(const Dialect& dialect, const ColumnDescription& column)
     case ColumnKind::Real:
       return dialect.real;
     case ColumnKind::Date:
+    case ColumnKind::Moment:
       return dialect.date;
     case ColumnKind::Text:
       return dialect.text;
@@ -87,17 +88,16 @@ std::string ColumnText(ServerKind server, const TableDescription& table, const C
                      column.standard.empty() ? "" : " DEFAULT " + column.standard);
 }
 
-// A table that is made under another name gets the keys of that name too: they are unique in a database.
 std::string CreateTable(ServerKind server, const TableDescription& table, const std::string& name) {
   std::vector<std::string> lines;
   for (const auto& column : table.columns) lines.push_back(ColumnText(server, table, column));
   if (!table.key.empty())
-    lines.push_back(fmt::format("  CONSTRAINT {} PRIMARY KEY ({})", ServerName(server, "PK_" + name),
+    lines.push_back(fmt::format("  CONSTRAINT {} PRIMARY KEY ({})", ServerName(server, "PK_" + UpperCase(table.name)),
                                 NameList(server, table.key)));
   for (const auto& index : table.indexes)
     if (index.name.empty())
       lines.push_back(fmt::format("  CONSTRAINT {} UNIQUE ({})",
-                                  ServerName(server, fmt::format("UQ_{}_{}", name, index.columns.front())),
+                                  ServerName(server, fmt::format("UQ_{}_{}", UpperCase(table.name), index.columns.front())),
                                   NameList(server, index.columns)));
   return fmt::format("CREATE TABLE {} (\n{}\n){}", ServerName(server, name), fmt::join(lines, ",\n"),
                      DialectOf(server).options);

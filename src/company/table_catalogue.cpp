@@ -18,7 +18,8 @@ ColumnKind KindOf(SqliteDatabase& database, const std::string& table, const std:
                   const std::string& type) {
   if (type == "INTEGER") return ColumnKind::Integer;
   if (type == "REAL") return ColumnKind::Real;
-  if (type == "DATETIME") return ColumnKind::Date;
+  if (type == "DATETIME")
+    return column == "LOGDATE" || column == "CHANGEDDATE" ? ColumnKind::Moment : ColumnKind::Date;
   const char* comparer = nullptr;
   CheckSqlite(sqlite3_table_column_metadata(database.handle(), nullptr, table.c_str(), column.c_str(),
                                             nullptr, &comparer, nullptr, nullptr, nullptr),

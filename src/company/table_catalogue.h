@@ -13,6 +13,7 @@ enum class ColumnKind {
   Name,  // a text that is compared, sorted or searched for: letter case and trailing blanks do not count
   Text,  // any other text, of any length
   Date,
+  Moment,  // a date that always has a time
 };
 
 struct ColumnDescription {

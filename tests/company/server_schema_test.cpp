@@ -72,8 +72,8 @@ TEST(ServerSchema, EachServerGetsItsOwnTypesAndQuotes) {
                            ",\n  [AMT] FLOAT NULL DEFAULT 0,\n  [DOJ] DATETIME NULL,\n  [REMARKS] "
                            "NVARCHAR(MAX)" +
                            collation +
-                           ",\n  CONSTRAINT [PK_NEW_SAMPLE] PRIMARY KEY ([ID]),\n  CONSTRAINT "
-                           "[UQ_NEW_SAMPLE_Filter] UNIQUE ([Filter], [AMT])\n)",
+                           ",\n  CONSTRAINT [PK_SAMPLE] PRIMARY KEY ([ID]),\n  CONSTRAINT "
+                           "[UQ_SAMPLE_Filter] UNIQUE ([Filter], [AMT])\n)",
                        "CREATE INDEX [IX_DOJ] ON [NEW_SAMPLE] ([DOJ], [ID])"}));
 }
 
