@@ -33,7 +33,9 @@ class CompanyFile final : public CompanyStore {
       fs::remove(file_.string() + suffix, ignored);
     }
   }
-  std::string ConnectionString() const override { return "Provider=SQLite;Data Source=" + file_.string() + ";"; }
+  std::string ConnectionString() const override {
+    return "Provider=SQLite;Data Source=" + file_.string() + ";";
+  }
   fs::path File() const override { return file_; }
 
  private:
@@ -41,8 +43,8 @@ class CompanyFile final : public CompanyStore {
   static const std::string& Template() {
     static const std::string bytes = [] {
       const auto file = UnusedPath(".ktl");
-      CreateSqliteFile(
-          file, {kSchemaText, kSeedText, kTotalInterest.setup, kMonthList.setup, "PRAGMA journal_mode = WAL"});
+      CreateSqliteFile(file, {kSchemaText, kSeedText, kTotalInterest.setup, kMonthList.setup,
+                              "PRAGMA journal_mode = WAL"});
       std::ifstream stream(file, std::ios::binary);
       std::string content{std::istreambuf_iterator<char>(stream), {}};
       fs::remove(file);
@@ -60,14 +62,15 @@ class CompanyDatabase {
   CompanyDatabase() {
     std::vector<std::string> statements;
     for (const auto& table : TableCatalogue())
-      for (auto& statement : TableStatements(ServerKind::MariaDb, table)) statements.push_back(std::move(statement));
+      for (auto& statement : TableStatements(ServerKind::MariaDb, table))
+        statements.push_back(std::move(statement));
     for (auto& statement : ObjectStatements(ServerKind::MariaDb)) statements.push_back(std::move(statement));
     const auto seeded = SeedRows();
     database_.Run(statements);
     WriteRows(seeded);
-    database_.Run({ResetProcedure(seeded)});
+    database_.Run(ResetProcedure(seeded));
   }
-  void Reset() const { database_.Run({"CALL KTL_TEST_RESET()"}); }
+  void Reset() const { database_.Run("CALL KTL_TEST_RESET()"); }
   std::string ConnectionString() const { return database_.ConnectionString(); }
 
  private:
@@ -102,7 +105,7 @@ class CompanyDatabase {
       body += fmt::format("DELETE FROM {};\n", name);
     }
     for (const auto& [table, rows] : seed) {
-      database_.Run({fmt::format("CREATE TABLE `SEED_{0}` AS SELECT * FROM {0}", table)});
+      database_.Run(fmt::format("CREATE TABLE `SEED_{0}` AS SELECT * FROM {0}", table));
       body += fmt::format("INSERT INTO {0} SELECT * FROM `SEED_{0}`;\n", table);
     }
     return "CREATE PROCEDURE KTL_TEST_RESET() BEGIN START TRANSACTION;\n" + body + "COMMIT; END";

@@ -64,10 +64,10 @@ ConnectionSettings Settings(const std::string& connectionString) {
   return settings;
 }
 
-void RunOn(const std::string& connectionString, const std::string& sql) {
+void RunOn(const std::string& connectionString, const std::vector<std::string>& statements) {
   OdbcDatabase database(Dialect());
   database.Open(Settings(connectionString));
-  database.Run(sql);
+  for (const auto& statement : statements) database.Run(statement);
 }
 
 }  // namespace
@@ -104,7 +104,7 @@ void PrivateServer::Start() {
   process_ = Begin(folder_, words);
   for (int tries = 0;; ++tries) {
     try {
-      return RunOn(ConnectionString("mysql"), "SELECT 1");
+      return RunOn(ConnectionString("mysql"), {"SELECT 1"});
     } catch (const DatabaseError& error) {
       if (tries == 200 || waitpid(process_, nullptr, WNOHANG) != 0)
         throw std::runtime_error("a MariaDB server cannot be started: " + error.description());
@@ -146,7 +146,7 @@ std::string PrivateServer::ConnectionString(const std::string& database) const {
   return fmt::format("Provider=MariaDB;Socket={};Database={};User ID=root;", socket_.string(), database);
 }
 
-void PrivateServer::Run(const std::string& sql) const { RunOn(ConnectionString("mysql"), sql); }
+void PrivateServer::Run(const std::string& sql) const { RunOn(ConnectionString("mysql"), {sql}); }
 
 ServerDatabase::ServerDatabase() {
   static int number = 0;
@@ -161,6 +161,8 @@ std::string ServerDatabase::ConnectionString() const {
   return PrivateServer::Shared()->ConnectionString(name_);
 }
 
-void ServerDatabase::Run(const std::string& sql) const { RunOn(ConnectionString(), sql); }
+void ServerDatabase::Run(const std::vector<std::string>& statements) const {
+  RunOn(ConnectionString(), statements);
+}
 
 }  // namespace ktl::test

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "database/connection.h"
 
@@ -51,8 +52,9 @@ class ServerDatabase {
 
   const std::string& Name() const { return name_; }
   std::string ConnectionString() const;
-  // A statement of the server's own language in this database.
-  void Run(const std::string& sql) const;
+  // Statements of the server's own language in this database.
+  void Run(const std::vector<std::string>& statements) const;
+  void Run(const std::string& sql) const { Run(std::vector{sql}); }
 
  private:
   std::string name_;

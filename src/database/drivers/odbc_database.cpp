@@ -133,7 +133,9 @@ void OdbcDatabase::Run(const std::string& sql) {
   do
     while (statement.Fetch()) {
     }
-  while (statement.NextResult());
+  // MariaDB's driver falls over when it is asked for more of a text that cannot be prepared, as CREATE
+  // TRIGGER.
+  while (dialect_.SpeaksTheLanguage() && statement.NextResult());
 }
 
 std::int64_t OdbcDatabase::Number(const std::string& sql) {
