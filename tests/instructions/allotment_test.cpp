@@ -79,10 +79,8 @@ class MultipleAllotment : public EntryScreen {
         std::to_string(employee) + " ORDER BY MONTHYEAR");
   }
   void FailFor(int employee) {
-    OpenSqliteFile(company.File(), FileKind::Company, 1)
-        .Run(("CREATE TRIGGER Fails BEFORE INSERT ON INS_EMIDETAIL WHEN NEW.EMPID = " +
-              std::to_string(employee) + " AND NEW.COUNTER = 2 BEGIN SELECT RAISE(ABORT, 'no'); END")
-                 .c_str());
+    company.FailOn("INSERT", "INS_EMIDETAIL",
+                   "NEW.EMPID = " + std::to_string(employee) + " AND NEW.COUNTER = 2");
   }
 
   TemporaryFolder folder;
@@ -115,8 +113,7 @@ TEST_F(MultipleAllotment, ListsWhoIsNotLockedAndNamesWithoutInterestApart) {
 }
 
 TEST_F(MultipleAllotment, FollowsTheFilterAndTheInterestCalculator) {
-  OpenSqliteFile(company.File(), FileKind::Company, 1)
-      .Run("CREATE VIEW Filtered AS SELECT *, EMPID <> 17 AS FILTERYN1 FROM MAS_EMPLOYEE");
+  company.Alter("CREATE VIEW FILTERED AS SELECT E.*, EMPID <> 17 AS FILTERYN1 FROM MAS_EMPLOYEE E");
   session.EmployeeViewName = "Filtered";
   EnterAdvances();
   Run("UPDATE MAS_EMPLOYEE SET lockyn = 1 WHERE EMPID = 18");

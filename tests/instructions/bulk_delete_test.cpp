@@ -2,7 +2,6 @@
 #include <random>
 #include <thread>
 
-#include "database/drivers/sqlite_file.h"
 #include "entry_fixture.h"
 #include "instructions/frmAdvLoanBulkDelete.h"
 #include "start/connect.h"
@@ -194,8 +193,7 @@ TEST_F(BulkDelete, KeepsTheRowsBeforeAFailureAndNothingOfTheOneThatFails) {
   EXPECT_EQ(said[1].substr(0, 21), "Row cannot be located");
   EXPECT_EQ(Left(), "1 2 0 1 1 ");
   EXPECT_EQ(Line(0), "K18/Car Loan/10/10/2025/1200.00/2/Nov/2025/599.00");
-  OpenSqliteFile(company.File(), FileKind::Company, 1)
-      .Run("CREATE TRIGGER Fails BEFORE DELETE ON INS_ADVLOAN BEGIN SELECT RAISE(ABORT, 'no'); END");
+  company.FailOn("DELETE", "INS_ADVLOAN", "OLD.EMPID > 0");
   Click(bulk->mnuSelectAll);
   EXPECT_EQ(Press(bulk->cmdDelete, {Answer::Yes}).size(), 2U);
   EXPECT_EQ(Left(), "1 2 0 1 1 ");
@@ -210,8 +208,9 @@ TEST_F(BulkDelete, WaitsForAnotherWorkstationAndGivesUpPastTheTimeOut) {
     Click(bulk->mnuSelectAll);
   };
   listedWithin("1");
-  SqliteDatabase other = OpenSqliteFile(company.File(), FileKind::Company, 1);
-  other.Run("BEGIN IMMEDIATE");
+  Connection other;
+  other.Open(company.ConnectionString());
+  other.BeginTrans();
   const Texts said = Press(bulk->cmdDelete, {Answer::Yes});
   ASSERT_EQ(said.size(), 2U);
   EXPECT_NE(said[1].find("locked by another workstation"), std::string::npos) << said[1];
@@ -220,7 +219,7 @@ TEST_F(BulkDelete, WaitsForAnotherWorkstationAndGivesUpPastTheTimeOut) {
   listedWithin("600");
   std::thread letsGo([&] {
     std::this_thread::sleep_for(std::chrono::seconds(3));
-    other.Run("ROLLBACK");
+    other.RollbackTrans();
   });
   EXPECT_EQ(Press(bulk->cmdDelete, {Answer::Yes}), (Texts{kAsk, "Deleted"}));
   letsGo.join();

@@ -93,6 +93,7 @@ std::vector<Value> Totals(TestCompany& company) {
 }
 
 TEST(TotalInterest, TheTwinLeavesWhatTheTextLeaves) {
+  KTL_NEEDS_FILE();
   int refreshed = 0;
   for (unsigned seed = 1; seed <= 12; ++seed) {
     TestCompany said, twin;
@@ -129,6 +130,7 @@ void Lend(TestCompany& company, int employee, double interest) {
 }
 
 TEST(TotalInterest, NothingIsWrittenWhileNothingHasParted) {
+  KTL_NEEDS_FILE();
   TestCompany company;
   company.Name(2, "Car Loan").Reducing(9);
   company.Name(2, "House Loan");
@@ -144,6 +146,7 @@ TEST(TotalInterest, NothingIsWrittenWhileNothingHasParted) {
 }
 
 TEST(TotalInterest, TheListIsEmptiedByWhatPutsTotalsInOrder) {
+  KTL_NEEDS_FILE();
   TestCompany company;
   company.Name(2, "Car Loan").Reducing(9);
   const auto listed = [&] { return company.One("SELECT COUNT(*) FROM KTL_INTERESTTOUCHED"); };
@@ -169,6 +172,7 @@ TEST(TotalInterest, TheListIsEmptiedByWhatPutsTotalsInOrder) {
 }
 
 TEST(TotalInterest, TheTwinStartsFromTheListInALargeCompany) {
+  KTL_NEEDS_FILE();
   TestCompany company;
   company.Name(2, "Car Loan").Reducing(9);
   Lend(company, 17, 0);
@@ -207,6 +211,7 @@ void ForgetTheList(TestCompany& company) {
 }
 
 TEST(TotalInterest, AnEarlierCompanyGetsItsListAtTheFirstRefresh) {
+  KTL_NEEDS_FILE();
   TestCompany company;
   ForgetTheList(company);
   company.Name(2, "Car Loan").Reducing(9);

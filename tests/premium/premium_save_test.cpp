@@ -1,4 +1,3 @@
-#include "database/drivers/sqlite_file.h"
 #include "premium/premium_write.h"
 #include "premium_fixture.h"
 
@@ -204,8 +203,8 @@ TEST_F(PremiumScreen, OnlyTheMonthOfJoiningAndLeavingCounts) {
 // The first statement of a save fails by a value that its column does not take, then the last one: nothing
 // of it stays.
 TEST_F(PremiumScreen, AFailureTakesTheWholeSaveBack) {
-  OpenSqliteFile(company.File(), FileKind::Company, 1)
-      .RunScript("ALTER TABLE INS_OTHER DROP COLUMN OTHNO; ALTER TABLE INS_OTHER ADD COLUMN OTHNO INTEGER");
+  company.Alter("ALTER TABLE INS_OTHER DROP COLUMN OTHNO");
+  company.Alter("ALTER TABLE INS_OTHER ADD COLUMN OTHNO INTEGER");
   Enter(Insurance, "Apr/2026", "Jun/2026", "500");
   EXPECT_EQ(Press(screen->cmdSave), Texts{"Specified amount is too large."});
   Type(screen->txtPolicyNo, "1");

@@ -5,7 +5,6 @@
 #include <random>
 #include <sstream>
 
-#include "database/drivers/sqlite_file.h"
 #include "recovery/adjustment_write.h"
 #include "recovery_fixture.h"
 
@@ -174,13 +173,12 @@ TEST_F(ConservationTest, ANewMonthHoldsWhatIsGiven) {
 
 TEST_F(ConservationTest, AFailureIsPassedOverOrEndsWithItsWords) {
   Instruction(InstructionType::Advance, {100, 100, 100});
-  auto file = OpenSqliteFile(company.File(), FileKind::Company, 1);
-  file.Run("ALTER TABLE INS_EMIDETAIL RENAME COLUMN INTAMT TO OTHER");
+  company.Alter("ALTER TABLE INS_EMIDETAIL RENAME COLUMN INTAMT TO OTHER");
   desk.WillAnswer({Answer::Yes});
   AdjustFutureMonths(session, *parent, {EditorDifference::Mode::Save, 0, -300});
   EXPECT_EQ(Amounts(), "100 0 0");  // although the statement on INTAMT failed
   EXPECT_EQ(desk.TakeTexts().back(), "Adjust value");
-  file.Run("ALTER TABLE SLC_SALARYCALC_E RENAME COLUMN EDITMODEYN TO OTHER");
+  company.Alter("ALTER TABLE SLC_SALARYCALC_E RENAME COLUMN EDITMODEYN TO OTHER");
   EMIModify(session, *parent, {-50, kApr2024, kApr2024 + 2});
   EMIModifyLastMonth(session, *parent, {150, kApr2024, kApr2024 + 2});
   EXPECT_EQ(desk.TakeTexts(),

@@ -36,6 +36,13 @@ TestCompany::TestCompany() : store_(NewCompanyStore()) {
   cn_.Open(ConnectionString());
 }
 
+void TestCompany::FailOn(const char* what, const char* table, const std::string& rows) {
+  const std::string rule = fmt::format("CREATE TRIGGER Fails BEFORE {} ON {} ", what, table);
+  Alter(rule + (CompaniesAreOnServer() ? "FOR EACH ROW IF " + rows +
+                                             " THEN SIGNAL SQLSTATE '45000' SET MESSAGE_TEXT = 'no'; END IF"
+                                       : "WHEN " + rows + " BEGIN SELECT RAISE(ABORT, 'no'); END"));
+}
+
 Value TestCompany::One(std::string_view sql) {
   const std::optional<Value> value = cn_.FirstValue(sql);
   return value ? *value : Value();

@@ -70,6 +70,10 @@ class TestCompany {
   std::string ConnectionString() const { return store_->ConnectionString(); }
 
   std::int64_t Execute(std::string_view sql) { return cn_.Execute(sql); }
+  // A statement that the language of the program does not have, in words that every store takes.
+  void Alter(const std::string& sql) { store_->Alter(sql); }
+  // From now on what is "INSERT", "UPDATE" or "DELETE" of these rows fails: "NEW.EMPID = 18".
+  void FailOn(const char* what, const char* table, const std::string& rows);
   Value One(std::string_view sql);
   // Fields with "|" between them, rows with line breaks; a null is "NULL".
   std::string Rows(std::string_view sql);

@@ -37,6 +37,7 @@ class CompanyFile final : public CompanyStore {
     return "Provider=SQLite;Data Source=" + file_.string() + ";";
   }
   fs::path File() const override { return file_; }
+  void Alter(const std::string& sql) override { OpenSqliteFile(file_, FileKind::Company, 1).Run(sql.c_str()); }
 
  private:
   // Made once a process, and copied.
@@ -70,8 +71,21 @@ class CompanyDatabase {
     WriteRows(seeded);
     database_.Run(ResetProcedure(seeded));
   }
-  void Reset() const { database_.Run("CALL KTL_TEST_RESET()"); }
+  // False for one whose tables a test has changed.
+  bool Reset() const {
+    try {
+      database_.Run("CALL KTL_TEST_RESET()");
+      return true;
+    } catch (const DatabaseError&) {
+      return false;
+    }
+  }
   std::string ConnectionString() const { return database_.ConnectionString(); }
+  void Alter(const std::string& sql) {
+    altered_ = true;
+    database_.Run(sql);
+  }
+  bool IsAltered() const { return altered_; }
 
  private:
   using Seed = std::vector<std::pair<std::string, ResultSet>>;
@@ -112,6 +126,7 @@ class CompanyDatabase {
   }
 
   ServerDatabase database_;
+  bool altered_ = false;
 };
 
 // Databases that no test uses now; making one takes a second.
@@ -124,17 +139,19 @@ class CompanyOnServer final : public CompanyStore {
  public:
   CompanyOnServer() {
     if (PrivateServer::Shared() == nullptr) throw std::runtime_error(PrivateServer::WhyNot());
-    if (Unused().empty()) {
-      database_ = std::make_unique<CompanyDatabase>();
-    } else {
+    while (!Unused().empty() && !database_) {
       database_ = std::move(Unused().back());
       Unused().pop_back();
-      database_->Reset();
+      if (!database_->Reset()) database_.reset();
     }
+    if (!database_) database_ = std::make_unique<CompanyDatabase>();
   }
-  ~CompanyOnServer() override { Unused().push_back(std::move(database_)); }
+  ~CompanyOnServer() override {
+    if (!database_->IsAltered()) Unused().push_back(std::move(database_));
+  }
   std::string ConnectionString() const override { return database_->ConnectionString(); }
   fs::path File() const override { return {}; }
+  void Alter(const std::string& sql) override { database_->Alter(sql); }
 
  private:
   std::unique_ptr<CompanyDatabase> database_;

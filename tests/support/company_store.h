@@ -13,6 +13,8 @@ class CompanyStore {
   virtual ~CompanyStore() = default;
   virtual std::string ConnectionString() const = 0;
   virtual std::filesystem::path File() const = 0;  // empty on a server
+  // A statement that the language of the program does not have, in words that every store takes.
+  virtual void Alter(const std::string& sql) = 0;
 };
 
 bool CompaniesAreOnServer();

@@ -14,7 +14,7 @@ void FrameFixture::Fill(const std::string& table, const std::string& columnsAndR
 }
 
 void FrameFixture::DropColumn(const std::string& table, const std::string& column) {
-  OpenSqliteFile(company.File(), FileKind::Company, 1).Run("ALTER TABLE " + table + " DROP COLUMN " + column);
+  company.Alter("ALTER TABLE " + table + " DROP COLUMN " + column);
 }
 
 void FrameFixture::MakeLocalStore(const std::vector<int>& assessmentYears) {
