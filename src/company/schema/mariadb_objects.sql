@@ -87,3 +87,7 @@ BEGIN
   END IF;
 END
 GO
+
+-- The last of all: a database without it is no company, or not a whole one.
+CREATE OR REPLACE SQL SECURITY INVOKER VIEW KTL_SCHEMA AS SELECT 1 AS VERSION
+GO
