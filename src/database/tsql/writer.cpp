@@ -91,6 +91,7 @@ Step Writer::Write(const QueryPtr& query) {
     Refuse(text_, core.offset, "a SELECT either sets variables or answers rows");
   Step step = Finish(assigning ? StepKind::Assign : core.into.empty() ? StepKind::Rows : StepKind::Change);
   if (step.kind == StepKind::Rows) TellDates(core, step);
+  step.limited = query->cores.size() == 1 && core.top;
   return step;
 }
 
