@@ -145,8 +145,9 @@ std::vector<std::string> MariaDbDialect::FirstTexts(const ConnectionSettings& se
       seconds > 0 ? fmt::format("max_statement_time={0}, innodb_lock_wait_timeout={0}, lock_wait_timeout={0}",
                                 seconds)
                   : std::string("max_statement_time=0");
-  return {// By itself: literals of the same text would still be read with the collation before.
-          "SET SESSION collation_connection=utf8mb4_uca1400_as_ci",
+  // A literal has the collation that its connection had before its text: the first text stands alone. A
+  // derived table is worked out once, not wherever one of its columns is named.
+  return {"SET SESSION collation_connection=utf8mb4_uca1400_as_ci, optimizer_switch='derived_merge=off'",
           fmt::format(
               "SET SESSION sql_mode='{}', wait_timeout=31536000, {}, @KTL_HOST={}, @KTL_USER={}, @KTL_NOW={}",
               kSqlMode, waits, Literal(settings.client.hostName), Literal(settings.client.userName),
