@@ -72,11 +72,13 @@ class SqliteDriver final : public Driver {
   const Fields& FieldsOf(const std::string& table);
   Value Fitted(const Assignment& assignment, const Fields& fields) const;
   void KeepStatistics() noexcept;
+  void EndCommits();
 
   SqliteDatabase database_;
   ClientIdentity client_;
   FunctionHost host_;
   std::int64_t durableChanges_ = 0;  // made by this connection when its log was last flushed
+  int commits_ = 0;                  // of transactions since then
   SharedText shared_;                // of the text being run
   // By their texts, those of updatable ones with a line break behind. Null for a shared text whose texts must
   // be read each on its own.
