@@ -38,8 +38,9 @@ class EmployeeReads {
   double Number(const std::string& sql) { return Fetch(sql, 0).NumberOr0(); }
   std::string Text(const std::string& sql, const char* ifNone) { return Fetch(sql, ifNone).ToText(); }
 
-  // For what must be asked anew for every employee.
   virtual DataAccess& data() { return data_; }
+  // The same, for what may depend on anything that is written meanwhile.
+  virtual DataAccess& AskingAnew() { return data(); }
 
   // What `make` gives. A run makes it once under the key.
   template <typename T>

@@ -132,7 +132,7 @@ void EmployeeTokens::FillCustomQueries(TokenTable& table, const FormulaRequest& 
     sql = ReplaceAll(sql, "$MONTHYEAR$", std::to_string(request.monthYear));
     sql = ReplaceAll(sql, "$HOSTNAME$", session_.hostName);
     AddText(table, "CustQry{" + queries["FNAME"].TextOrEmpty() + "}",
-            reads_->data().FnVarGetDbValue(sql, "0").ToText(), "custom query");
+            reads_->AskingAnew().FnVarGetDbValue(sql, "0").ToText(), "custom query");
   }
 }
 

@@ -24,12 +24,16 @@ class FormulaRun final {
   double Amount(long empId);
 
  private:
+  std::optional<double> Together(const RunPerson& person);
+  void ReckonAhead();
+
   Session& session_;
   FormulaRequest request_;
   std::unordered_map<long, long> detailRows_;
   std::shared_ptr<RunReads> reads_;
   clsEvalFormula together_;
   std::optional<clsEvalFormula> alone_;
+  std::unordered_map<long, double> ahead_;  // of the block at work
 };
 
 }  // namespace ktl

@@ -49,6 +49,11 @@ bool RunReads::TurnTo(const RunPerson& person) {
   return true;
 }
 
+std::span<const RunPerson> RunReads::ReadTogether() const {
+  if (!block_) return {};
+  return std::span(people_).subspan(block_->first, block_->standings.size());
+}
+
 void RunReads::LoadBlock(std::size_t first) {
   block_.reset();
   const std::size_t last = std::min(people_.size(), first + kBlock);

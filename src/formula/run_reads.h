@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -29,6 +30,10 @@ class RunReads final : public EmployeeReads {
 
   // Whom the statements are about from here on; false when he is none of the people.
   bool TurnTo(const RunPerson& person);
+  // Those who are read together with him.
+  std::span<const RunPerson> ReadTogether() const;
+  // Whether anything was, so far, that may depend on what is written meanwhile.
+  bool HasAskedAnew() const { return askedAnew_; }
 
   std::string Employee(long empId) const override;
   std::string DetailRow(long empDetId) const override;
@@ -40,6 +45,10 @@ class RunReads final : public EmployeeReads {
   bool Exists(const std::string& sql) override;
   Recordset Rows(const std::string& sql) override;
   DataAccess& data() override { return silent_; }
+  DataAccess& AskingAnew() override {
+    askedAnew_ = true;
+    return silent_;
+  }
 
  protected:
   std::shared_ptr<const void>* Kept(const std::string& key) override { return &kept_[key]; }
@@ -92,6 +101,7 @@ class RunReads final : public EmployeeReads {
   std::optional<Block> block_;
   std::size_t place_ = 0;  // in the block
   const Standing* current_ = nullptr;
+  bool askedAnew_ = false;
   std::unordered_map<std::string, Value> commonValues_;
   std::unordered_map<std::string, ResultSet> commonRows_;
   std::unordered_map<std::string, std::shared_ptr<const void>> kept_;

@@ -15,38 +15,6 @@ namespace ktl {
 
 namespace {
 
-struct Months {
-  long from = 0;
-  long to = 0;
-};
-
-Months CompanyMonths(Session& session) {
-  return {session.data.Long("SELECT MIN(MONTHYEAR) FROM MAS_MONTHYEAR"),
-          session.data.Long("SELECT MAX(MONTHYEAR) FROM MAS_MONTHYEAR")};
-}
-
-Months MonthsOf(Session& session, const BulkFilter& filter) {
-  if (filter.fromMonth != 0 && filter.toMonth != 0) return {filter.fromMonth, filter.toMonth};
-  const Months all = CompanyMonths(session);
-  return {filter.fromMonth == 0 ? all.from : filter.fromMonth, filter.toMonth == 0 ? all.to : filter.toMonth};
-}
-
-// As YYYY/MM/DD; of a month without dates its calendar.
-Statement DayOf(Session& session, const char* column, long monthYear, const Date& calendar) {
-  const Value stored = session.data.FnVarGetDbValue(
-      session.Sql("SELECT {} FROM MAS_MONTHYEAR WHERE MONTHYEAR={}", Statement(column), monthYear));
-  return Statement(FormatDate(DateIfAny(stored).value_or(calendar), "yyyy/mm/dd"));
-}
-
-Statement DateCondition(Session& session, const BulkFilter& filter, const Months& months) {
-  if (filter.fromMonth == 0 && filter.toMonth == 0)
-    return Statement(" AND IA.SIDATE BETWEEN '1900-01-01' AND '2099-12-31'");
-  return session.Sql(
-      " AND IA.SIDATE BETWEEN '{}' AND '{}'",
-      DayOf(session, "CALCSTARTDATE", months.from, FirstDayOf(months.from)),
-      DayOf(session, "CALCENDDATE", months.to, FirstDayOf(months.to).AddMonths(1).AddDays(-1)));
-}
-
 Statement WhoCondition(Session& session, const BulkFilter& filter) {
   Statement who;
   if (filter.employee != 0) who += session.Sql(" AND EMP.EMPID={}", filter.employee);
@@ -57,31 +25,9 @@ Statement WhoCondition(Session& session, const BulkFilter& filter) {
   return who;
 }
 
-Statement ListStatement(Session& session, const BulkFilter& filter, const Statement& who) {
-  const Months months = MonthsOf(session, filter);
-  const Statement condition = DateCondition(session, filter, months) + who;
-  return session.Sql(
-      "SELECT *,ISNULL((SELECT MONTHNAME FROM QRYMONTH WHERE MONTHYEAR=LASTMONTH),'') AS LASTMONTHNAME FROM "
-      "(SELECT DISTINCT EMP.EMPID,REFNO,EMPNAME,SINAME,SIDATE,ISNULL(IA.ACTAMT,0) ACTAMT,ISNULL(IA.INTAMT,0) "
-      "AS INTAMT,(SELECT MAX([COUNTER]) FROM INS_EMIDETAIL WHERE EMPID=EMP.EMPID AND SERIALNO=IA.SERIALNO AND "
-      "SITYPE=IA.SITYPE  AND MONTHYEAR BETWEEN {} AND {}) NOOFEMI, (SELECT MAX(MONTHYEAR) FROM INS_EMIDETAIL "
-      "WHERE EMPID=EMP.EMPID AND SERIALNO=IA.SERIALNO AND SITYPE=IA.SITYPE ) LASTMONTH, "
-      "IA.SERIALNO,IA.SITYPE,ISNULL(LOCKYN,0) AS LOCKYN, ISNULL((SELECT SUM(ISNULL(RCPTAMT,0)) FROM "
-      "INS_RECEIPTS WHERE EMPID=IA.EMPID AND SITYPE=IA.SITYPE AND SERIALNO=IA.SERIALNO),0)+ ISNULL((Select "
-      "Sum(ISNULL(MDFYAMT,0))  AS Total From INS_EMIDETAIL D,SLC_SALARYCALC_E E Where D.EMPID=E.EMPID AND "
-      "D.MONTHYEAR = E.MONTHYEAR AND INDICATOR=0 AND ETOTAL-NETAMOUNT<>0 AND E.EMPID = IA.EMPID And SITYPE = "
-      "IA.SITYPE AND SERIALNO=IA.SERIALNO),0)  + ISNULL((SELECT SUM(ISNULL(MDFYAMT,0)) FROM INS_EMIDETAIL "
-      "WHERE EMPID = IA.EMPID AND SITYPE=IA.SITYPE AND SERIALNO=IA.SERIALNO AND EMIRECVYN=1 ),0) AS TOTRECAMT "
-      "FROM MAS_EMPLOYEE EMP,INS_ADVLOAN IA Where EMP.EMPID = IA.EMPID AND IA.SITYPE={} {} GROUP BY "
-      "EMP.EMPID,IA.EMPID,REFNO,EMPNAME,ISNULL(IA.ACTAMT,0),ISNULL(IA.INTAMT,0),SINAME,SIDATE,IA.SERIALNO,IA."
-      "SITYPE,ISNULL(LOCKYN,0)) AS TMP ORDER BY {},EMPNAME,SIDATE",
-      months.from, months.to, filter.type, condition,
-      Statement(session.options.EMPREFNOYN ? "REFNO" : "EMPID"));
-}
-
-std::vector<BulkRow> ReadRows(Session& session, const Statement& sql, InstructionType type) {
+std::vector<BulkRow> ReadRows(Session& session, const StatementTwin& list, InstructionType type) {
   std::vector<BulkRow> rows;
-  for (Recordset rs(session.Cn, sql); !rs.Eof(); rs.MoveNext()) {
+  for (Recordset rs(session.Cn, list); !rs.Eof(); rs.MoveNext()) {
     rows.push_back({.key = {rs["EMPID"].ToLong(), type, rs["SERIALNO"].ToLong()},
                     .reference = rs["REFNO"].TextOrEmpty(),
                     .employeeName = rs["EMPNAME"].TextOrEmpty(),
@@ -133,7 +79,7 @@ std::optional<BulkRefusal> CheckBulkFilter(const BulkFilter& filter) {
 
 std::vector<BulkRow> ReadBulkRows(Session& session, const BulkFilter& filter) {
   const Statement who = WhoCondition(session, filter) + ClassSecurityCondition(session, " AND EMP.EMPID ");
-  return ReadRows(session, ListStatement(session, filter, who), filter.type);
+  return ReadRows(session, WriteBulkList(session, filter, who), filter.type);
 }
 
 std::optional<BulkRefusal> CheckBulkDelete(Session& session, long fromMonth) {
@@ -148,7 +94,7 @@ std::optional<BulkRefusal> CheckBulkDelete(Session& session, long fromMonth) {
 void DeleteBulkRow(Session& session, const BulkFilter& filter, const BulkRow& row) {
   Transaction whole(session.Cn);
   const Statement one = session.Sql(" AND EMP.EMPID={} AND IA.SERIALNO={}", row.key.employee, row.key.serial);
-  if (ReadRows(session, ListStatement(session, filter, one), filter.type) != std::vector{row})
+  if (ReadRows(session, WriteBulkList(session, filter, one), filter.type) != std::vector{row})
     throw ChangedMeanwhile();
   TakeAway(session, row.key, true);
   AuditInstruction(session, row.key.employee, fmt::format("{} Deleted", FactsOf(row.key.type).word),

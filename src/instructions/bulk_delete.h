@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "frame/refusal.h"
+#include "instructions/bulk_list.h"
 #include "instructions/instruction_parent.h"
 #include "runtime/date.h"
 #include "screen/controls.h"
@@ -14,16 +15,6 @@ namespace ktl {
 struct Session;
 
 // The advances or loans of many employees, to be deleted together.
-
-// What is listed.
-struct BulkFilter {
-  InstructionType type = InstructionType::None;
-  long fromMonth =
-      0;  // of the instruction's date, and of the instalments that count as completed; 0 for none
-  long toMonth = 0;
-  long employee = 0;   // 0 for all
-  std::string search;  // in number, reference and name of the employee
-};
 
 // One of them, rupees.
 struct BulkRow {

@@ -51,6 +51,24 @@ TEST_F(Durability, LeavingWhileOthersStayFlushesToo) {
   EXPECT_EQ(machine.EmployeesLeft(), 1);
 }
 
+// Many transactions of one event are carried over into the file together, and the next event's as usual.
+TEST_F(Durability, ALogOfManyCommitsIsCarriedOverAtTheEndOfTheirEvent) {
+  const auto commit = [this](int employee) {
+    Transaction one(company.Cn());
+    company.Execute("INSERT INTO SEC_AUDITTRAIL (EMPID, DETAILTEXT) VALUES (" + std::to_string(employee) +
+                    ", '" + std::string(200'000, 'x') + "')");  // fifty pages
+    one.Commit();
+  };
+  const auto size = [this] { return std::filesystem::file_size(company.File()); };
+  for (int each = 0; each < 100; ++each) commit(each);
+  const auto atWork = size();
+  company.Cn().MakeDurable();
+  const auto behind = size();
+  EXPECT_GT(behind, atWork + 10'000'000);
+  for (int each = 0; each < 30; ++each) commit(each);
+  EXPECT_GT(size(), behind + 4'000'000);
+}
+
 // A file system where programs cannot share the memory that a log needs.
 TEST(DurabilityWithoutALog, EachCommitIsOnTheDiskByItself) {
   sqlite3_vfs* const usual = sqlite3_vfs_find(nullptr);

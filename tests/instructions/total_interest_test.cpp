@@ -71,7 +71,8 @@ class Changes {
   std::string Key() {
     return fmt::format("EMPID = 17 AND SITYPE = {} AND SERIALNO = {}", 1 + Upto(2), Upto(3));
   }
-  std::string Amount() { return Upto(5) == 0 ? "NULL" : fmt::format("{}.{}", Upto(90), Upto(10)); }
+  // Quarters: their sums are the same in any order.
+  std::string Amount() { return Upto(5) == 0 ? "NULL" : fmt::format("{}.{:02}", Upto(90), Upto(4) * 25); }
   int Flag() { return Upto(4) == 0 ? 0 : 1; }
   // Letter case and trailing blanks make no other name.
   const char* Name() {

@@ -232,6 +232,14 @@ void SqliteDatabase::FlushLog() {
     throw DatabaseError("The disk did not take what was saved.");
 }
 
+void SqliteDatabase::SetLogLimit(int pages) {
+  CheckSqlite(sqlite3_wal_autocheckpoint(handle(), pages), handle());
+}
+
+void SqliteDatabase::CarryLogOver() noexcept {
+  sqlite3_wal_checkpoint_v2(handle(), "main", SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+}
+
 std::int64_t SqliteDatabase::LastRowId() const { return sqlite3_last_insert_rowid(handle()); }
 
 }  // namespace ktl

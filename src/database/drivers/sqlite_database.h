@@ -88,6 +88,10 @@ class SqliteDatabase {
   std::int64_t LastRowId() const;
   // Commits are only written to the log; this waits until it is on the disk.
   void FlushLog();
+  // A commit that makes the log longer than so many pages carries it over into the file.
+  void SetLogLimit(int pages);
+  // As far as nobody reads what is there now. Nothing is lost where it fails: the log stays.
+  void CarryLogOver() noexcept;
 
  private:
   struct Closer {
