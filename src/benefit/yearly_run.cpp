@@ -2,6 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <array>
+#include <utility>
+
 #include "common/amounts.h"
 #include "database/recordset.h"
 #include "frame/rights.h"
@@ -37,30 +41,54 @@ long RateIdOf(Session& session, const BenefitYear& year) {
       .ToLong();
 }
 
-void StoreBenefit(Session& session, const BenefitYear& year, long rateId, const Recordset& benefit) {
-  const long employee = benefit["EMPID"].IsNull() ? 0 : benefit["EMPID"].ToLong();
-  const double total = benefit["TOTAL"].NumberOr0();
-  const double amount = total > 0 ? total : 0;
-  Recordset row(session.Cn,
-                session.Sql("SELECT * FROM MAS_LOANINTUPDATE WHERE FINANCIALYEAR = {} AND EMPID = {}",
-                            year.firstYear, employee),
-                OpenMode::Update);
+// The figures of an employee as they go into his row.
+struct Benefit {
+  Benefit(const Recordset& main, long rateId)
+      : employee(main["EMPID"].IsNull() ? 0 : main["EMPID"].ToLong()),
+        figures{{{"INTID", static_cast<double>(rateId)},
+                 {"MDFYPRNAMT", main["MOD PRNC"].NumberOr0()},
+                 {"MDFYINTAMT", main["INTEREST"].NumberOr0()},
+                 {"OPBAL", main["OPBAL"].NumberOr0()},
+                 {"SBIINT", main["SBI INT"].NumberOr0()},
+                 {"ORIGINALINT", std::max(main["TOTAL"].NumberOr0(), 0.0)}}} {}
+
+  double amount() const { return figures.back().second; }
+  bool IsStoredIn(const Recordset& row) const {
+    return !row.Eof() && !row["EDITEDINT"].IsNull() && std::ranges::all_of(figures, [&](const auto& figure) {
+      return !row[figure.first].IsNull() && row[figure.first].NumberOr0() == figure.second;
+    });
+  }
+
+  long employee;
+  std::array<std::pair<const char*, double>, 6> figures;
+};
+
+Recordset StoredBenefit(Session& session, const BenefitYear& year, long employee, OpenMode mode) {
+  return Recordset(session.Cn,
+                   session.Sql("SELECT * FROM MAS_LOANINTUPDATE WHERE FINANCIALYEAR = {} AND EMPID = {}",
+                               year.firstYear, employee),
+                   mode);
+}
+
+// Between the look at what is stored and the writing nobody else writes. Where all of it is stored already
+// nothing is written.
+void StoreBenefit(Session& session, const BenefitYear& year, const Benefit& benefit) {
+  if (benefit.IsStoredIn(StoredBenefit(session, year, benefit.employee, OpenMode::ReadOnly))) return;
+  WritingTurn turn(
+      session, [] { return std::string(); }, std::nullopt);
+  Recordset row = StoredBenefit(session, year, benefit.employee, OpenMode::Update);
   const bool isNew = row.Eof();
-  if (isNew && employee == 0) return;
+  if (isNew && benefit.employee == 0) return;
   const bool edited = !isNew && row["EDITEDINT"].NumberOr0() != row["ORIGINALINT"].NumberOr0();
   if (isNew) {
     row.AddNew();
     row.Set("FINANCIALYEAR", year.key);
-    row.Set("EMPID", employee);
+    row.Set("EMPID", benefit.employee);
   }
-  row.Set("INTID", rateId);
-  row.Set("MDFYPRNAMT", benefit["MOD PRNC"].NumberOr0());
-  row.Set("MDFYINTAMT", benefit["INTEREST"].NumberOr0());
-  row.Set("OPBAL", benefit["OPBAL"].NumberOr0());
-  row.Set("SBIINT", benefit["SBI INT"].NumberOr0());
-  row.Set("ORIGINALINT", amount);
-  if (!edited) row.Set("EDITEDINT", amount);
+  for (const auto& [field, figure] : benefit.figures) row.Set(field, figure);
+  if (!edited) row.Set("EDITEDINT", benefit.amount());
   row.Update();
+  turn.End();
 }
 
 void StoreBenefits(Session& session, Progress& progress, const BenefitYear& year, Recordset& benefits) {
@@ -68,7 +96,7 @@ void StoreBenefits(Session& session, Progress& progress, const BenefitYear& year
   const long rateId = RateIdOf(session, year);
   Progress::Work work(progress, static_cast<int>(benefits.RecordCount()));
   for (int stored = 1; !benefits.Eof(); benefits.MoveNext(), ++stored) {
-    StoreBenefit(session, year, rateId, benefits);
+    StoreBenefit(session, year, Benefit(benefits, rateId));
     work.Advance(fmt::format("Employees calculated: {}", stored));
   }
 }
@@ -77,8 +105,6 @@ void StoreBenefits(Session& session, Progress& progress, const BenefitYear& year
 
 void RecalculateBenefit(Session& session, Progress& progress, const BenefitYear& year, LoanRule rule) {
   const YearlyStatements statements = WriteYearlyStatements(session, year, rule);
-  WritingTurn turn(
-      session, [] { return std::string(); }, std::nullopt);
   Recordset benefits;
   {
     Progress::Work work(progress, 3);
@@ -90,7 +116,6 @@ void RecalculateBenefit(Session& session, Progress& progress, const BenefitYear&
     benefits.Open(session.Cn, statements.main);
   }
   StoreBenefits(session, progress, year, benefits);
-  turn.End();
 }
 
 void PortBenefit(Session& session, const BenefitYear& year, long employee, double amount) {

@@ -14,6 +14,8 @@ namespace {
 // and as 0 everywhere else.
 constexpr int kNothingInRun = 2;
 
+const char* const kHasBenefit = "[SBI INT] > interest";
+
 const char* const kSums =
     "SUM([MOD PRNC]) AS [MOD PRNC],MAX([OPBAL]) AS OPBAL,SUM([SBI INT]) AS [SBI INT],SUM(INTEREST) AS "
     "INTEREST,SUM(TOTAL) AS TOTAL";
@@ -45,17 +47,25 @@ Statement SaidMonths(const Session& session, const BenefitYear& year) {
                 .from = QualifyingMonths(session, year)});
 }
 
-// The same on the embedded store, in two steps: what is the same for all months of a loan, then its months.
+// A query in a FROM that is to be run once, and not written into each place that asks for its columns: so
+// many rows, and a condition around it.
+constexpr int kAllRows = 2147483647;
+
+// On the embedded store: what is the same for all months of a loan, the rate once a name. In the order in
+// which the instalments lie in the file.
 Statement KeptLoans(const Session& session, const BenefitYear& year) {
+  const Statement names = session.Sql("SELECT TOP {} IA.*, {} AS RATE FROM INS_MASTER IA", kAllRows,
+                                      RateOverLoans(session, year.key));
   return session.Sql(
-      "SELECT E.EMPID, E.EMPNAME, IA.SERIALNO, IA.SITYPE, ISNULL(IA.ACTAMT, 0) AS [LOAN AMT], {0} AS RATE, "
+      "SELECT TOP {0} E.EMPID, E.EMPNAME, IA.SERIALNO, IA.SITYPE, ISNULL(IA.ACTAMT, 0) AS [LOAN AMT], IM.RATE, "
       "(SELECT KTL_LATERSUMS(MONTHYEAR, MDFPRNAMT, {1}) FROM INS_EMIDETAIL WHERE EMPID = IA.EMPID AND SERIALNO "
       "= IA.SERIALNO AND SITYPE = IA.SITYPE AND MONTHYEAR >= {1}) AS LATER, (SELECT COUNT(*) FROM "
-      "INS_RECEIPTS WHERE SITYPE <= 2 AND SERIALNO = IA.SERIALNO AND EMPID = IA.EMPID) AS RECEIPTS INTO "
-      "#KTLLOANS FROM INS_ADVLOAN IA, INS_MASTER IM, MAS_EMPLOYEE E WHERE {2}",
-      RateOverLoans(session, year.key), year.firstMonth, Statement(kQualifying));
+      "INS_RECEIPTS WHERE SITYPE <= 2 AND SERIALNO = IA.SERIALNO AND EMPID = IA.EMPID) AS RECEIPTS FROM "
+      "MAS_EMPLOYEE E CROSS JOIN INS_ADVLOAN IA CROSS JOIN ({2}) AS IM WHERE {3}",
+      kAllRows, year.firstMonth, names, Statement(kQualifying));
 }
 
+// ... and its months. Where no receipts were given none are looked for.
 Statement KeptMonths(const Session& session, const BenefitYear& year) {
   const Statement receipts = session.Sql("CASE WHEN LN.RECEIPTS = 0 THEN 0 ELSE {} END", ReceiptsSoFar());
   const auto balance = [&](int nothing) {
@@ -65,34 +75,56 @@ Statement KeptMonths(const Session& session, const BenefitYear& year) {
   };
   return WriteMonths(
       session,
-      {.leading = Statement("LN.EMPID, LN.EMPNAME, LN.SERIALNO, LN.[LOAN AMT], ISNULL(IE.MDFPRNAMT, 0) AS "
-                            "[MOD PRNC]"),
+      {.leading = Statement("ISNULL(IE.MDFPRNAMT, 0) AS [MOD PRNC]"),
        .opening = balance(0),
        .benchmark = balance(kNothingInRun),
        .difference = balance(0),
        .rate = Statement("LN.RATE"),
        .from = session.Sql(
-           "#KTLLOANS LN CROSS JOIN INS_EMIDETAIL IE WHERE IE.EMPID = LN.EMPID AND IE.SERIALNO = LN.SERIALNO "
-           "AND IE.SITYPE = LN.SITYPE AND IE.MONTHYEAR BETWEEN {} AND {}",
+           "INS_EMIDETAIL IE WHERE IE.EMPID = LN.EMPID AND IE.SERIALNO = LN.SERIALNO AND IE.SITYPE = "
+           "LN.SITYPE AND IE.MONTHYEAR BETWEEN {} AND {}",
            year.firstMonth, year.lastMonth)});
 }
 
-Statement KeepMonths(const Session& session, const BenefitYear& year) {
+// A loan a row, with the sums of all its months and of those with a benefit.
+Statement KeepSums(const Session& session, const BenefitYear& year) {
   return session.Sql(
-      "DROP TABLE IF EXISTS #KTLLOANS DROP TABLE IF EXISTS #KTLMONTHS {} SELECT * INTO #KTLMONTHS FROM ({}) AS "
-      "MN ",
-      KeptLoans(session, year), KeptMonths(session, year));
+      "DROP TABLE IF EXISTS #KTLLOANS SELECT LN.EMPID, LN.EMPNAME, LN.SERIALNO, LN.[LOAN AMT], (SELECT "
+      "KTL_PICKEDSUMS(CASE WHEN {} THEN 1 ELSE 0 END, [MOD PRNC], OPBAL, [SBI INT], INTEREST, TOTAL) FROM ({}) AS "
+      "MN) AS SUMS INTO #KTLLOANS FROM ({}) AS LN WHERE LN.LATER IS NOT NULL ",
+      Statement(kHasBenefit), KeptMonths(session, year), KeptLoans(session, year));
 }
 
-// Per loan; of the months all, or those with a benefit.
-Statement PerLoan(const Session& session, const Statement& months, const char* which) {
+Statement KeptSums(const Session& session, bool withBenefit) {
   return session.Sql(
-      "SELECT SERIALNO,EMPID,EMPNAME,[LOAN AMT],{},COUNT(EMPID) CNT FROM ({}) AS tmp {} GROUP BY "
-      "SERIALNO,EMPID,EMPNAME,[LOAN AMT]",
-      Statement(kSums), months, Statement(which));
+      "(SELECT SERIALNO, EMPID, EMPNAME, [LOAN AMT], KTL_PICKEDSUM(SUMS, {0}, 0) AS MONTHS, KTL_PICKEDSUM(SUMS, "
+      "{0}, 1) AS [MOD PRNC], KTL_PICKEDSUM(SUMS, {0}, 2) AS OPBAL, KTL_PICKEDSUM(SUMS, {0}, 3) AS [SBI INT], "
+      "KTL_PICKEDSUM(SUMS, {0}, 4) AS INTEREST, KTL_PICKEDSUM(SUMS, {0}, 5) AS TOTAL FROM #KTLLOANS WHERE "
+      "KTL_PICKEDSUM(SUMS, {0}, 0) > 0) AS tmp",
+      withBenefit ? 1 : 0);
 }
-constexpr const char* kEveryMonth = "";
-constexpr const char* kMonthsOfBenefit = "WHERE [SBI INT] > interest";
+
+// What the loans are summed from: all their months, or those with a benefit.
+struct MonthsOf {
+  Statement every;
+  Statement benefit;
+  const char* count;
+};
+
+MonthsOf Said(const Session& session, const BenefitYear& year) {
+  const Statement months = session.Sql("({}) AS tmp", SaidMonths(session, year));
+  return {months, session.Sql("{} WHERE {}", months, Statement(kHasBenefit)), "COUNT(EMPID)"};
+}
+
+MonthsOf Kept(const Session& session) {
+  return {KeptSums(session, false), KeptSums(session, true), "SUM(MONTHS)"};
+}
+
+Statement PerLoan(const Session& session, const Statement& months, const char* count) {
+  return session.Sql(
+      "SELECT SERIALNO,EMPID,EMPNAME,[LOAN AMT],{},{} CNT FROM {} GROUP BY SERIALNO,EMPID,EMPNAME,[LOAN AMT]",
+      Statement(kSums), Statement(count), months);
+}
 
 // Per employee; of the loans those that the rule leaves.
 struct EmployeeWrap {
@@ -124,24 +156,23 @@ Statement Clear(const Session& session, const BenefitYear& year, const char* in,
 struct OverMonths {
   Statement clearWithoutBenefit, clearUnlisted, main;
 };
-OverMonths WriteOver(const Session& session, const BenefitYear& year, LoanRule rule,
-                     const Statement& months) {
-  const Statement everyMonth = PerLoan(session, months, kEveryMonth);
-  return {Clear(session, year, "IN",
-                PerEmployee(session, everyMonth, {"EMPID", LoansLeft(rule), "HAVING MAX(TOTAL) <=0 "})),
-          Clear(session, year, "NOT IN", PerEmployee(session, everyMonth, {"EMPID", LoansListed(rule)})),
-          PerEmployee(session, PerLoan(session, months, kMonthsOfBenefit), {kEmployeeSums, LoansLeft(rule)})};
+OverMonths WriteOver(const Session& session, const BenefitYear& year, LoanRule rule, const MonthsOf& months) {
+  const Statement everyMonth = PerLoan(session, months.every, months.count);
+  return {
+      Clear(session, year, "IN",
+            PerEmployee(session, everyMonth, {"EMPID", LoansLeft(rule), "HAVING MAX(TOTAL) <=0 "})),
+      Clear(session, year, "NOT IN", PerEmployee(session, everyMonth, {"EMPID", LoansListed(rule)})),
+      PerEmployee(session, PerLoan(session, months.benefit, months.count), {kEmployeeSums, LoansLeft(rule)})};
 }
 
 }  // namespace
 
 YearlyStatements WriteYearlyStatements(const Session& session, const BenefitYear& year, LoanRule rule) {
-  const OverMonths said = WriteOver(session, year, rule, SaidMonths(session, year));
-  const OverMonths kept = WriteOver(session, year, rule, Statement("SELECT * FROM #KTLMONTHS"));
-  return {
-      {said.clearWithoutBenefit, KeepMonths(session, year) + kept.clearWithoutBenefit},
-      {said.clearUnlisted, kept.clearUnlisted},
-      {said.main, kept.main + Statement(" DROP TABLE IF EXISTS #KTLMONTHS DROP TABLE IF EXISTS #KTLLOANS")}};
+  const OverMonths said = WriteOver(session, year, rule, Said(session, year));
+  const OverMonths kept = WriteOver(session, year, rule, Kept(session));
+  return {{said.clearWithoutBenefit, KeepSums(session, year) + kept.clearWithoutBenefit},
+          {said.clearUnlisted, kept.clearUnlisted},
+          {said.main, kept.main + Statement(" DROP TABLE IF EXISTS #KTLLOANS")}};
 }
 
 Statement LoansOfEmployee(const Session& session, const BenefitYear& year, long employee) {

@@ -140,12 +140,17 @@ TEST_F(Rates, DeletesWhatIsFoundByItsFigures) {
   desk.WillAnswer({Answer::Yes});
   Click(rates.cmdDelete);
   EXPECT_EQ(company.Rows("SELECT INTID FROM MAS_LOANINT"), "2");
+  session.auditOn = false;
+  ClickRow(rates.fpgInterest, 0);
+  desk.WillAnswer({Answer::Yes});
+  Click(rates.cmdDelete);
+  EXPECT_EQ(company.Rows("SELECT INTID FROM MAS_LOANINT"), "");
   EXPECT_NE(
       LastAudit().find("Benchmark Interest Rate Deleted:::Financial Year = 2026 - 2027:Interest Rate = 9.00"),
       std::string::npos);
   EXPECT_EQ(desk.TakeTexts(),
             (Texts{"Select Record to Delete", "No Record Found to Delete ", "Do you want to Delete",
-                   "Do you want to Delete", kGone, "Do you want to Delete"}));
+                   "Do you want to Delete", kGone, "Do you want to Delete", "Do you want to Delete"}));
   session.ReadOnlyUser = true;
   frmSBI& looked = Open<frmSBI>();
   EXPECT_FALSE(looked.cmdSave.enabled || looked.cmdDelete.enabled);

@@ -33,7 +33,24 @@ class Yearly : public BenefitTest {
     Loan(8, std::vector<double>(24, 2000));
     Loan(9, kTwelve, "Plain Loan");
     Loan(10, kTwelve);
+    Employee(11);
+    Loan(11, kTwelve);
+    Loan(11, kTwelve, "Welfare");
   }
+};
+
+// Looks at every step of long work at what another workstation sees, and writes from there.
+struct SecondWorkstation : ScriptedDesk {
+  explicit SecondWorkstation(test::TestCompany& company) : company_(company) {}
+  void NoteProgress(const std::string&, int) override {
+    seen += company_.Rows("SELECT COUNT(*) FROM MAS_LOANINTUPDATE") + ' ';
+    company_.Execute("UPDATE MAS_LOANINTUPDATE SET EDITEDINT = 44 WHERE EMPID = 3");
+  }
+
+  std::string seen;
+
+ private:
+  test::TestCompany& company_;
 };
 
 // 0.75 in a hundred of each month's balance, month by month:
@@ -45,6 +62,8 @@ class Yearly : public BenefitTest {
 // 6: two loans of a name: 78 and 3 + 2.5 + 2 + 1.5 + 1 + 0.5 = 10.5 thousands.
 // 7: 500 charged from May on, so that April is the one month of benefit: 36 thousands.
 // 8: twenty-four months of 2,000: 48 + 46 + .. + 26 = 444 thousands.
+// 11: a loan and an advance of one number and amount count as one, with the higher opening of the two: 2
+// x 78.
 TEST_F(Yearly, WorksTheYearOut) {
   const struct {
     LoanRule rule;
@@ -53,12 +72,12 @@ TEST_F(Yearly, WorksTheYearOut) {
       {LoanRule::EveryLoan,
        "1|12000|9000|0|405|405|405\n2|30000|30000|0|787.5|787.5|787.5\n3|38000|20000|0|2625|2625|2625\n"
        "4|11000|11000|0|495|495|495\n5|12000|12000|0|780|780|780\n6|15000|15000|0|663.75|663.75|663.75\n"
-       "7|36000|3000|0|270|270|270\n8|48000|24000|0|3330|3330|3330"},
-      {LoanRule::PaidMoreThan20000, "8|48000|24000|0|3330|3330|3330"},
+       "7|36000|3000|0|270|270|270\n8|48000|24000|0|3330|3330|3330\n11|12000|24000|0|1170|1170|1170"},
+      {LoanRule::PaidMoreThan20000, "8|48000|24000|0|3330|3330|3330\n11|12000|24000|0|1170|1170|1170"},
       {LoanRule::SeveralMonths,
        "1|12000|9000|0|405|405|405\n2|30000|30000|0|787.5|787.5|787.5\n3|38000|20000|0|2625|2625|2625\n"
        "4|11000|11000|0|495|495|495\n5|12000|12000|0|780|780|780\n6|15000|15000|0|663.75|663.75|663.75\n"
-       "8|48000|24000|0|3330|3330|3330"},
+       "8|48000|24000|0|3330|3330|3330\n11|12000|24000|0|1170|1170|1170"},
   };
   MakeCases();
   Screen toy("toy");
@@ -69,18 +88,39 @@ TEST_F(Yearly, WorksTheYearOut) {
   }
 }
 
+// What is done so far stands for everybody at once, and nobody waits for the end of the run.
+TEST_F(Yearly, CommitsEachStatementByItself) {
+  for (const int employee : {1, 2, 3}) {
+    Employee(employee);
+    Loan(employee, kTwelve);
+  }
+  company.Row("MAS_LOANINTUPDATE").With("FINANCIALYEAR", "2026").With("EMPID", 9).With("ORIGINALINT", 4);
+  SecondWorkstation other(company);
+  Screen toy("toy");
+  Progress progress(other, toy);
+  const auto run = [&] {
+    RecalculateBenefit(session, progress, BenefitYearOf(session, kYear), LoanRule::EveryLoan);
+  };
+  run();
+  EXPECT_EQ(other.seen, "1 0 1 2 3 ");
+  company.Execute("UPDATE MAS_LOANINT SET INTEREST = 18");
+  run();
+  EXPECT_EQ(company.Rows("SELECT EDITEDINT, ORIGINALINT FROM MAS_LOANINTUPDATE ORDER BY EMPID"),
+            "1170|1170\n1170|1170\n44|1170");
+}
+
 TEST_F(Yearly, FollowsTheYearTheRuleAndTheFlag) {
   MakeCases();
   const auto listed = [](const frmUpdateInt& update) {
     return fmt::format("{} {:d}{:d}{:d}{:d}", update.lblEmpCount.caption, update.chkRule.Value(),
                        update.chkRule.visible, update.chkRule.enabled, update.lblNoteoneMOnth.visible);
   };
-  EXPECT_EQ(listed(Update()), "Listed : 8 0010");
+  EXPECT_EQ(listed(Update()), "Listed : 9 0010");
   machine.folder.markers = {"IntFreeSkipOneMonthEMI.dat"};
-  EXPECT_EQ(listed(Update()), "Listed : 7 0011");
+  EXPECT_EQ(listed(Update()), "Listed : 8 0011");
   company.Execute("UPDATE MAS_OPTSETFEATURE SET INTFRLNRULE = 2027");
   frmUpdateInt& ruled = Update();
-  EXPECT_EQ(listed(ruled), "Listed : 1 1101");
+  EXPECT_EQ(listed(ruled), "Listed : 2 1101");
   Click(ruled.lblNote);
   EXPECT_EQ(
       desk.TakeTexts(),
@@ -240,6 +280,7 @@ TEST_F(Yearly, ComesToTheSameOnTheEmbeddedStore) {
   }
   company.Execute("UPDATE INS_EMIDETAIL SET MDFPRNAMT = NULL WHERE SERIALNO = 2 AND COUNTER % 4 = 1");
   company.Execute("UPDATE INS_EMIDETAIL SET MONTHYEAR = 24320 WHERE COUNTER = 2 AND SERIALNO = 3");
+  company.Execute("UPDATE INS_ADVLOAN SET SINAME = UPPER(SINAME) WHERE EMPID % 2 = 0");
   for (const LoanRule rule : {LoanRule::EveryLoan, LoanRule::PaidMoreThan20000, LoanRule::SeveralMonths}) {
     const YearlyStatements statements = WriteYearlyStatements(session, BenefitYearOf(session, kYear), rule);
     const auto cleared = [&](const YearlyStatement& statement, bool embedded) {

@@ -19,6 +19,7 @@ constexpr std::size_t kLongestKeptText = 8192;
 constexpr std::chrono::milliseconds kFirstPause{1};  // most writers are done in a moment
 constexpr std::chrono::milliseconds kPause{25};
 constexpr int kShortPauses = 10;
+constexpr std::chrono::milliseconds kBetweenTellings{60};
 
 std::string_view ColumnText(sqlite3_stmt* statement, int column) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
@@ -191,6 +192,27 @@ int SqliteDatabase::KeepWaiting(void* patience, int calls) noexcept {
   }
   std::this_thread::sleep_for(std::min(calls < kShortPauses ? kFirstPause : kPause, limit - waited));
   return 1;
+}
+
+void SqliteDatabase::SetOnWork(std::function<void()> onWork) {
+  constexpr int kStepsBetweenLooks = 10000;  // of the library: a millisecond or less
+  work_->onWork = std::move(onWork);
+  sqlite3_progress_handler(handle(), kStepsBetweenLooks, &SqliteDatabase::KeepWorking, work_.get());
+}
+
+// As above; of what goes wrong in telling the statement knows nothing. A statement that is done soon is no
+// news.
+int SqliteDatabase::KeepWorking(void* work) noexcept {
+  auto& [onWork, lookedAt, toldAt] = *static_cast<Work*>(work);
+  const auto now = std::chrono::steady_clock::now();
+  if (now - std::exchange(lookedAt, now) > kBetweenTellings) toldAt = now;
+  if (now - toldAt < kBetweenTellings) return 0;
+  toldAt = now;
+  try {
+    onWork();
+  } catch (...) {
+  }
+  return 0;
 }
 
 bool SqliteDatabase::IsReadOnly() const { return sqlite3_db_readonly(handle(), "main") == 1; }

@@ -73,6 +73,8 @@ class SqliteDatabase {
   // How long a statement waits for another writer, and who is asked meanwhile; false gives up.
   void SetBusyTimeout(int seconds);
   void SetOnWait(std::function<bool(std::chrono::milliseconds waited)> onWait);
+  // Who is told, several times a second, that a statement is at work.
+  void SetOnWork(std::function<void()> onWork);
   bool IsReadOnly() const;
   bool InTransaction() const;
 
@@ -102,8 +104,14 @@ class SqliteDatabase {
     std::function<bool(std::chrono::milliseconds waited)> onWait;
     std::chrono::steady_clock::time_point since{};
   };
+  struct Work {
+    std::function<void()> onWork;
+    std::chrono::steady_clock::time_point lookedAt{}, toldAt{};
+  };
   static int KeepWaiting(void* patience, int calls) noexcept;
+  static int KeepWorking(void* work) noexcept;
 
+  std::unique_ptr<Work> work_ = std::make_unique<Work>();
   std::unique_ptr<Patience> patience_ = std::make_unique<Patience>();  // before the handle that points at it
   std::unique_ptr<sqlite3, Closer> handle_;
   RecentlyUsed<std::shared_ptr<SqliteStatement>> statements_;

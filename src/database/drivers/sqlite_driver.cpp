@@ -37,6 +37,9 @@ SqliteDriver::SqliteDriver(SqliteDatabase database, FileKind kind, const Connect
   database_.SetOnWait([this, ask = settings.onWait](std::chrono::milliseconds waited) {
     return !ask || ask({waited, database_.TotalChanges() == durableChanges_});
   });
+  // A statement that takes long tells of itself as one that waits for nothing.
+  if (settings.onWait)
+    database_.SetOnWork([tell = settings.onWait] { tell({.waited = {}, .mayGiveUp = false}); });
   if (kind == FileKind::Company) database_.Run(kMonthLockTrigger);
 }
 

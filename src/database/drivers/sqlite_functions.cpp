@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "database/drivers/sqlite_sums.h"
 #include "database/drivers/text_rules.h"
 #include "database/stored_date.h"
 #include "runtime/numbers.h"
@@ -234,43 +235,6 @@ void EmployeeLock(sqlite3_context* context, int, Arguments a) {
   });
 }
 
-// The sums of what stands in each of twelve months and behind, as KL_LATERSUMS keeps them for KL_LATERSUM.
-// Each is added up by itself, in the order of the rows, as SUM over that month and those behind it would: the
-// same to the last bit.
-struct LaterSums {
-  static constexpr sqlite3_int64 kMonths = 12;
-  std::array<double, kMonths> sum;
-  std::array<bool, kMonths> any;
-};
-
-// KL_LATERSUMS(MONTHYEAR, AMOUNT, FIRSTMONTH)
-void AddToLaterSums(sqlite3_context* context, int, Arguments a) {
-  auto* const sums = static_cast<LaterSums*>(sqlite3_aggregate_context(context, sizeof(LaterSums)));
-  if (sums == nullptr) return sqlite3_result_error_nomem(context);
-  if (IsNull(a[1])) return;
-  const double amount = sqlite3_value_double(a[1]);
-  const auto last = std::min(sqlite3_value_int64(a[0]) - sqlite3_value_int64(a[2]), LaterSums::kMonths - 1);
-  for (sqlite3_int64 month = 0; month <= last; ++month) {
-    sums->sum[static_cast<std::size_t>(month)] += amount;
-    sums->any[static_cast<std::size_t>(month)] = true;
-  }
-}
-
-void EndLaterSums(sqlite3_context* context) {
-  const void* const sums = sqlite3_aggregate_context(context, 0);
-  if (sums != nullptr) sqlite3_result_blob(context, sums, sizeof(LaterSums), SQLITE_TRANSIENT);
-}
-
-// KL_LATERSUM(SUMS, MONTHYEAR, FIRSTMONTH), null where SUM would be.
-void LaterSum(sqlite3_context* context, Arguments a) {
-  const sqlite3_int64 month = sqlite3_value_int64(a[1]) - sqlite3_value_int64(a[2]);
-  if (month < 0 || month >= LaterSums::kMonths || sqlite3_value_bytes(a[0]) != sizeof(LaterSums)) return;
-  LaterSums sums;
-  std::memcpy(&sums, sqlite3_value_blob(a[0]), sizeof(LaterSums));
-  const auto at = static_cast<std::size_t>(month);
-  if (sums.any[at]) sqlite3_result_double(context, sums.sum[at]);
-}
-
 int Compare(void*, int sizeA, const void* a, int sizeB, const void* b) {
   return CompareTexts({static_cast<const char*>(a), static_cast<std::size_t>(sizeA)},
                       {static_cast<const char*>(b), static_cast<std::size_t>(sizeB)});
@@ -289,7 +253,6 @@ constexpr Registered kPure[] = {
     {"like", 3, Strict<LikeWithEscape>},
     {"KL_ADD", 2, Strict<Add>},
     {"KL_TEXT", 1, Strict<Text>},
-    {"KL_LATERSUM", 3, Strict<LaterSum>},
     {"KL_LEFT", 2, Strict<LeftText>},
     {"KL_RIGHT", 2, Strict<RightText>},
     {"KL_SUBSTRING", 3, Strict<Substring>},
@@ -336,9 +299,7 @@ void RegisterTextRules(SqliteDatabase& database) {
     CheckSqlite(sqlite3_create_collation_v2(database.handle(), name, SQLITE_UTF8, nullptr, Compare, nullptr),
                 database.handle());
   for (const auto& function : kPure) Register(database.handle(), function, SQLITE_DETERMINISTIC, nullptr);
-  CheckSqlite(sqlite3_create_function_v2(database.handle(), "KL_LATERSUMS", 3, SQLITE_UTF8, nullptr, nullptr,
-                                         AddToLaterSums, EndLaterSums, nullptr),
-              database.handle());
+  RegisterSums(database);
 }
 
 void RegisterFunctions(FunctionHost& host) {

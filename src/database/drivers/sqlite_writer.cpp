@@ -28,6 +28,8 @@ constexpr std::array kNames{
     FunctionName{"ISNULL", "IFNULL"},
     FunctionName{"KTL_LATERSUM", "KL_LATERSUM"},
     FunctionName{"KTL_LATERSUMS", "KL_LATERSUMS"},
+    FunctionName{"KTL_PICKEDSUM", "KL_PICKEDSUM"},
+    FunctionName{"KTL_PICKEDSUMS", "KL_PICKEDSUMS"},
     FunctionName{"LEFT", "KL_LEFT"},
     FunctionName{"LEN", "KL_LEN"},
     FunctionName{"LOWER", "KL_LOWER"},

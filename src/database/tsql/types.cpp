@@ -115,6 +115,8 @@ constexpr std::array kFunctions{
     Function{"ISNULL", Type::NotAsked, 2, 2},
     Function{"KTL_LATERSUM", Type::Real, 3, 3},
     Function{"KTL_LATERSUMS", Type::Unknown, 3, 3, Role::Aggregate},
+    Function{"KTL_PICKEDSUM", Type::Real, 3, 3},
+    Function{"KTL_PICKEDSUMS", Type::Unknown, 6, 6, Role::Aggregate},
     Function{"LEFT", Type::Text, 2, 2},
     Function{"LEN", Type::Integer, 1, 1},
     Function{"LOWER", Type::Text, 1, 1},
