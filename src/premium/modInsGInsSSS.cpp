@@ -17,6 +17,7 @@
 #include "frame/writing_turn.h"
 #include "instructions/advloan_data.h"
 #include "instructions/advloan_entry.h"
+#include "instructions/advloan_fields.h"
 #include "instructions/entry_lists.h"
 #include "instructions/entry_questions.h"
 #include "instructions/instruction_statements.h"
@@ -82,11 +83,8 @@ void modInsGInsSSS::ConnectFields() {
     if (FnBlnWithinLimit(typed, kAmountLimit) && clsGenCmn::FnDblTrimVal(typed) != 0)
       txtPolicyAmount.SetText(clsGenCmn::FnStrConvertToCommaNumber(typed, 2));
   });
-  for (TextBox* box : {&incentive.txtPFPer, &incentive.txtESIPer}) {
-    box->onLeave = on_([box] {
-      if (!box->Text().empty()) box->SetText(ShownAmount(clsGenCmn::FnDblTrimVal(box->Text())));
-    });
-  }
+  for (TextBox* box : {&incentive.txtPFPer, &incentive.txtESIPer})
+    box->onLeave = on_([box] { LeavePercent(*box); });
   chkSelectAll.onClick = on_([this] { schedule_.TickAll(chkSelectAll.Value()); });
   fpgOtherDetail.onRowClick = on_(&modInsGInsSSS::fpgOtherDetail_Click);
   overview.lblSummary.onClick = on_([this] { OpenEmployeeSummary(session_, employee.Employee()); });
