@@ -119,6 +119,7 @@ void modInsGInsSSS::ConnectFormula() {
     if (const long month = FnLngMonthYear(FnStrCorrectMonth(box.Text())); month != 0)
       return {{employee.Employee(), month}};
     session_.Inform(atStart ? "Enter Start Month" : "Enter End Month");
+    fmeTransaction.enabled = true;  // beside the formula, for the month to be typed
     SetFocus(box);
     return std::nullopt;
   };

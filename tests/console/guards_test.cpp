@@ -74,6 +74,8 @@ constexpr Deed kDeeds[] = {
      "text txtStartMonth Nov/2026\ntext txtEndMonth Mar/2027\ntext txtPolicyAmount 900\n"
      "pick cmbInstitution Narmada General Cover\nclick cmdSave\nanswer No\n",
      251, kRight | kReadOnly | kLockedEmployee},
+    {"a premium deleted", "1503#False#0#0",
+     "pick cmbEmpName Bhavna Shetty\nrow fpgOtherDetail 1\nanswer Yes\nclick cmdDelete\n", 252, kAllGuards},
     {"a month of a premium deleted", "1503#False#0#0",
      "pick cmbEmpName Bhavna Shetty\nrow fpgOtherDetail 1\ntickcell fpgEMI 24 1 on\nanswer Yes\n"
      "click cmdEMIDelete\nanswer No\n",

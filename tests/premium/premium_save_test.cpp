@@ -158,6 +158,7 @@ TEST_F(PremiumScreen, ASaveTellsTheAuditTheSalariesAndTheForm) {
   Type(entry.txtEndMonth, "Sep/2026");
   Type(entry.txtPolicyAmount, "77");
   Type(entry.txtRemarks, "");
+  Type(entry.cmbInstitution, "");
   EXPECT_EQ(Press(entry.cmdSave), Texts{"Updated"});
   EXPECT_EQ(Schedule(), "24316|1|1234.5|1234.5|4\n24317|2|1234.5|1234.5|4");
   EXPECT_EQ(
@@ -165,6 +166,16 @@ TEST_F(PremiumScreen, ASaveTellsTheAuditTheSalariesAndTheForm) {
       "19|17|Standing Instructions - Insurance Created/Updated|:::SI Type = Insurance:SI Name = Life "
       "Cover:Policy Number = P/1:Start Month = Apr/2026:End Month = Sep/2026 (May/2026):Remarks =  (for "
       "two months)");
+  // Months that are gone do not come again, and those that are there already are those of a new one.
+  Run("UPDATE INS_EMIDETAIL SET SERIALNO = 2");
+  for (const bool isNew : {false, true}) {
+    if (isNew)
+      EnterInto(entry, "Jun/2026", "Jul/2026", "900");
+    else
+      ClickRow(entry.fpgOtherDetail, 0);
+    EXPECT_EQ(Press(entry.cmdSave), Texts{"Updated"});
+    EXPECT_EQ(Schedule(), "24316|1|1234.5|1234.5|4\n24317|2|1234.5|1234.5|4");
+  }
 }
 
 TEST_F(PremiumScreen, TaxFlagsAreMarkedBeforeTheLastChecks) {
