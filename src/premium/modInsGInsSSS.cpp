@@ -134,8 +134,6 @@ void modInsGInsSSS::Form_Load() {
   SetCaptions();
   ShowForType();
   on_.Run([this] { FillLists(); });
-  period.Clear();
-  formula.Show(false);
   ClearInstruction();
   EnableCommands();
   SetFocus(employee.cmbEmpName);
@@ -197,7 +195,6 @@ void modInsGInsSSS::EnableCommands() {
 
 void modInsGInsSSS::cmbEmpName_Change() {
   const long person = employee.Employee();
-  formula.Show(false);
   session_.EmpLockStatus = 0;
   txtSerialNo.SetText("");
   ClearInstruction();
@@ -235,8 +232,7 @@ void modInsGInsSSS::ShowInstruction(const PremiumRow& premium) {
   txtRemarks.SetText(premium.remarks);
   period.Show(PeriodOf(ReadScheduleMonths(session_, Key())));
   incentive.Show(premium);
-  formula.Forget();
-  formula.Show(false);
+  CloseFormula();
   shownFields_ = Typed();
 }
 
@@ -248,8 +244,13 @@ void modInsGInsSSS::ClearInstruction() {
   cmbInstitution.SetText("");
   period.Clear();
   incentive.Clear();
-  formula.Forget();
+  CloseFormula();
   shownFields_ = Typed();
+}
+
+void modInsGInsSSS::CloseFormula() {
+  formula.Forget();
+  formula.Show(false);
 }
 
 // What makes a schedule can be typed for a stored instruction too, and changes nothing there.
@@ -349,7 +350,7 @@ void modInsGInsSSS::BeginNew() {
 }
 
 PremiumEntry modInsGInsSSS::Entry() const {
-  PremiumEntry entry{.key = Key(), .caption = caption_};
+  PremiumEntry entry{.key = Key(), .isNew = !stored_, .caption = caption_};
   if (cmbInstitution.MatchesList()) entry.institution = static_cast<long>(Val(cmbInstitution.BoundText()));
   entry.ReadTyped(Typed());
   return entry;

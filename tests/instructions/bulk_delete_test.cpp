@@ -5,6 +5,7 @@
 #include "database/drivers/sqlite_file.h"
 #include "entry_fixture.h"
 #include "instructions/frmAdvLoanBulkDelete.h"
+#include "start/connect.h"
 
 namespace ktl {
 namespace {
