@@ -119,6 +119,9 @@ TEST_F(BulkDelete, FiltersByMonthEmployeeAndText) {
   EXPECT_EQ(Press(bulk->cmdLoad), Texts{"'From Month' should be earlier than 'To Month'"});
   Type(bulk->cmbFromMonth, "nonsense");
   EXPECT_EQ(Press(bulk->cmdLoad), Texts{"Select 'From Month'."});
+  Type(bulk->cmbFromMonth, "");
+  Type(bulk->employee.cmbEmpName, "Nobody");
+  EXPECT_EQ(Press(bulk->cmdLoad), Texts{"Select employee."});
   // What is listed still goes by the filter that listed it.
   Listed();
   Click(bulk->mnuSelectAll);
@@ -195,10 +198,15 @@ TEST_F(BulkDelete, KeepsTheRowsBeforeAFailureAndNothingOfTheOneThatFails) {
   EXPECT_EQ(Left(), "1 2 0 1 1 ");
   EXPECT_EQ(Line(0), "K18/Car Loan/10/10/2025/1200.00/2/Nov/2025/599.00");
   OpenSqliteFile(company.File(), FileKind::Company, 1)
-      .Run("CREATE TRIGGER Fails BEFORE DELETE ON INS_ADVLOAN BEGIN SELECT RAISE(ABORT, 'no'); END");
+      .Run(
+          "CREATE TRIGGER Fails BEFORE DELETE ON INS_ADVLOAN WHEN OLD.EMPID = 18 BEGIN SELECT RAISE(ABORT, "
+          "'no'); END");
+  AddLoan(17, 2, 24321, "15/Sep/2026");
+  Click(bulk->cmdLoad);
   Click(bulk->mnuSelectAll);
   EXPECT_EQ(Press(bulk->cmdDelete, {Answer::Yes}).size(), 2U);
   EXPECT_EQ(Left(), "1 2 0 1 1 ");
+  EXPECT_EQ(bulk->fpgBulkDelete.rows.size(), 1U);
   EXPECT_EQ(Rows("SELECT EDITMODEYN FROM SLC_SALARYCALC_E"), "0");
 }
 
