@@ -113,19 +113,15 @@ std::string ShareText(const char* fund, const std::optional<FundShare>& share) {
                      NumberText(told.percent));
 }
 
+// Every label for both types, also where an incentive has nothing to tell.
 std::string AuditText(const PremiumAllotment& premium, const PremiumRow& row, double amount) {
-  const bool incentive = premium.type == InstructionType::Incentive;
-  std::string text = fmt::format("::SI Type = {}:SI Name = {}", FactsOf(premium.type).word, row.name);
-  if (!incentive) text += ":Policy Number = " + row.number;
-  text +=
-      fmt::format(":Start Month = {}:End Month = {}:Amount/Month = {}", FnStrFormatMonthYear(row.firstMonth),
-                  FnStrFormatMonthYear(row.lastMonth), NumberText(amount));
-  if (!incentive) {
-    text += fmt::format(":Premium Payment = {}:Institution = {}", WordOf(premium.period),
-                        premium.institutionName);
-  }
-  text += ":Remarks = " + row.remarks;
-  if (!incentive) return text;
+  const std::string text = fmt::format(
+      "::SI Type = {}:SI Name = {}:Policy Number = {}:Start Month = {}:End Month = {}:Amount/Month = "
+      "{}:Premium Payment = {}:Institution = {}:Remarks = {}",
+      FactsOf(premium.type).word, row.name, row.number, FnStrFormatMonthYear(row.firstMonth),
+      FnStrFormatMonthYear(row.lastMonth), NumberText(amount), WordOf(premium.period),
+      premium.institutionName, row.remarks);
+  if (premium.type != InstructionType::Incentive) return text;
   return text + ShareText("PF", row.pf) + ShareText("ESI", row.esi) +
          ":PT Enabled = " + (row.pt ? "Yes" : "No");
 }

@@ -96,6 +96,7 @@ TEST_F(GridTest, ATickIsTheWholeCellAndTheRowIsClickedFirst) {
     screen.fpgRows.At(1, kPick).locked = true;
     desk.Refresh();
     Click(view, 1, kPick);
+    Press(view, Qt::Key_Space);
     EXPECT_FALSE(screen.fpgRows.IsTicked(1, kPick));
   });
 }

@@ -2,6 +2,7 @@
 
 #include "database/drivers/sqlite_file.h"
 #include "entry_fixture.h"
+#include "instructions/entry_questions.h"
 #include "instructions/modMultiAllot.h"
 #include "support/temporary_folder.h"
 
@@ -78,6 +79,13 @@ class MultipleAllotment : public EntryScreen {
         "SELECT MONTHYEAR, COUNTER, EMIAMT, MDFYAMT, ACTPRNAMT, INSTID FROM INS_EMIDETAIL WHERE EMPID = " +
         std::to_string(employee) + " ORDER BY MONTHYEAR");
   }
+  // Of the financial years 2026 and 2027.
+  void MakeLocalStore() {
+    machine.folder.path = folder.path().string();
+    CreateSqliteFile(
+        folder.path() / "klgen.MDB",
+        {"CREATE TABLE ITSETTING (ASSYEAR INTEGER); INSERT INTO ITSETTING VALUES (2027), (2028)"});
+  }
   void FailFor(int employee) {
     company.FailOn("INSERT", "INS_EMIDETAIL",
                    "NEW.EMPID = " + std::to_string(employee) + " AND NEW.COUNTER = 2");
@@ -150,12 +158,17 @@ TEST_F(MultipleAllotment, GivesEachHisOwnNumberAndFlatMonths) {
   Pick(allot->cmbSIName, "Medical Advance");  // of a reducing balance
   Type(allot->txtAdvDate, "15/09/2026");
   Type(allot->txtAdvAmount, "800");
-  Tick(allot->recovery.chkNoRecovery, true);
+  Type(allot->recovery.txtInstlAmt, "800");
   Run("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 0");
   session.auditOn.reset();
   Save();
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM SEC_AUDITTRAIL"), "2");
-  EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL"), "6");
+  EXPECT_EQ(Rows("SELECT EMIAMT, INTAMT FROM INS_EMIDETAIL WHERE SERIALNO = 2 AND EMPID = 17"), "800|NULL");
+  EnterAdvances();
+  Type(allot->recovery.txtRecvrFrom, "");
+  Tick(allot->recovery.chkNoRecovery, true);  // asks for nothing of it
+  EXPECT_EQ(Save(), Texts{"Updated"});
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL WHERE EMPID = 17"), "4");
 }
 
 TEST_F(MultipleAllotment, RefusesInItsOrderAndWritesNothing) {
@@ -217,7 +230,7 @@ TEST_F(MultipleAllotment, RefusesInItsOrderAndWritesNothing) {
        "Re-payment tenure exceeds 30 years.\r\nDo you want to continue?"},
       {[this](modMultiAllot& it) {
          Type(it.recovery.txtInstlAmt, "400");
-         company.Lock(24327);
+         for (const int month : {24320, 24327}) company.Lock(month);  // the first lies before the date
        },
        "1 month(s) locked.  Cannot save."},
       {[this](modMultiAllot&) {
@@ -229,7 +242,10 @@ TEST_F(MultipleAllotment, RefusesInItsOrderAndWritesNothing) {
       {sql("UPDATE MAS_EMPLOYEE SET DOJ = '2026-10-01'"), kSomeEmployeeLocked},
       {sql("UPDATE MAS_OPTSETFEATURE SET EMPLOCKYN = 0"),
        "Specified loan date for selected employee(s) is not within the Date of Join and Date of Leave."},
-      {sql("UPDATE MAS_EMPLOYEE SET DOJ = '2026-09-15' WHERE EMPID = 17"),
+      {[this](modMultiAllot& it) {
+         EXPECT_EQ(it.Focus(), &it.txtAdvDate);
+         Run("UPDATE MAS_EMPLOYEE SET DOJ = '2026-09-15' WHERE EMPID = 17");
+       },
        "Specified loan date for 1 employee(s) is not within the Date of Join and Date of Leave.\r\nLoan for these "
        "employee(s) will not be saved.\r\nDo you want to continue?"}};
   EnterAdvances(Loan);
@@ -260,6 +276,63 @@ TEST_F(MultipleAllotment, LetsPassWhatTheEntryRefusesByTheNamesLimits) {
   allot->txtAdvAmount.SetText("1000");
   EXPECT_EQ(Save(), Texts{"Updated"});
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN WHERE ACTAMT = 1000 AND INTAMT = 61.73"), "2");
+}
+
+TEST_F(MultipleAllotment, FillsWhatFollowsFromDateAndAmount) {
+  session.AdvanceMgmtYN = true;
+  OpenAllotment(Advance);
+  Pick(allot->cmbSIName, "Festival Advance");
+  Type(allot->txtAdvDate, "15-9-26");
+  Type(allot->txtAdvAmount, "1200");
+  EXPECT_EQ(allot->recovery.txtRecvrFrom.Text() + "|" + allot->txtInterestAmt.Text(), "Sep/2026|60");
+}
+
+TEST_F(MultipleAllotment, TellsTheFirstFifteenAndHowManyMore) {
+  for (int employee = 30; employee < 46; ++employee)
+    company.Employee(employee).Named("Later").Joined("01/Jan/2030");
+  EnterAdvances();
+  Tick(allot->chkSelEmployee, true);
+  const std::string told = Save({Answer::Yes}).back();
+  EXPECT_EQ(told.substr(told.size() - 10), "and 2 more");  // Binod and the sixteen
+  EXPECT_EQ(allot->fpgNotes.rows.size(), 17U);
+}
+
+TEST_F(MultipleAllotment, EvaluatesAPremiumInTheMonthChosen) {
+  MakeLocalStore();
+  AddFormula("KLIF((SalaryMonth) >= 24330, 90.5, 70)");  // Jun/2027
+  EnterPremiums(Incentive);
+  Type(allot->txtPolicyAmount, "");
+  Click(allot->cmdPFormula);
+  Pick(allot->premiumFormula.cmbFormula, "By Pay");
+  Tick(allot->optEndMonth);
+  EXPECT_EQ(Press(allot->premiumFormula.cmdAccept), Texts{});
+  EXPECT_EQ(Save(), Texts{"Updated"});
+  EXPECT_EQ(Rows("SELECT DISTINCT MDFYAMT FROM INS_EMIDETAIL"), "90.5");
+}
+
+// By the typed amount; nobody gets anything.
+TEST_F(MultipleAllotment, RefusesWhatNoTableHolds) {
+  session.AdvanceMgmtYN = true;
+  EnterAdvances();
+  Type(allot->recovery.txtRecvrFrom, "Nov/9999");
+  EXPECT_EQ(Save().at(0).substr(0, 1), "6");
+  Tick(allot->recovery.optInstlCount);
+  Type(allot->recovery.txtNoOfInstlmnts, "32768");
+  EXPECT_EQ(Save().at(0).substr(0, 1), "6");
+  EnterAdvances();
+  allot->txtRemarks.SetText(std::string(4001, 'x'));
+  EXPECT_EQ(Save(), Texts{kRemarksTooLong});
+  EXPECT_EQ(Given(), "");
+  EnterPremiums(Incentive);
+  allot->txtRemarks.SetText(std::string(4001, 'x'));
+  EXPECT_EQ(Save(), Texts{kRemarksTooLong});
+  // Behind the company's last month a lock counts as long as it may.
+  Run("UPDATE MAS_OPTSETFEATURE SET EMPLOCKYN = 1");
+  company.Row("SEC_EMPLOCK").With("EMPID", 19).With("MONTHYEAR", 24340).With("LOCKYN", 1);
+  EnterAdvances();
+  Type(allot->txtAdvDate, "15/05/2027");
+  Type(allot->recovery.txtRecvrFrom, "Jun/2027");
+  EXPECT_EQ(Save(), Texts{kSomeEmployeeLocked});
 }
 
 TEST_F(MultipleAllotment, EvaluatesTheFormulaOfEach) {
@@ -363,11 +436,11 @@ TEST_F(MultipleAllotment, SchedulesAddUpToAmountAndInterestForAll) {
 }
 
 TEST_F(MultipleAllotment, GivesAGroupInsuranceByTheQuarter) {
-  machine.folder.path = folder.path().string();
-  CreateSqliteFile(folder.path() / "klgen.MDB",
-                   {"CREATE TABLE ITSETTING (ASSYEAR INTEGER); INSERT INTO ITSETTING VALUES (2027), (2028)"});
+  MakeLocalStore();
+  company.Salary(19, 24325, 5000, 4000);
   EnterPremiums(GroupInsurance);
   EXPECT_EQ(Save(), Texts{"Updated"});
+  EXPECT_EQ(Rows("SELECT EDITMODEYN FROM SLC_SALARYCALC_E"), "1");
   EXPECT_EQ(Rows("SELECT EMPID, SERIALNO, SITYPE, OTHNAME, OTHNO, STARTMY, ENDMY FROM INS_OTHER"),
             "17|1|5|Group Cover|GP/7|24322|24330\n19|1|5|Group Cover|GP/7|24322|24330");
   EXPECT_EQ(Months(19), "24322|1|250|250|NULL|8\n24325|2|250|250|NULL|8\n24328|3|250|250|NULL|8");
@@ -382,9 +455,7 @@ TEST_F(MultipleAllotment, GivesAGroupInsuranceByTheQuarter) {
 }
 
 TEST_F(MultipleAllotment, CountsAnIncentiveForTheFundsOfEach) {
-  machine.folder.path = folder.path().string();
-  CreateSqliteFile(folder.path() / "klgen.MDB",
-                   {"CREATE TABLE ITSETTING (ASSYEAR INTEGER); INSERT INTO ITSETTING VALUES (2027)"});
+  MakeLocalStore();
   Run("UPDATE MAS_EMPLOYEE SET PFYN = 1, ESIYN = 0 WHERE EMPID = 17");
   Run("UPDATE MAS_EMPLOYEE SET PFYN = 0, ESIYN = 1 WHERE EMPID = 19");
   EnterPremiums(Incentive);
@@ -404,6 +475,12 @@ TEST_F(MultipleAllotment, CountsAnIncentiveForTheFundsOfEach) {
   EXPECT_EQ(Rows("SELECT EMPID, PFYN, PFPER, ESIYN, ESIPER, PTYN FROM INS_OTHER"),
             "17|1|100|NULL|NULL|1\n19|NULL|NULL|1|0|1");
   EXPECT_EQ(Rows("SELECT EMPID, INSOTHERYN FROM INC_PORTEDSTAT"), "17|1");
+  EXPECT_EQ(
+      LastAudit(),
+      "19|19|Standing Instructions - Periodic Incentive Added|Periodic Incentive Added::SI Type = Periodic "
+      "Incentive:SI Name = Quarterly Incentive:Policy Number = :Start Month = Oct/2026:End Month = "
+      "Oct/2026:Amount/Month = 250:Premium Payment = Monthly:Institution = :Remarks = :PF Enabled = "
+      "No:PF Percentage = 0:ESI Enabled = Yes:ESI Percentage = 0:PT Enabled = Yes");
 }
 
 TEST_F(MultipleAllotment, RefusesPremiumsInTheirOrder) {
@@ -467,6 +544,7 @@ TEST_F(MultipleAllotment, RefusesPremiumsInTheirOrder) {
     EXPECT_EQ(Save(), Texts{step.said});
   }
   EXPECT_EQ(Save({Answer::Yes}).back(), "Select institution.");
+  EXPECT_EQ(allot->Focus(), &allot->cmbInstitution);
   EXPECT_EQ(Rows("SELECT * FROM INS_OTHER"), "");
 }
 
@@ -482,6 +560,11 @@ TEST_F(MultipleAllotment, HeedsTheRightOfSavingAndWhoMayOnlyRead) {
   EXPECT_EQ(Press(allot->formula.cmdAccept), Texts{"Permission denied."});
   EXPECT_EQ(Press(allot->formula.cmdEdit), Texts{"Permission denied."});
   EXPECT_EQ(Given(), "");
+  Run("INSERT INTO SEC_BUTDET (BUTID, FORMID, BUTNAME) VALUES (901, 68, '*Formula*')");
+  for (const int right : {215, 901})
+    company.Row("SEC_BUTPER").With("BUTID", right).With("GROUPID", 9).With("BUTALLOWYN", 0);
+  EXPECT_EQ(Press(OpenAllotment(Advance).cmdFmeFormula), Texts{"Permission denied."});
+  EXPECT_EQ(Press(OpenAllotment(GroupInsurance).cmdPFormula), Texts{"Permission denied."});
   session.ReadOnlyUser = true;
   EXPECT_FALSE(OpenAllotment(Loan).cmdSave.enabled);
 }

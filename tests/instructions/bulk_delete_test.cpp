@@ -139,6 +139,9 @@ TEST_F(BulkDelete, FiltersByMonthEmployeeAndText) {
   EXPECT_EQ(Press(bulk->cmdLoad), Texts{"'From Month' should be earlier than 'To Month'"});
   Type(bulk->cmbFromMonth, "nonsense");
   EXPECT_EQ(Press(bulk->cmdLoad), Texts{"Select 'From Month'."});
+  Type(bulk->cmbFromMonth, "");
+  Type(bulk->employee.cmbEmpName, "Nobody");
+  EXPECT_EQ(Press(bulk->cmdLoad), Texts{"Select employee."});
   // What is listed still goes by the filter that listed it.
   Listed();
   Click(bulk->mnuSelectAll);
@@ -258,10 +261,13 @@ TEST_F(BulkDelete, KeepsTheRowsBeforeAFailureAndNothingOfTheOneThatFails) {
   EXPECT_EQ(said[1].substr(0, 21), "Row cannot be located");
   EXPECT_EQ(Left(), "1 2 0 1 1 ");
   EXPECT_EQ(Line(0), "K18/Car Loan/10/10/2025/1200.00/2/Nov/2025/599.00");
-  company.FailOn("DELETE", "INS_ADVLOAN", "OLD.EMPID > 0");
+  company.FailOn("DELETE", "INS_ADVLOAN", "OLD.EMPID = 18");
+  AddLoan(17, 2, 24321, "15/Sep/2026");
+  Click(bulk->cmdLoad);
   Click(bulk->mnuSelectAll);
   EXPECT_EQ(Press(bulk->cmdDelete, {Answer::Yes}).size(), 2U);
   EXPECT_EQ(Left(), "1 2 0 1 1 ");
+  EXPECT_EQ(bulk->fpgBulkDelete.rows.size(), 1U);
   EXPECT_EQ(Rows("SELECT EDITMODEYN FROM SLC_SALARYCALC_E"), "0");
 }
 

@@ -99,6 +99,7 @@ TEST_F(HouseLoanTest, WritesAYearOverAndMarksItForTheTax) {
   EXPECT_EQ(AddYear("2027-2028", "5", "5"), Texts{"Select 'Financial Year'."});
   EXPECT_EQ(AddYear("2026-2027", "0.004", "5"), Texts{"Enter 'Principle Amount'."});
   EXPECT_EQ(AddYear("2026-2027", "5", ""), Texts{"Enter 'Interest Amount'."});
+  EXPECT_EQ(house->Focus(), &house->txtInterestAmt);
   EXPECT_EQ(Years(), "");
   Type(house->txtGross, "36000");
   Type(house->txtMTax, "1200.5");

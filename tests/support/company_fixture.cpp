@@ -4,6 +4,8 @@
 
 #include <exception>
 
+#include "database/connection_string.h"
+
 namespace ktl::test {
 
 RowBuilder::RowBuilder(RowBuilder&& other) noexcept
@@ -41,6 +43,11 @@ void TestCompany::FailOn(const char* what, const char* table, const std::string&
   Alter(rule + (CompaniesAreOnServer() ? "FOR EACH ROW IF " + rows +
                                              " THEN SIGNAL SQLSTATE '45000' SET MESSAGE_TEXT = 'no'; END IF"
                                        : "WHEN " + rows + " BEGIN SELECT RAISE(ABORT, 'no'); END"));
+}
+
+std::string TestCompany::NoSuchTable(const char* table) const {
+  if (!CompaniesAreOnServer()) return fmt::format("no such table: {}", table);
+  return fmt::format("Table '{}.{}' doesn't exist", ConnectionSetting(ConnectionString(), "Database"), table);
 }
 
 Value TestCompany::One(std::string_view sql) {

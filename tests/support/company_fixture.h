@@ -69,6 +69,9 @@ class TestCompany {
   std::filesystem::path File() const { return store_->File(); }
   std::string ConnectionString() const { return store_->ConnectionString(); }
 
+  // What a statement about a table that is not there tells.
+  std::string NoSuchTable(const char* table) const;
+
   std::int64_t Execute(std::string_view sql) { return cn_.Execute(sql); }
   // A statement that the language of the program does not have, in words that every store takes.
   void Alter(const std::string& sql) { store_->Alter(sql); }

@@ -143,6 +143,17 @@ void MariaDbWriter::WriteObjectName(std::string_view name) {
   WriteName(upper);
 }
 
+// By all its columns, as rows come out of the sorting that other databases find doubles by.
+void MariaDbWriter::WriteUnionOrder(const tsql::Query& query) {
+  const auto& items = query.cores.front().items;
+  const bool all =
+      std::ranges::all_of(query.cores.begin() + 1, query.cores.end(), &tsql::SelectCore::unionAll);
+  const auto isStar = [](const tsql::SelectItem& item) { return item.expr->kind == ExprKind::Star; };
+  if (all || std::ranges::any_of(items, isStar)) return;
+  int column = 0;
+  List(" ORDER BY ", items, [&](const tsql::SelectItem&) { Put(std::to_string(++column)); });
+}
+
 // With its type: as a bare text it would turn what it is joined with into one.
 void MariaDbWriter::WriteDate(const Date& date) {
   Put(fmt::format("TIMESTAMP'{:04}-{:02}-{:02} {:02}:{:02}:{:02}'", date.year(), date.month(), date.day(),

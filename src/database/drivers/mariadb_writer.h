@@ -17,6 +17,7 @@ class MariaDbWriter final : public tsql::Writer {
   std::string_view NameOf(const tsql::Function& function) const override;
   void WriteName(std::string_view name) override;
   void WriteObjectName(std::string_view name) override;
+  void WriteUnionOrder(const tsql::Query& query) override;
   void WriteDate(const Date& date) override;
   void WriteNumber(std::string_view literal) override;
   void WriteParameter(std::string_view parameter) override;

@@ -297,6 +297,7 @@ void Writer::WriteQuery(const Query& query) {
     WriteObjectName("LIMITED");
   }
   WriteOrderBy(query.orderBy, &query.cores.front());
+  if (unite && query.orderBy.empty()) WriteUnionOrder(query);
   if (!unite && query.cores.front().top) WriteLimit(*query.cores.front().top);
 }
 

@@ -33,6 +33,7 @@ class Writer {
   virtual void WriteObjectName(std::string_view name) { WriteName(name); }
   virtual void WriteKeyColumns() {}            // in front of the columns of an updatable query
   virtual void WriteLimit(const Expr& count);  // behind the query whose rows are limited
+  virtual void WriteUnionOrder(const Query&) {}  // behind a union for which none is told
   virtual void WriteDate(const Date& date);
   virtual void WriteDatePart(std::string_view part) { Put(part); }  // DAY, MONTH or YEAR in DATEDIFF
   virtual void WriteNumber(std::string_view literal) { Put(literal); }
