@@ -20,8 +20,6 @@ class Rates : public BenefitTest {
   }
 };
 
-constexpr const char* kGone =
-    "Row cannot be located for updating. Some values may have been changed since it was last read.";
 constexpr const char* kOld = "1|2026|9||\n2|2026|12|Owned|#$#Own Loan#$##$#Gone Loan#$#";
 
 TEST_F(Rates, RefusesInItsOrder) {

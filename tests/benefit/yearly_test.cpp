@@ -166,6 +166,17 @@ TEST_F(Yearly, PortsWhatThereIs) {
   EXPECT_EQ(company.Rows("SELECT EMPID, MONTH12YN FROM INC_PORTEDSTAT"), "0|0");
   EXPECT_EQ(company.Rows("SELECT BENAMT2 FROM INC_MAIN"), "7\n7");
   EXPECT_NE(LastAudit().find("Amount = 585.00"), std::string::npos);
+  EXPECT_EQ(desk.saved, 1);
+  // A newer run has dropped the row meanwhile: what is ported now would stay for ever.
+  const std::string stored = company.Rows("SELECT * FROM SEC_AUDITTRAIL");
+  company.Execute("UPDATE MAS_LOANINTUPDATE SET FINANCIALYEAR = '2020'");
+  Click(update.cmdPort);
+  EXPECT_EQ(desk.TakeTexts(), Texts{kGone});
+  EXPECT_EQ(company.Rows("SELECT * FROM SEC_AUDITTRAIL"), stored);
+  EXPECT_TRUE(update.fpgUpdate.rows.empty());
+  company.Execute("UPDATE MAS_LOANINTUPDATE SET FINANCIALYEAR = '2026'");
+  update.cmbFinYear_Change();
+  TickCell(update.fpgUpdate, 0, frmUpdateInt::kTick, true);
   session.auditOn = false;
   company.Execute("DELETE FROM SEC_AUDITTRAIL");
   Click(update.cmdPort);
@@ -184,15 +195,13 @@ TEST_F(Yearly, BringsThePreviousValuesBack) {
   EXPECT_EQ(company.Rows("SELECT EDITEDINT FROM MAS_LOANINTUPDATE ORDER BY EMPID"), "1\n585\n1");
   EXPECT_EQ(update.fpgUpdate.activeRow, 1u);
   // Another workstation has written a figure of its own meanwhile.
-  const char* const gone =
-      "Row cannot be located for updating. Some values may have been changed since it was last read.";
   company.Execute("UPDATE MAS_LOANINTUPDATE SET EDITEDINT = 77 WHERE EMPID = 3");
   TypeCell(update.fpgUpdate, 2, frmUpdateInt::kBenefit, "5");
   EXPECT_EQ(update.fpgUpdate.Text(2, frmUpdateInt::kBenefit), "77.00");
   company.Execute("UPDATE MAS_LOANINTUPDATE SET EDITEDINT = 78 WHERE EMPID = 1");
   Click(update.mnuAll);
   EXPECT_EQ(company.Rows("SELECT EDITEDINT FROM MAS_LOANINTUPDATE ORDER BY EMPID"), "78\n585\n77");
-  EXPECT_EQ(desk.TakeTexts(), (Texts{gone, gone}));
+  EXPECT_EQ(desk.TakeTexts(), (Texts{kGone, kGone}));
   Click(update.mnuAll);
   EXPECT_EQ(company.Rows("SELECT EDITEDINT FROM MAS_LOANINTUPDATE ORDER BY EMPID"), "585\n585\n585");
 }
