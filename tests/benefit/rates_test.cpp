@@ -50,6 +50,9 @@ TEST_F(Rates, RefusesInItsOrder) {
   EXPECT_EQ(rates.Focus(), &rates.txtIntAmt);
   Type(rates.txtIntAmt, "1.2.3");
   EXPECT_EQ(rates.txtIntAmt.Text(), "1.23");
+  ClickRow(rates.fpgInterest, 1);
+  Pick(rates.cmbFinYear, "2025 - 2026");
+  EXPECT_EQ(rates.txtIntid.Text(), "3");
 }
 
 TEST_F(Rates, TheFirstOneOfAYearIsItsDefault) {
@@ -111,7 +114,13 @@ TEST_F(Rates, ALoanStandsInOneRateOfAYear) {
 }
 
 TEST_F(Rates, DeletesWhatIsFoundByItsFigures) {
+  Rate(7, "2026", 12, "Others", "#$#Welfare#$#");
   frmSBI& rates = Open<frmSBI>();
+  ClickRow(rates.fpgInterest, 2);
+  desk.WillAnswer({Answer::Yes});
+  Click(rates.cmdDelete);
+  EXPECT_EQ(Table(), kOld);
+  company.Execute("DELETE FROM SEC_AUDITTRAIL");
   Click(rates.cmdDelete);
   ClickRow(rates.fpgInterest, 1);
   Type(rates.txtIntAmt, "11");
@@ -142,8 +151,8 @@ TEST_F(Rates, DeletesWhatIsFoundByItsFigures) {
       LastAudit().find("Benchmark Interest Rate Deleted:::Financial Year = 2026 - 2027:Interest Rate = 9.00"),
       std::string::npos);
   EXPECT_EQ(desk.TakeTexts(),
-            (Texts{"Select Record to Delete", "No Record Found to Delete ", "Do you want to Delete",
-                   "Do you want to Delete", kGone, "Do you want to Delete"}));
+            (Texts{"Do you want to Delete", "Select Record to Delete", "No Record Found to Delete ",
+                   "Do you want to Delete", "Do you want to Delete", kGone, "Do you want to Delete"}));
   session.ReadOnlyUser = true;
   frmSBI& looked = Open<frmSBI>();
   EXPECT_FALSE(looked.cmdSave.enabled || looked.cmdDelete.enabled);
