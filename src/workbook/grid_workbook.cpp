@@ -213,6 +213,7 @@ fs::path FileFor(const fs::path& folder, const Grid& grid, const std::string& ti
   for (const std::string* part : {&subject.employee, &subject.instruction}) {
     if (!part->empty()) name += " - " + *part;
   }
+  std::erase_if(name, [](char c) { return static_cast<unsigned char>(c) < ' '; });  // a line break
   name = Left(clsGenCmn::FnStrClearAllNonFileChar(name), kLongestFileName);
   fs::path file = folder / (name + ".xlsx");
   for (int copy = 2; fs::exists(file, failed); ++copy)

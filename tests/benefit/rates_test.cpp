@@ -115,10 +115,13 @@ TEST_F(Rates, ALoanStandsInOneRateOfAYear) {
 
 TEST_F(Rates, DeletesWhatIsFoundByItsFigures) {
   Rate(7, "2026", 12, "Others", "#$#Welfare#$#");
+  Rate(8, "2020", 5);  // a year without months
   frmSBI& rates = Open<frmSBI>();
-  ClickRow(rates.fpgInterest, 2);
-  desk.WillAnswer({Answer::Yes});
-  Click(rates.cmdDelete);
+  for (const std::size_t row : {3u, 2u}) {
+    ClickRow(rates.fpgInterest, row);
+    desk.WillAnswer({Answer::Yes});
+    Click(rates.cmdDelete);
+  }
   EXPECT_EQ(Table(), kOld);
   company.Execute("DELETE FROM SEC_AUDITTRAIL");
   Click(rates.cmdDelete);
@@ -151,8 +154,9 @@ TEST_F(Rates, DeletesWhatIsFoundByItsFigures) {
       LastAudit().find("Benchmark Interest Rate Deleted:::Financial Year = 2026 - 2027:Interest Rate = 9.00"),
       std::string::npos);
   EXPECT_EQ(desk.TakeTexts(),
-            (Texts{"Do you want to Delete", "Select Record to Delete", "No Record Found to Delete ",
-                   "Do you want to Delete", "Do you want to Delete", kGone, "Do you want to Delete"}));
+            (Texts{"Do you want to Delete", "Do you want to Delete", "Select Record to Delete",
+                   "No Record Found to Delete ", "Do you want to Delete", "Do you want to Delete", kGone,
+                   "Do you want to Delete"}));
   session.ReadOnlyUser = true;
   frmSBI& looked = Open<frmSBI>();
   EXPECT_FALSE(looked.cmdSave.enabled || looked.cmdDelete.enabled);

@@ -212,12 +212,14 @@ TEST_F(Yearly, BringsThePreviousValuesBack) {
 // 3: one month of 7.50 less 0.004. 4: charged what it would be, 7.50. 5: 7.50 and -492.50.
 TEST_F(Yearly, TellsRatesYearsAndLoansApart) {
   company.Name(2, "Loan").SeparateInterest().Benefit();
+  company.Name(2, "Mixed Loan").Benefit();  // its interest is no part of its own: it counts nowhere
   company.Execute("UPDATE MAS_LOANINT SET INTID = 3 WHERE INTID = 1");
   for (const int employee : {1, 2, 3, 4, 5}) {
     Employee(employee);
     Loan(employee, employee == 1 ? kTwelve : std::vector<double>{1000}, "Loan");
   }
   Loan(2, {2000}, "Loan", 2);
+  Loan(4, kTwelve, "Mixed Loan", 2);
   Loan(5, {1000}, "Loan", 2);
   company.Receipt(1, 1, 1, 1, "15/May/2026", 3000);  // of an advance with the same number
   Charge(3, "> 0", 0.004);

@@ -55,7 +55,7 @@ TEST(Workbook, HoldsWhatTheGridShowsUnderTheCompanysName) {
   machine.folder.path = company.File().string() + "-folder";
   struct Child : Screen {
     using Screen::Screen;
-    ktl::Subject Subject() const override { return {"Meera: Kulkarni (K9)", "Car Loan 2", "10.00"}; }
+    ktl::Subject Subject() const override { return {"Meera:\n Kulkarni (K9)", "Car Loan 2", "10.00"}; }
   } screen("toy");
   Grid grid(screen, "fpgToy");
   grid.columns = {{"Month"},
