@@ -68,6 +68,10 @@ std::vector<BenefitRow> ReadBenefitRows(Session& session, const BenefitYear& yea
   return rows;
 }
 
+void RequireAsShown(Session& session, const BenefitYear& year, const std::vector<const BenefitRow*>& shown) {
+  for (const BenefitRow* row : shown) StoredAsShown(session, year, *row);
+}
+
 std::optional<double> TypedBenefit(std::string typed, std::string& refused) {
   typed = Trim(ReplaceAll(std::move(typed), "-", ""));
   refused = RefusedAmount(typed);

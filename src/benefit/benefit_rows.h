@@ -29,6 +29,9 @@ struct BenefitRow {
 };
 std::vector<BenefitRow> ReadBenefitRows(Session& session, const BenefitYear& year, const std::string& search);
 
+// Throws ChangedMeanwhile when one of the rows is no longer as it was shown.
+void RequireAsShown(Session& session, const BenefitYear& year, const std::vector<const BenefitRow*>& shown);
+
 // A benefit typed into its cell: nothing when it is none, which `refused` tells then. A minus is dropped, an
 // empty text is 0.
 std::optional<double> TypedBenefit(std::string typed, std::string& refused);

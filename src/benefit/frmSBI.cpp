@@ -1,5 +1,7 @@
 #include "benefit/frmSBI.h"
 
+#include <algorithm>
+
 #include "benefit/amount_column.h"
 #include "frame/fin_years.h"
 #include "frame/handler_guard.h"
@@ -110,7 +112,7 @@ void frmSBI::txtIntAmt_LostFocus() {
 void frmSBI::fpgInterest_Click(std::size_t row, std::size_t) {
   const RateRow* const clicked = rates_.At(row);
   if (clicked == nullptr) return;
-  cmbFinYear.SetText(clicked->YearText());
+  ChooseYear(clicked->YearText());
   txtIntAmt.SetText(FormatNumber(clicked->rate, "0.00"));
   txtIntAmt.tag = txtIntAmt.Text();
   txtIntid.SetText(std::to_string(clicked->id));
@@ -118,6 +120,16 @@ void frmSBI::fpgInterest_Click(std::size_t row, std::size_t) {
   isNew_ = false;
   ShowAsDefault(clicked->loans.empty());
   FillLoans(clicked);
+}
+
+// The year of a rate can be one that the company has no months of, or none any more.
+void frmSBI::ChooseYear(const std::string& year) {
+  std::vector<ListRow> years = cmbFinYear.Rows();
+  if (std::ranges::find(years, year, &ListRow::text) == years.end()) {
+    years.push_back({year, year});
+    cmbFinYear.SetRows(years);
+  }
+  cmbFinYear.SetText(year);
 }
 
 void frmSBI::cmdNew_Click() {

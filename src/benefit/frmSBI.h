@@ -48,6 +48,7 @@ class frmSBI final : public Screen {
   void SetColumns();
   void FillRates();
   void FillLoans(const RateRow* of);  // none: nothing is ticked
+  void ChooseYear(const std::string& year);
   void ShowAsDefault(bool isDefault);
   TypedRate Typed();
   bool Refuse(const RateRefusal& refusal);

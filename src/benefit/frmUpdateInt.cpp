@@ -240,13 +240,21 @@ void frmUpdateInt::cmdPort_Click() {
     session_.Inform("Select Employee to Port.");
     return SetFocus(fpgUpdate);
   }
+  UnlessChanged(
+      session_, [&] { Port(ticked); }, [this] { LoadBenefitGrid(); });
+}
+
+// All are looked at first: nobody would take back what is ported for a row that a newer run has dropped.
+void frmUpdateInt::Port(const std::vector<const BenefitRow*>& rows) {
   const BenefitYear year = BenefitYearOf(session_, Year());
-  Progress::Work work(progress, static_cast<int>(ticked.size()));
+  RequireAsShown(session_, year, rows);
+  Progress::Work work(progress, static_cast<int>(rows.size()));
   int ported = 0;
-  for (const BenefitRow* row : ticked) {
+  for (const BenefitRow* row : rows) {
     PortBenefitAudited(session_, year, row->employee, Val(FormatNumber(row->edited, "0.00")));
     work.Advance(fmt::format("Employees ported: {}", ++ported));
   }
+  session_.desk.NoteSaved();
 }
 
 }  // namespace ktl

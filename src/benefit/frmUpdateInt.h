@@ -83,6 +83,7 @@ class frmUpdateInt final : public Screen {
   void LoadBenefitGrid();
   void Search();
   void EditBenefit(std::size_t row, const std::string& typed);
+  void Port(const std::vector<const BenefitRow*>& rows);
   void PortPrevious(const std::vector<BenefitRow>& rows);
   void ShowTip(std::size_t row, std::size_t column);
   void ShowDetail(bool shown);

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <string_view>
@@ -29,6 +31,7 @@ constexpr lxw_row_t kCaptionRow = 2;
 constexpr std::size_t kLongestSheetName = 31;
 constexpr std::size_t kLongestFileName = 80;  // characters; of a script they take up to three bytes each
 constexpr double kWidestColumn = 60;
+constexpr const char* kDiskFull = "the disk may be full";
 
 // libxlsxwriter owns sheets and formats; the book is closed, and so written, exactly once. It is written
 // beside its place and put there when it is whole.
@@ -37,6 +40,7 @@ class Book final {
   explicit Book(fs::path path)
       : path_(std::move(path)),
         unfinished_(path_.string() + ".part"),
+        folder_(path_.parent_path().string()),
         book_(workbook_new_opt(unfinished_.c_str(), &options_)) {}
   ~Book() {
     if (book_ != nullptr) workbook_close(book_);
@@ -46,28 +50,46 @@ class Book final {
   Book(const Book&) = delete;
   Book& operator=(const Book&) = delete;
 
-  lxw_worksheet* AddSheet(const std::string& name) { return workbook_add_worksheet(book_, name.c_str()); }
+  // None when there is no room for its rows.
+  lxw_worksheet* AddSheet(const std::string& name) {
+    return sheet_ = workbook_add_worksheet(book_, name.c_str());
+  }
   lxw_format* AddFormat() { return workbook_add_format(book_); }
   bool Write() {
-    lxw_workbook* book = book_;
-    book_ = nullptr;
-    if (workbook_close(book) != LXW_NO_ERROR) return false;
+    const bool whole = RowsAreKept();
+    if (workbook_close(std::exchange(book_, nullptr)) != LXW_NO_ERROR || !whole) return false;
     std::error_code failed;
     fs::rename(unfinished_, path_, failed);
     return !failed;
   }
 
  private:
+  // The library looks after its package alone: a full disk cuts the rows that it puts by, and their copy on
+  // the way into the package, and it calls that written.
+  bool RowsAreKept() const {
+    std::FILE* rows = sheet_->optimize_tmpfile;
+    if (std::fflush(rows) != 0 || std::ferror(rows) != 0) return false;
+    std::error_code unknown;
+    const fs::space_info disk = fs::space(folder_, unknown);
+    return unknown || disk.available > 2 * static_cast<std::uintmax_t>(std::ftell(rows)) + kSmallParts;
+  }
+
+  static constexpr std::uintmax_t kSmallParts = 65536;
+
   fs::path path_;
   fs::path unfinished_;
-  // A row is written when the next one begins, so that a list of any length takes no more memory.
-  lxw_workbook_options options_{.constant_memory = LXW_TRUE, .tmpdir = nullptr, .use_zip64 = LXW_FALSE};
+  std::string folder_;
+  // A row is written when the next one begins, so that a list of any length takes no more memory; on the disk
+  // that the book goes to.
+  lxw_workbook_options options_{
+      .constant_memory = LXW_TRUE, .tmpdir = folder_.data(), .use_zip64 = LXW_FALSE};
   lxw_workbook* book_;
+  lxw_worksheet* sheet_ = nullptr;
 };
 
 class SheetWriter final {
  public:
-  SheetWriter(Book& book, const std::string& sheetName) : sheet_(book.AddSheet(sheetName)) {
+  SheetWriter(Book& book, lxw_worksheet* sheet) : sheet_(sheet) {
     bold_ = book.AddFormat();
     format_set_bold(bold_);
     format_set_font_name(bold_, "VERDANA");
@@ -191,6 +213,7 @@ fs::path FileFor(const fs::path& folder, const Grid& grid, const std::string& ti
   for (const std::string* part : {&subject.employee, &subject.instruction}) {
     if (!part->empty()) name += " - " + *part;
   }
+  std::erase_if(name, [](char c) { return static_cast<unsigned char>(c) < ' '; });  // a line break
   name = Left(clsGenCmn::FnStrClearAllNonFileChar(name), kLongestFileName);
   fs::path file = folder / (name + ".xlsx");
   for (int copy = 2; fs::exists(file, failed); ++copy)
@@ -220,13 +243,15 @@ std::string WriteWorkbook(Session& session, const Grid& grid, const fs::path& pa
     return std::strerror(errno);
   Watched watched(session.desk, grid.screen(), grid.rows.size());
   Book book(path);
-  SheetWriter sheet(book, SheetName(words.title));
+  lxw_worksheet* const page = book.AddSheet(SheetName(words.title));
+  if (page == nullptr) return kDiskFull;
+  SheetWriter sheet(book, page);
   sheet.Heading(0, session.data.FnVarGetDbValue("SELECT CMPNAME FROM MAS_COMPANY", "").TextOrEmpty() + " : " +
                        words.heading);
   sheet.Heading(1, session.data.FnVarGetDbValue("SELECT ADDRESS FROM MAS_COMPANY", "").TextOrEmpty());
   WriteGrid(sheet, grid, watched);
   sheet.FitColumns();
-  return book.Write() ? "" : "the disk may be full";
+  return book.Write() ? "" : kDiskFull;
 }
 
 }  // namespace

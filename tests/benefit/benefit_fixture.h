@@ -23,6 +23,8 @@ namespace ktl {
 using Texts = std::vector<std::string>;
 
 inline constexpr int kApr2026 = 24316;
+inline constexpr const char* kGone =
+    "Row cannot be located for updating. Some values may have been changed since it was last read.";
 
 // A company of the years from Apr/2025 to Mar/2027. The rate of 2026 is 9 in a hundred, of "Own Loan" 12:
 // 0.75 and 1 a month. 2025 has none.
@@ -119,7 +121,10 @@ class BenefitTest : public testing::Test {
 
   test::TestCompany company;
   FakeMachine machine;
-  ScriptedDesk desk;
+  struct : ScriptedDesk {
+    int saved = 0;
+    void NoteSaved() override { ++saved; }
+  } desk;
   Session session{machine.machine(), desk};
   std::unique_ptr<Screen> screen;
 };

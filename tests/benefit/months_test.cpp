@@ -62,6 +62,7 @@ TEST_F(Months, TakesOneOfTwoLoansByItsNumber) {
   Type(months.search.txtSearch, "son 2");
   months.search.tmrSearch.onTimer();
   EXPECT_EQ(Lines(months.fpgSepInt), Texts{"2|Person 2|Vehicle Loan"});
+  EXPECT_EQ(months.cmbSlno.Text(), "1");  // the first one of the list is shown
   Type(months.search.txtSearch, "'");
   months.search.tmrSearch.onTimer();
   EXPECT_EQ(months.lblEmpCount.caption, "Employee Listed : 0");

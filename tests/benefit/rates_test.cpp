@@ -20,8 +20,6 @@ class Rates : public BenefitTest {
   }
 };
 
-constexpr const char* kGone =
-    "Row cannot be located for updating. Some values may have been changed since it was last read.";
 constexpr const char* kOld = "1|2026|9||\n2|2026|12|Owned|#$#Own Loan#$##$#Gone Loan#$#";
 
 TEST_F(Rates, RefusesInItsOrder) {
@@ -52,6 +50,9 @@ TEST_F(Rates, RefusesInItsOrder) {
   EXPECT_EQ(rates.Focus(), &rates.txtIntAmt);
   Type(rates.txtIntAmt, "1.2.3");
   EXPECT_EQ(rates.txtIntAmt.Text(), "1.23");
+  ClickRow(rates.fpgInterest, 1);
+  Pick(rates.cmbFinYear, "2025 - 2026");
+  EXPECT_EQ(rates.txtIntid.Text(), "3");
 }
 
 TEST_F(Rates, TheFirstOneOfAYearIsItsDefault) {
@@ -113,7 +114,16 @@ TEST_F(Rates, ALoanStandsInOneRateOfAYear) {
 }
 
 TEST_F(Rates, DeletesWhatIsFoundByItsFigures) {
+  Rate(7, "2026", 12, "Others", "#$#Welfare#$#");
+  Rate(8, "2020", 5);  // a year without months
   frmSBI& rates = Open<frmSBI>();
+  for (const std::size_t row : {3u, 2u}) {
+    ClickRow(rates.fpgInterest, row);
+    desk.WillAnswer({Answer::Yes});
+    Click(rates.cmdDelete);
+  }
+  EXPECT_EQ(Table(), kOld);
+  company.Execute("DELETE FROM SEC_AUDITTRAIL");
   Click(rates.cmdDelete);
   ClickRow(rates.fpgInterest, 1);
   Type(rates.txtIntAmt, "11");
@@ -149,8 +159,9 @@ TEST_F(Rates, DeletesWhatIsFoundByItsFigures) {
       LastAudit().find("Benchmark Interest Rate Deleted:::Financial Year = 2026 - 2027:Interest Rate = 9.00"),
       std::string::npos);
   EXPECT_EQ(desk.TakeTexts(),
-            (Texts{"Select Record to Delete", "No Record Found to Delete ", "Do you want to Delete",
-                   "Do you want to Delete", kGone, "Do you want to Delete", "Do you want to Delete"}));
+            (Texts{"Do you want to Delete", "Do you want to Delete", "Select Record to Delete",
+                   "No Record Found to Delete ", "Do you want to Delete", "Do you want to Delete", kGone,
+                   "Do you want to Delete", "Do you want to Delete"}));
   session.ReadOnlyUser = true;
   frmSBI& looked = Open<frmSBI>();
   EXPECT_FALSE(looked.cmdSave.enabled || looked.cmdDelete.enabled);

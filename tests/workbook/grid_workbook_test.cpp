@@ -1,7 +1,9 @@
 #include "workbook/grid_workbook.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -53,7 +55,7 @@ TEST(Workbook, HoldsWhatTheGridShowsUnderTheCompanysName) {
   machine.folder.path = company.File().string() + "-folder";
   struct Child : Screen {
     using Screen::Screen;
-    ktl::Subject Subject() const override { return {"Meera: Kulkarni (K9)", "Car Loan 2", "10.00"}; }
+    ktl::Subject Subject() const override { return {"Meera:\n Kulkarni (K9)", "Car Loan 2", "10.00"}; }
   } screen("toy");
   Grid grid(screen, "fpgToy");
   grid.columns = {{"Month"},
@@ -92,6 +94,16 @@ TEST(Workbook, HoldsWhatTheGridShowsUnderTheCompanysName) {
   desk.WillAnswer({Answer::Yes});
   desk.whileItStands = [&](const MessageBox&) { std::filesystem::remove(inTheWay); };
   EXPECT_EQ(ExportGridToWorkbook(session, grid, "Other"), third);
+  // Rows that the disk does not take: the package alone would fit.
+  for (int row = 0; row < 2000; ++row) grid.At(grid.AddRow(), 0).text = "Apr/2026";
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit small{30000, before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  EXPECT_EQ(ExportGridToWorkbook(session, grid, "Cut"), "");
+  setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_NE(desk.LastBox().text.find("could not be written: the disk may be full. Try"), std::string::npos);
   std::filesystem::remove_all(machine.folder.path);
   machine.folder.path = "/dev/null";
   EXPECT_EQ(ExportGridToWorkbook(session, grid, "EMI Details"), "");
