@@ -147,13 +147,14 @@ std::vector<std::string> MariaDbDialect::FirstTexts(const ConnectionSettings& se
       seconds > 0 ? fmt::format("max_statement_time={0}, innodb_lock_wait_timeout={0}, lock_wait_timeout={0}",
                                 seconds)
                   : std::string("max_statement_time=0");
-  return {
-      fmt::format(
-          "SET SESSION collation_connection=utf8mb4_uca1400_as_ci, sql_mode='{}', wait_timeout=31536000, {}, @KTL_HOST={}, @KTL_USER={}, "
-          "@KTL_NOW={}",
-          kSqlMode, waits, Literal(settings.client.hostName), Literal(settings.client.userName),
-          SetClock(settings)),
-      "SET SESSION TRANSACTION ISOLATION LEVEL READ COMMITTED"};
+  // A literal has the collation that its connection had before its text: the first text stands alone. A
+  // derived table is worked out once, not wherever one of its columns is named.
+  return {"SET SESSION collation_connection=utf8mb4_uca1400_as_ci, optimizer_switch='derived_merge=off'",
+          fmt::format(
+              "SET SESSION sql_mode='{}', wait_timeout=31536000, {}, @KTL_HOST={}, @KTL_USER={}, @KTL_NOW={}",
+              kSqlMode, waits, Literal(settings.client.hostName), Literal(settings.client.userName),
+              SetClock(settings)),
+          "SET SESSION TRANSACTION ISOLATION LEVEL READ COMMITTED"};
 }
 
 tsql::Program MariaDbDialect::Translate(std::string_view sql, bool updatable, int parameters) const {
