@@ -266,20 +266,21 @@ TEST(ServerConnection, WhatCannotBeReachedIsToldInOneLineAndInTime) {
     const char* told;  // how it begins
   } cases[] = {
       {"Provider=MariaDB;Server=127.0.0.1;Port=1;Database=PAY;" + user,
-       "The MariaDB server 127.0.0.1 cannot be reached: Can't connect to server on '127.0.0.1'"},
+       "The server 127.0.0.1 (MariaDB) cannot be reached: Can't connect to server on '127.0.0.1'"},
       {"Provider=MariaDB;Server=127.0.0.1;Port=" + silent.Port() + ";Database=PAY;" + user,
-       "The MariaDB server 127.0.0.1 cannot be reached: "},
+       "The server 127.0.0.1 (MariaDB) cannot be reached: "},
       {"Provider=MariaDB;Socket=/nowhere;Database=PAY;" + user,
-       "The MariaDB server localhost cannot be reached: Can't connect to local server through socket "
+       "The server localhost (MariaDB) cannot be reached: Can't connect to local server through socket "
        "'/nowhere'"},
       {"Provider=MariaDB;Driver=None;Server=127.0.0.1;" + user,
-       "The MariaDB server 127.0.0.1 cannot be reached: Data source name not found"},
-      {"Provider=MariaDB;;=;Server==;Port=x;{}};DRIVER=;" + user, "The MariaDB server = cannot be reached: "},
+       "The server 127.0.0.1 (MariaDB) cannot be reached: Can't open lib 'None'"},
+      {"Provider=MariaDB;;=;Server==;Port=x;{}};DRIVER=;" + user,
+       "The server = (MariaDB) cannot be reached: "},
       {"Provider=SQLOLEDB.1;Persist Security Info=True;User ID=ravi;PWD=Secret;Initial Catalog=PAY;"
        "Data Source=127.0.0.1,1",
-       "The SQL Server server 127.0.0.1,1 cannot be reached: "},
+       "The server 127.0.0.1,1 (SQL Server) cannot be reached: "},
       {"Provider=SQLNCLI;Server=127.0.0.1;Port=" + silent.Port() + ";Database=PAY;" + user,
-       "The SQL Server server 127.0.0.1 cannot be reached: "},
+       "The server 127.0.0.1 (SQL Server) cannot be reached: "},
   };
   for (const auto& c : cases) EXPECT_EQ(OpenError(c.connectionString).substr(0, std::strlen(c.told)), c.told);
 }
@@ -292,9 +293,9 @@ TEST_F(Server, AnyOtherRefusalOfAConnectionIsToldInOneLine) {
     return ReplaceAll(PrivateServer::Shared()->ConnectionString(database), "User ID=root;",
                       "User ID=" + id + ";PWD=" + password + ";");
   };
-  const std::string server = " on the MariaDB server localhost";
+  const std::string server = " on the server localhost (MariaDB)";
   const std::pair<std::string, std::string> cases[] = {
-      {as(user, "Secret!", name), "The MariaDB server localhost refused the user or his password."},
+      {as(user, "Secret!", name), "The server localhost (MariaDB) refused the user or his password."},
       {as("root", "", name + "x"), "There is no database " + name + "x" + server + "."},
       {as(user, "Secret}{", "mysql"), "The user may not open the database mysql" + server + "."},
       {as("root", "", "mysql"), "The database mysql" + server + " is no company."}};
@@ -327,7 +328,7 @@ TEST(ServerConnection, AServerThatFailsIsToldAndFoundAgain) {
   }
   EXPECT_TRUE(FailureOf([&] { cn.HasRows("SELECT * FROM T"); })
                   .description()
-                  .starts_with("The MariaDB server localhost cannot be reached: "));
+                  .starts_with("The server localhost (MariaDB) cannot be reached: "));
   server.Start();
   EXPECT_FALSE(cn.HasRows("SELECT * FROM T"));
 }

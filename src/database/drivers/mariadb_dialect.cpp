@@ -134,6 +134,8 @@ std::string MariaDbDialect::OdbcString(const ConnectionSettings& settings, std::
                      part("PWD", {"PWD", "Password"}) + part("SSLCA", {"SSL CA"}) +
                      part("SSLCERT", {"SSL Cert"}) + part("SSLKEY", {"SSL Key"});
   if (EqualsNoCase(FirstOf(settings, {"SSL Verify"}), "yes")) text += "FORCETLS=1;SSLVERIFY=1;";
+  // Its driver does not mind the attribute of the same meaning.
+  if (settings.connectionTimeout > 0) text += fmt::format("CONN_TIMEOUT={};", settings.connectionTimeout);
   if (settings.commandTimeout > 0)
     text += fmt::format("READ_TIMEOUT={0};WRITE_TIMEOUT={0};", settings.commandTimeout + kNetworkPatience);
   return text + fmt::format("CHARSET=utf8mb4;OPTION={};", kFoundRows | kNoCache | kForwardOnly);

@@ -72,7 +72,8 @@ OdbcDriver::~OdbcDriver() {
 }
 
 void OdbcDriver::Connect() {
-  const std::string server = fmt::format("{} server {}", dialect_->Product(), dialect_->ServerOf(settings_));
+  const std::string server =
+      fmt::format("server {} ({})", dialect_->ServerOf(settings_), dialect_->Product());
   const std::string database = dialect_->DatabaseOf(settings_);
   try {
     database_.Open(settings_);
