@@ -193,6 +193,15 @@ TEST(MariaDbDialect, EachConstruct) {
        "`DOJ`), (YEAR(`DOL`) * 12 + MONTH(`DOL`) - YEAR(`DOJ`) * 12 - MONTH(`DOJ`))"},
       {"SELECT dbo.udf_getEmpLock(1, 24121, DEFAULT), HOST_NAME(), [dbo].FnStrMonthName(MONTHYEAR)",
        "SELECT udf_getEmpLock(1, 24121, NULL), @KTL_HOST, FnStrMonthName(`MONTHYEAR`)"},
+      // What is distinct of a whole table is worked out of its distinct columns; such rows are not grouped.
+      {"SELECT DISTINCT A, B % 12 + a AS N FROM t X ORDER BY A",
+       "SELECT DISTINCT `A`, (`B` % 12) + `a` AS `N` FROM (SELECT DISTINCT `A`, `B` FROM `T` AS `X`) AS `X` ORDER BY "
+       "`A`"},
+      {"SELECT DISTINCT A, B FROM T", "SELECT DISTINCT `A`, `B` FROM `T`"},
+      {"SELECT DISTINCT A, (SELECT MAX(C) FROM U) FROM T GROUP BY A, B",
+       "SELECT DISTINCT `A`, (SELECT MAX(`C`) FROM `U`) FROM `T`"},
+      {"SELECT DISTINCT A, ISNULL(SUM(C), 0) FROM T GROUP BY A, B",
+       "SELECT DISTINCT `A`, IFNULL(SUM(`C`), 0) FROM `T` GROUP BY `A`, `B`"},
       // Changes.
       {"UPDATE T SET A = V.S FROM T x, (SELECT B, SUM(C) AS S FROM U GROUP BY B) V WHERE X.B = V.B",
        "UPDATE `T` AS `X`, (SELECT `B`, SUM(`C`) AS `S` FROM `U` GROUP BY `B`) AS `V` SET `X`.`A` = "

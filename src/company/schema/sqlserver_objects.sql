@@ -81,3 +81,7 @@ BEGIN
   WHERE N.LOCKEDYN <> O.LOCKEDYN
 END
 GO
+
+-- The last of all: it tells which schema this is.
+CREATE OR ALTER VIEW KTL_SCHEMA AS SELECT 1 AS VERSION
+GO

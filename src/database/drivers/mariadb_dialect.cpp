@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 
@@ -28,6 +29,68 @@ constexpr int kNetworkPatience = 10;  // seconds
 
 // Nobody else is in the midst of writing: the turn goes by this name, one for each database.
 constexpr const char* kTurn = "CONCAT('ktl.', MD5(DATABASE()))";
+
+struct NumberedFailure {
+  long number;
+  ServerFailure failure;
+};
+
+// By the numbers of the server and of its client library.
+constexpr std::array kFailures{
+    NumberedFailure{1045, ServerFailure::LoginRefused},
+    NumberedFailure{1698, ServerFailure::LoginRefused},
+    NumberedFailure{1044, ServerFailure::Denied},
+    NumberedFailure{1142, ServerFailure::Denied},
+    NumberedFailure{1143, ServerFailure::Denied},
+    NumberedFailure{1227, ServerFailure::Denied},
+    NumberedFailure{1290, ServerFailure::Denied},
+    NumberedFailure{1370, ServerFailure::Denied},
+    NumberedFailure{1792, ServerFailure::Denied},
+    NumberedFailure{1836, ServerFailure::Denied},
+    NumberedFailure{1049, ServerFailure::NoSuchDatabase},
+    NumberedFailure{1051, ServerFailure::NoSuchTable},
+    NumberedFailure{1109, ServerFailure::NoSuchTable},
+    NumberedFailure{1146, ServerFailure::NoSuchTable},
+    NumberedFailure{1022, ServerFailure::DuplicateKey},
+    NumberedFailure{1048, ServerFailure::DuplicateKey},
+    NumberedFailure{1062, ServerFailure::DuplicateKey},
+    NumberedFailure{1364, ServerFailure::DuplicateKey},
+    NumberedFailure{1451, ServerFailure::DuplicateKey},
+    NumberedFailure{1452, ServerFailure::DuplicateKey},
+    NumberedFailure{1586, ServerFailure::DuplicateKey},
+    NumberedFailure{4025, ServerFailure::DuplicateKey},
+    NumberedFailure{1305, ServerFailure::NoSuchProcedure},
+    NumberedFailure{1213, ServerFailure::DeadLock},
+    NumberedFailure{1205, ServerFailure::LockWait},
+    NumberedFailure{1969, ServerFailure::TimeOut},
+    NumberedFailure{3024, ServerFailure::TimeOut},
+    NumberedFailure{2002, ServerFailure::Unreachable},
+    NumberedFailure{2003, ServerFailure::Unreachable},
+    NumberedFailure{2005, ServerFailure::Unreachable},
+    NumberedFailure{1040, ServerFailure::Unreachable},
+    NumberedFailure{1129, ServerFailure::Unreachable},
+    NumberedFailure{1130, ServerFailure::Unreachable},
+    NumberedFailure{1203, ServerFailure::Unreachable},
+    NumberedFailure{1226, ServerFailure::Unreachable},
+    NumberedFailure{1053, ServerFailure::ConnectionLost},
+    NumberedFailure{1077, ServerFailure::ConnectionLost},
+    NumberedFailure{1080, ServerFailure::ConnectionLost},
+    NumberedFailure{1152, ServerFailure::ConnectionLost},
+    NumberedFailure{1158, ServerFailure::ConnectionLost},
+    NumberedFailure{1159, ServerFailure::ConnectionLost},
+    NumberedFailure{1160, ServerFailure::ConnectionLost},
+    NumberedFailure{1161, ServerFailure::ConnectionLost},
+    NumberedFailure{1184, ServerFailure::ConnectionLost},
+    NumberedFailure{1927, ServerFailure::ConnectionLost},
+    NumberedFailure{2006, ServerFailure::ConnectionLost},
+    NumberedFailure{2013, ServerFailure::ConnectionLost},
+    NumberedFailure{2055, ServerFailure::ConnectionLost},
+    NumberedFailure{2012, ServerFailure::ConnectionLost},
+    NumberedFailure{2014, ServerFailure::ConnectionLost},
+    NumberedFailure{2027, ServerFailure::ConnectionLost},
+    NumberedFailure{5013, ServerFailure::ConnectionLost},
+    NumberedFailure{5014, ServerFailure::ConnectionLost},
+};
 
 std::string Literal(std::string_view text) { return "'" + ReplaceAll(std::string(text), "'", "''") + "'"; }
 
@@ -65,12 +128,14 @@ std::string MariaDbDialect::OdbcString(const ConnectionSettings& settings, std::
   const auto part = [&](std::string_view odbc, std::initializer_list<const char*> keys) {
     return OdbcPart(odbc, FirstOf(settings, keys));
   };
-  std::string text = OdbcPart("DRIVER", driver) + OdbcPart("SERVER", ServerOf(settings)) +
+  std::string text = fmt::format("DRIVER={{{}}};", driver) + OdbcPart("SERVER", ServerOf(settings)) +
                      OdbcPart("DATABASE", DatabaseOf(settings)) + part("PORT", {"Port"}) +
                      part("SOCKET", {"Socket"}) + part("UID", {"User ID", "UID"}) +
                      part("PWD", {"PWD", "Password"}) + part("SSLCA", {"SSL CA"}) +
                      part("SSLCERT", {"SSL Cert"}) + part("SSLKEY", {"SSL Key"});
   if (EqualsNoCase(FirstOf(settings, {"SSL Verify"}), "yes")) text += "FORCETLS=1;SSLVERIFY=1;";
+  // Its driver does not mind the attribute of the same meaning.
+  if (settings.connectionTimeout > 0) text += fmt::format("CONN_TIMEOUT={};", settings.connectionTimeout);
   if (settings.commandTimeout > 0)
     text += fmt::format("READ_TIMEOUT={0};WRITE_TIMEOUT={0};", settings.commandTimeout + kNetworkPatience);
   return text + fmt::format("CHARSET=utf8mb4;OPTION={};", kFoundRows | kNoCache | kForwardOnly);
@@ -82,13 +147,14 @@ std::vector<std::string> MariaDbDialect::FirstTexts(const ConnectionSettings& se
       seconds > 0 ? fmt::format("max_statement_time={0}, innodb_lock_wait_timeout={0}, lock_wait_timeout={0}",
                                 seconds)
                   : std::string("max_statement_time=0");
-  return {
-      fmt::format(
-          "SET SESSION collation_connection=utf8mb4_uca1400_as_ci, sql_mode='{}', wait_timeout=31536000, {}, @KTL_HOST={}, @KTL_USER={}, "
-          "@KTL_NOW={}",
-          kSqlMode, waits, Literal(settings.client.hostName), Literal(settings.client.userName),
-          SetClock(settings)),
-      "SET SESSION TRANSACTION ISOLATION LEVEL READ COMMITTED"};
+  // A literal has the collation that its connection had before its text: the first text stands alone. A
+  // derived table is worked out once, not wherever one of its columns is named.
+  return {"SET SESSION collation_connection=utf8mb4_uca1400_as_ci, optimizer_switch='derived_merge=off'",
+          fmt::format(
+              "SET SESSION sql_mode='{}', wait_timeout=31536000, {}, @KTL_HOST={}, @KTL_USER={}, @KTL_NOW={}",
+              kSqlMode, waits, Literal(settings.client.hostName), Literal(settings.client.userName),
+              SetClock(settings)),
+          "SET SESSION TRANSACTION ISOLATION LEVEL READ COMMITTED"};
 }
 
 tsql::Program MariaDbDialect::Translate(std::string_view sql, bool updatable, int parameters) const {
@@ -120,69 +186,8 @@ std::string MariaDbDialect::RollbackText() const {
 }
 
 ServerFailure MariaDbDialect::FailureOf(const Diagnostic& diagnostic) const {
-  switch (diagnostic.native) {
-    case 1045:
-    case 1698:
-      return ServerFailure::LoginRefused;
-    case 1044:
-    case 1142:
-    case 1143:
-    case 1227:
-    case 1290:
-    case 1370:
-    case 1792:
-    case 1836:
-      return ServerFailure::Denied;
-    case 1049:
-      return ServerFailure::NoSuchDatabase;
-    case 1051:
-    case 1109:
-    case 1146:
-      return ServerFailure::NoSuchTable;
-    case 1022:
-    case 1048:
-    case 1062:
-    case 1364:
-    case 1451:
-    case 1452:
-    case 1586:
-    case 4025:
-      return ServerFailure::DuplicateKey;
-    case 1305:
-      return ServerFailure::NoSuchProcedure;
-    case 1213:
-      return ServerFailure::DeadLock;
-    case 1205:
-      return ServerFailure::LockWait;
-    case 1969:
-    case 3024:
-      return ServerFailure::TimeOut;
-    case 2002:
-    case 2003:
-    case 2005:
-    case 1040:
-    case 1129:
-    case 1130:
-    case 1203:
-    case 1226:
-      return ServerFailure::Unreachable;
-    case 1053:
-    case 1077:
-    case 1080:
-    case 1152:
-    case 1158:
-    case 1159:
-    case 1160:
-    case 1161:
-    case 1184:
-    case 1927:
-    case 2006:
-    case 2013:
-    case 2055:
-      return ServerFailure::ConnectionLost;
-    default:
-      break;
-  }
+  const auto known = std::ranges::find(kFailures, diagnostic.native, &NumberedFailure::number);
+  if (known != kFailures.end()) return known->failure;
   if (diagnostic.state.starts_with("08")) return ServerFailure::ConnectionLost;
   return diagnostic.state.starts_with("42") ? ServerFailure::Statement : ServerFailure::Other;
 }

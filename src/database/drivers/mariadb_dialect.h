@@ -16,6 +16,8 @@ class MariaDbDialect final : public ServerDialect {
   std::vector<std::string> FirstTexts(const ConnectionSettings& settings) const override;
   bool SpeaksTheLanguage() const override { return false; }
   tsql::Program Translate(std::string_view sql, bool updatable, int parameters) const override;
+  std::string_view FirstRowOnly() const override { return " LIMIT 1"; }
+  bool MayLackVersion() const override { return false; }
   std::string TableName(std::string_view name) const override;
   std::string Quoted(std::string_view name) const override;
   std::string InsertOfDefaults(const std::string& quotedTable) const override;

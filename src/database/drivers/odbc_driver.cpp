@@ -7,9 +7,11 @@
 
 #include "database/drivers/mariadb_dialect.h"
 #include "database/drivers/sqlserver_dialect.h"
+#include "database/schema_version.h"
 #include "database/statement_twin.h"
 #include "database/stored_date.h"
 #include "database/tsql/parser.h"
+#include "runtime/text.h"
 
 namespace ktl {
 
@@ -18,6 +20,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kSlice{50};  // of the wait for a turn, between two questions
+
+constexpr std::string_view kFilling = "ClassSecurity";  // and ClassSecurityCloud
 
 constexpr const char* kUndone =
     "The transaction was undone by the database server: nothing of it is saved. Please do it again.";
@@ -68,10 +72,13 @@ OdbcDriver::~OdbcDriver() {
 }
 
 void OdbcDriver::Connect() {
-  const std::string server = fmt::format("{} server {}", dialect_->Product(), dialect_->ServerOf(settings_));
+  const std::string server =
+      fmt::format("server {} ({})", dialect_->ServerOf(settings_), dialect_->Product());
   const std::string database = dialect_->DatabaseOf(settings_);
   try {
     database_.Open(settings_);
+    CheckVersion(fmt::format("database {} on the {}", database, server));
+    for (const auto& filling : fillings_) database_.Run(filling.second);
   } catch (const ServerError& error) {
     database_.Close();
     switch (error.failure()) {
@@ -86,6 +93,22 @@ void OdbcDriver::Connect() {
         throw DatabaseError(fmt::format("The {} cannot be reached: {}.", server, error.description()));
     }
   }
+}
+
+void OdbcDriver::CheckVersion(const std::string& place) {
+  std::int64_t version = 0;
+  try {
+    version = database_.Number("SELECT VERSION FROM KTL_SCHEMA");
+  } catch (const ServerError& error) {
+    if (error.failure() != ServerFailure::NoSuchTable) throw;
+    if (dialect_->MayLackVersion()) return;
+    database_.Close();
+    throw DatabaseError(fmt::format("The {} is no company.", place));
+  }
+  if (version == kSchemaVersion) return;
+  database_.Close();
+  throw DatabaseError(fmt::format("The {} has schema version {}; this program works with version {}.", place,
+                                  version, kSchemaVersion));
 }
 
 template <typename Work>
@@ -186,7 +209,9 @@ ResultSet OdbcDriver::ReadRows(const tsql::Step& step, const Run& run) {
   if (run.fetch == Fetch::NoRows && !step.baseTable.empty()) return EmptyResult(step.baseTable);
   // Asked for before the rows, since a connection reads one result at a time.
   if (!step.baseTable.empty()) TableOf(step.baseTable);
-  OdbcDatabase::Lease statement(database_, step.sql, InOrder(step, run.numbers));
+  const bool one = run.fetch == Fetch::FirstRow && !step.limited;
+  OdbcDatabase::Lease statement(database_, one ? step.sql + std::string(dialect_->FirstRowOnly()) : step.sql,
+                                InOrder(step, run.numbers));
   return ReadResult(*statement, step, run.fetch);
 }
 
@@ -250,6 +275,8 @@ void OdbcDriver::Call(const tsql::Step& step) {
   changed_ = true;
   try {
     database_.Run(step.sql);
+    const bool fills = tsql::SameWord(std::string_view(step.name).substr(0, kFilling.size()), kFilling);
+    if (fills) fillings_[UpperCase(step.name)] = step.sql;
   } catch (const ServerError& error) {
     if (error.failure() != ServerFailure::NoSuchProcedure) throw;
     throw DatabaseError(fmt::format("Could not find stored procedure '{}'.", step.name), kStatementError);

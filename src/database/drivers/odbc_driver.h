@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -56,6 +57,7 @@ class OdbcDriver final : public ProgramDriver {
   using Key = std::shared_ptr<std::vector<Value>>;
 
   void Connect();
+  void CheckVersion(const std::string& place);
   // Runs what says something to the server; what its failure means for the connection is seen to here.
   template <typename Work>
   auto Say(Work work);
@@ -74,6 +76,8 @@ class OdbcDriver final : public ProgramDriver {
   OdbcDatabase database_;
   State state_ = State::Free;
   bool changed_ = false;  // since the person was last told that something is done
+  // What fills tables of the connection's own, by the procedure: said again to a new connection.
+  std::map<std::string, std::string> fillings_;
   std::unordered_map<std::string, Table, tsql::WordHash, tsql::WordEqual> tables_;
 };
 

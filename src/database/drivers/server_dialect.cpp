@@ -1,7 +1,5 @@
 #include "database/drivers/server_dialect.h"
 
-#include <fmt/format.h>
-
 #include "runtime/text.h"
 
 namespace ktl {
@@ -26,12 +24,14 @@ long NumberOf(ServerFailure failure) {
 ServerError::ServerError(ServerFailure failure, std::string description)
     : DatabaseError(std::move(description), NumberOf(failure)), failure_(failure) {}
 
+// Not every driver reads "}}" between brackets as one bracket.
 std::string OdbcValue(std::string_view value) {
+  if (value.find(';') == value.npos && !value.starts_with('{')) return std::string(value);
   return "{" + ReplaceAll(std::string(value), "}", "}}") + "}";
 }
 
 std::string OdbcPart(std::string_view key, std::string_view value) {
-  return value.empty() ? "" : fmt::format("{}={};", key, OdbcValue(value));
+  return value.empty() ? "" : std::string(key) + "=" + OdbcValue(value) + ";";
 }
 
 }  // namespace ktl

@@ -62,6 +62,10 @@ class ServerDialect {
   // A server that speaks it gets texts whole, as they stand; for others they are translated.
   virtual bool SpeaksTheLanguage() const = 0;
   virtual tsql::Program Translate(std::string_view sql, bool updatable, int parameters) const = 0;
+  // Behind a query of which one row is wanted; "" where the server has no such word.
+  virtual std::string_view FirstRowOnly() const = 0;
+  // A database that does not tell its schema's version may be a company all the same.
+  virtual bool MayLackVersion() const = 0;
   virtual std::string TableName(std::string_view name) const = 0;  // in the server's own spelling
   virtual std::string Quoted(std::string_view name) const = 0;
   std::string QuotedTable(std::string_view name) const { return Quoted(TableName(name)); }

@@ -5,11 +5,9 @@
 
 #include "database/driver.h"
 #include "database/drivers/sqlite_database.h"
+#include "database/schema_version.h"
 
 namespace ktl {
-
-// The schema that this program works with, as a company file names it.
-inline constexpr int kSchemaVersion = 1;
 
 enum class FileKind { Company, LocalStore };
 

@@ -103,9 +103,10 @@ void Upper(sqlite3_context* context, Arguments a) { Answer(context, UpperCase(Te
 
 void Lower(sqlite3_context* context, Arguments a) { Answer(context, FoldCase(TextOf(a[0]))); }
 
-// Right-aligned in ten places: it never equals a shorter number as a text.
+// Right-aligned in ten places: it never equals a shorter number as a text. What is added takes the sign off
+// 0.
 void Str(sqlite3_context* context, Arguments a) {
-  Answer(context, fmt::format("{:>10.0f}", RoundHalfAway(sqlite3_value_double(a[0]), 0)));
+  Answer(context, fmt::format("{:>10.0f}", RoundHalfAway(sqlite3_value_double(a[0]), 0) + 0.0));
 }
 
 template <bool kWithStart>

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 
 #include "database/connection_string.h"
@@ -13,6 +14,27 @@ namespace {
 
 constexpr std::array<std::string_view, 3> kDriverNames{"ODBC Driver 18 for SQL Server",
                                                        "ODBC Driver 17 for SQL Server", "FreeTDS"};
+
+struct NumberedFailure {
+  long number;
+  ServerFailure failure;
+};
+
+// By the numbers of the server.
+constexpr std::array kFailures{
+    NumberedFailure{18452, ServerFailure::LoginRefused}, NumberedFailure{18456, ServerFailure::LoginRefused},
+    NumberedFailure{18470, ServerFailure::LoginRefused}, NumberedFailure{18486, ServerFailure::LoginRefused},
+    NumberedFailure{18487, ServerFailure::LoginRefused}, NumberedFailure{18488, ServerFailure::LoginRefused},
+    NumberedFailure{911, ServerFailure::NoSuchDatabase}, NumberedFailure{4060, ServerFailure::NoSuchDatabase},
+    NumberedFailure{229, ServerFailure::Denied},         NumberedFailure{230, ServerFailure::Denied},
+    NumberedFailure{262, ServerFailure::Denied},         NumberedFailure{297, ServerFailure::Denied},
+    NumberedFailure{300, ServerFailure::Denied},         NumberedFailure{3906, ServerFailure::Denied},
+    NumberedFailure{916, ServerFailure::Denied},         NumberedFailure{208, ServerFailure::NoSuchTable},
+    NumberedFailure{4701, ServerFailure::NoSuchTable},   NumberedFailure{3701, ServerFailure::NoSuchTable},
+    NumberedFailure{515, ServerFailure::DuplicateKey},   NumberedFailure{547, ServerFailure::DuplicateKey},
+    NumberedFailure{2601, ServerFailure::DuplicateKey},  NumberedFailure{2627, ServerFailure::DuplicateKey},
+    NumberedFailure{1205, ServerFailure::DeadLock},      NumberedFailure{1222, ServerFailure::LockWait},
+};
 
 std::string FirstOf(const ConnectionSettings& settings, std::initializer_list<const char*> keys) {
   for (const char* key : keys)
@@ -37,7 +59,7 @@ std::string SqlServerDialect::OdbcString(const ConnectionSettings& settings, std
     return OdbcPart(odbc, FirstOf(settings, keys));
   };
   const std::string server = ServerOf(settings);
-  std::string text = OdbcPart("DRIVER", driver) + OdbcPart("SERVER", server) +
+  std::string text = fmt::format("DRIVER={{{}}};", driver) + OdbcPart("SERVER", server) +
                      OdbcPart("DATABASE", DatabaseOf(settings)) + part("UID", {"User ID", "UID"}) +
                      part("PWD", {"PWD", "Password"}) + part("Trusted_Connection", {"Trusted_Connection"}) +
                      part("Encrypt", {"Encrypt", "Use Encryption for Data"}) +
@@ -56,6 +78,9 @@ std::vector<std::string> SqlServerDialect::FirstTexts(const ConnectionSettings& 
   return {"SET ANSI_NULLS, ANSI_PADDING, ANSI_WARNINGS, QUOTED_IDENTIFIER, CONCAT_NULL_YIELDS_NULL ON",
           seconds > 0 ? fmt::format("SET LOCK_TIMEOUT {}", std::int64_t{seconds} * 1000)
                       : std::string("SET LOCK_TIMEOUT -1"),
+          // Whom the company's procedures take for signed on.
+          fmt::format("DECLARE @user VARBINARY(128) = CAST('{}' AS VARBINARY(128)) SET CONTEXT_INFO @user",
+                      ReplaceAll(settings.client.userName, "'", "''")),
           "SET TRANSACTION ISOLATION LEVEL READ COMMITTED"};
 }
 
@@ -84,41 +109,8 @@ std::string SqlServerDialect::BeginText(int milliseconds) const {
 }
 
 ServerFailure SqlServerDialect::FailureOf(const Diagnostic& diagnostic) const {
-  switch (diagnostic.native) {
-    case 18452:
-    case 18456:
-    case 18470:
-    case 18486:
-    case 18487:
-    case 18488:
-      return ServerFailure::LoginRefused;
-    case 911:
-    case 4060:
-      return ServerFailure::NoSuchDatabase;
-    case 229:
-    case 230:
-    case 262:
-    case 297:
-    case 300:
-    case 3906:
-    case 916:
-      return ServerFailure::Denied;
-    case 208:
-    case 4701:
-    case 3701:
-      return ServerFailure::NoSuchTable;
-    case 515:
-    case 547:
-    case 2601:
-    case 2627:
-      return ServerFailure::DuplicateKey;
-    case 1205:
-      return ServerFailure::DeadLock;
-    case 1222:
-      return ServerFailure::LockWait;
-    default:
-      break;
-  }
+  const auto known = std::ranges::find(kFailures, diagnostic.native, &NumberedFailure::number);
+  if (known != kFailures.end()) return known->failure;
   if (diagnostic.state == "HYT00" || diagnostic.state == "HYT01" || diagnostic.state == "S1T00")
     return ServerFailure::TimeOut;
   if (diagnostic.state == "08001" || diagnostic.state == "08004") return ServerFailure::Unreachable;

@@ -91,6 +91,7 @@ Step Writer::Write(const QueryPtr& query) {
     Refuse(text_, core.offset, "a SELECT either sets variables or answers rows");
   Step step = Finish(assigning ? StepKind::Assign : core.into.empty() ? StepKind::Rows : StepKind::Change);
   if (step.kind == StepKind::Rows) TellDates(core, step);
+  step.limited = query->cores.size() == 1 && core.top;
   return step;
 }
 
@@ -307,9 +308,10 @@ void Writer::WriteLimit(const Expr& count) {
 void Writer::WriteCore(const SelectCore& core, bool unite) {
   List(core.distinct ? "SELECT DISTINCT " : "SELECT ", core.items,
        [&](const SelectItem& item) { WriteItem(item, core.distinct || unite); });
-  WriteFrom(core.from);
+  WriteSources(core);
   WriteWhere(core.where);
-  List(" GROUP BY ", core.groupBy, [this](const ExprPtr& key) { WriteKey(*key, *key); });
+  if (NeedsGroups(core))
+    List(" GROUP BY ", core.groupBy, [this](const ExprPtr& key) { WriteKey(*key, *key); });
   if (!core.having) return;
   Put(" HAVING ");
   WriteExpr(*core.having);

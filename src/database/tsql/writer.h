@@ -54,7 +54,9 @@ class Writer {
   virtual void WriteCall(const Expr& expr, const Function& function);  // of a function
   virtual void WriteLike(const Expr& expr);
   virtual void WriteInQuery(const Expr& expr);  // [NOT] IN (SELECT ...)
+  virtual void WriteSources(const SelectCore& core) { WriteFrom(core.from); }
   virtual bool HasFullJoin() const { return true; }
+  virtual bool NeedsGroups(const SelectCore&) const { return true; }  // or writes no GROUP BY
 
   // target: the item of FROM that is the table to be updated, if any.
   virtual void WriteUpdate(const Update& update, const TableRef* target);
@@ -63,6 +65,7 @@ class Writer {
 
   void WriteExpr(const Expr& expr);
   void WriteOperand(const Expr& expr);  // in brackets where it could fall apart
+  void WriteFrom(const std::vector<TableRef>& tables);
   void WriteTable(const TableRef& table);
   // target: whose columns they are, where another table of the statement could be meant.
   void WriteAssignments(const Update& update, std::string_view target = {});
@@ -113,7 +116,6 @@ class Writer {
   void WriteObject(const TableRef& table);
   void WriteCore(const SelectCore& core, bool unite);
   void WriteItem(const SelectItem& item, bool compared);
-  void WriteFrom(const std::vector<TableRef>& tables);
   void WriteWhere(const ExprPtr& where);
   void WriteOrderBy(const std::vector<OrderItem>& items, const SelectCore* core);
   const TableRef* FindTarget(const Update& update) const;
