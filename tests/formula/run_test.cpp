@@ -241,5 +241,25 @@ TEST_F(LargeRun, GoesBlockByBlock) {
   std::filesystem::remove(log);
 }
 
+// It may read what the run itself has written for those before.
+TEST_F(LargeRun, AsksACustomQueryAnewForEachEmployee) {
+  for (int employee : {1001, 1002, 1003})
+    company.Execute(fmt::format(
+        "INSERT INTO MAS_EMPLOYEEDET (EMPDETID, EMPID, EFFFROMDATE, BRANCHID, ATTHEADID) VALUES ({}, {}, "
+        "'01/Apr/2008', 1, 1)",
+        employee, employee));
+  company.Row("MAS_FORMULA").With("FORMULAID", 5).With("FORMULA", "CustQry{Given}");
+  company.Execute(
+      "INSERT INTO MAS_FORMULACUSTOM (MODULEID, FNAME, FQUERY) VALUES (1, 'Given', 'SELECT "
+      "COUNT(*) FROM INS_ADVLOAN')");
+  Office office(company.ConnectionString());
+  FormulaRun run(office.session, {.formulaId = 5, .monthYear = 24124, .period = MonthOf("Apr/2010")},
+                 {1001, 1002, 1003});
+  for (int given = 0; given < 3; ++given) {
+    EXPECT_EQ(run.Amount(1001 + given), given);
+    company.Advance(1001 + given, 1, "Salary Advance", 100);
+  }
+}
+
 }  // namespace
 }  // namespace ktl::test
