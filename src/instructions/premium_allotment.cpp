@@ -5,7 +5,6 @@
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "database/recordset.h"
-#include "frame/ported_stat.h"
 #include "frame/rights.h"
 #include "frame/session.h"
 #include "instructions/advloan_data.h"
@@ -126,14 +125,6 @@ std::string AuditText(const PremiumAllotment& premium, const PremiumRow& row, do
          ":PT Enabled = " + (row.pt ? "Yes" : "No");
 }
 
-// The tax side brings the premiums of these months over again.
-void MarkForTax(Session& session, const PremiumAllotment& premium, long employee) {
-  constexpr int kIncentiveCode = 12, kInsuranceCode = 13;
-  UpdateIncPortedStat(session, premium.type == InstructionType::Incentive ? kIncentiveCode : kInsuranceCode,
-                      employee, premium.firstMonth, "", premium.lastMonth,
-                      fmt::format(" EMPID = {}", employee));
-}
-
 }  // namespace
 
 void PremiumAllotment::ReadTyped(TypedPremiumAllotment texts) {
@@ -178,7 +169,6 @@ void WriteAllottedPremium(Session& session, const PremiumAllotment& premium, lon
                          premium.institution.value_or(0));
   }
   RaiseEditMode(session, employee, MonthsOfInstruction(key), AttendanceWording::EmployeeFirst);
-  MarkForTax(session, premium, employee);
   AuditInstruction(session, employee, fmt::format("{} Added", FactsOf(premium.type).word),
                    AuditText(premium, row, amount));
 }

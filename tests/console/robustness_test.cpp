@@ -80,7 +80,7 @@ class BadDay : public testing::Test {
   // A settings store that names another file; time-outs of one second.
   void Name(const std::string& company) {
     fs::remove(Path("other.ini"));
-    WriteSettings(Path("other.ini"), company);
+    WriteSettings(Path("other.ini"), AddressOf(company));
     std::ofstream(Path("other.ini"), std::ios::app) << "[Settings]\nCONNTIME=1\nCOMDTIME=1\n";
   }
 
