@@ -28,6 +28,7 @@ class Watcher final : public ScriptedDesk {
 };
 
 TEST(DurableDesk, WhatIsToldIsOnTheDisk) {
+  KTL_NEEDS_FILE();
   test::TestCompany company;
   const test::PowerCut machine(company.File());
   Watcher person(machine);
@@ -44,6 +45,7 @@ TEST(DurableDesk, WhatIsToldIsOnTheDisk) {
 }
 
 TEST_F(FrameFixture, AHandlerThatTellsNothingIsOnTheDiskAtItsEnd) {
+  KTL_NEEDS_FILE();
   const test::PowerCut power(company.File());
   Connect();
   RunGuarded(session, ErrorStyle::NumberFirst, "", [&] {

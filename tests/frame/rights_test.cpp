@@ -4,6 +4,7 @@
 
 #include <tuple>
 
+#include "frame/writing_turn.h"
 #include "screen/controls.h"
 #include "screen/screen.h"
 #include "support/frame_fixture.h"
@@ -156,7 +157,7 @@ TEST_F(RightsTest, ClassSecurityFillsTheWorkstationsTable) {
   for (const bool forNewestMonth : {true, false}) {
     const std::string condition = ClassSecurityCondition(session, " WHERE EMPID ", forNewestMonth).text();
     EXPECT_EQ(condition, " WHERE EMPID  IN (SELECT EMPID FROM [TMPPC1])");
-    EXPECT_EQ(company.Rows("SELECT EMPID FROM MAS_EMPLOYEE" + condition), "5");
+    EXPECT_EQ(RowsAsText(session, "SELECT EMPID FROM MAS_EMPLOYEE" + condition), "1:5\n");
   }
   Setting("User", "ADMIN");
   EXPECT_FALSE(ClassSecurityCondition(session).empty());  // the administrator is not exempt here
@@ -165,7 +166,7 @@ TEST_F(RightsTest, ClassSecurityFillsTheWorkstationsTable) {
   EXPECT_EQ(ClassSecurityCondition(session, " AND ins.EMPID ").text(),
             " AND ins.EMPID  IN (SELECT EMPID FROM [TMPPC1ravi])");
   EXPECT_EQ(ClassSecurityCondition(session).text(), " WHERE EMPID  IN (SELECT EMPID FROM [TMPPC1ravi])");
-  EXPECT_GE(Number("SELECT COUNT(*) FROM [TMPPC1ravi]"), 1);
+  EXPECT_GE(session.Cn.FirstValue("SELECT COUNT(*) FROM [TMPPC1ravi]")->ToLong(), 1);
 }
 
 }  // namespace

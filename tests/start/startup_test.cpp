@@ -169,6 +169,7 @@ TEST_F(StartupTest, WithoutSettingsTheUserIsAdminOfThisMachine) {
 
 // The neighbour lets go after a while: whoever waits longer than told would get through.
 TEST_F(StartupTest, TheTimeOutsOfTheSettingsReachTheConnection) {
+  KTL_NEEDS_FILE();
   const std::tuple<const char*, const char*, const char*> cases[] = {
       {"CONNTIME", "COMDTIME", "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE"},
       {"COMDTIME", "CONNTIME", "BEGIN IMMEDIATE"}};
@@ -246,7 +247,7 @@ TEST_F(StartupTest, WhoWaitsForAnotherWorkstationIsAskedUntilTheProgramIsToEnd) 
   for (const bool mustEnd : {false, true}) {
     machine.environment.mustEnd = mustEnd;
     const Transaction other(company.Cn());
-    EXPECT_THROW(session.Cn.Execute("DELETE FROM MAS_EMPLOYEE"), DatabaseError);
+    EXPECT_THROW(session.Cn.BeginTrans(), DatabaseError);
     if (mustEnd) desk.keepsWaiting = [](bool) { return ADD_FAILURE(), false; };
   }
 }
@@ -284,7 +285,9 @@ TEST_F(StartupTest, WhatCannotBeReadEndsTheRun) {
   Setting("CONNTIME", "600");
   Connect();
   for (const auto& [column, value] : {std::pair("ROUNDTYPE", "256"), std::pair("LEVMINDAYS", "'many'")}) {
-    Sql(fmt::format("UPDATE MAS_OPTSET SET ROUNDTYPE = 1, {} = {}", column, value));
+    if (test::CompaniesAreOnServer() && *value == '\'') continue;  // a server takes no such value
+    Sql("UPDATE MAS_OPTSET SET ROUNDTYPE = 1");
+    Sql(fmt::format("UPDATE MAS_OPTSET SET {} = {}", column, value));
     EXPECT_TRUE(DescriptionOf([&] { LoadOptionSet(session); }).starts_with(column));
   }
 }

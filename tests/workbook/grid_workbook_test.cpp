@@ -52,7 +52,7 @@ TEST(Workbook, HoldsWhatTheGridShowsUnderTheCompanysName) {
   Session session{machine.machine(), desk};
   OpenConnection(session, company.ConnectionString());
   company.Execute("UPDATE MAS_COMPANY SET CMPNAME = 'Neem & Sons', ADDRESS = '4 Hill Road'");
-  machine.folder.path = company.File().string() + "-folder";
+  machine.folder.path = test::UnusedPath("-folder");
   struct Child : Screen {
     using Screen::Screen;
     ktl::Subject Subject() const override { return {"Meera:\n Kulkarni (K9)", "Car Loan 2", "10.00"}; }
