@@ -32,7 +32,6 @@ std::string NamesOf(const TypedRate& typed) {
 }
 
 void Audit(Session& session, const TypedRate& typed, const std::string& deed, const std::string& rate) {
-  if (!FnBlnAuditOn(session)) return;
   const std::string heading = fmt::format("{} {}", kFeature, deed);
   WriteAuditTrail(session, kMenu, 0, heading,
                   fmt::format("{}:::Financial Year = {}:Interest Rate = {}", heading, typed.yearText, rate));
