@@ -2,7 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
 #include "common/amounts.h"
+#include "company/company_copy.h"
 #include "company/company_error.h"
 #include "company/new_file.h"
 #include "company/sample_masters.h"
@@ -26,6 +31,27 @@ std::vector<TableSum> Fill(SqliteDatabase database, const CompanyOptions& option
   FinishCompany(database);
   return TableSums(database);
 }
+
+// Of the temporary ones; gone with what is in it.
+class MomentaryFolder final {
+ public:
+  MomentaryFolder() {
+    std::string name = (fs::temp_directory_path() / "ktl-company-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr)
+      throw CompanyError(fmt::format("{}: {}", name, std::strerror(errno)));
+    path_ = name;
+  }
+  ~MomentaryFolder() {
+    std::error_code failed;
+    fs::remove_all(path_, failed);
+  }
+  MomentaryFolder(const MomentaryFolder&) = delete;
+  MomentaryFolder& operator=(const MomentaryFolder&) = delete;
+  const fs::path& path() const { return path_; }
+
+ private:
+  fs::path path_;
+};
 
 std::vector<TableSum> Made(const fs::path& making, const CompanyOptions& options) {
   try {
@@ -60,6 +86,20 @@ std::vector<TableSum> CreateCompany(const CompanyOptions& options) {
     CreateLocalStore(fs::absolute(options.file).parent_path());
     company.Keep();
     if (options.settingsFile) WriteSettings(*options.settingsFile, AddressOf(options.file));
+    return sums;
+  });
+}
+
+std::vector<TableSum> CreateOnServer(const CompanyOptions& options) {
+  const CompanyAddress server = AddressOf(options.server);
+  return TellingFiles([&] {
+    const MomentaryFolder folder;
+    CompanyOptions made = options;
+    made.file = folder.path() / "company.kldb";
+    made.settingsFile.reset();
+    auto sums = CreateCompany(made);
+    CopyCompany({AddressOf(made.file), server, options.force, options.watch});
+    if (options.settingsFile) WriteSettings(*options.settingsFile, server);
     return sums;
   });
 }

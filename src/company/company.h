@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "company/company_address.h"
+#include "company/company_copy.h"
 #include "company/sample.h"
 
 namespace ktl {
@@ -17,6 +17,7 @@ struct CompanyOptions {
   bool empty = false;  // the required rows and the months, no sample
   bool force = false;  // an existing file is replaced
   SampleOptions sample;
+  CopyWatch watch;                                    // of one on a server
   std::optional<std::filesystem::path> settingsFile;  // where the program finds the company from
 };
 
@@ -33,6 +34,9 @@ struct TableSum {
 // klgen.MDB comes into the same folder when there is none. A CompanyError, with nothing left behind, when it
 // cannot be done or when the file exists already.
 std::vector<TableSum> CreateCompany(const CompanyOptions& options);
+
+// The same on options.server: made in a file of its own for the moment, and copied.
+std::vector<TableSum> CreateOnServer(const CompanyOptions& options);
 
 // What an embedded company has besides its tables and rows, behind which it is made.
 void FinishCompany(SqliteDatabase& database);

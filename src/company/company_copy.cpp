@@ -34,7 +34,8 @@ class Copying final {
  public:
   explicit Copying(const CompanyCopy& copy)
       : copy_(copy), source_(OpenSource(copy.from)), target_(OpenTarget(copy.to, copy.replace)) {
-    done_.cleaned = target_->Cleaned();
+    const std::string cleaned = target_->Cleaned();
+    if (!cleaned.empty() && copy_.watch.onCleaned) copy_.watch.onCleaned(cleaned);
   }
 
   CopiedCompany Run() {
@@ -85,11 +86,11 @@ class Copying final {
     source_->Read(table, [&](const Row& row) {
       sum.Add(row);
       target_->Add(row);
-      if (copy_.onProgress && sum.rows() % kRowsBetweenTellings == 0)
-        copy_.onProgress(table.name, sum.rows());
+      if (copy_.watch.onProgress && sum.rows() % kRowsBetweenTellings == 0)
+        copy_.watch.onProgress(table.name, sum.rows());
     });
     target_->Flush();
-    if (copy_.onProgress) copy_.onProgress(table.name, sum.rows());
+    if (copy_.watch.onProgress) copy_.watch.onProgress(table.name, sum.rows());
     done_.rows += sum.rows();
     return sum;
   }

@@ -20,7 +20,8 @@ constexpr int kPatience = 60;  // seconds
 
 std::string ColumnList(const TableDescription& table) {
   std::string list;
-  for (const auto& column : table.columns) list += fmt::format("{}[{}]", list.empty() ? "" : ", ", column.name);
+  for (const auto& column : table.columns)
+    list += fmt::format("{}[{}]", list.empty() ? "" : ", ", column.name);
   return list;
 }
 

@@ -1,4 +1,5 @@
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -10,6 +11,7 @@
 #include "company/backup.h"
 #include "company/check_command.h"
 #include "company/company.h"
+#include "company/company_copy.h"
 #include "company/company_error.h"
 #include "company/formula_commands.h"
 #include "company/server_schema.h"
@@ -34,9 +36,29 @@ struct SqlOptions {
   bool explain = false;
 };
 
+constexpr const char* kConnection = "A connection string (\"Provider=MariaDB;..\"), or @FILE that holds one";
+constexpr const char* kCompany = "The company: its file, a connection string, or @FILE that holds one";
+
+bool IsWatched() { return ::isatty(STDERR_FILENO) != 0; }
+
+// One line that counts, where a person looks on.
+const ktl::CopyWatch kWatch{[](const std::string& table, std::int64_t rows) {
+                              if (IsWatched())
+                                std::cerr << fmt::format("\r{:<28}{:>10} rows", table, rows) << std::flush;
+                            },
+                            [](const std::string& what) { std::cout << what << std::endl; }};
+
+void EndProgress() {
+  if (IsWatched()) std::cerr << '\r' << std::string(44, ' ') << '\r' << std::flush;
+}
+
 void AddCreate(CLI::App& app, ktl::CompanyOptions& options, std::string& asOf, bool& sums) {
   auto* create = app.add_subcommand("create", "Make a company: a sample of employees, or an empty one");
-  create->add_option("FILE", options.file, "The company's file")->required();
+  auto* file = create->add_option("FILE", options.file, "The company's file");
+  auto* server = create->add_option("--server", options.server, kConnection)->excludes(file);
+  create->callback([file, server] {
+    if (file->count() + server->count() == 0) throw CLI::RequiredError("FILE or --server");
+  });
   create->add_option("--employees", options.sample.employees, "Employees of the sample, 60 or more")
       ->check(CLI::Range(ktl::kAnchors, 1000000));
   create->add_option("--seed", options.sample.seed, "Another seed, another company");
@@ -46,21 +68,21 @@ void AddCreate(CLI::App& app, ktl::CompanyOptions& options, std::string& asOf, b
   create->add_option("--variant", options.sample.variants, "Another set-up of the same company")
       ->check(CLI::IsMember(ktl::VariantNames()));
   create->add_flag("--empty", options.empty, "Only the required rows and the months");
-  create->add_flag("--force", options.force, "Replace an existing file");
+  create->add_flag("--force", options.force, "Replace an existing company");
   create->add_flag("--sums", sums, "Print rows and checksum of every table");
   create->add_option("--settings", options.settingsFile, "Let this settings store name the company");
 }
 
 void AddSql(CLI::App& app, SqlOptions& options) {
   auto* sql = app.add_subcommand("sql", "Run one statement, or each line of the standard input");
-  sql->add_option("FILE", options.file, "The company's file")->required();
+  sql->add_option("COMPANY", options.file, kCompany)->required();
   sql->add_option("STATEMENT", options.statement, "A Transact-SQL text");
   sql->add_flag("--explain", options.explain, "Show what the database gets instead of running it");
 }
 
 void AddUse(CLI::App& app, ktl::CompanyOptions& options) {
   auto* use = app.add_subcommand("use", "Let a settings store name an existing company");
-  use->add_option("FILE", options.file, "The company's file")->required();
+  use->add_option("COMPANY", options.server, kCompany)->required();
   use->add_option("--settings", options.settingsFile, "The settings store")->required();
 }
 
@@ -81,7 +103,7 @@ void AddFormulas(CLI::App& app, ktl::FormulaArguments& arguments, std::string& e
   auto* formula = app.add_subcommand("formula", "Show what a formula gives an employee in a month, and why");
   auto* days = app.add_subcommand("days", "Show the days, holidays and leave of an employee in a month");
   for (CLI::App* command : {formula, days}) {
-    command->add_option("FILE", arguments.file, "The company's file")->required();
+    command->add_option("COMPANY", arguments.file, kCompany)->required();
     if (command == formula)
       command->add_option("FORMULAID", arguments.formulaId, "The formula's number")->required();
     command->add_option("EMPID", arguments.empId, "The employee's number")->required();
@@ -106,8 +128,32 @@ void AddCheck(CLI::App& app, std::vector<std::string>& files) {
 
 int Use(const ktl::CompanyOptions& options) {
   ktl::Connection connection;
-  ktl::OpenCompany(connection, options.file.string());  // a file that is no company is not named
-  ktl::WriteSettings(*options.settingsFile, options.file);
+  ktl::OpenCompany(connection, options.server);  // what is no company is not named
+  ktl::WriteSettings(*options.settingsFile, ktl::AddressOf(options.server));
+  return 0;
+}
+
+struct MoveOptions {
+  std::string from, to;
+  bool force = false;
+};
+
+void AddCopy(CLI::App& app, MoveOptions& options) {
+  auto* copy = app.add_subcommand("copy", "Make a company of another one, between files and servers");
+  copy->add_option("FROM", options.from, kCompany)->required();
+  copy->add_option("TO", options.to, kCompany)->required();
+  copy->add_flag("--force", options.force, "Replace a company that is there");
+}
+
+int Copy(const MoveOptions& options) {
+  const ktl::CompanyCopy copy{ktl::AddressOf(options.from), ktl::AddressOf(options.to), options.force,
+                              kWatch};
+  const ktl::CopiedCompany done = ktl::CopyCompany(copy);
+  EndProgress();
+  for (const auto& name : done.leftOut)
+    std::cout << fmt::format("Left out, no part of a company: {}\n", name);
+  std::cout << fmt::format("Copied {} to {}: {} tables, {} rows, counts and sums compared.\n",
+                           copy.from.shown, copy.to.shown, done.tables, done.rows);
   return 0;
 }
 
@@ -127,7 +173,8 @@ void TellMade(const ktl::CompanyOptions& options, const std::vector<ktl::TableSu
     const auto found = std::ranges::find(sums, table, &ktl::TableSum::table);
     return found == sums.end() ? std::int64_t{0} : found->rows;
   };
-  const std::string file = FullName(options.file);
+  const std::string file =
+      options.server.empty() ? FullName(options.file) : ktl::AddressOf(options.server).shown;
   if (options.empty) {
     std::cout << fmt::format("Made {}: an empty company.\n", file);
   } else {
@@ -148,7 +195,10 @@ int Create(ktl::CompanyOptions& options, const std::string& asOf, bool printSums
       return Complain("--asof: a month from Apr/2024 to Mar/2027 is wanted", kUsage);
     }
   }
-  const std::vector<ktl::TableSum> sums = ktl::CreateCompany(options);
+  options.watch = kWatch;
+  const std::vector<ktl::TableSum> sums =
+      options.server.empty() ? ktl::CreateCompany(options) : ktl::CreateOnServer(options);
+  if (!options.server.empty()) EndProgress();
   TellMade(options, sums);
   if (!printSums) return 0;
   for (const auto& sum : sums) {
@@ -224,6 +274,8 @@ int main(int argc, char** argv) {
   AddSchema(app, server);
   std::vector<std::string> checked;
   AddCheck(app, checked);
+  MoveOptions moveOptions;
+  AddCopy(app, moveOptions);
   if (const std::string unknown = UnknownCommand(app, argc, argv); !unknown.empty()) {
     return Complain(unknown, kUsage);
   }
@@ -244,6 +296,7 @@ int main(int argc, char** argv) {
       return Written(Copied(copyOptions));
     }
     if (app.got_subcommand("sql")) return Written(Sql(sqlOptions));
+    if (app.got_subcommand("copy")) return Written(Copy(moveOptions));
     if (app.got_subcommand("check")) return Written(ktl::CheckStatements(checked, std::cout) ? 0 : kFailed);
     if (app.got_subcommand("schema")) std::cout << ktl::ServerScript(server);
     if (app.got_subcommand("eval")) ktl::PrintExpression(argv[0], expression);

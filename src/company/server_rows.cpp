@@ -107,8 +107,9 @@ class ServerTarget final : public RowTarget {
     std::string row = "(?";
     for (std::size_t i = 1; i < table.columns.size(); ++i) row += ",?";
     row += ")";
-    std::string text = fmt::format("INSERT INTO {} ({}) VALUES {}", ServerName(server_.kind(), stage_->NameOf(table)),
-                                   ColumnList(server_, table.columns), row);
+    std::string text =
+        fmt::format("INSERT INTO {} ({}) VALUES {}", ServerName(server_.kind(), stage_->NameOf(table)),
+                    ColumnList(server_, table.columns), row);
     for (std::size_t i = 1; i < pending_.size() / table.columns.size(); ++i) text += "," + row;
     { OdbcDatabase::Lease sent(server_.database(), text, pending_); }
     pending_.clear();

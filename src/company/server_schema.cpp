@@ -92,13 +92,15 @@ std::string CreateTable(ServerKind server, const TableDescription& table, const 
   std::vector<std::string> lines;
   for (const auto& column : table.columns) lines.push_back(ColumnText(server, table, column));
   if (!table.key.empty())
-    lines.push_back(fmt::format("  CONSTRAINT {} PRIMARY KEY ({})", ServerName(server, "PK_" + UpperCase(table.name)),
+    lines.push_back(fmt::format("  CONSTRAINT {} PRIMARY KEY ({})",
+                                ServerName(server, "PK_" + UpperCase(table.name)),
                                 NameList(server, table.key)));
   for (const auto& index : table.indexes)
     if (index.name.empty())
-      lines.push_back(fmt::format("  CONSTRAINT {} UNIQUE ({})",
-                                  ServerName(server, fmt::format("UQ_{}_{}", UpperCase(table.name), index.columns.front())),
-                                  NameList(server, index.columns)));
+      lines.push_back(fmt::format(
+          "  CONSTRAINT {} UNIQUE ({})",
+          ServerName(server, fmt::format("UQ_{}_{}", UpperCase(table.name), index.columns.front())),
+          NameList(server, index.columns)));
   return fmt::format("CREATE TABLE {} (\n{}\n){}", ServerName(server, name), fmt::join(lines, ",\n"),
                      DialectOf(server).options);
 }

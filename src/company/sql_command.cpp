@@ -4,6 +4,7 @@
 
 #include <ostream>
 
+#include "company/company_address.h"
 #include "company/company_error.h"
 #include "database/connection.h"
 #include "database/recordset.h"
@@ -25,9 +26,10 @@ std::string Cell(const Value& value) {
 
 }  // namespace
 
-void OpenCompany(Connection& connection, const std::filesystem::path& file) {
+void OpenCompany(Connection& connection, const std::string& company) {
+  const CompanyAddress address = AddressOf(company);
   try {
-    connection.Open(fmt::format("Provider=SQLite;Data Source={};", std::filesystem::absolute(file).string()));
+    connection.Open(address.connectionString);
   } catch (const DatabaseError& error) {
     throw CompanyError(error.description());
   }

@@ -77,7 +77,7 @@ PrivateServer::PrivateServer() {
   const fs::path memory = "/dev/shm";
   folder_ = (fs::exists(memory) ? memory : fs::temp_directory_path()) /
             fmt::format("ktl-mariadb-{}-{}", getpid(), ++number);
-  fs::create_directories(folder_);
+  fs::create_directories(folder_ / "tmp");
   socket_ = folder_ / "socket";
   const std::string data = "--datadir=" + (folder_ / "data").string();
   std::vector<std::string> install{Program("mariadb-install-db"), "--no-defaults", data,
@@ -96,6 +96,8 @@ void PrivateServer::Start() {
                                  "--datadir=" + (folder_ / "data").string(),
                                  "--socket=" + socket_.string(),
                                  "--pid-file=" + (folder_ / "pid").string(),
+                                 // Not the machine's: a server that starts deletes what others have in theirs.
+                                 "--tmpdir=" + (folder_ / "tmp").string(),
                                  "--skip-networking",
                                  "--skip-log-bin",
                                  "--innodb-flush-log-at-trx-commit=0",
