@@ -390,8 +390,9 @@ bool modInsGInsSSS::WriteEntry(PremiumEntry& entry) {
     WritePremium(session_, entry);
   };
   try {
-    return WriteInTurn(session_, row, stored_ ? std::optional(shownRow_) : std::nullopt, write,
-                       [this] { ShowAnew(); });
+    return WriteInTurn(
+        session_, row, stored_ ? std::optional(shownRow_) : std::nullopt, write, [this] { ShowAnew(); },
+        TurnFailed::TakesAllBack);
   } catch (const DatabaseError& error) {
     if (error.number() != kWrongTypeError) throw;
     session_.desk.ShowError("Specified amount is too large.", session_.title);
