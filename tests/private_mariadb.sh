@@ -18,12 +18,13 @@ PATH=$PATH:/usr/sbin:/usr/local/sbin
 command -v mariadbd >/dev/null || { echo "mariadbd is not installed"; exit 0; }
 as_root=()
 [ "$(id -u)" -ne 0 ] || as_root=(--user=root)
-mkdir -p "$folder"
+# A temporary folder of its own too: a server that starts deletes what others have in theirs.
+mkdir -p "$folder/tmp"
 mariadb-install-db --no-defaults --datadir="$folder/data" --auth-root-authentication-method=normal --skip-test-db \
   "${as_root[@]}" >"$folder/log" 2>&1 || exit 0
 # Nothing is waited for on the disk: no machine fails in the midst of a test.
 setsid mariadbd --no-defaults --datadir="$folder/data" --socket="$folder/socket" --pid-file="$folder/pid" \
-  --skip-networking --skip-log-bin --innodb-flush-log-at-trx-commit=0 --innodb-buffer-pool-size=128M \
+  --tmpdir="$folder/tmp" --skip-networking --skip-log-bin --innodb-flush-log-at-trx-commit=0 --innodb-buffer-pool-size=128M \
   "${as_root[@]}" >>"$folder/log" 2>&1 </dev/null &
 for _ in $(seq 200); do
   mariadb-admin --no-defaults --socket="$folder/socket" -u root ping >/dev/null 2>&1 && exit 0

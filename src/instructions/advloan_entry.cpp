@@ -4,6 +4,7 @@
 
 #include "common/amounts.h"
 #include "common/month_year.h"
+#include "runtime/numbers.h"
 #include "runtime/text.h"
 
 namespace ktl {
@@ -22,7 +23,8 @@ void AdvLoanEntry::ReadTyped(TypedAdvLoan texts) {
   remarks = Trim(texts.remarks);
   date = ParseDate(texts.date);
   amount = number(texts.amount);
-  interest = number(texts.interest);
+  // The flat interest of a name is shown with all its places, and stored with two.
+  interest = RoundByPattern(number(texts.interest), "0.00");
   instalment = number(texts.instalment);
   count = Trim(texts.count).empty() ? std::nullopt : std::optional(number(texts.count));
   firstMonth = FnLngMonthYear(FnStrCorrectMonth(texts.recoverFrom));

@@ -27,6 +27,10 @@ void LeaveAmount(const Session& session, const NameRules& rules, TextBox& amount
   amount.SetText(ShownAmount(number));
 }
 
+void LeavePercent(TextBox& percent) {
+  if (!percent.Text().empty()) percent.SetText(ShownAmount(clsGenCmn::FnDblTrimVal(percent.Text())));
+}
+
 void CalculateInterestBy(Session& session, const std::function<void()>& calculator, const TextBox& amount,
                          TextBox& interest) {
   SettingsStore& settings = session.machine.settings;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "common/fetch.h"
 #include "common/month_year.h"
 #include "database/recordset.h"
 #include "frame/rights.h"
@@ -58,8 +59,9 @@ std::vector<ListRow> ReadNamesToAllot(Session& session, InstructionType type) {
 }
 
 bool IsNameListed(Session& session, InstructionType type, std::string_view name) {
-  return session.data.FnBlnRecExists(
-      session.Sql("Select * From INS_MASTER Where SITYPE = {} And SINAME = '{}'", type, name));
+  const Recordset row(
+      session.Cn, session.Sql("Select * From INS_MASTER Where SITYPE = {} And SINAME = '{}'", type, name));
+  return !row.Eof() && !IsSet(row["SEPPIYN"]);
 }
 
 bool IsAnyLocked(Session& session, const std::vector<long>& employees, long firstMonth,

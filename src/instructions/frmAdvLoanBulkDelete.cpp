@@ -127,12 +127,15 @@ bool frmAdvLoanBulkDelete::ReadFilter() {
       !IsListed(employee.cmbEmpName, "Select employee.") ||
       !IsListed(employee.cmbEmpIDRef, "Select employee."))
     return false;
-  filter_.fromMonth = MonthOf(cmbFromMonth);
-  filter_.toMonth = MonthOf(cmbToMonth);
-  filter_.employee = employee.Employee();
-  filter_.search = Trim(search.txtSearch.Text());
-  const auto refusal = CheckBulkFilter(filter_);
-  return !refusal || Refuse(session_, *this, *refusal, {{BulkField::FromMonth, &cmbFromMonth}});
+  BulkFilter filter{.type = type_,
+                    .fromMonth = MonthOf(cmbFromMonth),
+                    .toMonth = MonthOf(cmbToMonth),
+                    .employee = employee.Employee(),
+                    .search = Trim(search.txtSearch.Text())};
+  if (const auto refusal = CheckBulkFilter(filter))
+    return Refuse(session_, *this, *refusal, {{BulkField::FromMonth, &cmbFromMonth}});
+  filter_ = std::move(filter);
+  return true;
 }
 
 void frmAdvLoanBulkDelete::cmdLoad_Click() {

@@ -70,8 +70,9 @@ void modMultiAllot::SetKeyFilters() {
     box->rightAligned = true;
     box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
   }
-  for (TextBox* box : {&txtInterestAmt, &txtPolicyAmount, &txtPFPer, &txtESIPer})
+  for (TextBox* box : {&txtInterestAmt, &txtPolicyAmount})
     box->onLeave = [box] { box->SetText(clsGenCmn::FnStrConvertToNumber(box->Text(), 2)); };
+  for (TextBox* box : {&txtPFPer, &txtESIPer}) box->onLeave = [box] { LeavePercent(*box); };
   txtMonths.rightAligned = true;
   txtMonths.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
   for (TextBox* box : {&txtAdvDate, &txtStartMonth, &txtEndMonth})

@@ -31,11 +31,6 @@ void SetShare(Recordset& row, const char* counts, const char* percent,
 
 }  // namespace
 
-bool IsPremiumStored(Session& session, const InstructionKey& key) {
-  return session.data.FnBlnRecExists(
-      session.Sql("Select SERIALNO From INS_OTHER Where {}", WhereInstruction(key)));
-}
-
 std::optional<PremiumRow> ReadPremium(Session& session, const InstructionKey& key) {
   const Recordset rs(session.Cn,
                      session.Sql("Select OTHNAME, OTHNO, STARTMY, ENDMY, REMARKS From INS_OTHER Where {}",

@@ -27,7 +27,6 @@ struct PremiumRow {
   bool pt = false;
 };
 
-bool IsPremiumStored(Session& session, const InstructionKey& key);
 // Nothing when there is no such instruction.
 std::optional<PremiumRow> ReadPremium(Session& session, const InstructionKey& key);
 // Adds the row or writes over it; true for a new one.

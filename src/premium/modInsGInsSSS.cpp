@@ -17,6 +17,7 @@
 #include "frame/writing_turn.h"
 #include "instructions/advloan_data.h"
 #include "instructions/advloan_entry.h"
+#include "instructions/advloan_fields.h"
 #include "instructions/entry_lists.h"
 #include "instructions/entry_questions.h"
 #include "instructions/instruction_statements.h"
@@ -82,11 +83,8 @@ void modInsGInsSSS::ConnectFields() {
     if (FnBlnWithinLimit(typed, kAmountLimit) && clsGenCmn::FnDblTrimVal(typed) != 0)
       txtPolicyAmount.SetText(clsGenCmn::FnStrConvertToCommaNumber(typed, 2));
   });
-  for (TextBox* box : {&incentive.txtPFPer, &incentive.txtESIPer}) {
-    box->onLeave = on_([box] {
-      if (!box->Text().empty()) box->SetText(ShownAmount(clsGenCmn::FnDblTrimVal(box->Text())));
-    });
-  }
+  for (TextBox* box : {&incentive.txtPFPer, &incentive.txtESIPer})
+    box->onLeave = on_([box] { LeavePercent(*box); });
   chkSelectAll.onClick = on_([this] { schedule_.TickAll(chkSelectAll.Value()); });
   fpgOtherDetail.onRowClick = on_(&modInsGInsSSS::fpgOtherDetail_Click);
   overview.lblSummary.onClick = on_([this] { OpenEmployeeSummary(session_, employee.Employee()); });
@@ -136,8 +134,6 @@ void modInsGInsSSS::Form_Load() {
   SetCaptions();
   ShowForType();
   on_.Run([this] { FillLists(); });
-  period.Clear();
-  formula.Show(false);
   ClearInstruction();
   EnableCommands();
   SetFocus(employee.cmbEmpName);
@@ -199,7 +195,6 @@ void modInsGInsSSS::EnableCommands() {
 
 void modInsGInsSSS::cmbEmpName_Change() {
   const long person = employee.Employee();
-  formula.Show(false);
   session_.EmpLockStatus = 0;
   txtSerialNo.SetText("");
   ClearInstruction();
@@ -237,8 +232,7 @@ void modInsGInsSSS::ShowInstruction(const PremiumRow& premium) {
   txtRemarks.SetText(premium.remarks);
   period.Show(PeriodOf(ReadScheduleMonths(session_, Key())));
   incentive.Show(premium);
-  formula.Forget();
-  formula.Show(false);
+  CloseFormula();
   shownFields_ = Typed();
 }
 
@@ -250,8 +244,13 @@ void modInsGInsSSS::ClearInstruction() {
   cmbInstitution.SetText("");
   period.Clear();
   incentive.Clear();
-  formula.Forget();
+  CloseFormula();
   shownFields_ = Typed();
+}
+
+void modInsGInsSSS::CloseFormula() {
+  formula.Forget();
+  formula.Show(false);
 }
 
 // What makes a schedule can be typed for a stored instruction too, and changes nothing there.
@@ -351,7 +350,7 @@ void modInsGInsSSS::BeginNew() {
 }
 
 PremiumEntry modInsGInsSSS::Entry() const {
-  PremiumEntry entry{.key = Key(), .caption = caption_};
+  PremiumEntry entry{.key = Key(), .isNew = !stored_, .caption = caption_};
   if (cmbInstitution.MatchesList()) entry.institution = static_cast<long>(Val(cmbInstitution.BoundText()));
   entry.ReadTyped(Typed());
   return entry;

@@ -114,6 +114,7 @@ class modInsGInsSSS final : public Screen, public InstructionParent {
   bool HasChanged() const { return cmdSave.enabled && Typed() != shownFields_; }
   void ShowInstruction(const PremiumRow& premium);
   void ClearInstruction();
+  void CloseFormula();
   void TellScheduleStands();
   void BeginNew();
   // False when what was typed is to stay.

@@ -119,15 +119,14 @@ std::optional<PremiumRefusal> ValidatePremium(Session& session, const PremiumEnt
   if (Checked refusal = CheckMonths(session, entry.row)) return refusal;
   if (Checked refusal = CheckShare(entry.row.pf, "PF", PremiumField::PfPercent)) return refusal;
   if (Checked refusal = CheckShare(entry.row.esi, "ESI", PremiumField::EsiPercent)) return refusal;
-  const bool stored = IsPremiumStored(session, entry.key);
-  if (!stored && entry.amount <= 0)
+  if (entry.isNew && entry.amount <= 0)
     return Against("Specify " + LowerCase(entry.caption) + " amount.", PremiumField::Amount);
   // Before the rest of the checks: a save that one of them refuses has marked the flags all the same.
   MarkTaxFlagsOf(session, entry);
   if (!FnBlnWithinLimit(entry.typed.amount, kAmountLimit))
     return Against("Amount should be less than 9,99,99,99,999.99", PremiumField::Amount);
   if (Checked refusal = CheckService(session, entry)) return refusal;
-  if (!stored && !IsIncentive(entry)) {
+  if (entry.isNew && !IsIncentive(entry)) {
     if (Checked refusal = CheckInstitution(entry)) return refusal;
   }
   if (Checked refusal = CheckLocks(session, entry)) return refusal;

@@ -27,6 +27,7 @@ struct TypedPremium {
 // A premium or an incentive as it is to be given. What is typed is read here and nowhere else.
 struct PremiumEntry {
   InstructionKey key;               // the serial number is 0 when none was typed
+  bool isNew = true;                // as it was shown: a number that was taken meanwhile does not end that
   std::string caption;              // the company's word for the type
   std::optional<long> institution;  // INSTID; nothing when the text matches no row of the list
   TypedPremium typed;

@@ -109,6 +109,48 @@ TEST(ServerStatements, AnswerAndLeaveWhatTheEmbeddedOnesDo) {
     ExpectSame(Answer(company.Cn(), sql), Answer(server.Cn(), sql), sql);
 }
 
+// Procedures, functions, trigger and catalogue, said one after the other on both.
+TEST(ServerStatements, FindTheSameObjectsOnTheServer) {
+  KTL_NEEDS_SERVER();
+  TestCompany company;
+  Furnish(company);
+  ServerCompany server(company.Cn());
+  const std::string locks =
+      "SELECT dbo.udf_getEmpLock(17,24120,24121), dbo.udf_getEmpLock(17,24121,DEFAULT), "
+      "dbo.udf_getEmpLock(17,24122,36000), dbo.udf_getEmpLock(17,0,24132), "
+      "dbo.udf_getEmpLock(17,24120,0), dbo.udf_getEmpLock(18,24121,24121)";
+  for (const std::string& sql : {
+           std::string("dbo.ClassSecurity 0,0,0"),
+           std::string("SELECT EMPID FROM [TMPPC1]"),
+           std::string("INSERT INTO SEC_CLASSEMP (USERNAME, EMPID) VALUES ('admin', 17), ('Ravi', 18)"),
+           std::string("dbo.ClassSecurity 1,24132,1"),
+           std::string("SELECT EMPID FROM [tmpPC1]"),
+           std::string("dbo.ClassSecurityCloud 1,24132,1,RAVI"),
+           std::string("SELECT EMPID FROM [TMPPC1RAVI]"),
+           std::string("INSERT INTO SEC_EMPLOCK (EMPID, MONTHYEAR) VALUES (17, 24121)"),
+           locks,
+           std::string("UPDATE MAS_OPTSETFEATURE SET EMPLOCKYN = 1"),
+           locks,
+           std::string("UPDATE MAS_MONTHYEAR SET LOCKEDYN = 1 WHERE MONTHYEAR <= 24122"),
+           std::string("UPDATE MAS_MONTHYEAR SET LOCKEDYN = 1, ATTLOCKYN = 1 WHERE MONTHYEAR <= 24123"),
+           std::string("SELECT * FROM SEC_MONTHLOCKHISTORY"),
+           std::string("UpdateAuditTrail 'O''Brien', 5, 0, 'changed', 'a::b', '' , 'ZOË'"),
+           std::string("SELECT * FROM SEC_AUDITTRAIL"),
+           std::string("SELECT HOST_NAME(), GETDATE()"),
+           std::string("SELECT MONTHNAME, [dbo].FnStrMonthName(MONTHYEAR) FROM QryMonth"),
+           std::string(
+               "SELECT SC.NAME FROM SYS.TABLES ST, SYS.COLUMNS SC WHERE ST.OBJECT_ID = SC.OBJECT_ID AND "
+               "ST.NAME = 'ins_master'"),
+       })
+    ExpectSame(Sorted(Answer(company.Cn(), sql)), Sorted(Answer(server.Cn(), sql)), sql);
+  // Filling the table of a session commits nothing.
+  server.Cn().BeginTrans();
+  server.Cn().Execute("DELETE FROM INS_ADVLOAN");
+  server.Cn().Execute("dbo.ClassSecurityCloud 0,0,0,NEW");
+  server.Cn().RollbackTrans();
+  EXPECT_TRUE(server.Cn().HasRows("SELECT * FROM INS_ADVLOAN"));
+}
+
 // The catalogue speaks of 2010 and of one loan; so it does of a year and a loan that the sample has.
 std::string AboutTheSample(std::string sql) {
   sql = ReplaceAll(ReplaceAll(sql, "Car Loan", "House Building Loan"), "SERIALNO = 3", "SERIALNO = 1");

@@ -8,6 +8,9 @@
 #include <thread>
 
 #include "database/connection.h"
+#include "database/drivers/mariadb_dialect.h"
+#include "database/drivers/odbc_driver.h"
+#include "database/drivers/sqlserver_dialect.h"
 #include "database/recordset.h"
 #include "failure.h"
 #include "runtime/text.h"
@@ -228,6 +231,68 @@ TEST_F(Server, ACutConnectionIsToldAndMadeAnew) {
   writes.Commit();
 }
 
+TEST_F(Server, TheConnectionsOwnTablesComeBackWithANewOne) {
+  database_->Run("CREATE VIEW KTL_ME AS SELECT CONNECTION_ID() AS ID");
+  database_->Run("CREATE VIEW KTL_THERE AS SELECT ID FROM INFORMATION_SCHEMA.PROCESSLIST");
+  database_->Run(
+      "CREATE PROCEDURE ClassSecurity(A INT, B INT, C INT) CREATE TEMPORARY TABLE TMPPC1 AS SELECT B AS EMPID");
+  cn_.Execute("dbo.ClassSecurity 1,17,1");
+  CutConnection(cn_);
+  EXPECT_THROW(Rows("SELECT EMPID FROM [TMPPC1]"), DatabaseError);
+  EXPECT_EQ(Rows("SELECT EMPID FROM [TMPPC1]"), "17");
+}
+
+// What a server does whose texts go out whole, shown by one that is there.
+class WholeTexts final : public MariaDbDialect {
+  bool SpeaksTheLanguage() const override { return true; }
+};
+
+TEST_F(Server, ABatchThatGoesOutWholeIsReadPastItsCounts) {
+  Employee(17);
+  Employee(18);
+  ConnectionSettings settings;
+  settings.connectionString = database_->ConnectionString();
+  OdbcDriver driver(std::make_unique<WholeTexts>(), settings);
+  const char* batch =
+      "BEGIN NOT ATOMIC UPDATE MAS_EMPLOYEE SET BASIC = 1; SELECT EMPID, BASIC FROM MAS_EMPLOYEE; SELECT 5; END";
+  EXPECT_EQ(Text(driver.Query(batch, Fetch::AllRows, false)), "17|1\n18|1");
+  EXPECT_EQ(Text(driver.Query(batch, Fetch::FirstRow, false)), "17|1");
+  EXPECT_GE(driver.Execute(batch), 3);
+  EXPECT_EQ(driver.Explain(batch), batch);
+  const auto rows = driver.Query("SELECT * FROM MAS_EMPLOYEE WHERE EMPID = 18", Fetch::AllRows, true);
+  EXPECT_EQ(rows.baseTable, "MAS_EMPLOYEE");
+  driver.UpdateRow(rows.baseTable, rows.keys.at(0), {{"BASIC", 2}});
+  EXPECT_EQ(Rows("SELECT BASIC FROM MAS_EMPLOYEE"), "1\n2");
+  EXPECT_THROW(driver.Query("SELECT EMPID FROM MAS_EMPLOYEE, T", Fetch::AllRows, true), DatabaseError);
+}
+
+TEST(ServerConnection, TheStringsOfSettingsAndFilesReachTheDriver) {
+  const auto odbc = [](const ServerDialect& dialect, const std::string& connectionString,
+                       const char* driver) {
+    ConnectionSettings settings;
+    settings.connectionString = connectionString;
+    settings.client.hostName = "PC1";
+    settings.connectionTimeout = 7;
+    settings.commandTimeout = 30;
+    return dialect.OdbcString(settings, driver);
+  };
+  const SqlServerDialect sqlServer;
+  EXPECT_EQ(odbc(sqlServer, "Provider=SQLNCLI;Server=HO;Database=PAY;Trusted_Connection=yes;", "X"),
+            "DRIVER={X};SERVER=HO;DATABASE=PAY;Trusted_Connection=yes;APP=KTLStIns;WSID=PC1;");
+  EXPECT_EQ(odbc(sqlServer,
+                 "Provider=SQLOLEDB.1;Persist Security Info=True;User ID=sa;PWD={a}b;Initial Catalog=PAY;"
+                 "Data Source=HO\\PAYROLL",
+                 "FreeTDS"),
+            "DRIVER={FreeTDS};SERVER=HO\\PAYROLL;DATABASE=PAY;UID=sa;PWD={{a}}b};APP=KTLStIns;WSID=PC1;"
+            "TDS_Version=7.4;ClientCharset=UTF-8;");
+  EXPECT_EQ(
+      odbc(MariaDbDialect(),
+           "Provider=MariaDB;Server=ho;Port=3307;Database=PAY;User ID=u;PWD=p;SSL CA=/ca;SSL Verify=yes;",
+           "M"),
+      "DRIVER={M};SERVER=ho;DATABASE=PAY;PORT=3307;UID=u;PWD=p;SSLCA=/ca;FORCETLS=1;SSLVERIFY=1;"
+      "CONN_TIMEOUT=7;READ_TIMEOUT=40;WRITE_TIMEOUT=40;CHARSET=utf8mb4;OPTION=3145730;");
+}
+
 // A listener that takes connections and never says a word.
 class SilentServer {
  public:
@@ -258,6 +323,10 @@ std::string OpenError(const std::string& connectionString) {
   return told;
 }
 
+class NoDriver final : public MariaDbDialect {
+  std::span<const std::string_view> DriverNames() const override { return {}; }
+};
+
 TEST(ServerConnection, WhatCannotBeReachedIsToldInOneLineAndInTime) {
   const SilentServer silent;
   const std::string user = "User ID=ravi;PWD=Secret}{;";
@@ -278,11 +347,17 @@ TEST(ServerConnection, WhatCannotBeReachedIsToldInOneLineAndInTime) {
        "The server = (MariaDB) cannot be reached: "},
       {"Provider=SQLOLEDB.1;Persist Security Info=True;User ID=ravi;PWD=Secret;Initial Catalog=PAY;"
        "Data Source=127.0.0.1,1",
-       "The server 127.0.0.1,1 (SQL Server) cannot be reached: "},
+       "The server 127.0.0.1,1 (SQL Server) cannot be reached: Unable to connect: Adaptive Server is "
+       "unavailable or does not exist (08S01)."},
       {"Provider=SQLNCLI;Server=127.0.0.1;Port=" + silent.Port() + ";Database=PAY;" + user,
-       "The server 127.0.0.1 (SQL Server) cannot be reached: "},
+       "The server 127.0.0.1 (SQL Server) cannot be reached: Timeout expired (HYT00)."},
   };
   for (const auto& c : cases) EXPECT_EQ(OpenError(c.connectionString).substr(0, std::strlen(c.told)), c.told);
+  ConnectionSettings settings;
+  settings.connectionString = "Provider=MariaDB;Server=ho;" + user;
+  EXPECT_EQ(FailureOf([&] { OdbcDriver(std::make_unique<NoDriver>(), settings); }).description(),
+            "The server ho (MariaDB) cannot be reached: no ODBC driver for MariaDB is installed (package "
+            "odbc-mariadb).");
 }
 
 TEST_F(Server, AnyOtherRefusalOfAConnectionIsToldInOneLine) {

@@ -1,8 +1,11 @@
+#include <chrono>
 #include <random>
+#include <thread>
 
 #include "database/drivers/sqlite_file.h"
 #include "entry_fixture.h"
 #include "instructions/frmAdvLoanBulkDelete.h"
+#include "start/connect.h"
 
 namespace ktl {
 namespace {
@@ -116,6 +119,13 @@ TEST_F(BulkDelete, FiltersByMonthEmployeeAndText) {
   EXPECT_EQ(Press(bulk->cmdLoad), Texts{"'From Month' should be earlier than 'To Month'"});
   Type(bulk->cmbFromMonth, "nonsense");
   EXPECT_EQ(Press(bulk->cmdLoad), Texts{"Select 'From Month'."});
+  // What is listed still goes by the filter that listed it.
+  Listed();
+  Click(bulk->mnuSelectAll);
+  Pick(bulk->cmbFromMonth, "Oct/2026");
+  Pick(bulk->cmbToMonth, "Sep/2026");
+  EXPECT_EQ(Press(bulk->cmdLoad).size(), 1U);
+  EXPECT_EQ(Press(bulk->cmdDelete, {Answer::Yes}), (Texts{kAsk, "Deleted"}));
 }
 
 TEST_F(BulkDelete, TakesTheTickedWithAllThatHangsOnThem) {
@@ -190,6 +200,31 @@ TEST_F(BulkDelete, KeepsTheRowsBeforeAFailureAndNothingOfTheOneThatFails) {
   EXPECT_EQ(Press(bulk->cmdDelete, {Answer::Yes}).size(), 2U);
   EXPECT_EQ(Left(), "1 2 0 1 1 ");
   EXPECT_EQ(Rows("SELECT EDITMODEYN FROM SLC_SALARYCALC_E"), "0");
+}
+
+TEST_F(BulkDelete, WaitsForAnotherWorkstationAndGivesUpPastTheTimeOut) {
+  const auto listedWithin = [this](const char* seconds) {
+    machine.settings.Set("Settings", "COMDTIME", seconds);
+    OpenConnection(session, company.ConnectionString());
+    Listed();
+    Click(bulk->mnuSelectAll);
+  };
+  listedWithin("1");
+  SqliteDatabase other = OpenSqliteFile(company.File(), FileKind::Company, 1);
+  other.Run("BEGIN IMMEDIATE");
+  const Texts said = Press(bulk->cmdDelete, {Answer::Yes});
+  ASSERT_EQ(said.size(), 2U);
+  EXPECT_NE(said[1].find("locked by another workstation"), std::string::npos) << said[1];
+  EXPECT_EQ(Left(), "2 4 0 2 2 ");
+  EXPECT_EQ(bulk->fpgBulkDelete.rows.size(), 2U);
+  listedWithin("600");
+  std::thread letsGo([&] {
+    std::this_thread::sleep_for(std::chrono::seconds(3));
+    other.Run("ROLLBACK");
+  });
+  EXPECT_EQ(Press(bulk->cmdDelete, {Answer::Yes}), (Texts{kAsk, "Deleted"}));
+  letsGo.join();
+  EXPECT_EQ(Left(), "0 0 0 0 0 ");
 }
 
 TEST_F(BulkDelete, HeedsTheRightOfDeletingAndClassSecurity) {

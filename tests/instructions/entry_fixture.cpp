@@ -2,22 +2,6 @@
 
 namespace ktl {
 
-InstructionScreen::InstructionScreen() {
-  machine.settings.Set("Settings", "DBType", "SQL");
-  machine.settings.Set("Settings", "User", "RAVI");
-  OpenConnection(session, company.ConnectionString());
-}
-
-std::string InstructionScreen::LastAudit() {
-  return Rows("SELECT TOP 1 MENUNO, EMPID, ACTIONTEXT, DETAILTEXT FROM SEC_AUDITTRAIL ORDER BY AUDITID DESC");
-}
-
-Texts InstructionScreen::Press(Button& button, std::vector<Answer> answers) {
-  desk.WillAnswer(std::move(answers));
-  Click(button);
-  return desk.TakeTexts();
-}
-
 EntryScreen::EntryScreen() {
   company.Months(24292, 24327);
   company.Employee(17).Named("Asha Rao").Ref("K17").Joined("01/Apr/2010").Taxed();
@@ -29,11 +13,7 @@ EntryScreen::EntryScreen() {
   company.Name(2, "Car Loan").With("TDSYN", 1);
   company.Institution(5, "Deccan Bank", 2);
   company.Institution(6, "Kaveri Finance", 2);
-  LoadOptionSet(session);
-  session.options.STARTMONTHYEAR = 24292;
 }
-
-EntryScreen::~EntryScreen() { screen.reset(); }
 
 std::string EntryScreen::Schedule(long serial) {
   return Rows(
@@ -42,8 +22,7 @@ std::string EntryScreen::Schedule(long serial) {
 }
 
 modAdvLoan& EntryScreen::Open(InstructionType type) {
-  screen = std::make_unique<modAdvLoan>(session, type);
-  RunAndGrantFocus(*screen, [this] { screen->Load(); });
+  screen = &Workstation::Open<modAdvLoan>(type);
   return *screen;
 }
 

@@ -1,47 +1,17 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-
-#include "frame/options.h"
-#include "frame/session.h"
 #include "instructions/modAdvLoan.h"
-#include "screen/person.h"
-#include "start/connect.h"
-#include "support/company_fixture.h"
-#include "support/fake_machine.h"
-#include "support/scripted_desk.h"
+#include "support/workstation.h"
 
 namespace ktl {
 
-using Texts = std::vector<std::string>;
 using enum InstructionType;
-
-// A company, the machine of its user and the person before a screen.
-class InstructionScreen : public testing::Test {
- protected:
-  InstructionScreen();
-
-  void Run(const std::string& sql) { company.Execute(sql); }
-  std::string Rows(const std::string& sql) { return company.Rows(sql); }
-  std::string LastAudit();
-  // The texts of the boxes that came up, answered in turn.
-  Texts Press(Button& button, std::vector<Answer> answers = {});
-
-  test::TestCompany company;
-  FakeMachine machine;
-  ScriptedDesk desk;
-  Session session{machine.machine(), desk};
-};
 
 // The entry screen on a company with one employee, 17, in service since 01/Apr/2010. The months are Apr/2024
 // (24292) to Mar/2027 (24327); none is locked.
-class EntryScreen : public InstructionScreen {
+class EntryScreen : public WorkstationTest {
  protected:
   EntryScreen();
-  ~EntryScreen() override;
 
   // Months, counters and both amounts of the schedule: "24321 1 3333 3333" and so on.
   std::string Schedule(long serial = 1);
@@ -54,7 +24,7 @@ class EntryScreen : public InstructionScreen {
   modAdvLoan& EnterAdvance();
   modAdvLoan& EnterLoan();
 
-  std::unique_ptr<modAdvLoan> screen;
+  modAdvLoan* screen = nullptr;
 };
 
 }  // namespace ktl

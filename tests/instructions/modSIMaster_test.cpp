@@ -1,28 +1,22 @@
 #include "instructions/modSIMaster.h"
 
-#include <filesystem>
-
-#include "company/schema_texts.h"
-#include "database/drivers/sqlite_file.h"
 #include "entry_fixture.h"
 #include "instructions/instruction_master_dialect.h"
 
 namespace ktl {
 
-class MasterScreen : public InstructionScreen {
+class MasterScreen : public WorkstationTest {
  protected:
   MasterScreen() {
     Run("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 0;"
         "INSERT INTO MAS_TDSREF (TDSREFNO, TDSREF, TYPEID) VALUES (5, '80C', 2), (6, '80CCC', 2), (8, '80G', "
         "2), (9, '24', 1)");
   }
-  ~MasterScreen() override { std::filesystem::remove_all(machine.folder.path); }
 
   modSIMaster& Open(long formCode, bool advanced = false) {
     session.FormCode = formCode;
     session.features.switches["ADVMGALYN"] = advanced;
-    screen = std::make_unique<modSIMaster>(session, static_cast<InstructionType>(formCode - 1500));
-    RunAndGrantFocus(*screen, [this] { screen->Load(); });
+    screen = &Workstation::Open<modSIMaster>(static_cast<InstructionType>(formCode - 1500));
     return *screen;
   }
   void SaveAs(const std::string& name) {
@@ -38,14 +32,7 @@ class MasterScreen : public InstructionScreen {
     Click(screen->cmdDelete);
   }
 
-  // The local store, which the marking of tax flags reads.
-  void MakeLocalStore() {
-    machine.folder.path = company.File().string() + "-folder";
-    std::filesystem::create_directory(machine.folder.path);
-    CreateSqliteFile(machine.folder.path + "/klgen.MDB", {kLocalText});
-  }
-
-  std::unique_ptr<modSIMaster> screen;
+  modSIMaster* screen = nullptr;
 };
 
 std::string Shown(const modSIMaster& screen) {

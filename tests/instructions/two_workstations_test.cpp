@@ -7,22 +7,6 @@ namespace {
 constexpr const char* kChanged =
     "Row cannot be located for updating. Some values may have been changed since it was last read.";
 
-// A second program on the same company, with the same employee chosen.
-struct Workstation {
-  explicit Workstation(const std::string& company) {
-    machine.settings.Set("Settings", "DBType", "SQL");
-    OpenConnection(session, company);
-    LoadOptionSet(session);
-    RunAndGrantFocus(screen, [this] { screen.Load(); });
-    Pick(screen.employee.cmbEmpName, "Asha Rao");
-  }
-
-  FakeMachine machine;
-  ScriptedDesk desk;
-  Session session{machine.machine(), desk};
-  modAdvLoan screen{session, Advance};
-};
-
 class TwoEntries : public EntryScreen {
  protected:
   // Both have chosen the advance of three months of 1000.
@@ -30,16 +14,21 @@ class TwoEntries : public EntryScreen {
     company.Advance(17, 1, "Salary Advance", 3000, "01/Sep/2026");
     for (int month = 0; month < 3; ++month) company.Emi(17, 1, 1, month + 1, 24321 + month, 1000);
     OpenOnFirst(Advance);
-    second = std::make_unique<Workstation>(company.ConnectionString());
-    ClickRow(second->screen.fpgAdvLoan, 0);
-    return second->screen;
+    modAdvLoan& late = OpenSecond();
+    ClickRow(late.fpgAdvLoan, 0);
+    return late;
+  }
+  modAdvLoan& OpenSecond() {
+    modAdvLoan& late = second.Open<modAdvLoan>(Advance);
+    Pick(late.employee.cmbEmpName, "Asha Rao");
+    return late;
   }
   void ExpectRefused() {
-    EXPECT_EQ(second->desk.LastBox().text, kChanged);
-    second->desk.TakeBoxes();
+    EXPECT_EQ(second.desk.LastBox().text, kChanged);
+    second.desk.TakeBoxes();
   }
 
-  std::unique_ptr<Workstation> second;
+  Workstation second{company};
 };
 
 void EnterAdvanceOf(modAdvLoan& entry, const char* amount) {
@@ -53,13 +42,12 @@ void EnterAdvanceOf(modAdvLoan& entry, const char* amount) {
 
 TEST_F(TwoEntries, ASerialNumberThatWasTakenBecomesTheNextFreeOne) {
   modAdvLoan& early = OpenOn(Advance);
-  second = std::make_unique<Workstation>(company.ConnectionString());
-  modAdvLoan& late = second->screen;
+  modAdvLoan& late = OpenSecond();
   EnterAdvanceOf(early, "1000");
   EnterAdvanceOf(late, "500");
   Click(early.cmdSave);
   Click(late.cmdSave);
-  EXPECT_EQ(second->desk.TakeTexts(), Texts{"Updated"});
+  EXPECT_EQ(second.desk.TakeTexts(), Texts{"Updated"});
   EXPECT_EQ(Rows("SELECT SERIALNO, ACTAMT FROM INS_ADVLOAN ORDER BY SERIALNO"), "1|1000\n2|500");
   EXPECT_EQ(Rows("SELECT SERIALNO, COUNTER, MDFYAMT FROM INS_EMIDETAIL ORDER BY SERIALNO"),
             "1|1|1000\n2|1|500");
@@ -77,7 +65,7 @@ TEST_F(TwoEntries, WhatChangedSinceItWasShownIsNeitherSavedNorDeleted) {
 
   Run("UPDATE INS_EMIDETAIL SET MDFYAMT = 700 WHERE COUNTER = 2");
   TickCell(late.fpgEMI, 0, ScheduleGrid::kTick, true);
-  second->desk.WillAnswer({Answer::Yes, Answer::Yes});
+  second.desk.WillAnswer({Answer::Yes, Answer::Yes});
   Click(late.cmdEMIDelete);
   ExpectRefused();
   EXPECT_EQ(late.fpgEMI.Text(1, ScheduleGrid::kModifiedAmount), "700.00");
@@ -88,7 +76,7 @@ TEST_F(TwoEntries, WhatChangedSinceItWasShownIsNeitherSavedNorDeleted) {
   EXPECT_FALSE(late.fpgEMI.IsTicked(1, ScheduleGrid::kRecovered));
 
   company.Receipt(17, 1, 1, 1, "10/Sep/2026", 300);
-  second->desk.WillAnswer({Answer::Yes, Answer::Yes});
+  second.desk.WillAnswer({Answer::Yes, Answer::Yes});
   Click(late.cmdDelete);
   ExpectRefused();
   EXPECT_EQ(Rows("SELECT COUNTER, MDFYAMT, ISNULL(EMIRECVYN, 0) FROM INS_EMIDETAIL ORDER BY COUNTER"),

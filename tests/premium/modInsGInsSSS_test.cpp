@@ -267,9 +267,14 @@ TEST_F(PremiumScreen, TheFormulaIsEvaluatedForTheChosenMonth) {
   Click(frame.cmdAccept);
   EXPECT_EQ(entry.txtPolicyAmount.Text(), "7.00");
   Click(entry.cmdFmeFormula);
-  EXPECT_EQ(Press(frame.cmdAccept, {Answer::Yes}).size(), 0u);
+  Type(frame.cmbFormula, "");
+  EXPECT_EQ(Press(frame.cmdAccept, {Answer::Yes}).size(), 1u);
+  EXPECT_FALSE(frame.fmeFormula.visible);
   Click(entry.cmdFmeFormula);
   Click(frame.cmdFrmlaClose);
+  EXPECT_TRUE(entry.txtStartMonth.IsUsable());
+  Click(entry.cmdFmeFormula);
+  Press(entry.cmdNew, {Answer::No});
   EXPECT_TRUE(entry.txtStartMonth.IsUsable());
 }
 
@@ -303,37 +308,22 @@ TEST_F(PremiumScreen, DoorsGetWhatTheyNeed) {
             "KTLFFS17");
 }
 
-// A second program on the same company, with the same employee chosen.
-struct Workstation {
-  explicit Workstation(const std::string& company, const std::string& folder) {
-    machine.settings.Set("Settings", "DBType", "SQL");
-    machine.folder.path = folder;
-    OpenConnection(session, company);
-    LoadOptionSet(session);
-    RunAndGrantFocus(screen, [this] { screen.Load(); });
-    Pick(screen.employee.cmbEmpName, "Asha Rao");
-  }
-
-  FakeMachine machine;
-  ScriptedDesk desk;
-  Session session{machine.machine(), desk};
-  modInsGInsSSS screen{session, Insurance};
-};
-
 TEST_F(PremiumScreen, TwoWorkstationsNeitherTakeNorOverwriteEachOthersRows) {
   Enter(Insurance, "Apr/2026", "Apr/2026", "500");
-  Workstation second(company.ConnectionString(), machine.folder.path);
-  modInsGInsSSS& late = second.screen;
-  EnterInto(late, "May/2026", "Jun/2026", "70");
+  Workstation second(company);
+  second.MakeLocalStore();
+  modInsGInsSSS& late = second.Open<modInsGInsSSS>(Insurance);
+  Pick(late.employee.cmbEmpName, "Asha Rao");
+  EnterInto(late, "May/2026", "Jun/2026", "0");
   Click(screen->cmdSave);
+  EXPECT_EQ(second.Press(late.cmdSave), Texts{"Specify insurance amount."});  // a new one all the same
+  Type(late.txtPolicyAmount, "70");
   Click(late.cmdSave);
   EXPECT_EQ(Rows("SELECT SERIALNO, COUNTER, MDFYAMT FROM INS_EMIDETAIL ORDER BY SERIALNO, COUNTER"),
             "1|1|500\n2|1|70\n2|2|70");
   const auto refused = [&](Button& button, std::vector<Answer> answers = {}) {
     second.desk.TakeTexts();
-    second.desk.WillAnswer(std::move(answers));
-    Click(button);
-    return second.desk.TakeTexts().back() == kRowGoneText;
+    return second.Press(button, std::move(answers)).back() == kRowGoneText;
   };
   ClickRow(late.fpgOtherDetail, 1);
   Type(late.txtRemarks, "mine");

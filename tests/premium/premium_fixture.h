@@ -1,38 +1,19 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <memory>
-#include <string>
-#include <vector>
-
-#include "company/schema_texts.h"
-#include "database/drivers/sqlite_file.h"
 #include "frame/options.h"
-#include "frame/session.h"
 #include "premium/modInsGInsSSS.h"
-#include "screen/person.h"
-#include "start/connect.h"
-#include "support/company_fixture.h"
-#include "support/fake_machine.h"
-#include "support/scripted_desk.h"
+#include "support/workstation.h"
 
 namespace ktl {
 
-using Texts = std::vector<std::string>;
 using enum InstructionType;
 
 // The premium screen on a company with two employees: 17 in service since 15/Jun/2024, 18 left on
 // 31/Aug/2026. The months are Apr/2024 (24292) to Mar/2027 (24327); none is locked.
-class PremiumScreen : public testing::Test {
+class PremiumScreen : public WorkstationTest {
  protected:
   PremiumScreen() {
-    machine.settings.Set("Settings", "DBType", "SQL");
-    machine.settings.Set("Settings", "User", "RAVI");
-    machine.folder.path = company.File().string() + "-folder";
-    std::filesystem::create_directory(machine.folder.path);
-    CreateSqliteFile(machine.folder.path + "/klgen.MDB", {kLocalText});
+    MakeLocalStore();
     company.Months(24292, 24327);
     company.Employee(17).Named("Asha Rao").Ref("K17").Joined("15/Jun/2024").Taxed().With("PFYN", 1);
     company.Employee(18).Named("Binod Sen").Ref("K18").Joined("01/Apr/2010").Left("31/Aug/2026");
@@ -43,33 +24,17 @@ class PremiumScreen : public testing::Test {
     company.Institution(4, "Sahyadri Life", 3);
     company.Institution(7, "Post Savings", 4);
     company.Institution(8, "Deccan General", 5);
-    OpenConnection(session, company.ConnectionString());
-    LoadOptionSet(session);
     LoadCaptions(session);
-    session.options.STARTMONTHYEAR = 24292;
-  }
-  ~PremiumScreen() override {
-    screen.reset();
-    std::filesystem::remove_all(machine.folder.path);
   }
 
-  void Run(const std::string& sql) { company.Execute(sql); }
-  std::string Rows(const std::string& sql) { return company.Rows(sql); }
   std::string Schedule() {
     return Rows("SELECT MONTHYEAR, COUNTER, EMIAMT, MDFYAMT, INSTID FROM INS_EMIDETAIL ORDER BY MONTHYEAR");
   }
   std::string Audits() {
     return Rows("SELECT MENUNO, EMPID, ACTIONTEXT, DETAILTEXT FROM SEC_AUDITTRAIL ORDER BY AUDITID");
   }
-  Texts Press(Button& button, std::vector<Answer> answers = {}) {
-    desk.WillAnswer(std::move(answers));
-    Click(button);
-    return desk.TakeTexts();
-  }
-
   modInsGInsSSS& Open(InstructionType type) {
-    screen = std::make_unique<modInsGInsSSS>(session, type);
-    RunAndGrantFocus(*screen, [this] { screen->Load(); });
+    screen = &Workstation::Open<modInsGInsSSS>(type);
     return *screen;
   }
   modInsGInsSSS& OpenOn(InstructionType type, const char* employee = "Asha Rao") {
@@ -121,11 +86,7 @@ class PremiumScreen : public testing::Test {
     for (const std::size_t line : lines) TickCell(screen->fpgEMI, line, PremiumScheduleGrid::kTick, true);
   }
 
-  test::TestCompany company;
-  FakeMachine machine;
-  ScriptedDesk desk;
-  Session session{machine.machine(), desk};
-  std::unique_ptr<modInsGInsSSS> screen;
+  modInsGInsSSS* screen = nullptr;
 };
 
 }  // namespace ktl

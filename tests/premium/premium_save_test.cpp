@@ -1,3 +1,4 @@
+#include "database/drivers/sqlite_file.h"
 #include "premium/premium_write.h"
 #include "premium_fixture.h"
 

@@ -16,10 +16,7 @@ class Doors : public RecoveryTest {
  protected:
   modAdvLoan& Entry(InstructionType type) {
     RegisterScreens(session);
-    auto opened = std::make_unique<modAdvLoan>(session, type);
-    modAdvLoan& entry = *opened;
-    screen = std::move(opened);
-    RunAndGrantFocus(entry, [&] { entry.Load(); });
+    modAdvLoan& entry = Workstation::Open<modAdvLoan>(type);
     Pick(entry.employee.cmbEmpName, "Asha Rao");
     if (!entry.fpgAdvLoan.rows.empty()) ClickRow(entry.fpgAdvLoan, 0);
     return entry;

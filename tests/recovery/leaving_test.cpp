@@ -8,8 +8,6 @@
 namespace ktl {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 constexpr const char* kAskAdjust =
     "Recoveries set after 'Date of Leaving' will be adjusted for selected records.\r\nDo you want to continue?";
 constexpr const char* kAskClear =
@@ -26,7 +24,7 @@ class Leaving : public RecoveryTest {
       company.Salary(17, month, 0, 0, month < kApr2024 + 2 ? 1000 : 0, month < kApr2024 + 2 ? 1000 : 0);
   }
   modSIDetails& Pending(long employee = 17) {
-    modSIDetails& pending = OpenWith<modSIDetails>(employee);
+    modSIDetails& pending = Workstation::Open<modSIDetails>(employee);
     Tick(pending.chkSelectAll, true);
     return pending;
   }

@@ -8,8 +8,6 @@
 namespace ktl {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 class Editor : public RecoveryTest {
  protected:
   modEMIDet& OpenOn(std::size_t row) {

@@ -10,7 +10,6 @@
 namespace ktl {
 namespace {
 
-using Texts = std::vector<std::string>;
 using View = modEMIEmp;
 
 struct RefreshedLists final : InstructionLists {
@@ -45,10 +44,8 @@ class MonthView : public RecoveryTest {
     }
   }
   View& OpenView(int type = 0, const std::string& month = "May/2024", long employee = 17) {
-    screen = std::make_unique<View>(
-        session, MonthViewRequest{employee, InstructionType{type}, month, type == 0 ? nullptr : &lists});
-    RunAndGrantFocus(*screen, [this] { screen->Load(); });
-    return static_cast<View&>(*screen);
+    return Workstation::Open<View>(
+        MonthViewRequest{employee, InstructionType{type}, month, type == 0 ? nullptr : &lists});
   }
   // "Bike Loan 1000.00 0" a row: name, modified amount, changed mark.
   static Texts Shown(const View& view) {
@@ -81,7 +78,7 @@ TEST_F(MonthView, ShowsTheMonthOfAllTypesOrOfOne) {
   machine.settings.Set("ExeTalk", "HWNDKTLStIns", "99");
   EXPECT_EQ(Shown(OpenView(2)), (Texts{"Bike Loan 1000.00 0", "Car Loan 1000.00 0"}));
   EXPECT_EQ(Shown(OpenView(3)), Texts{"Policy 200.00 0"});
-  screen->Unload();
+  top->Unload();
   EXPECT_EQ(machine.settings.Get("ExeTalk", "HWNDKTLStIns"), "99");  // a child leaves it alone
 }
 

@@ -5,12 +5,9 @@
 #include <filesystem>
 
 #include "recovery_fixture.h"
-#include "support/temporary_folder.h"
 
 namespace ktl {
 namespace {
-
-using Texts = std::vector<std::string>;
 
 class LockMonth : public RecoveryTest {
  protected:
@@ -19,11 +16,7 @@ class LockMonth : public RecoveryTest {
     for (int month = 0; month < 3; ++month)
       company.Row("HVN_ATTENDANCE").With("EMPID", 17).With("MONTHYEAR", kApr2024 + month);
   }
-  modLockMonth& OpenLocks() {
-    screen = std::make_unique<modLockMonth>(session);
-    screen->Load();
-    return static_cast<modLockMonth&>(*screen);
-  }
+  modLockMonth& OpenLocks() { return Workstation::Open<modLockMonth>(); }
   void SetAudit(bool on) { session.auditOn = on; }
   // The rows count from the newest month, Mar/2027.
   static constexpr std::size_t kApril = 35, kMay = 34, kJune = 33;
@@ -97,7 +90,6 @@ TEST_F(LockMonth, AMonthLockWithoutItsLeaveTrackReadsAsUnlocked) {
 }
 
 TEST_F(LockMonth, TheDatabaseNotesWhoTurnedWhichLock) {
-  TemporaryFolder folder;
   machine.folder.path = folder.path().string();
   company.Execute("INSERT INTO SEC_MONTHLOCKHISTORY VALUES (24292, 1, 'PC7', '2024-05-01 17:05:09', 1)");
   company.Execute("INSERT INTO SEC_MONTHLOCKHISTORY VALUES (24293, 1, 'PC7', '2024-05-01 17:05:10', 99)");

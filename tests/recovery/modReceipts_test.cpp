@@ -5,8 +5,6 @@
 namespace ktl {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 constexpr const char* kAskSave =
     "Do you want to Adjust the EMI Amount?\r\nClick on 'Yes' to Adjust the EMI Amount for Current and Future "
     "Months\r\n"

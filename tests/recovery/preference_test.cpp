@@ -6,12 +6,9 @@
 #include "recovery/put_off.h"
 #include "recovery_fixture.h"
 #include "runtime/numbers.h"
-#include "support/temporary_folder.h"
 
 namespace ktl {
 namespace {
-
-using Texts = std::vector<std::string>;
 
 constexpr int kSalaried = kApr2024 + 23;  // Mar/2026, the last month with a salary
 constexpr const char* kGone =
@@ -113,7 +110,7 @@ class Preference : public RecoveryTest {
     }
   }
   modSalSIAdj& Listed(bool partial = true) {
-    modSalSIAdj& list = OpenWith<modSalSIAdj>(kSalaried);
+    modSalSIAdj& list = Workstation::Open<modSalSIAdj>(kSalaried);
     Tick(list.chkPartialAdj, partial);
     Click(list.cmdDisplay);
     return list;
@@ -280,7 +277,6 @@ TEST_F(Preference, AReducingLoanKeepsItsComponents) {
 TEST_F(Preference, WhatHasChangedSinceIsRefusedAndShownAnew) {
   Loan(1, "A", 1, {1000, 1000});
   Loan(2, "B", 2, {1000, 1000});
-  const TemporaryFolder folder;
   const std::string log = folder.path() / "log";
   session.Cn.SetStatementLog(log);
   modSalSIAdj& list = Listed();

@@ -4,10 +4,8 @@
 
 #include <numeric>
 
-#include "frame/options.h"
 #include "instructions/instruction_statements.h"
 #include "runtime/numbers.h"
-#include "start/connect.h"
 
 namespace ktl {
 
@@ -42,14 +40,9 @@ long SmallParent::FnLngGetCounter() {
 }
 
 RecoveryTest::RecoveryTest() {
-  machine.settings.Set("Settings", "DBType", "SQL");
-  machine.settings.Set("Settings", "User", "RAVI");
   company.Months(kApr2024, kApr2024 + 35);
   company.Employee(17).Named("Asha Rao").Ref("K17");
   company.Institution(5, "Deccan Bank", 2);
-  OpenConnection(session, company.ConnectionString());
-  LoadOptionSet(session);
-  session.options.STARTMONTHYEAR = kApr2024;
   for (int month = kApr2024; month < kApr2024 + 24; ++month) company.Salary(17, month, 0, 0);
 }
 
@@ -128,11 +121,6 @@ std::string RecoveryTest::Flagged() {
   for (; !rs.Eof(); rs.MoveNext())
     text += (text.empty() ? "" : " ") + std::to_string(rs[0].ToLong() - kApr2024);
   return text;
-}
-
-std::string RecoveryTest::LastAudit() {
-  return company.Rows(
-      "SELECT TOP 1 MENUNO, EMPID, ACTIONTEXT, DETAILTEXT FROM SEC_AUDITTRAIL ORDER BY AUDITID DESC");
 }
 
 }  // namespace ktl

@@ -1,17 +1,7 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "frame/session.h"
 #include "instructions/instruction_parent.h"
-#include "screen/person.h"
-#include "screen/screen.h"
-#include "support/company_fixture.h"
-#include "support/fake_machine.h"
-#include "support/scripted_desk.h"
+#include "support/workstation.h"
 
 namespace ktl {
 
@@ -45,7 +35,7 @@ class SmallParent final : public InstructionParent {
 inline constexpr int kApr2024 = 24292;
 
 // A company with employee 17, the months Apr/2024 to Mar/2027, and instructions with serial number 1.
-class RecoveryTest : public testing::Test {
+class RecoveryTest : public WorkstationTest {
  protected:
   RecoveryTest();
 
@@ -62,28 +52,14 @@ class RecoveryTest : public testing::Test {
   std::string Amounts(const std::string& column = "MDFYAMT");
   // The months that the salary side is to calculate again, as numbers behind Apr/2024: "0 2 3".
   std::string Flagged();
-  std::string LastAudit();
   bool AuditHas(const std::string& text) { return LastAudit().find(text) != std::string::npos; }
   // Opens a screen on the parent.
   template <typename ScreenType>
   ScreenType& Open() {
-    return OpenWith<ScreenType>(*parent);
-  }
-  template <typename ScreenType, typename Argument>
-  ScreenType& OpenWith(Argument&& argument) {
-    auto opened = std::make_unique<ScreenType>(session, argument);
-    ScreenType& result = *opened;
-    screen = std::move(opened);
-    RunAndGrantFocus(*screen, [this] { screen->Load(); });
-    return result;
+    return Workstation::Open<ScreenType>(*parent);
   }
 
-  test::TestCompany company;
-  FakeMachine machine;
-  ScriptedDesk desk;
-  Session session{machine.machine(), desk};
   std::unique_ptr<SmallParent> parent;
-  std::unique_ptr<Screen> screen;
 
  private:
   void AddInstruction(InstructionType type, double total);

@@ -4,48 +4,24 @@
 #include "recovery/modInterestMaster.h"
 #include "recovery/modReceipts.h"
 #include "recovery_fixture.h"
-#include "start/connect.h"
 
 namespace ktl {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 constexpr const char* kChanged =
     "Row cannot be located for updating. Some values may have been changed since it was last read.";
 
-// Does something else while a box is open.
-class DistractedDesk final : public ScriptedDesk {
+// A second program, on the same instruction.
+class OtherProgram : public Workstation {
  public:
-  Answer MsgBox(const MessageBox& box) override {
-    if (box.buttons != Buttons::OK && whileAsked) std::exchange(whileAsked, nullptr)();
-    return ScriptedDesk::MsgBox(box);
-  }
-  std::function<void()> whileAsked;
-};
-
-// A second program on the same company.
-struct Workstation {
-  Workstation(const std::string& company, const SmallParent& like) {
-    machine.settings.Set("Settings", "DBType", "SQL");
-    OpenConnection(session, company);
-    session.options.STARTMONTHYEAR = kApr2024;
-    parent = std::make_unique<SmallParent>(session, like.key, like.reducing);
-  }
+  OtherProgram(test::TestCompany& company, const SmallParent& like)
+      : Workstation(company), parent(session, like.key, like.reducing) {}
   template <typename ScreenType>
   ScreenType& Open() {
-    auto opened = std::make_unique<ScreenType>(session, *parent);
-    ScreenType& result = *opened;
-    screen = std::move(opened);
-    RunAndGrantFocus(*screen, [this] { screen->Load(); });
-    return result;
+    return Workstation::Open<ScreenType>(parent);
   }
 
-  FakeMachine machine;
-  DistractedDesk desk;
-  Session session{machine.machine(), desk};
-  std::unique_ptr<SmallParent> parent;
-  std::unique_ptr<Screen> screen;
+  SmallParent parent;
 };
 
 class TwoWorkstations : public RecoveryTest {
@@ -53,7 +29,7 @@ class TwoWorkstations : public RecoveryTest {
   // The second one has its screen open before the first one writes.
   template <typename ScreenType>
   std::pair<ScreenType*, ScreenType*> OpenBoth() {
-    second = std::make_unique<Workstation>(company.ConnectionString(), *parent);
+    second = std::make_unique<OtherProgram>(company, *parent);
     ScreenType& late = second->Open<ScreenType>();
     return {&Open<ScreenType>(), &late};
   }
@@ -61,7 +37,7 @@ class TwoWorkstations : public RecoveryTest {
     return company.Rows("SELECT COUNTER, RCPTAMT FROM INS_RECEIPTS ORDER BY COUNTER");
   }
 
-  std::unique_ptr<Workstation> second;
+  std::unique_ptr<OtherProgram> second;
 };
 
 void EditMonth(modEMIDet& editor, std::size_t row, const char* amount) {
@@ -160,7 +136,7 @@ TEST_F(TwoWorkstations, AChangedMonthIsRefusedAndShownAnew) {
 TEST_F(TwoWorkstations, NothingIsSavedToADeletedInstruction) {
   Instruction(InstructionType::Advance, {1000, 1000, 1000});
   const auto [editor, lateEditor] = OpenBoth<modEMIDet>();
-  Workstation third(company.ConnectionString(), *parent);
+  OtherProgram third(company, *parent);
   modReceipts& lateReceipts = third.Open<modReceipts>();
   Clear();
   second->desk.WillAnswer({Answer::Yes});
@@ -174,8 +150,7 @@ TEST_F(TwoWorkstations, NothingIsSavedToADeletedInstruction) {
 TEST_F(TwoWorkstations, WhatIsNewBecomesTheNextOne) {
   Instruction(InstructionType::Advance, {1000, 1000, 1000});
   const auto [editor, lateEditor] = OpenBoth<modEMIDet>();
-  for (ScriptedDesk* person : {&desk, static_cast<ScriptedDesk*>(&second->desk)})
-    person->WillAnswer({Answer::Yes});
+  for (ScriptedDesk* person : {&desk, &second->desk}) person->WillAnswer({Answer::Yes});
   AddMonth(*editor, "Jul/2024", "50");
   AddMonth(*lateEditor, "Aug/2024", "60");
   EXPECT_EQ(company.Rows("SELECT MONTHYEAR - 24292, COUNTER, MDFYAMT FROM INS_EMIDETAIL WHERE COUNTER > 3"),
@@ -209,7 +184,7 @@ TEST_F(TwoWorkstations, AReceiptRestsOnWhatIsStillRecoverable) {
   desk.WillAnswer({Answer::Cancel});
   Receive(*receipts, "100");
   ClickRow(receipts->fpgReceipts, 0);
-  Workstation third(company.ConnectionString(), *parent);
+  OtherProgram third(company, *parent);
   modReceipts& other = third.Open<modReceipts>();
   ClickRow(other.fpgReceipts, 0);
   Type(other.txtAmount, "150");
@@ -243,11 +218,11 @@ TEST_F(TwoWorkstations, AQuestionOfAnAdjustmentKeepsNobodyWaiting) {
     ClickRow(late->fpgEMIDetail, 0);
     Type(late->txtAmount, "9000");
     second->desk.WillAnswer({Answer::Yes, Answer::Yes});
-    second->desk.whileAsked = [&] {    // "Do you want to Adjust the EMI Amount?"
-      second->desk.whileAsked = [&] {  // "EMI will be adjusted in negative amount. ..."
+    int asked = 0;  // to adjust the amount, then to make negative ones zero
+    second->desk.whileItStands = [&](const MessageBox& box) {
+      if (box.buttons != Buttons::OK && ++asked == 2)
         company.Execute(sameMonths ? "UPDATE INS_EMIDETAIL SET MDFYAMT = 1 WHERE COUNTER = 3"
                                    : "UPDATE MAS_EMPLOYEE SET EMPNAME = 'Meera'");
-      };
     };
     Click(late->cmdSave);
     EXPECT_EQ(second->desk.LastBox().text, sameMonths ? kChanged : "Updated");

@@ -77,7 +77,7 @@ PrivateServer::PrivateServer() {
   const fs::path memory = "/dev/shm";
   folder_ = (fs::exists(memory) ? memory : fs::temp_directory_path()) /
             fmt::format("ktl-mariadb-{}-{}", getpid(), ++number);
-  fs::create_directories(folder_);
+  fs::create_directories(folder_ / "tmp");
   socket_ = folder_ / "socket";
   const std::string data = "--datadir=" + (folder_ / "data").string();
   std::vector<std::string> install{Program("mariadb-install-db"), "--no-defaults", data,
@@ -91,15 +91,12 @@ PrivateServer::PrivateServer() {
 }
 
 void PrivateServer::Start() {
-  std::vector<std::string> words{Program("mariadbd"),
-                                 "--no-defaults",
-                                 "--datadir=" + (folder_ / "data").string(),
-                                 "--socket=" + socket_.string(),
-                                 "--pid-file=" + (folder_ / "pid").string(),
-                                 "--skip-networking",
-                                 "--skip-log-bin",
-                                 "--innodb-flush-log-at-trx-commit=0",
-                                 "--innodb-buffer-pool-size=64M"};
+  std::vector<std::string> words{
+      Program("mariadbd"), "--no-defaults", "--datadir=" + (folder_ / "data").string(),
+      "--socket=" + socket_.string(), "--pid-file=" + (folder_ / "pid").string(),
+      // Not the machine's: a server that starts deletes what others have in theirs.
+      "--tmpdir=" + (folder_ / "tmp").string(), "--skip-networking", "--skip-log-bin",
+      "--innodb-flush-log-at-trx-commit=0", "--innodb-buffer-pool-size=64M"};
   if (geteuid() == 0) words.push_back("--user=root");
   process_ = Begin(folder_, words);
   for (int tries = 0;; ++tries) {

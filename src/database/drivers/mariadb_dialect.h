@@ -6,10 +6,11 @@ namespace ktl {
 
 // "Provider=MariaDB;Server=..;Port=..;Socket=..;Database=..;User ID=..;PWD=..;", with "SSL CA", "SSL Cert",
 // "SSL Key" and "SSL Verify=yes" where the connection is encrypted.
-class MariaDbDialect final : public ServerDialect {
+class MariaDbDialect : public ServerDialect {
  public:
   std::string_view Product() const override { return "MariaDB"; }
   std::span<const std::string_view> DriverNames() const override;
+  std::string_view DriverPackage() const override { return "odbc-mariadb"; }
   std::string ServerOf(const ConnectionSettings& settings) const override;
   std::string DatabaseOf(const ConnectionSettings& settings) const override;
   std::string OdbcString(const ConnectionSettings& settings, std::string_view driver) const override;

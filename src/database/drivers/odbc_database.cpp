@@ -74,7 +74,7 @@ void CheckOdbc(short code, OdbcHandle kind, void* handle, const ServerDialect& d
   const Diagnostic diagnostic = handle == nullptr
                                     ? Diagnostic{"HY000", 0, "The ODBC driver manager has no memory left."}
                                     : FirstDiagnostic(static_cast<SQLSMALLINT>(kind), handle);
-  throw ServerError(dialect.FailureOf(diagnostic), diagnostic.message);
+  throw ServerError(dialect.FailureOf(diagnostic), diagnostic.message, diagnostic.state);
 }
 
 OdbcDatabase::OdbcDatabase(const ServerDialect& dialect) : dialect_(dialect), statements_(kMostStatements) {
@@ -101,8 +101,8 @@ std::string OdbcDatabase::InstalledDriver(const ConnectionSettings& settings) co
   for (const auto& wanted : dialect_.DriverNames())
     for (const auto& there : installed)
       if (EqualsNoCase(there, wanted)) return there;
-  throw ServerError(ServerFailure::Unreachable,
-                    fmt::format("no ODBC driver for {} is installed", dialect_.Product()));
+  throw ServerError(ServerFailure::Unreachable, fmt::format("no ODBC driver for {} is installed (package {})",
+                                                            dialect_.Product(), dialect_.DriverPackage()));
 }
 
 void OdbcDatabase::Open(const ConnectionSettings& settings) {
@@ -122,6 +122,7 @@ void OdbcDatabase::Open(const ConnectionSettings& settings) {
 
 void OdbcDatabase::Close() noexcept {
   statements_ = RecentlyUsed<std::shared_ptr<OdbcStatement>>(kMostStatements);
+  direct_.reset();
   if (open_) SQLDisconnect(connection_.get());
   open_ = false;
   connection_.reset();
@@ -129,7 +130,7 @@ void OdbcDatabase::Close() noexcept {
 
 void OdbcDatabase::Run(const std::string& sql) {
   OdbcStatement statement(*this);
-  statement.Run(sql, {});
+  statement.Run(sql, {}, OdbcStatement::Way::Direct);
   do
     while (statement.Fetch()) {
     }
@@ -167,11 +168,15 @@ std::vector<std::string> OdbcDatabase::KeyOf(const std::string& table) {
 }
 
 OdbcDatabase::Lease::Lease(OdbcDatabase& database, const std::string& sql, std::span<const Value> values) {
-  const auto* kept = database.statements_.Find(sql);
-  const bool free = kept != nullptr && kept->use_count() == 1;
-  statement_ = free ? *kept : std::make_shared<OdbcStatement>(database);
-  if (kept == nullptr && sql.size() <= kLongestKeptText) database.statements_.Keep(sql, statement_);
-  statement_->Run(sql, values);
+  const auto isFree = [](const auto& statement) { return statement && statement.use_count() == 1; };
+  auto* kept = database.statements_.Find(sql);
+  if (kept != nullptr && *kept == nullptr) *kept = std::make_shared<OdbcStatement>(database);
+  auto& wanted = kept != nullptr ? *kept : database.direct_;
+  const bool asKept = kept != nullptr && isFree(wanted);
+  if (kept == nullptr && sql.size() <= kLongestKeptText) database.statements_.Keep(sql, nullptr);
+  if (kept == nullptr && !wanted) wanted = std::make_shared<OdbcStatement>(database);
+  statement_ = isFree(wanted) ? wanted : std::make_shared<OdbcStatement>(database);
+  statement_->Run(sql, values, asKept ? OdbcStatement::Way::Prepared : OdbcStatement::Way::Direct);
 }
 
 }  // namespace ktl

@@ -30,8 +30,11 @@ class OdbcStatement {
   explicit OdbcStatement(OdbcDatabase& database);
   ~OdbcStatement();
 
-  // A text said for the first time goes out with its values in one message; said again it is prepared.
-  void Run(const std::string& sql, std::span<const Value> values);
+  enum class Way {
+    Direct,    // text and values in one message
+    Prepared,  // the text once, then its values alone; always the same text
+  };
+  void Run(const std::string& sql, std::span<const Value> values, Way way);
   // True while there is a row.
   bool Fetch();
   // To be called once for a column of a row.
@@ -63,14 +66,14 @@ class OdbcStatement {
   OdbcPointer handle_;
   std::vector<Slot> columns_;
   std::vector<Parameter> parameters_;
-  int runs_ = 0;
   bool prepared_ = false;
 };
 
 // A connection to a server through its ODBC driver.
 class OdbcDatabase {
  public:
-  // A statement in use; closed when the lease ends. The dialect must outlive the database.
+  // A statement in use; closed when the lease ends. A text said for the first time is said by a statement
+  // that all such texts share; one said again gets a statement of its own, prepared.
   class Lease {
    public:
     Lease(OdbcDatabase& database, const std::string& sql, std::span<const Value> values = {});
@@ -84,6 +87,7 @@ class OdbcDatabase {
     std::shared_ptr<OdbcStatement> statement_;
   };
 
+  // The dialect must outlive the database.
   explicit OdbcDatabase(const ServerDialect& dialect);
   ~OdbcDatabase();
 
@@ -111,6 +115,8 @@ class OdbcDatabase {
   OdbcPointer connection_;
   bool open_ = false;
   int commandTimeout_ = 0;
+  std::shared_ptr<OdbcStatement> direct_;
+  // Null for a text that was said once.
   RecentlyUsed<std::shared_ptr<OdbcStatement>> statements_;
 };
 

@@ -90,7 +90,8 @@ void OdbcDriver::Connect() {
         throw DatabaseError(
             fmt::format("The user may not open the database {} on the {}.", database, server));
       default:
-        throw DatabaseError(fmt::format("The {} cannot be reached: {}.", server, error.description()));
+        throw DatabaseError(fmt::format("The {} cannot be reached: {}{}.", server, error.description(),
+                                        error.state().empty() ? "" : " (" + error.state() + ")"));
     }
   }
 }

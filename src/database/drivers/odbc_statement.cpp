@@ -82,23 +82,26 @@ void OdbcStatement::Check(short code) const {
   CheckOdbc(code, OdbcHandle::Statement, handle_.get(), database_.dialect());
 }
 
-void OdbcStatement::Run(const std::string& sql, std::span<const Value> values) {
-  const std::u16string wide = runs_ < 2 ? ToUtf16(sql) : std::u16string();
-  const auto text = [&] { return reinterpret_cast<SQLWCHAR*>(const_cast<char16_t*>(wide.data())); };
+void OdbcStatement::Run(const std::string& sql, std::span<const Value> values, Way way) {
   static_assert(sizeof(SQLWCHAR) == sizeof(char16_t));
-  if (runs_ > 0 && !prepared_) {
-    Check(SQLPrepareW(handle_.get(), text(), static_cast<SQLINTEGER>(wide.size())));
+  std::u16string wide;
+  if (!prepared_) wide = ToUtf16(sql);
+  auto* text = reinterpret_cast<SQLWCHAR*>(wide.data());
+  const auto length = static_cast<SQLINTEGER>(wide.size());
+  if (way == Way::Prepared && !prepared_) {
+    Check(SQLPrepareW(handle_.get(), text, length));
     prepared_ = true;
   }
   BindValues(values);
-  Check(prepared_ ? SQLExecute(handle_.get())
-                  : SQLExecDirectW(handle_.get(), text(), static_cast<SQLINTEGER>(wide.size())));
-  ++runs_;
+  Check(prepared_ ? SQLExecute(handle_.get()) : SQLExecDirectW(handle_.get(), text, length));
   Describe();
 }
 
 void OdbcStatement::BindValues(std::span<const Value> values) {
-  if (parameters_.size() != values.size()) parameters_ = std::vector<Parameter>(values.size());
+  if (parameters_.size() != values.size()) {
+    SQLFreeStmt(handle_.get(), SQL_RESET_PARAMS);
+    parameters_ = std::vector<Parameter>(values.size());
+  }
   SQLUSMALLINT number = 0;
   for (const Value& value : values) {
     Parameter& sent = parameters_[number++];
