@@ -43,7 +43,7 @@ void ReadColumns(SqliteDatabase& database, TableDescription& table) {
 void ReadIndexes(SqliteDatabase& database, TableDescription& table) {
   SqliteStatement indexes(
       database.handle(),
-      fmt::format("SELECT name, [unique], origin FROM pragma_index_list('{}') WHERE origin <> 'pk' ORDER BY "
+      fmt::format("SELECT name, [unique], origin FROM pragma_index_list('{}') WHERE origin <> 'pk' AND NOT partial ORDER BY "
                   "seq DESC",
                   table.name));
   while (indexes.Step()) {
