@@ -129,12 +129,19 @@ void OdbcDatabase::Close() noexcept {
 }
 
 void OdbcDatabase::Run(const std::string& sql) {
-  OdbcStatement statement(*this);
-  statement.Run(sql, {}, OdbcStatement::Way::Direct);
-  do
-    while (statement.Fetch()) {
-    }
-  while (statement.NextResult());
+  if (!direct_) direct_ = std::make_shared<OdbcStatement>(*this);
+  const auto statement = direct_.use_count() == 1 ? direct_ : std::make_shared<OdbcStatement>(*this);
+  try {
+    statement->Run(sql, {}, OdbcStatement::Way::Direct);
+    do
+      while (statement->Fetch()) {
+      }
+    while (statement->NextResult());
+  } catch (const DatabaseError&) {
+    statement->Close();
+    throw;
+  }
+  statement->Close();
 }
 
 std::int64_t OdbcDatabase::Number(const std::string& sql) {
