@@ -37,7 +37,9 @@ class CompanyFile final : public CompanyStore {
     return "Provider=SQLite;Data Source=" + file_.string() + ";";
   }
   fs::path File() const override { return file_; }
-  void Alter(const std::string& sql) override { OpenSqliteFile(file_, FileKind::Company, 1).Run(sql.c_str()); }
+  void Alter(const std::string& sql) override {
+    OpenSqliteFile(file_, FileKind::Company, 1).Run(sql.c_str());
+  }
 
  private:
   // Made once a process, and copied.

@@ -129,14 +129,21 @@ void OdbcDatabase::Close() noexcept {
 }
 
 void OdbcDatabase::Run(const std::string& sql) {
-  OdbcStatement statement(*this);
-  statement.Run(sql, {}, OdbcStatement::Way::Direct);
-  do
-    while (statement.Fetch()) {
-    }
-  // MariaDB's driver falls over when it is asked for more of a text that cannot be prepared, as CREATE
-  // TRIGGER.
-  while (dialect_.SpeaksTheLanguage() && statement.NextResult());
+  if (!direct_) direct_ = std::make_shared<OdbcStatement>(*this);
+  const auto statement = direct_.use_count() == 1 ? direct_ : std::make_shared<OdbcStatement>(*this);
+  try {
+    statement->Run(sql, {}, OdbcStatement::Way::Direct);
+    do
+      while (statement->Fetch()) {
+      }
+    // MariaDB's driver falls over when it is asked for more of a text that cannot be prepared, as CREATE
+    // TRIGGER.
+    while (dialect_.SpeaksTheLanguage() && statement->NextResult());
+  } catch (const DatabaseError&) {
+    statement->Close();
+    throw;
+  }
+  statement->Close();
 }
 
 std::int64_t OdbcDatabase::Number(const std::string& sql) {
