@@ -21,7 +21,9 @@ namespace ktl {
 
 // A session with a settings store of its own, so that the user's stays as it is.
 struct Bench {
-  explicit Bench(const std::filesystem::path& company, const std::string& name = "bench") {
+  explicit Bench(const std::filesystem::path& company, const std::string& name = "bench")
+      : Bench(AddressOf(company.string()), name) {}
+  Bench(const CompanyAddress& company, const std::string& name) {
     const auto settings = std::filesystem::temp_directory_path() / ("ktl-" + name + "-settings.ini");
     std::filesystem::remove(settings);
     setenv("KTL_SETTINGS", settings.c_str(), 1);
@@ -30,8 +32,9 @@ struct Bench {
     session = std::make_unique<Session>(real->machine(), desk);
   }
 
-  void Connect(const std::filesystem::path& company) {
-    OpenConnection(*session, ConnectionStringOf(company));
+  void Connect(const std::filesystem::path& company) { Connect(AddressOf(company.string())); }
+  void Connect(const CompanyAddress& company) {
+    OpenConnection(*session, company.connectionString);
     LoadOptionSet(*session);
   }
 
@@ -65,7 +68,8 @@ inline AdvLoanEntry LoanOf360() {
 class LoanClerk {
  public:
   explicit LoanClerk(const std::filesystem::path& company, const std::string& name = "bench")
-      : bench_(company, name) {
+      : LoanClerk(AddressOf(company.string()), name) {}
+  LoanClerk(const CompanyAddress& company, const std::string& name) : bench_(company, name) {
     bench_.Connect(company);
     entry_ = std::make_unique<modAdvLoan>(*bench_.session, InstructionType::Loan);
     entry_->Load();

@@ -33,7 +33,8 @@ class Library {
   long Say(const std::string& sql) {
     if (mysql_real_query(connection_, sql.data(), sql.size()) != 0)
       throw std::runtime_error(mysql_error(connection_));
-    MYSQL_RES* result = mysql_use_result(connection_);
+    // All rows are held before the first is looked at, as the program holds them.
+    MYSQL_RES* result = mysql_store_result(connection_);
     if (result == nullptr) return static_cast<long>(mysql_affected_rows(connection_));
     long rows = 0;
     while (mysql_fetch_row(result) != nullptr) ++rows;

@@ -40,7 +40,7 @@ CompanyAddress AddressOf(const std::string& text) {
   const std::string server = FirstOf(text, "Server", "Data Source");
   return {text,
           {},
-          fmt::format("the database {} on {}", FirstOf(text, "Database", "Initial Catalog"),
+          fmt::format("database {} on {}", FirstOf(text, "Database", "Initial Catalog"),
                       server.empty() ? "localhost" : server)};
 }
 

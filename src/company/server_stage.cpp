@@ -26,7 +26,8 @@ class MariaDbStage final : public ServerStage {
       throw CompanyError(fmt::format(kBusy, server_.shown()));
     if (Undo()) cleaned_ = "An earlier attempt that was cut off there has been cleaned away.";
     before_ = Present("");
-    if (!before_.empty() && !replace) throw CompanyError(fmt::format(kInTheWay, server_.shown()));
+    if (!before_.empty() && !replace)
+      throw CompanyError(cleaned_ + (cleaned_.empty() ? "" : " ") + fmt::format(kInTheWay, server_.shown()));
     database().Run(fmt::format("CREATE TABLE `{}` (ID INT)", before_.empty() ? kFirst : kAgain));
     making_ = true;
   }
@@ -100,7 +101,7 @@ class MariaDbStage final : public ServerStage {
   void DropObjects() {
     for (const auto& statement : ObjectStatements(ServerKind::MariaDb)) {
       std::istringstream words(statement);
-      for (std::string word, name; words >> word;) {
+      for (std::string word, name; words >> word && word != "DROP";) {
         if (word != "VIEW" && word != "FUNCTION" && word != "PROCEDURE" && word != "TRIGGER") continue;
         words >> name;
         database().Run(fmt::format("DROP {} IF EXISTS {}", word, name.substr(0, name.find('('))));

@@ -43,9 +43,10 @@ void ReadColumns(SqliteDatabase& database, TableDescription& table) {
 void ReadIndexes(SqliteDatabase& database, TableDescription& table) {
   SqliteStatement indexes(
       database.handle(),
-      fmt::format("SELECT name, [unique], origin FROM pragma_index_list('{}') WHERE origin <> 'pk' ORDER BY "
-                  "seq DESC",
-                  table.name));
+      fmt::format(
+          "SELECT name, [unique], origin FROM pragma_index_list('{}') WHERE origin <> 'pk' AND NOT partial ORDER BY "
+          "seq DESC",
+          table.name));
   while (indexes.Step()) {
     const std::string name = indexes.Column(0).ToText();
     table.indexes.push_back(

@@ -61,7 +61,8 @@ std::optional<double> FormulaRun::Together(const RunPerson& person) {
   return std::nullopt;
 }
 
-// The rest of a block goes by what was read for it already, so it is evaluated in one go. What is asked anew sees those writes and cannot be asked ahead.
+// The rest of a block goes by what was read for it already, so it is evaluated in one go. What is asked anew
+// sees those writes and cannot be asked ahead.
 void FormulaRun::ReckonAhead() {
   ahead_.clear();
   for (const RunPerson& person : reads_->ReadTogether()) {

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include "company/company_copy.h"
+#include "company/company_rows.h"
 #include "company/row_writer.h"
 #include "database/connection.h"
 #include "database/drivers/sqlite_file.h"
@@ -51,25 +52,29 @@ class ServerCopy : public testing::Test {
   CompanyAddress server_;
 };
 
-std::vector<TableSum> SumsOf(const CompanyAddress& company) {
-  SqliteDatabase database = OpenSqliteFile(company.file, FileKind::Company, 1);
-  return TableSums(database);
+// Servers have an order of their own among names that differ in punctuation only.
+std::vector<RowSum> SumsOf(const CompanyAddress& company) {
+  const auto source = OpenSource(company);
+  std::vector<RowSum> sums;
+  for (const auto& table : TableCatalogue())
+    source->Read(table, [&sum = sums.emplace_back()](const Row& row) { sum.Add(row); });
+  return sums;
 }
 
 TEST_F(ServerCopy, ACompanyComesBackAsItWasSent) {
   CompanyOptions options = Options(folder_ / "made.kldb");
   const auto made = CreateCompany(options);
   options.server = server_.connectionString;
-  EXPECT_EQ(CreateOnServer(options), made);
+  EXPECT_TRUE(CreateOnServer(options) == made);
   EXPECT_EQ(Said(server_, "SELECT MONTHNAME FROM QRYMONTH WHERE MONTHYEAR = 24312"), "Dec/2025");
   CopyCompany({server_, File("back.kldb"), false});
-  EXPECT_EQ(SumsOf(File("back.kldb")), made);
+  EXPECT_TRUE(SumsOf(File("back.kldb")) == SumsOf(File("made.kldb")));
 
   const CopiedCompany done = CopyCompany({Small("small.kldb"), server_, true});
   EXPECT_EQ(done.tables, 76U);
   EXPECT_TRUE(done.leftOut.empty());
   CopyCompany({server_, File("again.kldb"), false});
-  EXPECT_EQ(SumsOf(File("again.kldb")), SumsOf(File("small.kldb")));
+  EXPECT_TRUE(SumsOf(File("again.kldb")) == SumsOf(File("small.kldb")));
   EXPECT_EQ(LeftBehind(), "0");
 }
 
@@ -94,37 +99,38 @@ TEST_F(ServerCopy, WhatIsInTheWayStays) {
 }
 
 TEST_F(ServerCopy, WhatAKilledCopyLeftIsTakenAway) {
+  std::string swapped = "CREATE TABLE KTL_MAKING_AGAIN (ID INT)";
+  for (const auto& table : TableCatalogue())
+    swapped += fmt::format("; RENAME TABLE {0} TO KTL_OLD_{0}", table.name);
+  swapped += "; CREATE TABLE MAS_EMPLOYEE (EMPID INT)";
   const struct {
-    const char* left;
+    std::string left;
     bool company;  // one is there already
   } cases[] = {
       {"CREATE TABLE KTL_MAKING_FIRST (ID INT); CREATE TABLE KTL_NEW_MAS_EMPLOYEE (EMPID INT)", false},
       {"CREATE TABLE KTL_MAKING_FIRST (ID INT); CREATE TABLE MAS_EMPLOYEE (EMPID INT)", false},
       {"CREATE TABLE KTL_MAKING_AGAIN (ID INT); CREATE TABLE KTL_NEW_MAS_EMPLOYEE (EMPID INT)", true},
-      {"CREATE TABLE KTL_MAKING_AGAIN (ID INT); RENAME TABLE MAS_EMPLOYEE TO KTL_OLD_MAS_EMPLOYEE, "
-       "MAS_MONTHYEAR TO KTL_OLD_MAS_MONTHYEAR; CREATE TABLE MAS_EMPLOYEE (EMPID INT)",
-       true},
+      {swapped, true},
       {"CREATE TABLE KTL_OLD_MAS_EMPLOYEE (EMPID INT)", true},
   };
+  const CompanyAddress source = Small("source.kldb");
   for (const auto& [left, company] : cases) {
     database_.emplace();
     server_ = AddressOf(database_->ConnectionString());
-    const CompanyAddress source = Small("source.kldb");
     if (company) CopyCompany({source, server_, false});
     for (const auto& each : Split(left, "; ")) database_->Run(each);
-    std::string cleaned;
-    const std::string refused = ErrorOf([&] {
-      CopyCompany({source, server_, false, {{}, [&](const std::string& what) { cleaned = what; }}});
+    std::string told;
+    told += ErrorOf([&] {
+      CopyCompany({source, server_, false, {{}, [&](const std::string& what) { told = what; }}});
     });
-    EXPECT_EQ(refused == "done", !company) << left;
+    EXPECT_EQ(told.ends_with("done"), !company) << left;
+    EXPECT_EQ(told.find("has been cleaned away") != told.npos, left.find("MAKING") != left.npos) << left;
     EXPECT_EQ(Said(server_, "SELECT COUNT(*) FROM MAS_EMPLOYEE"), "2") << left;
     EXPECT_EQ(LeftBehind(), "0") << left;
-    EXPECT_EQ(cleaned.empty(), std::string(left).find("MAKING") == std::string::npos) << left;
     Connection cn;
     cn.Open(server_.connectionString);
     cn.Execute("UPDATE MAS_MONTHYEAR SET LOCKEDYN = 1 WHERE MONTHYEAR = 24312");
     EXPECT_EQ(Said(server_, "SELECT COUNT(*) FROM SEC_MONTHLOCKHISTORY"), "1") << left;
-    std::filesystem::remove(source.file);
   }
 }
 

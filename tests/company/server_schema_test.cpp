@@ -114,7 +114,7 @@ TEST(ServerSchema, ObjectsOfSqlServerNameWhatIsThere) {
   }
   EXPECT_EQ(made, (std::set<std::string>{"QRYMONTH", "FnStrMonthName", "udf_getEmpLock", "FnStrSessionUser",
                                          "FillClassTable", "ClassSecurity", "ClassSecurityCloud",
-                                         "UpdateAuditTrail", "KTL_MONTHLOCK"}));
+                                         "UpdateAuditTrail", "KTL_MONTHLOCK", "KTL_SCHEMA"}));
 }
 
 }  // namespace

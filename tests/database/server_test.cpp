@@ -323,6 +323,10 @@ std::string OpenError(const std::string& connectionString) {
   return told;
 }
 
+class NoDriver final : public MariaDbDialect {
+  std::span<const std::string_view> DriverNames() const override { return {}; }
+};
+
 TEST(ServerConnection, WhatCannotBeReachedIsToldInOneLineAndInTime) {
   const SilentServer silent;
   const std::string user = "User ID=ravi;PWD=Secret}{;";
@@ -343,11 +347,17 @@ TEST(ServerConnection, WhatCannotBeReachedIsToldInOneLineAndInTime) {
        "The server = (MariaDB) cannot be reached: "},
       {"Provider=SQLOLEDB.1;Persist Security Info=True;User ID=ravi;PWD=Secret;Initial Catalog=PAY;"
        "Data Source=127.0.0.1,1",
-       "The server 127.0.0.1,1 (SQL Server) cannot be reached: "},
+       "The server 127.0.0.1,1 (SQL Server) cannot be reached: Unable to connect: Adaptive Server is "
+       "unavailable or does not exist (08S01)."},
       {"Provider=SQLNCLI;Server=127.0.0.1;Port=" + silent.Port() + ";Database=PAY;" + user,
-       "The server 127.0.0.1 (SQL Server) cannot be reached: "},
+       "The server 127.0.0.1 (SQL Server) cannot be reached: Timeout expired (HYT00)."},
   };
   for (const auto& c : cases) EXPECT_EQ(OpenError(c.connectionString).substr(0, std::strlen(c.told)), c.told);
+  ConnectionSettings settings;
+  settings.connectionString = "Provider=MariaDB;Server=ho;" + user;
+  EXPECT_EQ(FailureOf([&] { OdbcDriver(std::make_unique<NoDriver>(), settings); }).description(),
+            "The server ho (MariaDB) cannot be reached: no ODBC driver for MariaDB is installed (package "
+            "odbc-mariadb).");
 }
 
 TEST_F(Server, AnyOtherRefusalOfAConnectionIsToldInOneLine) {

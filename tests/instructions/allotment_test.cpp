@@ -113,8 +113,8 @@ TEST_F(MultipleAllotment, ListsWhoIsNotLockedAndNamesWithoutInterestApart) {
 }
 
 TEST_F(MultipleAllotment, FollowsTheFilterAndTheInterestCalculator) {
-  company.Alter("CREATE VIEW FILTERED AS SELECT E.*, EMPID <> 17 AS FILTERYN1 FROM MAS_EMPLOYEE E");
-  session.EmployeeViewName = "Filtered";
+  company.Alter("CREATE VIEW VW_MAS_EMPLOYEEPC1 AS SELECT E.*, EMPID <> 17 AS FILTERYN1 FROM MAS_EMPLOYEE E");
+  session.EmployeeViewName = "vw_MAS_EMPLOYEEPC1";
   EnterAdvances();
   Run("UPDATE MAS_EMPLOYEE SET lockyn = 1 WHERE EMPID = 18");
   for (const char* filter : {"1", "0"}) {

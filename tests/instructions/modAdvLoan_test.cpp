@@ -1,5 +1,7 @@
 #include "instructions/modAdvLoan.h"
 
+#include <cstring>
+
 #include "entry_fixture.h"
 #include "runtime/text.h"
 
@@ -126,7 +128,7 @@ TEST_F(EntryScreen, ANewSerialNumberFollowsTheHighestWhileThatCanBe) {
       {"2147483647", "1", 0},  {"1), (17, 2147483647", "2", 1},
       {"99999999999", "1", 0}, {"-9223372036854775808", "1", 0}};
   for (const auto& [stored, next, others] : cases) {
-    if (test::CompaniesAreOnServer() && std::abs(std::strtoll(stored, nullptr, 10)) > 2147483647) continue;
+    if (test::CompaniesAreOnServer() && std::strlen(stored) > 10) continue;  // a server keeps int in 32 bits
     Run("DELETE FROM INS_ADVLOAN");
     const std::string rows = ReplaceAll(stored, ")", ", 1, 'Salary Advance')");
     Run("INSERT INTO INS_ADVLOAN (EMPID, SERIALNO, SITYPE, SINAME) VALUES (17, " + rows +

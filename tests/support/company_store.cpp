@@ -37,7 +37,9 @@ class CompanyFile final : public CompanyStore {
     return "Provider=SQLite;Data Source=" + file_.string() + ";";
   }
   fs::path File() const override { return file_; }
-  void Alter(const std::string& sql) override { OpenSqliteFile(file_, FileKind::Company, 1).Run(sql.c_str()); }
+  void Alter(const std::string& sql) override {
+    OpenSqliteFile(file_, FileKind::Company, 1).Run(sql.c_str());
+  }
 
  private:
   // Made once a process, and copied.
@@ -129,10 +131,11 @@ class CompanyDatabase {
   bool altered_ = false;
 };
 
-// Databases that no test uses now; making one takes a second.
+// Databases that no test uses now; making one takes a second. They go with their server, not before: at the
+// end of the program nobody can be connected any more.
 std::vector<std::unique_ptr<CompanyDatabase>>& Unused() {
-  static std::vector<std::unique_ptr<CompanyDatabase>> unused;
-  return unused;
+  static auto* const unused = new std::vector<std::unique_ptr<CompanyDatabase>>;
+  return *unused;
 }
 
 class CompanyOnServer final : public CompanyStore {

@@ -82,6 +82,6 @@ BEGIN
 END
 GO
 
--- The last of all: it tells which schema this is.
+-- The schema that the tables follow; the last of all, so that what is half made is no company.
 CREATE OR ALTER VIEW KTL_SCHEMA AS SELECT 1 AS VERSION
 GO

@@ -10,6 +10,7 @@ class MariaDbDialect : public ServerDialect {
  public:
   std::string_view Product() const override { return "MariaDB"; }
   std::span<const std::string_view> DriverNames() const override;
+  std::string_view DriverPackage() const override { return "odbc-mariadb"; }
   std::string ServerOf(const ConnectionSettings& settings) const override;
   std::string DatabaseOf(const ConnectionSettings& settings) const override;
   std::string OdbcString(const ConnectionSettings& settings, std::string_view driver) const override;

@@ -74,7 +74,7 @@ void CheckOdbc(short code, OdbcHandle kind, void* handle, const ServerDialect& d
   const Diagnostic diagnostic = handle == nullptr
                                     ? Diagnostic{"HY000", 0, "The ODBC driver manager has no memory left."}
                                     : FirstDiagnostic(static_cast<SQLSMALLINT>(kind), handle);
-  throw ServerError(dialect.FailureOf(diagnostic), diagnostic.message);
+  throw ServerError(dialect.FailureOf(diagnostic), diagnostic.message, diagnostic.state);
 }
 
 OdbcDatabase::OdbcDatabase(const ServerDialect& dialect) : dialect_(dialect), statements_(kMostStatements) {
@@ -101,8 +101,8 @@ std::string OdbcDatabase::InstalledDriver(const ConnectionSettings& settings) co
   for (const auto& wanted : dialect_.DriverNames())
     for (const auto& there : installed)
       if (EqualsNoCase(there, wanted)) return there;
-  throw ServerError(ServerFailure::Unreachable,
-                    fmt::format("no ODBC driver for {} is installed", dialect_.Product()));
+  throw ServerError(ServerFailure::Unreachable, fmt::format("no ODBC driver for {} is installed (package {})",
+                                                            dialect_.Product(), dialect_.DriverPackage()));
 }
 
 void OdbcDatabase::Open(const ConnectionSettings& settings) {
@@ -129,14 +129,21 @@ void OdbcDatabase::Close() noexcept {
 }
 
 void OdbcDatabase::Run(const std::string& sql) {
-  OdbcStatement statement(*this);
-  statement.Run(sql, {}, OdbcStatement::Way::Direct);
-  do
-    while (statement.Fetch()) {
-    }
-  // MariaDB's driver falls over when it is asked for more of a text that cannot be prepared, as CREATE
-  // TRIGGER.
-  while (dialect_.SpeaksTheLanguage() && statement.NextResult());
+  if (!direct_) direct_ = std::make_shared<OdbcStatement>(*this);
+  const auto statement = direct_.use_count() == 1 ? direct_ : std::make_shared<OdbcStatement>(*this);
+  try {
+    statement->Run(sql, {}, OdbcStatement::Way::Direct);
+    do
+      while (statement->Fetch()) {
+      }
+    // MariaDB's driver falls over when it is asked for more of a text that cannot be prepared, as CREATE
+    // TRIGGER.
+    while (dialect_.SpeaksTheLanguage() && statement->NextResult());
+  } catch (const DatabaseError&) {
+    statement->Close();
+    throw;
+  }
+  statement->Close();
 }
 
 std::int64_t OdbcDatabase::Number(const std::string& sql) {

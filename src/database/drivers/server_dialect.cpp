@@ -21,8 +21,8 @@ long NumberOf(ServerFailure failure) {
 
 }  // namespace
 
-ServerError::ServerError(ServerFailure failure, std::string description)
-    : DatabaseError(std::move(description), NumberOf(failure)), failure_(failure) {}
+ServerError::ServerError(ServerFailure failure, std::string description, std::string state)
+    : DatabaseError(std::move(description), NumberOf(failure)), failure_(failure), state_(std::move(state)) {}
 
 // Not every driver reads "}}" between brackets as one bracket.
 std::string OdbcValue(std::string_view value) {

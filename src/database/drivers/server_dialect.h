@@ -36,11 +36,13 @@ enum class ServerFailure {
 
 class ServerError final : public DatabaseError {
  public:
-  ServerError(ServerFailure failure, std::string description);
+  ServerError(ServerFailure failure, std::string description, std::string state = "");
   ServerFailure failure() const { return failure_; }
+  const std::string& state() const { return state_; }  // ODBC's five characters
 
  private:
   ServerFailure failure_;
+  std::string state_;
 };
 
 // What servers differ in.
@@ -51,6 +53,7 @@ class ServerDialect {
   virtual std::string_view Product() const = 0;
   // Under which names its ODBC drivers are known, the best one first.
   virtual std::span<const std::string_view> DriverNames() const = 0;
+  virtual std::string_view DriverPackage() const = 0;  // what installs one, on Debian
   // Where the company is, for messages.
   virtual std::string ServerOf(const ConnectionSettings& settings) const = 0;
   virtual std::string DatabaseOf(const ConnectionSettings& settings) const = 0;

@@ -10,6 +10,7 @@ class SqlServerDialect final : public ServerDialect {
  public:
   std::string_view Product() const override { return "SQL Server"; }
   std::span<const std::string_view> DriverNames() const override;
+  std::string_view DriverPackage() const override { return "tdsodbc"; }
   std::string ServerOf(const ConnectionSettings& settings) const override;
   std::string DatabaseOf(const ConnectionSettings& settings) const override;
   std::string OdbcString(const ConnectionSettings& settings, std::string_view driver) const override;

@@ -31,8 +31,8 @@ class Writer {
   virtual void WriteName(std::string_view name) = 0;
   // Of a table or a view, or what stands for one: an alias, a qualifier.
   virtual void WriteObjectName(std::string_view name) { WriteName(name); }
-  virtual void WriteKeyColumns() {}            // in front of the columns of an updatable query
-  virtual void WriteLimit(const Expr& count);  // behind the query whose rows are limited
+  virtual void WriteKeyColumns() {}              // in front of the columns of an updatable query
+  virtual void WriteLimit(const Expr& count);    // behind the query whose rows are limited
   virtual void WriteUnionOrder(const Query&) {}  // behind a union for which none is told
   virtual void WriteDate(const Date& date);
   virtual void WriteDatePart(std::string_view part) { Put(part); }  // DAY, MONTH or YEAR in DATEDIFF
