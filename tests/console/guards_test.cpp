@@ -44,6 +44,9 @@ constexpr Deed kDeeds[] = {
      "pick cmbEmpName Hema Varma\nrow fpgAdvLoan 1\ntickcell fpgEMI 5 1 on\nanswer Yes\nanswer Cancel\n"
      "click cmdEMIDelete\n",
      206, kAllGuards},
+    {"a month marked as recovered", "1501#False#0#0",
+     "pick cmbEmpName Hema Varma\nrow fpgAdvLoan 1\ntickcell fpgEMI 5 4 on\n", 0,
+     kReadOnly | kLockedEmployee | kUnaudited},
     {"a month saved in the editor", "1501#False#0#0",
      "pick cmbEmpName Hema Varma\nrow fpgAdvLoan 1\nclick cmdEmi\nrow fpgEMIDetail 2\ntext txtAmount 990\n"
      "answer Yes\nclick cmdSave\n",

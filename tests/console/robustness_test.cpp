@@ -77,13 +77,6 @@ class BadDay : public testing::Test {
     return outcome;
   }
 
-  // A settings store that names another file; time-outs of one second.
-  void Name(const std::string& company) {
-    fs::remove(Path("other.ini"));
-    WriteSettings(Path("other.ini"), AddressOf(company));
-    std::ofstream(Path("other.ini"), std::ios::app) << "[Settings]\nCONNTIME=1\nCOMDTIME=1\n";
-  }
-
   std::string Rows(const std::string& sql) const {
     Connection cn;
     cn.Open("Provider=SQLite;Data Source=" + Path("company.kldb").string() + ";");
@@ -95,7 +88,7 @@ class BadDay : public testing::Test {
   TemporaryFolder folder;
 };
 
-TEST_F(BadDay, CommandLinesThatNameNoScreenEndWithOneLineOrOneBox) {
+TEST_F(BadDay, CommandLinesThatNameNoScreenEndWithOneLine) {
   // What cannot be taken apart is told with an example, before anything is opened.
   for (const char* line : {"", "1502#False", "1502#perhaps#0#0", "1502#False#zero#0", "99999999999#False#0#0",
                            "1502#False#32768#0"}) {
@@ -105,15 +98,6 @@ TEST_F(BadDay, CommandLinesThatNameNoScreenEndWithOneLineOrOneBox) {
     EXPECT_NE(outcome.err.find(std::string("\"") + line + "\""), std::string::npos) << outcome.err;
     EXPECT_NE(outcome.err.find("1502#False#0#0"), std::string::npos) << outcome.err;
     EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
-  }
-  const std::pair<const char*, const char*> boxes[] = {
-      {"1506#False#0#0",
-       "box | Critical | KestrelLedger - Standing Instruction | Invalid form reference | OK\n"},
-      {"letters#False#0#0$Pay", "box | Critical | Pay | Invalid form reference | OK\n"}};
-  for (const auto& [line, box] : boxes) {
-    const Outcome outcome = Play(line);
-    EXPECT_EQ(outcome.status, 1) << line;
-    EXPECT_EQ(outcome.out, box);
   }
 }
 
@@ -143,23 +127,6 @@ TEST_F(BadDay, WhatTheProgramsMakeOnlyTheirUserCanRead) {
   EXPECT_GE(files, 4U);  // company, local store, settings, log
 }
 
-TEST_F(BadDay, FilesThatAreNoCompanyAreNamed) {
-  std::ofstream(Path("letter.txt")) << std::string(5000, 'x');
-  fs::copy_file(Path("company.kldb"), Path("newer.kldb"));
-  Neighbour(Path("newer.kldb")).Say("PRAGMA user_version = 2");
-  const std::pair<const char*, const char*> cases[] = {{"missing.kldb", "missing.kldb does not exist"},
-                                                       {".", "is a folder"},
-                                                       {"letter.txt", "letter.txt is not a company file"},
-                                                       {"newer.kldb", "has schema version 2"}};
-  for (const auto& [file, words] : cases) {
-    Name(Path(file).string());
-    const Outcome outcome = Play("1502#False#0#0", "", "other.ini");
-    EXPECT_EQ(outcome.status, 1) << file;
-    EXPECT_NE(outcome.err.find(words), std::string::npos) << outcome.err;
-  }
-  EXPECT_FALSE(fs::exists(Path("missing.kldb")));
-}
-
 TEST_F(BadDay, SettingsThatCannotBeReadAreNamed) {
   std::ofstream(Path("garbage.ini")) << "no section here\n\x01\xff\n";
   fs::create_directory(Path("folder.ini"));
@@ -171,18 +138,6 @@ TEST_F(BadDay, SettingsThatCannotBeReadAreNamed) {
   const Outcome none = Play("1502#False#0#0", "", "absent.ini");
   EXPECT_EQ(none.status, 1);
   EXPECT_EQ(none.out, "box | Exclamation | Kestrel Ledger | Please open the Kestrel Ledger file. | OK\n");
-}
-
-TEST_F(BadDay, ACompanyLockedPastTheTimeOutIsSaid) {
-  Name(Path("company.kldb").string());
-  Neighbour other(Path("company.kldb"));
-  other.Say("BEGIN IMMEDIATE");
-  const auto begin = std::chrono::steady_clock::now();
-  const Outcome outcome = Play("1502#False#0#0", "", "other.ini");
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
-  other.Say("ROLLBACK");
-  EXPECT_EQ(outcome.status, 1);
-  EXPECT_NE(outcome.err.find("lock"), std::string::npos) << outcome.err;
 }
 
 const char* const kEnterLoan =

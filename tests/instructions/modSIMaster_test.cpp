@@ -366,25 +366,6 @@ TEST_F(MasterScreen, MarksInsuredEmployeesForPorting) {
   }
 }
 
-TEST_F(MasterScreen, RefusesAGroupWithoutTheRight) {
-  session.MultiLoginYN = true;
-  Run("INSERT INTO SEC_USERLIST (UserID, USERNAME, GROUPID) VALUES (2, 'RAVI', 7);"
-      "INSERT INTO SEC_BUTPER (BUTID, GROUPID, BUTALLOWYN) VALUES (209, 7, 0), (210, 7, 1)");
-  Open(1501);
-  SaveAs("Festival Advance");
-  EXPECT_EQ(desk.TakeTexts(), Texts{"Permission denied."});
-  EXPECT_EQ(Rows("SELECT SINAME FROM INS_MASTER"), "");
-  EXPECT_EQ(screen->cmdDelete.tag, "210");
-  Run("UPDATE SEC_BUTPER SET BUTALLOWYN = 0; INSERT INTO INS_MASTER (SITYPE, SINAME) VALUES (1, 'Kept')");
-  Open(1501);
-  ClickRow(screen->fpgSIMaster, 0);
-  AnswerDelete(Answer::Yes);
-  EXPECT_EQ(desk.TakeTexts(), Texts{"Permission denied."});
-  session.ReadOnlyUser = true;
-  Open(1501);
-  EXPECT_FALSE(screen->cmdSave.enabled || screen->cmdDelete.enabled);
-}
-
 Texts TextsOf(const std::vector<Statement>& statements) {
   Texts texts;
   for (const Statement& statement : statements) texts.push_back(statement.text());
