@@ -553,6 +553,8 @@ TEST_F(MultipleAllotment, HeedsTheRightsOfItsButtons) {
     company.Row("SEC_BUTPER").With("BUTID", right).With("GROUPID", 9).With("BUTALLOWYN", 0);
   EXPECT_EQ(Press(OpenAllotment(Advance).cmdFmeFormula), Texts{"Permission denied."});
   EXPECT_EQ(Press(OpenAllotment(GroupInsurance).cmdPFormula), Texts{"Permission denied."});
+  session.ReadOnlyUser = true;
+  EXPECT_FALSE(OpenAllotment(Loan).cmdSave.enabled);
 }
 
 }  // namespace

@@ -287,6 +287,9 @@ TEST_F(MasterScreen, DeletesOnlyWhatNoInstructionOfItsTypeUses) {
   EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_MASTER"), "3");
   AnswerDelete(Answer::Yes);
   EXPECT_EQ(Rows("SELECT SITYPE, SINAME FROM INS_MASTER ORDER BY SITYPE"), "2|Used Loan\n3|Car Loan");
+  session.ReadOnlyUser = true;
+  Open(1502);
+  EXPECT_FALSE(screen->cmdSave.enabled || screen->cmdDelete.enabled);
 }
 
 TEST_F(MasterScreen, RefusesWhatAnotherWorkstationHasChanged) {

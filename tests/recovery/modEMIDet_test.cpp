@@ -366,6 +366,17 @@ TEST_F(Editor, ThePanelComputesARange) {
   EXPECT_EQ(editor.txtIntFrom.Text() + " " + editor.txtIntTo.Text(), "May/2024 Jul/2024");
 }
 
+// The entry of advances does not open it for them, that of premiums does.
+TEST_F(Editor, IsShutForReadersAndLockedEmployees) {
+  Instruction(InstructionType::Advance, {100, 100});
+  for (const bool reader : {true, false}) {
+    session.ReadOnlyUser = reader;
+    session.EmpLockStatus = reader ? 0 : 1;
+    const modEMIDet& editor = Open<modEMIDet>();
+    EXPECT_FALSE(editor.cmdSave.enabled || editor.cmdDelete.enabled || editor.cmdIntCalculate.enabled);
+  }
+}
+
 TEST_F(Editor, AFailureIsShownAsAnError) {
   Instruction(InstructionType::Advance, {100, 100});
   modEMIDet& editor = OpenOn(0);
