@@ -43,11 +43,12 @@ struct Bench {
   std::unique_ptr<Session> session;
 };
 
-// A copy of the company of that size, to write into.
+// A copy of the company of that size, to write into: a new one, but on a server the one that is there.
 inline std::filesystem::path ScratchCompany(const BenchSize& size = Usual(1000)) {
+  if (!BenchServer().empty()) return CompanyOnServer(size, "scratch-");
   const auto scratch = std::filesystem::temp_directory_path() / "ktl-bench-scratch.kldb";
   for (const char* ending : {"", "-wal", "-shm"}) std::filesystem::remove(scratch.string() + ending);
-  std::filesystem::copy_file(BenchCompany(size), scratch);
+  std::filesystem::copy_file(BenchFile(size), scratch);
   return scratch;
 }
 
