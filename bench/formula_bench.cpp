@@ -18,6 +18,7 @@
 #include "frame/session.h"
 #include "machine/real_machine.h"
 #include "quiet_desk.h"
+#include "start/connect.h"
 
 namespace {
 
@@ -34,7 +35,7 @@ ktl::BenchSize SizeOf(const benchmark::State& state) {
 
 struct Office {
   explicit Office(const benchmark::State& state) : real("formula_bench"), session(real.machine(), desk) {
-    session.Cn.Open(ktl::ConnectionStringOf(ktl::BenchCompany(SizeOf(state))));
+    ktl::OpenConnection(session, ktl::ConnectionStringOf(ktl::BenchCompany(SizeOf(state))));
     ktl::LoadCaptions(session);
     ktl::LoadOptionSet(session);
     session.Cn.Execute("DELETE FROM MAS_FORMULA WHERE FORMULAID = 900");
@@ -154,7 +155,7 @@ void PeriodRun(benchmark::State& state) {
 double TakeRows(ktl::SqliteStatement& statement) {
   double taken = 0;
   for (; statement.Step(); ++taken)
-    for (int column = 0; column < statement.ColumnCount(); ++column)
+    for (std::size_t column = 0; column < statement.ColumnCount(); ++column)
       benchmark::DoNotOptimize(statement.Column(column));
   statement.Reset();
   return taken;
