@@ -202,6 +202,7 @@ TEST(MariaDbDialect, EachConstruct) {
        "SELECT DISTINCT `A`, (SELECT MAX(`C`) FROM `U`) FROM `T`"},
       {"SELECT DISTINCT A, ISNULL(SUM(C), 0) FROM T GROUP BY A, B",
        "SELECT DISTINCT `A`, IFNULL(SUM(`C`), 0) FROM `T` GROUP BY `A`, `B`"},
+      {"SELECT A, * FROM T x CROSS JOIN U", "SELECT `A`, `X`.*, `U`.* FROM `T` AS `X` CROSS JOIN `U`"},
       // Changes.
       {"UPDATE T SET A = V.S FROM T x, (SELECT B, SUM(C) AS S FROM U GROUP BY B) V WHERE X.B = V.B",
        "UPDATE `T` AS `X`, (SELECT `B`, SUM(`C`) AS `S` FROM `U` GROUP BY `B`) AS `V` SET `X`.`A` = "
