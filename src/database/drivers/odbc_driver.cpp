@@ -5,9 +5,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "database/drivers/mariadb_dialect.h"
-#include "database/drivers/sqlserver_dialect.h"
-#include "database/schema_version.h"
+#include "database/drivers/server_company.h"
 #include "database/statement_twin.h"
 #include "database/stored_date.h"
 #include "database/tsql/parser.h"
@@ -73,44 +71,13 @@ OdbcDriver::~OdbcDriver() {
 }
 
 void OdbcDriver::Connect() {
-  const std::string server =
-      fmt::format("server {} ({})", dialect_->ServerOf(settings_), dialect_->Product());
-  const std::string database = dialect_->DatabaseOf(settings_);
+  OpenServerCompany(database_, settings_);
   try {
-    database_.Open(settings_);
-    CheckVersion(fmt::format("database {} on the {}", database, server));
     for (const auto& filling : fillings_) database_.Run(filling.second);
   } catch (const ServerError& error) {
     database_.Close();
-    switch (error.failure()) {
-      case ServerFailure::LoginRefused:
-        throw DatabaseError(fmt::format("The {} refused the user or his password.", server));
-      case ServerFailure::NoSuchDatabase:
-        throw DatabaseError(fmt::format("There is no database {} on the {}.", database, server));
-      case ServerFailure::Denied:
-        throw DatabaseError(
-            fmt::format("The user may not open the database {} on the {}.", database, server));
-      default:
-        throw DatabaseError(fmt::format("The {} cannot be reached: {}{}.", server, error.description(),
-                                        error.state().empty() ? "" : " (" + error.state() + ")"));
-    }
+    throw NotReached(*dialect_, settings_, error);
   }
-}
-
-void OdbcDriver::CheckVersion(const std::string& place) {
-  std::int64_t version = 0;
-  try {
-    version = database_.Number("SELECT VERSION FROM KTL_SCHEMA");
-  } catch (const ServerError& error) {
-    if (error.failure() != ServerFailure::NoSuchTable) throw;
-    if (dialect_->MayLackVersion()) return;
-    database_.Close();
-    throw DatabaseError(fmt::format("The {} is no company.", place));
-  }
-  if (version == kSchemaVersion) return;
-  database_.Close();
-  throw DatabaseError(fmt::format("The {} has schema version {}; this program works with version {}.", place,
-                                  version, kSchemaVersion));
 }
 
 template <typename Work>
@@ -408,14 +375,6 @@ void OdbcDriver::Rollback() {
 
 void OdbcDriver::MakeDurable() {
   if (!InTransaction()) changed_ = false;
-}
-
-std::unique_ptr<Driver> OpenMariaDb(const ConnectionSettings& settings) {
-  return std::make_unique<OdbcDriver>(std::make_unique<MariaDbDialect>(), settings);
-}
-
-std::unique_ptr<Driver> OpenSqlServer(const ConnectionSettings& settings) {
-  return std::make_unique<OdbcDriver>(std::make_unique<SqlServerDialect>(), settings);
 }
 
 }  // namespace ktl

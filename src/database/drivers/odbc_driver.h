@@ -57,7 +57,6 @@ class OdbcDriver final : public ProgramDriver {
   using Key = std::shared_ptr<std::vector<Value>>;
 
   void Connect();
-  void CheckVersion(const std::string& place);
   // Runs what says something to the server; what its failure means for the connection is seen to here.
   template <typename Work>
   auto Say(Work work);
@@ -80,8 +79,5 @@ class OdbcDriver final : public ProgramDriver {
   std::map<std::string, std::string> fillings_;
   std::unordered_map<std::string, Table, tsql::WordHash, tsql::WordEqual> tables_;
 };
-
-std::unique_ptr<Driver> OpenMariaDb(const ConnectionSettings& settings);
-std::unique_ptr<Driver> OpenSqlServer(const ConnectionSettings& settings);
 
 }  // namespace ktl
