@@ -288,6 +288,14 @@ bool MariaDbWriter::NeedsGroups(const tsql::SelectCore& core) const {
   });
 }
 
+// This database takes a bare one in front alone.
+void MariaDbWriter::WriteLaterStar(const tsql::SelectCore& core) {
+  List("", core.from, [this](const tsql::TableRef& table) {
+    WriteObjectName(table.alias.empty() ? table.name : table.alias);
+    Put(".*");
+  });
+}
+
 // What a whole table's columns come to is worked out once for each of their values, which an index gives, and
 // not for each row.
 void MariaDbWriter::WriteSources(const tsql::SelectCore& core) {

@@ -36,6 +36,7 @@ class MariaDbWriter final : public tsql::Writer {
   void WriteCall(const tsql::Expr& expr, const tsql::Function& function) override;
   void WriteLike(const tsql::Expr& expr) override;
   void WriteInQuery(const tsql::Expr& expr) override;
+  void WriteLaterStar(const tsql::SelectCore& core) override;
   void WriteSources(const tsql::SelectCore& core) override;
   bool HasFullJoin() const override { return false; }
   bool NeedsGroups(const tsql::SelectCore& core) const override;

@@ -54,7 +54,8 @@ class Writer {
   virtual void WriteQuotient(const Expr& left, const Expr& right);
   virtual void WriteCall(const Expr& expr, const Function& function);  // of a function
   virtual void WriteLike(const Expr& expr);
-  virtual void WriteInQuery(const Expr& expr);  // [NOT] IN (SELECT ...)
+  virtual void WriteInQuery(const Expr& expr);                  // [NOT] IN (SELECT ...)
+  virtual void WriteLaterStar(const SelectCore&) { Put("*"); }  // behind other columns
   virtual void WriteSources(const SelectCore& core) { WriteFrom(core.from); }
   virtual bool HasFullJoin() const { return true; }
   virtual bool NeedsGroups(const SelectCore&) const { return true; }  // or writes no GROUP BY
