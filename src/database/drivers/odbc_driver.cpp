@@ -19,7 +19,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds kSlice{50};  // of the wait for a turn, between two questions
+// Of the wait for a turn, between two questions.
+constexpr std::chrono::milliseconds kShortestSlice{50}, kLongestSlice{800};
 
 constexpr std::string_view kFilling = "ClassSecurity";  // and ClassSecurityCloud
 
@@ -377,14 +378,17 @@ void OdbcDriver::UpdateRow(const std::string& name, const RowKey& rowKey,
   });
 }
 
-// Waits for whoever writes in slices, so that the person can be asked in between.
+// Waits for whoever writes in slices, so that the person can be asked in between. Each slice stands at the
+// end of the server's queue anew, so the slices of who has waited long are long, or new ones would overtake
+// him.
 void OdbcDriver::Begin() {
   if (InTransaction()) throw DatabaseError("A transaction is under way already.");
   Say([&] {
     const auto since = Clock::now();
-    const std::string text = dialect_->BeginText(static_cast<int>(kSlice.count()));
-    while (database_.Number(text) == 0) {
-      const auto waited = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - since);
+    std::chrono::milliseconds waited{0};
+    const auto slice = [&] { return std::clamp(waited, kShortestSlice, kLongestSlice); };
+    while (database_.Number(dialect_->BeginText(static_cast<int>(slice().count()))) == 0) {
+      waited = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - since);
       const bool over =
           settings_.commandTimeout > 0 && waited >= std::chrono::seconds(settings_.commandTimeout);
       if (over || (settings_.onWait && !settings_.onWait({waited, !changed_})))
