@@ -57,10 +57,10 @@ class OdbcDriver final : public ProgramDriver {
   using Key = std::shared_ptr<std::vector<Value>>;
 
   void Connect();
-  void CheckVersion(const std::string& place);
   // Runs what says something to the server; what its failure means for the connection is seen to here.
   template <typename Work>
   auto Say(Work work);
+  bool TransactionLives();
   [[noreturn]] void Learn(const ServerError& error);
 
   // For a server that speaks the language of the texts.
@@ -80,8 +80,5 @@ class OdbcDriver final : public ProgramDriver {
   std::map<std::string, std::string> fillings_;
   std::unordered_map<std::string, Table, tsql::WordHash, tsql::WordEqual> tables_;
 };
-
-std::unique_ptr<Driver> OpenMariaDb(const ConnectionSettings& settings);
-std::unique_ptr<Driver> OpenSqlServer(const ConnectionSettings& settings);
 
 }  // namespace ktl
