@@ -277,14 +277,29 @@ TEST(ServerConnection, TheStringsOfSettingsAndFilesReachTheDriver) {
     return dialect.OdbcString(settings, driver);
   };
   const SqlServerDialect sqlServer;
-  EXPECT_EQ(odbc(sqlServer, "Provider=SQLNCLI;Server=HO;Database=PAY;Trusted_Connection=yes;", "X"),
-            "DRIVER={X};SERVER=HO;DATABASE=PAY;Trusted_Connection=yes;APP=KTLStIns;WSID=PC1;");
-  EXPECT_EQ(odbc(sqlServer,
-                 "Provider=SQLOLEDB.1;Persist Security Info=True;User ID=sa;PWD={a}b;Initial Catalog=PAY;"
-                 "Data Source=HO\\PAYROLL",
-                 "FreeTDS"),
-            "DRIVER={FreeTDS};SERVER=HO\\PAYROLL;DATABASE=PAY;UID=sa;PWD={{a}}b};APP=KTLStIns;WSID=PC1;"
-            "TDS_Version=7.4;ClientCharset=UTF-8;");
+  const std::string same = "APP=KTLStIns;WSID=PC1;", end = same + "ConnectRetryCount=0;",
+                    encrypted = "Encrypt=yes;TrustServerCertificate=yes;",
+                    tds = "TDS_Version=7.4;ClientCharset=UTF-8;";
+  const struct {
+    const char *settings, *driver;
+    std::string told;
+  } cases[] = {
+      {"Server=HO;Database=PAY;Trusted_Connection=yes;", "X",
+       "SERVER=HO;DATABASE=PAY;Trusted_Connection=yes;" + encrypted + end},
+      {"Server=HO;Port=1500;Integrated Security=SSPI;Encrypt=True", "X",
+       "SERVER=HO,1500;Trusted_Connection=yes;Encrypt=yes;" + end},
+      {"Server=HO,1501;Port=1500;Encrypt=strict;TrustServerCertificate=no", "X",
+       "SERVER=HO,1501;Encrypt=strict;" + end},
+      {"Server=HO;Use Encryption for Data=False;Trusted_Connection=no", "X", "SERVER=HO;Encrypt=no;" + end},
+      {"Persist Security Info=True;User ID=sa;PWD={a}b;Initial Catalog=PAY;Data Source=HO\\PAYROLL",
+       "FreeTDS", "SERVER=HO\\PAYROLL;DATABASE=PAY;UID=sa;PWD={{a}}b};Encryption=require;" + same + tds},
+      {"Server=HO;Encrypt=no", "FreeTDS", "SERVER=HO;Encryption=off;" + same + "PORT=1433;" + tds},
+      {"Server=HO;Port=1500;Encrypt=strict", "FreeTDS",
+       "SERVER=HO;Encryption=require;" + same + "PORT=1500;" + tds},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(odbc(sqlServer, std::string("Provider=SQLNCLI;") + c.settings, c.driver),
+              "DRIVER={" + std::string(c.driver) + "};" + c.told);
   EXPECT_EQ(
       odbc(MariaDbDialect(),
            "Provider=MariaDB;Server=ho;Port=3307;Database=PAY;User ID=u;PWD=p;SSL CA=/ca;SSL Verify=yes;",

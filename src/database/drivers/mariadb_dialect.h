@@ -26,6 +26,7 @@ class MariaDbDialect : public ServerDialect {
   std::string BeginText(int milliseconds) const override;
   std::string CommitText() const override;
   std::string RollbackText() const override;
+  std::string InTransactionText() const override { return "SELECT @@in_transaction"; }
   ServerFailure FailureOf(const Diagnostic& diagnostic) const override;
   bool TakesUtf8() const override { return true; }
 };

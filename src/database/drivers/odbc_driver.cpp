@@ -17,7 +17,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds kSlice{50};  // of the wait for a turn, between two questions
+// Of the wait for a turn, between two questions.
+constexpr std::chrono::milliseconds kShortestSlice{50}, kLongestSlice{800};
 
 constexpr std::string_view kFilling = "ClassSecurity";  // and ClassSecurityCloud
 
@@ -30,6 +31,13 @@ std::vector<Value> InOrder(const tsql::Step& step, std::span<const Value> number
   values.reserve(step.parameters.size());
   for (const int number : step.parameters) values.push_back(numbers[static_cast<std::size_t>(number - 1)]);
   return values;
+}
+
+// A null stands in the text: as a value it would have a type, and not every column takes one of every type.
+void AddMark(std::string& text, std::vector<Value>& values, Value value) {
+  const bool isNull = value.IsNull() || value.IsEmpty();
+  text += isNull ? "NULL" : "?";
+  if (!isNull) values.push_back(std::move(value));
 }
 
 // The table of a SELECT * over one table.
@@ -90,12 +98,24 @@ auto OdbcDriver::Say(Work work) {
   }
 }
 
+// What made a statement fail may have made the server undo the whole transaction; whatever is said after that
+// would stand alone and be kept.
+bool OdbcDriver::TransactionLives() {
+  try {
+    return database_.Number(dialect_->InTransactionText()) != 0;
+  } catch (const ServerError&) {
+    return false;
+  }
+}
+
 void OdbcDriver::Learn(const ServerError& error) {
   const bool inTransaction = state_ != State::Free;
+  const bool isOver =
+      error.failure() == ServerFailure::ConnectionLost || error.failure() == ServerFailure::DeadLock;
+  if (inTransaction && (isOver || !TransactionLives())) state_ = State::Undone;
   switch (error.failure()) {
     case ServerFailure::ConnectionLost:
       database_.Close();
-      if (inTransaction) state_ = State::Undone;
       throw DatabaseError(
           inTransaction
               ? "The connection to the database server was lost: nothing of what was begun is saved. Please do it "
@@ -103,7 +123,6 @@ void OdbcDriver::Learn(const ServerError& error) {
               : "The connection to the database server was lost. If something was being saved, look whether it "
                 "is there before doing it again.");
     case ServerFailure::DeadLock:
-      if (inTransaction) state_ = State::Undone;
       throw DatabaseError(
           "Another workstation was writing the same rows: nothing is saved. Please do it again.");
     case ServerFailure::LockWait:
@@ -116,7 +135,7 @@ void OdbcDriver::Learn(const ServerError& error) {
     case ServerFailure::Denied:
       throw DatabaseError(
           fmt::format("The user of the database may not do this: {}. Ask whoever looks after the server.",
-                      error.description()));
+                      WithoutStop(error.description())));
     default:
       throw DatabaseError(error.description(), error.number());
   }
@@ -150,6 +169,7 @@ ResultSet OdbcDriver::QueryWhole(std::string_view sql, Fetch fetch, bool updatab
   tsql::Step step;
   if (updatable) step.baseTable = BaseTable(sql);
   if (fetch == Fetch::NoRows && updatable) return EmptyResult(step.baseTable);
+  if (updatable) TableOf(step.baseTable);  // a connection reads one result at a time
   changed_ = true;
   OdbcDatabase::Lease statement(database_, std::string(sql));
   // Counts of changed rows come in front.
@@ -157,8 +177,7 @@ ResultSet OdbcDriver::QueryWhole(std::string_view sql, Fetch fetch, bool updatab
     if (!statement->NextResult()) return {};
   ResultSet result = ReadResult(*statement, step, fetch);
   // What fails behind the first query fails as a whole.
-  while (fetch == Fetch::AllRows && statement->NextResult()) {
-  }
+  if (fetch != Fetch::NoRows) statement->ReadOut();
   return result;
 }
 
@@ -275,10 +294,11 @@ RowKey OdbcDriver::InsertRow(const std::string& name, const std::vector<Assignme
     auto key = std::make_shared<std::vector<Value>>(table.key.size(), Null{});
     for (const auto& assignment : values) {
       columns += (columns.empty() ? "" : ", ") + dialect_->Quoted(assignment.column);
-      marks += marks.empty() ? "?" : ", ?";
-      fitted.push_back(FittedValue(assignment, table.kinds));
+      Value value = FittedValue(assignment, table.kinds);
       for (std::size_t i = 0; i < table.key.size(); ++i)
-        if (tsql::SameWord(table.key[i], assignment.column)) (*key)[i] = fitted.back();
+        if (tsql::SameWord(table.key[i], assignment.column)) (*key)[i] = value;
+      marks += marks.empty() ? "" : ", ";
+      AddMark(marks, fitted, std::move(value));
     }
     changed_ = true;
     OdbcDatabase::Lease insert(database_,
@@ -299,10 +319,11 @@ void OdbcDriver::UpdateRow(const std::string& name, const RowKey& rowKey,
     std::vector<Value> newKey = *key, sent;
     std::string columns, condition;
     for (const auto& assignment : values) {
-      columns += (columns.empty() ? "" : ", ") + dialect_->Quoted(assignment.column) + " = ?";
-      sent.push_back(FittedValue(assignment, table.kinds));
+      Value value = FittedValue(assignment, table.kinds);
       for (std::size_t i = 0; i < newKey.size(); ++i)
-        if (tsql::SameWord(table.key[i], assignment.column)) newKey[i] = sent.back();
+        if (tsql::SameWord(table.key[i], assignment.column)) newKey[i] = value;
+      columns += (columns.empty() ? "" : ", ") + dialect_->Quoted(assignment.column) + " = ";
+      AddMark(columns, sent, std::move(value));
     }
     for (std::size_t i = 0; i < key->size(); ++i) {
       condition += (condition.empty() ? "" : " AND ") + dialect_->Quoted(table.key[i]);
@@ -317,14 +338,17 @@ void OdbcDriver::UpdateRow(const std::string& name, const RowKey& rowKey,
   });
 }
 
-// Waits for whoever writes in slices, so that the person can be asked in between.
+// Waits for whoever writes in slices, so that the person can be asked in between. Each slice stands at the
+// end of the server's queue anew, so the slices of who has waited long are long, or new ones would overtake
+// him.
 void OdbcDriver::Begin() {
   if (InTransaction()) throw DatabaseError("A transaction is under way already.");
   Say([&] {
     const auto since = Clock::now();
-    const std::string text = dialect_->BeginText(static_cast<int>(kSlice.count()));
-    while (database_.Number(text) == 0) {
-      const auto waited = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - since);
+    std::chrono::milliseconds waited{0};
+    const auto slice = [&] { return std::clamp(waited, kShortestSlice, kLongestSlice); };
+    while (database_.Number(dialect_->BeginText(static_cast<int>(slice().count()))) == 0) {
+      waited = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - since);
       const bool over =
           settings_.commandTimeout > 0 && waited >= std::chrono::seconds(settings_.commandTimeout);
       if (over || (settings_.onWait && !settings_.onWait({waited, !changed_})))

@@ -60,6 +60,7 @@ class OdbcDriver final : public ProgramDriver {
   // Runs what says something to the server; what its failure means for the connection is seen to here.
   template <typename Work>
   auto Say(Work work);
+  bool TransactionLives();
   [[noreturn]] void Learn(const ServerError& error);
 
   // For a server that speaks the language of the texts.

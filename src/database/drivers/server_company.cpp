@@ -25,6 +25,11 @@ std::optional<std::int64_t> VersionOf(OdbcDatabase& database) {
 
 }  // namespace
 
+std::string WithoutStop(std::string sentence) {
+  while (sentence.ends_with('.')) sentence.pop_back();
+  return sentence;
+}
+
 DatabaseError NotReached(const ServerDialect& dialect, const ConnectionSettings& settings,
                          const ServerError& error) {
   const std::string server = ServerName(dialect, settings), database = dialect.DatabaseOf(settings);
@@ -36,7 +41,8 @@ DatabaseError NotReached(const ServerDialect& dialect, const ConnectionSettings&
     case ServerFailure::Denied:
       return DatabaseError(fmt::format("The user may not open the database {} on the {}.", database, server));
     default:
-      return DatabaseError(fmt::format("The {} cannot be reached: {}{}.", server, error.description(),
+      return DatabaseError(fmt::format("The {} cannot be reached: {}{}.", server,
+                                       WithoutStop(error.description()),
                                        error.state().empty() ? "" : " (" + error.state() + ")"));
   }
 }

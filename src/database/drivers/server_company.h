@@ -17,6 +17,9 @@ void OpenServerCompany(OdbcDatabase& database, const ConnectionSettings& setting
 // The first half of it, for a database that is to become a company.
 void OpenServer(OdbcDatabase& database, const ConnectionSettings& settings);
 
+// A server's sentence inside one of ours.
+std::string WithoutStop(std::string sentence);
+
 // Why a connection was not made.
 DatabaseError NotReached(const ServerDialect& dialect, const ConnectionSettings& settings,
                          const ServerError& error);

@@ -81,6 +81,7 @@ class ServerDialect {
   virtual std::string BeginText(int milliseconds) const = 0;
   virtual std::string CommitText() const = 0;
   virtual std::string RollbackText() const = 0;  // fails neither without a transaction nor without the turn
+  virtual std::string InTransactionText() const = 0;  // answers 0 outside one
 
   virtual ServerFailure FailureOf(const Diagnostic& diagnostic) const = 0;
   // Whether its driver takes and gives texts of bytes as UTF-8 whatever the machine's language is.
