@@ -293,7 +293,7 @@ TEST(ServerConnection, TheStringsOfSettingsAndFilesReachTheDriver) {
       {"Server=HO;Use Encryption for Data=False;Trusted_Connection=no", "X", "SERVER=HO;Encrypt=no;" + end},
       {"Persist Security Info=True;User ID=sa;PWD={a}b;Initial Catalog=PAY;Data Source=HO\\PAYROLL",
        "FreeTDS", "SERVER=HO\\PAYROLL;DATABASE=PAY;UID=sa;PWD={{a}}b};Encryption=require;" + same + tds},
-      {"Server=HO;Encrypt=no", "FreeTDS", "SERVER=HO;Encryption=off;" + same + "PORT=1433;" + tds},
+      {"Server=HO;Encrypt=no", "FreeTDS", "SERVER=HO;Encryption=request;" + same + "PORT=1433;" + tds},
       {"Server=HO;Port=1500;Encrypt=strict", "FreeTDS",
        "SERVER=HO;Encryption=require;" + same + "PORT=1500;" + tds},
   };
