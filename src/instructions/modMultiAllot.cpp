@@ -338,7 +338,9 @@ bool modMultiAllot::Allot(const std::vector<long>& employees, const Allotment& a
   if (!AcceptsService(employees, accepted, allotment)) return false;
   if (allotment.lastCheck && !allotment.lastCheck()) return false;
   Progress::Work work(progress, static_cast<int>(accepted.size()));
-  AllottedAmounts amounts(session_, allotment.terms, accepted);
+  AllottedAmounts amounts(session_, allotment.terms, accepted, [&](std::size_t reckoned) {
+    work.Say(fmt::format("Formula: {} of {} employees", reckoned, accepted.size()));
+  });
   int done = 0;
   std::vector<AllotmentNote> notes = AllotToEach(session_, accepted, amounts, allotment.give, [&] {
     work.Advance(fmt::format("{} of {} employees", ++done, accepted.size()));
