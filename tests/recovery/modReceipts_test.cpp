@@ -248,6 +248,11 @@ TEST_F(Receipts, AFailureIsShownAsAnError) {
   Instruction(InstructionType::Advance, {1000});
   modReceipts& receipts = Open<modReceipts>();
   Enter(receipts, "15/04/2024", "10");
+  // A date that cannot be compared is not let pass.
+  company.Alter("ALTER TABLE INS_ADVLOAN DROP COLUMN SIDATE");
+  Click(receipts.cmdSave);
+  EXPECT_EQ(desk.Boxes().size(), 1U);
+  EXPECT_EQ(company.One("SELECT COUNT(*) FROM INS_RECEIPTS"), Value(0));
   company.Execute("DROP TABLE INS_RECEIPTS");
   desk.WillAnswer({Answer::Yes});
   receipts.Unload();

@@ -26,8 +26,8 @@ constexpr unsigned kFoundRows = 2, kNoCache = 1U << 20U, kForwardOnly = 1U << 21
 constexpr std::string_view kSqlMode =
     "STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,SIMULTANEOUS_ASSIGNMENT,NO_ZERO_DATE,NO_ZERO_IN_DATE";
 
-// Beyond what the server itself waits, the network may be dead.
-constexpr int kNetworkPatience = 10;  // seconds
+// Beyond what the server itself waits, it hangs or the network is dead. In seconds.
+int Patience(int commandTimeout) { return commandTimeout + std::clamp(commandTimeout, 2, 10); }
 
 // Nobody else is in the midst of writing: the turn goes by this name, one for each database.
 constexpr const char* kTurn = "CONCAT('ktl.', MD5(DATABASE()))";
@@ -155,7 +155,7 @@ std::string MariaDbDialect::OdbcString(const ConnectionSettings& settings, std::
   // Its driver does not mind the attribute of the same meaning.
   if (settings.connectionTimeout > 0) text += fmt::format("CONN_TIMEOUT={};", settings.connectionTimeout);
   if (settings.commandTimeout > 0)
-    text += fmt::format("READ_TIMEOUT={0};WRITE_TIMEOUT={0};", settings.commandTimeout + kNetworkPatience);
+    text += fmt::format("READ_TIMEOUT={0};WRITE_TIMEOUT={0};", Patience(settings.commandTimeout));
   return text + fmt::format("CHARSET=utf8mb4;OPTION={};", kFoundRows | kNoCache | kForwardOnly);
 }
 

@@ -15,8 +15,6 @@ namespace ktl {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 // Of the wait for a turn, between two questions.
 constexpr std::chrono::milliseconds kShortestSlice{50}, kLongestSlice{800};
 
@@ -91,10 +89,11 @@ template <typename Work>
 auto OdbcDriver::Say(Work work) {
   if (state_ == State::Undone) throw DatabaseError(kUndone);
   if (!database_.IsOpen()) Connect();
+  const auto since = Clock::now();
   try {
     return work();
   } catch (const ServerError& error) {
-    Learn(error);
+    Learn(error, since);
   }
 }
 
@@ -108,7 +107,19 @@ bool OdbcDriver::TransactionLives() {
   }
 }
 
-void OdbcDriver::Learn(const ServerError& error) {
+std::string OdbcDriver::NoAnswer() const {
+  return fmt::format("The database server did not answer within {} seconds", settings_.commandTimeout);
+}
+
+// A server that hangs does not even say that the time is over.
+std::string OdbcDriver::HowLost(Clock::time_point since) const {
+  const bool hung =
+      settings_.commandTimeout > 0 && Clock::now() - since >= std::chrono::seconds(settings_.commandTimeout);
+  return hung ? NoAnswer() + ", and the connection was given up"
+              : "The connection to the database server was lost";
+}
+
+void OdbcDriver::Learn(const ServerError& error, Clock::time_point since) {
   const bool inTransaction = state_ != State::Free;
   const bool isOver =
       error.failure() == ServerFailure::ConnectionLost || error.failure() == ServerFailure::DeadLock;
@@ -116,22 +127,18 @@ void OdbcDriver::Learn(const ServerError& error) {
   switch (error.failure()) {
     case ServerFailure::ConnectionLost:
       database_.Close();
-      throw DatabaseError(
-          inTransaction
-              ? "The connection to the database server was lost: nothing of what was begun is saved. Please do it "
-                "again."
-              : "The connection to the database server was lost. If something was being saved, look whether it "
-                "is there before doing it again.");
+      throw DatabaseError(HowLost(since) +
+                          (inTransaction
+                               ? ": nothing of what was begun is saved. Please do it again."
+                               : ". If something was being saved, look whether it is there before doing it "
+                                 "again."));
     case ServerFailure::DeadLock:
       throw DatabaseError(
           "Another workstation was writing the same rows: nothing is saved. Please do it again.");
     case ServerFailure::LockWait:
       throw DatabaseError(kLockedText);
     case ServerFailure::TimeOut:
-      throw DatabaseError(
-          fmt::format("The database server did not answer within {} seconds. Try again, or raise the setting "
-                      "COMDTIME.",
-                      settings_.commandTimeout));
+      throw DatabaseError(NoAnswer() + ". Try again, or raise the setting COMDTIME.");
     case ServerFailure::Denied:
       throw DatabaseError(
           fmt::format("The user of the database may not do this: {}. Ask whoever looks after the server.",
@@ -364,6 +371,7 @@ void OdbcDriver::Commit() {
     Rollback();
     throw DatabaseError(kUndone);
   }
+  const auto since = Clock::now();
   try {
     database_.Run(dialect_->CommitText());
     state_ = State::Free;
@@ -371,9 +379,7 @@ void OdbcDriver::Commit() {
     if (error.failure() == ServerFailure::ConnectionLost) {
       database_.Close();
       state_ = State::Free;
-      throw DatabaseError(
-          "The connection to the database server was lost while saving. Look whether it is there before doing it "
-          "again.");
+      throw DatabaseError(HowLost(since) + " while saving. Look whether it is there before doing it again.");
     }
     state_ = State::Undone;
     Rollback();

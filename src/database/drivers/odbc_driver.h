@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <string>
@@ -42,6 +43,8 @@ class OdbcDriver final : public ProgramDriver {
   void Call(const tsql::Step& step) override;
 
  private:
+  using Clock = std::chrono::steady_clock;
+
   enum class State {
     Free,
     InTransaction,
@@ -61,7 +64,9 @@ class OdbcDriver final : public ProgramDriver {
   template <typename Work>
   auto Say(Work work);
   bool TransactionLives();
-  [[noreturn]] void Learn(const ServerError& error);
+  [[noreturn]] void Learn(const ServerError& error, Clock::time_point since);
+  std::string NoAnswer() const;
+  std::string HowLost(Clock::time_point since) const;
 
   // For a server that speaks the language of the texts.
   ResultSet QueryWhole(std::string_view sql, Fetch fetch, bool updatable);

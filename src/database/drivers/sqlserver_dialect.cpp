@@ -71,7 +71,8 @@ bool IsNo(std::string_view text) { return IsOneOf(text, {"no", "false", "0", "op
 std::string Encryption(const ConnectionSettings& settings, bool isFreeTds) {
   const std::string wanted = FirstOf(settings, {"Encrypt", "Use Encryption for Data"});
   const std::string trusted = FirstOf(settings, {"TrustServerCertificate", "Trust Server Certificate"});
-  if (isFreeTds) return IsNo(wanted) ? "Encryption=off;" : "Encryption=require;";
+  // What it calls off leaves the password bare as well.
+  if (isFreeTds) return IsNo(wanted) ? "Encryption=request;" : "Encryption=require;";
   const std::string encrypt = wanted.empty() || IsYes(wanted) ? "yes" : IsNo(wanted) ? "no" : wanted;
   const bool trusts = trusted.empty() ? wanted.empty() : IsYes(trusted);
   return OdbcPart("Encrypt", encrypt) + (trusts ? "TrustServerCertificate=yes;" : "");
