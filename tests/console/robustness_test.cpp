@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <spawn.h>
-#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +10,7 @@
 
 #include "company/company.h"
 #include "database/connection.h"
+#include "database/drivers/sqlite_database.h"
 #include "database/recordset.h"
 #include "machine/settings_store.h"
 #include "shell.h"
@@ -25,29 +25,6 @@ namespace ktl {
 namespace {
 
 namespace fs = std::filesystem;
-
-// A second program at the same file.
-class Neighbour {
- public:
-  explicit Neighbour(const fs::path& file) { sqlite3_open(file.c_str(), &db_); }
-  ~Neighbour() { sqlite3_close(db_); }
-  Neighbour(const Neighbour&) = delete;
-  Neighbour& operator=(const Neighbour&) = delete;
-
-  // The last text of the last row.
-  std::string Say(const char* sql) {
-    std::string answer;
-    const auto keep = [](void* to, int count, char** texts, char**) {
-      if (count > 0 && texts[0] != nullptr) *static_cast<std::string*>(to) = texts[0];
-      return 0;
-    };
-    EXPECT_EQ(sqlite3_exec(db_, sql, keep, &answer, nullptr), SQLITE_OK) << sqlite3_errmsg(db_);
-    return answer;
-  }
-
- private:
-  sqlite3* db_ = nullptr;
-};
 
 struct Outcome {
   int status = 0;
@@ -244,7 +221,8 @@ class KilledAtWork : public BadDay {
     waitpid(child, nullptr, 0);
     sample.AwaitQuiet();
     if (test::CompaniesAreOnServer()) return;
-    ASSERT_EQ(Neighbour(Path("company.kldb")).Say("PRAGMA integrity_check"), "ok");
+    SqliteDatabase company(Path("company.kldb").string(), SqliteDatabase::Mode::Existing);
+    ASSERT_EQ(company.Text("PRAGMA integrity_check"), "ok");
   }
 
   std::string script;
