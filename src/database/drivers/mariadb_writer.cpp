@@ -296,6 +296,9 @@ void MariaDbWriter::WriteSources(const tsql::SelectCore& core) {
   const auto isBare = [](const tsql::SelectItem& item) { return item.expr->kind == ExprKind::Name; };
   const bool whole = core.distinct && core.from.size() == 1 && !core.from[0].derived && !core.where &&
                      core.groupBy.empty() && !core.having && core.into.empty();
+  // It steps over an index from value to value. Prepared and run again, behind another statement about the
+  // table, it would go through the index from end to end.
+  if (whole) PlanAnew();
   if (!whole || std::ranges::all_of(core.items, isBare) || !std::ranges::all_of(core.items, isOfColumns) ||
       columns.empty())
     return Writer::WriteSources(core);
