@@ -30,14 +30,20 @@ class Library {
   }
   ~Library() { mysql_close(connection_); }
 
-  long Say(const std::string& sql) {
+  // The rows are read as they come, and kept, as a program needs them.
+  std::vector<std::vector<std::string>> Say(const std::string& sql) {
     if (mysql_real_query(connection_, sql.data(), sql.size()) != 0)
       throw std::runtime_error(mysql_error(connection_));
-    // All rows are held before the first is looked at, as the program holds them.
-    MYSQL_RES* result = mysql_store_result(connection_);
-    if (result == nullptr) return static_cast<long>(mysql_affected_rows(connection_));
-    long rows = 0;
-    while (mysql_fetch_row(result) != nullptr) ++rows;
+    std::vector<std::vector<std::string>> rows;
+    MYSQL_RES* result = mysql_use_result(connection_);
+    if (result == nullptr) return rows;
+    while (const MYSQL_ROW row = mysql_fetch_row(result)) {
+      const unsigned long* lengths = mysql_fetch_lengths(result);
+      auto& kept = rows.emplace_back();
+      kept.reserve(mysql_num_fields(result));
+      for (unsigned i = 0; i < mysql_num_fields(result); ++i)
+        kept.emplace_back(row[i] != nullptr ? std::string(row[i], lengths[i]) : "");
+    }
     mysql_free_result(result);
     return rows;
   }
