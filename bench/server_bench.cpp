@@ -2,19 +2,18 @@
 // own client library, one after the other so that both meet the same machine. The server is the one on the
 // socket in KTL_TEST_MARIADB_SOCKET (tests/private_mariadb.sh starts a private one).
 #include <fmt/format.h>
-#include <malloc.h>
 #include <mysql.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <fstream>
 #include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "database/connection.h"
+#include "peak_memory.h"
 
 namespace ktl {
 namespace {
@@ -169,19 +168,13 @@ void CountRoundTrips(Connection& cn, Library& library) {
   fmt::print("messages for 1000 statements: {}\n", library.Number(sent) - before - 1);
 }
 
-long PeakKilobytes() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);)
-    if (line.starts_with("VmHWM:")) return std::atol(line.c_str() + 6);
-  return 0;
-}
-
 void TellMemory(Connection& cn) {
-  const std::size_t before = mallinfo2().uordblks;
-  const long peakBefore = PeakKilobytes();
+  const double before = HeapMegabytes();
+  const PeakMemory peak;
   const ResultSet rows = cn.Query("Select * From INS_EMIDETAIL");
-  fmt::print("120,000 rows: {} KB kept, the peak rose by {} KB\n", (mallinfo2().uordblks - before) / 1024,
-             PeakKilobytes() - peakBefore);
+  const double kept = HeapMegabytes() - before, risen = peak.Risen();
+  fmt::print("120,000 rows: {:.1f} MB kept, {:.1f} MB at most\n", kept, risen);
+  if (!IsHeldOnce(kept, risen)) throw std::runtime_error("rows are held twice");
 }
 
 int Main() {
