@@ -155,6 +155,8 @@ TEST(MariaDbDialect, EachConstruct) {
       {"CREATE VIEW [v 1] AS SELECT E.* FROM t E", "CREATE VIEW `V 1` AS SELECT `E`.* FROM `T` AS `E`"},
       {"SELECT A FROM T UNION SELECT TOP 1 A FROM u",
        "SELECT `A` FROM `T` UNION SELECT * FROM (SELECT `A` FROM `U` LIMIT 1) AS `LIMITED` ORDER BY 1"},
+      {"SELECT A, * FROM (SELECT B FROM T) V CROSS JOIN u",
+       "SELECT `A`, `V`.*, `U`.* FROM (SELECT `B` FROM `T`) AS `V` CROSS JOIN `U`"},
       // Limits behind IN.
       {"SELECT A FROM T WHERE A IN (SELECT TOP 1 B FROM U WHERE U.A = T.A)",
        "SELECT `A` FROM `T` WHERE `A` = (SELECT `B` FROM `U` WHERE `U`.`A` = `T`.`A` LIMIT 1)"},
