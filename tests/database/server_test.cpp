@@ -115,6 +115,22 @@ TEST_F(Server, RowsAreKnownAgainByTheirKey) {
   EXPECT_EQ(FailureOf([&] { rows.Update(); }).number(), kWrongTypeError);
 }
 
+TEST_F(Server, ADistinctListStepsOverItsIndexEachTime) {
+  database_->Run("CREATE INDEX IX_BASIC ON MAS_EMPLOYEE (BASIC)");
+  database_->Run("INSERT INTO MAS_EMPLOYEE (EMPID, BASIC) SELECT seq, seq DIV 1000 FROM seq_1_to_4000");
+  database_->Run("ANALYZE TABLE MAS_EMPLOYEE");
+  database_->Run(
+      "CREATE VIEW KTL_STEPS AS SELECT VARIABLE_VALUE AS STEPS FROM INFORMATION_SCHEMA.SESSION_STATUS WHERE "
+      "VARIABLE_NAME = 'HANDLER_READ_NEXT'");
+  const auto steps = [&] { return cn_.FirstValue("SELECT STEPS FROM KTL_STEPS")->ToLong(); };
+  for (int i = 0; i < 4; ++i) {
+    const long before = steps();
+    EXPECT_EQ(Rows("SELECT DISTINCT BASIC, BASIC + 1 FROM MAS_EMPLOYEE"), "0|1\n1|2\n2|3\n3|4\n4|5");
+    EXPECT_LT(steps() - before, 1000);
+    Rows("SELECT EMPNAME FROM MAS_EMPLOYEE WHERE EMPID < 4");
+  }
+}
+
 TEST_F(Server, FailuresKeepTheirNumbersAndTheConnection) {
   Employee(17);
   const struct {

@@ -214,15 +214,16 @@ std::vector<std::string> OdbcDatabase::KeyOf(const std::string& table) {
   return names;
 }
 
-OdbcDatabase::Lease::Lease(OdbcDatabase& database, const std::string& sql, std::span<const Value> values) {
+OdbcDatabase::Lease::Lease(OdbcDatabase& database, const std::string& sql, std::span<const Value> values,
+                           bool planAnew) {
   const auto isFree = [](const auto& statement) { return statement && statement.use_count() == 1; };
   // SQL Server runs what is prepared as a procedure: no transaction can begin in one.
-  const bool prepares = !database.dialect().SpeaksTheLanguage();
-  auto* kept = prepares ? database.statements_.Find(sql) : nullptr;
+  const bool mayKeep = !planAnew && !database.dialect().SpeaksTheLanguage() && sql.size() <= kLongestKeptText;
+  auto* kept = mayKeep ? database.statements_.Find(sql) : nullptr;
   if (kept != nullptr && *kept == nullptr) *kept = std::make_shared<OdbcStatement>(database);
   auto& wanted = kept != nullptr ? *kept : database.direct_;
   const bool asKept = kept != nullptr && isFree(wanted);
-  if (prepares && kept == nullptr && sql.size() <= kLongestKeptText) database.statements_.Keep(sql, nullptr);
+  if (kept == nullptr && mayKeep) database.statements_.Keep(sql, nullptr);
   if (kept == nullptr && !wanted) wanted = std::make_shared<OdbcStatement>(database);
   statement_ = isFree(wanted) ? wanted : std::make_shared<OdbcStatement>(database);
   statement_->Run(sql, values, asKept ? OdbcStatement::Way::Prepared : OdbcStatement::Way::Direct);

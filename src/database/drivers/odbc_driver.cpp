@@ -205,7 +205,7 @@ ResultSet OdbcDriver::ReadRows(const tsql::Step& step, const Run& run) {
   if (!step.baseTable.empty()) TableOf(step.baseTable);
   const bool one = run.fetch == Fetch::FirstRow && !step.limited;
   OdbcDatabase::Lease statement(database_, one ? step.sql + std::string(dialect_->FirstRowOnly()) : step.sql,
-                                InOrder(step, run.numbers));
+                                InOrder(step, run.numbers), step.planAnew);
   return ReadResult(*statement, step, run.fetch);
 }
 
