@@ -282,6 +282,7 @@ TEST_F(StartupTest, WhatCannotBeReadEndsTheRun) {
   EXPECT_EQ(failure(), "The setting CONNTIME: Overflow");
   Talk("KTLExtendedYN", "perhaps");
   EXPECT_EQ(failure(), "The setting KTLExtendedYN: Type mismatch");
+  Talk("KTLExtendedYN", "False");
   EXPECT_EQ(DescriptionOf([&] { ConnectionOfFile("/nowhere.txt"); }), "/nowhere.txt: File not found");
   Setting("CONNTIME", "600");
   Connect();
