@@ -7,7 +7,7 @@ namespace {
 
 TEST(CreateCompany, SameArgumentsGiveTheSameCompany) {
   const Folder folder;
-  auto options = Options(folder / "a.kldb", 150);
+  auto options = Options(folder / "a.kldb", 70);
   const std::vector<TableSum> first = CreateCompany(options);
   options.file = folder / "b.kldb";
   EXPECT_TRUE(CreateCompany(options) == first);
@@ -18,8 +18,8 @@ TEST(CreateCompany, SameArgumentsGiveTheSameCompany) {
 
 TEST(CreateCompany, AnEmployeeIsTheSameInCompaniesOfAnySize) {
   const Folder folder;
-  CreateCompany(Options(folder / "small.kldb", 300));
-  CreateCompany(Options(folder / "large.kldb", 420));
+  CreateCompany(Options(folder / "small.kldb", 120));
+  CreateCompany(Options(folder / "large.kldb", 150));
   const std::pair<std::string, std::string> cases[] = {
       {"MAS_EMPLOYEE", "REFNO || EMPNAME || DOJ || DOB || PFYN || ESIYN || TDSYN"},
       {"MAS_EMPLOYEEDET", "EMPDETID || EFFFROMDATE || BRANCHID || ATTHEADID || DEPARTMENT"},
@@ -30,7 +30,7 @@ TEST(CreateCompany, AnEmployeeIsTheSameInCompaniesOfAnySize) {
   };
   for (const auto& [table, columns] : cases) {
     const std::string sql = "SELECT EMPID || ' ' || " + columns + " FROM " + table +
-                            " WHERE EMPID > 60 AND EMPID <= 300 ORDER BY rowid";
+                            " WHERE EMPID > 60 AND EMPID <= 120 ORDER BY rowid";
     const std::string small = Ask(folder / "small.kldb", sql);
     EXPECT_FALSE(small.empty()) << table;
     EXPECT_EQ(Ask(folder / "large.kldb", sql), small) << table;
