@@ -11,7 +11,6 @@
 #include "frame/session.h"
 #include "frame/top_level.h"
 #include "frame/writing_turn.h"
-#include "instructions/advloan_fields.h"
 #include "instructions/entry_lists.h"
 #include "instructions/entry_questions.h"
 #include "instructions/instruction_statements.h"
@@ -383,19 +382,7 @@ AdvLoanEntry modAdvLoan::Entry() const {
                      .rules = rules_,
                      .newRecord = newRecord_,
                      .amountByFormula = formula.HasMonths()};
-  if (const std::string id = cmbInstitution.BoundText(); !id.empty())
-    entry.institution = static_cast<long>(Val(id));
-  recovery.ReadChoices(entry);
-  entry.ReadTyped({.serial = txtSerialNo.Text(),
-                   .name = cmbALName.Text(),
-                   .account = txtLoanAccNo.Text(),
-                   .date = txtAdvDate.Text(),
-                   .amount = txtAdvAmount.Text(),
-                   .interest = txtInterestAmt.Text(),
-                   .remarks = txtRemarks.Text(),
-                   .instalment = recovery.txtInstlAmt.Text(),
-                   .count = recovery.ShownCount(),
-                   .recoverFrom = recovery.txtRecvrFrom.Text()});
+  fields_.ReadInto(entry, txtSerialNo.Text());
   return entry;
 }
 
@@ -462,19 +449,10 @@ void modAdvLoan::ShowAnew() {
 }
 
 bool modAdvLoan::RefuseSave(const EntryRefusal& refusal) {
-  return Refuse(session_, *this, refusal,
-                {{EntryField::EmployeeName, &employee.cmbEmpName},
-                 {EntryField::Name, &cmbALName},
-                 {EntryField::Institution, &cmbInstitution},
-                 {EntryField::Account, &txtLoanAccNo},
-                 {EntryField::Serial, &txtSerialNo},
-                 {EntryField::Date, &txtAdvDate},
-                 {EntryField::Amount, &txtAdvAmount},
-                 {EntryField::Interest, &txtInterestAmt},
-                 {EntryField::Instalment, &recovery.txtInstlAmt},
-                 {EntryField::Count, &recovery.txtNoOfInstlmnts},
-                 {EntryField::RecoverFrom, &recovery.txtRecvrFrom},
-                 {EntryField::Remarks, &txtRemarks}});
+  std::map<EntryField, Control*> controls = fields_.ByRefusal();
+  controls.emplace(EntryField::EmployeeName, &employee.cmbEmpName);
+  controls.emplace(EntryField::Serial, &txtSerialNo);
+  return Refuse(session_, *this, refusal, controls);
 }
 
 void modAdvLoan::AfterSave() {

@@ -41,7 +41,7 @@ modInsGInsSSS::modInsGInsSSS(Session& session, InstructionType type)
     : Screen("modInsGInsSSS"),
       employee(session, *this),
       period(*this),
-      incentive(*this),
+      incentive(*this, IncentiveFrame::Percent::OfWhatIsTicked),
       formula(session, *this, fmeTransaction),
       overview(*this),
       session_(session),
@@ -61,6 +61,7 @@ void modInsGInsSSS::PlaceInFrames() {
                        txtEndMonth,       lblPolicyAmount, txtPolicyAmount, cmdFmeFormula, lblInstitution,
                        cmbInstitution,    cmdInstitution,  lblRemarks,      txtRemarks,    period.fmePeriod,
                        incentive.fmePFESI});
+  incentive.fmePFESI.Hold({lblPFPer, lblESIPer});
 }
 
 void modInsGInsSSS::ConnectFields() {
@@ -262,16 +263,15 @@ void modInsGInsSSS::TellScheduleStands() {
 }
 
 TypedPremium modInsGInsSSS::Typed() const {
-  TypedPremium typed{.name = cmbPolicyName.Text(),
-                     .number = txtPolicyNo.Text(),
-                     .startMonth = txtStartMonth.Text(),
-                     .endMonth = txtEndMonth.Text(),
-                     .amount = txtPolicyAmount.Text(),
-                     .institution = cmbInstitution.Text(),
-                     .remarks = txtRemarks.Text(),
-                     .period = period.Chosen()};
-  incentive.ReadInto(typed);
-  return typed;
+  return {.name = cmbPolicyName.Text(),
+          .number = txtPolicyNo.Text(),
+          .startMonth = txtStartMonth.Text(),
+          .endMonth = txtEndMonth.Text(),
+          .amount = txtPolicyAmount.Text(),
+          .institution = cmbInstitution.Text(),
+          .remarks = txtRemarks.Text(),
+          .period = period.Chosen(),
+          .shares = incentive.Typed()};
 }
 
 void modInsGInsSSS::RefreshAll() {
@@ -351,8 +351,8 @@ void modInsGInsSSS::BeginNew() {
 }
 
 PremiumEntry modInsGInsSSS::Entry() const {
-  PremiumEntry entry{.key = Key(), .isNew = !stored_, .caption = caption_};
-  if (cmbInstitution.MatchesList()) entry.institution = static_cast<long>(Val(cmbInstitution.BoundText()));
+  PremiumEntry entry{
+      .key = Key(), .isNew = !stored_, .caption = caption_, .institution = ChosenInstitution(cmbInstitution)};
   entry.ReadTyped(Typed());
   return entry;
 }
@@ -390,8 +390,9 @@ bool modInsGInsSSS::WriteEntry(PremiumEntry& entry) {
     WritePremium(session_, entry);
   };
   try {
-    return WriteInTurn(session_, row, stored_ ? std::optional(shownRow_) : std::nullopt, write,
-                       [this] { ShowAnew(); });
+    return WriteInTurn(
+        session_, row, stored_ ? std::optional(shownRow_) : std::nullopt, write, [this] { ShowAnew(); },
+        TurnFailed::TakesAllBack);
   } catch (const DatabaseError& error) {
     if (error.number() != kWrongTypeError) throw;
     session_.desk.ShowError("Specified amount is too large.", session_.title);

@@ -48,7 +48,7 @@ class MultipleAllotment : public EntryScreen {
     if (type == Incentive) return *allot;
     Type(allot->txtLoanAccNo, "GP/7");
     Pick(allot->cmbInstitution, "Sahyadri Assurance");
-    Tick(allot->optQuarterly);
+    Tick(allot->period.optQuarterly);
     return *allot;
   }
   void TickPeople(std::initializer_list<std::size_t> rows) {
@@ -94,7 +94,7 @@ TEST_F(MultipleAllotment, ListsWhoIsNotLockedAndNamesWithoutInterestApart) {
   ASSERT_EQ(allot->lstEmployee.rows.size(), 2U);
   EXPECT_EQ(allot->lstEmployee.rows[0].text, "[K17]-Asha Rao");
   EXPECT_EQ(allot->cmbSIName.Rows().size(), 3U);  // not the Welfare Advance
-  EXPECT_FALSE(allot->fmeLoanDet.visible || allot->fmeGIDet.visible || allot->fmePFESI.visible);
+  EXPECT_FALSE(allot->fmeLoanDet.visible || allot->fmeGIDet.visible || allot->incentive.fmePFESI.visible);
   EXPECT_EQ(Save(), Texts{"Select employee(s)."});
   EXPECT_EQ(allot->Focus(), &allot->lstEmployee);
   TickPeople({0, 1});
@@ -109,7 +109,7 @@ TEST_F(MultipleAllotment, ListsWhoIsNotLockedAndNamesWithoutInterestApart) {
   OpenAllotment(GroupInsurance);
   ASSERT_EQ(allot->lstEmployee.rows.size(), 1U);
   EXPECT_EQ(allot->lstEmployee.rows[0].text, "[19]-Chitra Das");
-  EXPECT_TRUE(allot->fmeLoanDet.visible && allot->fmeGIDet.visible && allot->fmePeriod.visible);
+  EXPECT_TRUE(allot->fmeLoanDet.visible && allot->fmeGIDet.visible && allot->period.fmePeriod.visible);
 }
 
 TEST_F(MultipleAllotment, FollowsTheFilterAndTheInterestCalculator) {
@@ -447,17 +447,17 @@ TEST_F(MultipleAllotment, CountsAnIncentiveForTheFundsOfEach) {
   Run("UPDATE MAS_EMPLOYEE SET PFYN = 0, ESIYN = 1 WHERE EMPID = 19");
   EnterPremiums(Incentive);
   Type(allot->txtEndMonth, "Oct/2026");
-  Tick(allot->chkPF, true);
+  Tick(allot->incentive.chkPF, true);
   EXPECT_EQ(Save(), Texts{"Specify PF contribution percentage."});
-  Type(allot->txtPFPer, "100.01");
+  Type(allot->incentive.txtPFPer, "100.01");
   EXPECT_EQ(Save(), Texts{"PF contribution not to be more than 100%."});
-  Type(allot->txtPFPer, "100");
-  Tick(allot->chkESI, true);
+  Type(allot->incentive.txtPFPer, "100");
+  Tick(allot->incentive.chkESI, true);
   EXPECT_EQ(Save(), Texts{"Specify ESI contribution percentage."});
-  Type(allot->txtESIPer, "101");
+  Type(allot->incentive.txtESIPer, "101");
   EXPECT_EQ(Save(), Texts{"ESI contribution not to be more than 100%."});
-  Type(allot->txtESIPer, "0");  // passes here
-  Tick(allot->chkPT, true);
+  Type(allot->incentive.txtESIPer, "0");  // passes here
+  Tick(allot->incentive.chkPT, true);
   EXPECT_EQ(Save(), Texts{"Updated"});
   EXPECT_EQ(Rows("SELECT EMPID, PFYN, PFPER, ESIYN, ESIPER, PTYN FROM INS_OTHER"),
             "17|1|100|NULL|NULL|1\n19|NULL|NULL|1|0|1");

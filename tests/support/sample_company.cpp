@@ -29,7 +29,7 @@ class SampleOnServer {
     CompanyOptions options;
     options.server = database_.ConnectionString();
     CreateOnServer(options);
-    server_.emplace(AddressOf(options.server));
+    server_.emplace(AddressOf(options.server), Server::Holds::Company);
     std::vector<std::string> keeping;
     for (const auto& table : TableCatalogue())
       keeping.push_back(fmt::format("CREATE TABLE KEPT_{} AS SELECT * FROM {}", table.name,

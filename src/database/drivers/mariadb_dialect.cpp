@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <chrono>
+#include <fstream>
 
 #include "database/connection_string.h"
 #include "database/drivers/mariadb_writer.h"
@@ -122,6 +124,22 @@ std::string MariaDbDialect::ServerOf(const ConnectionSettings& settings) const {
 
 std::string MariaDbDialect::DatabaseOf(const ConnectionSettings& settings) const {
   return FirstOf(settings, {"Database", "Initial Catalog"});
+}
+
+// Its client library takes another port for one that is none, and tells of no file by its name.
+void MariaDbDialect::CheckSettings(const ConnectionSettings& settings) const {
+  if (DatabaseOf(settings).empty()) throw DatabaseError("The connection string names no database.");
+  if (const std::string port = FirstOf(settings, {"Port"}); !port.empty()) {
+    std::uint16_t number = 0;
+    const char* end = port.data() + port.size();
+    if (std::from_chars(port.data(), end, number) != std::from_chars_result{end, std::errc()} || number == 0)
+      throw DatabaseError(
+          fmt::format("Port={} in the connection string is no number from 1 to 65535.", port));
+  }
+  for (const char* key : {"SSL CA", "SSL Cert", "SSL Key"})
+    if (const std::string file = FirstOf(settings, {key}); !file.empty() && !std::ifstream(file).is_open())
+      throw DatabaseError(
+          fmt::format("{}={} in the connection string: there is no such file to read.", key, file));
 }
 
 std::string MariaDbDialect::OdbcString(const ConnectionSettings& settings, std::string_view driver) const {

@@ -5,9 +5,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "database/drivers/mariadb_dialect.h"
-#include "database/drivers/sqlserver_dialect.h"
-#include "database/schema_version.h"
+#include "database/drivers/server_company.h"
 #include "database/statement_twin.h"
 #include "database/stored_date.h"
 #include "database/tsql/parser.h"
@@ -31,6 +29,13 @@ std::vector<Value> InOrder(const tsql::Step& step, std::span<const Value> number
   values.reserve(step.parameters.size());
   for (const int number : step.parameters) values.push_back(numbers[static_cast<std::size_t>(number - 1)]);
   return values;
+}
+
+// A null stands in the text: as a value it would have a type, and not every column takes one of every type.
+void AddMark(std::string& text, std::vector<Value>& values, Value value) {
+  const bool isNull = value.IsNull() || value.IsEmpty();
+  text += isNull ? "NULL" : "?";
+  if (!isNull) values.push_back(std::move(value));
 }
 
 // The table of a SELECT * over one table.
@@ -71,44 +76,13 @@ OdbcDriver::~OdbcDriver() {
 }
 
 void OdbcDriver::Connect() {
-  const std::string server =
-      fmt::format("server {} ({})", dialect_->ServerOf(settings_), dialect_->Product());
-  const std::string database = dialect_->DatabaseOf(settings_);
+  OpenServerCompany(database_, settings_);
   try {
-    database_.Open(settings_);
-    CheckVersion(fmt::format("database {} on the {}", database, server));
     for (const auto& filling : fillings_) database_.Run(filling.second);
   } catch (const ServerError& error) {
     database_.Close();
-    switch (error.failure()) {
-      case ServerFailure::LoginRefused:
-        throw DatabaseError(fmt::format("The {} refused the user or his password.", server));
-      case ServerFailure::NoSuchDatabase:
-        throw DatabaseError(fmt::format("There is no database {} on the {}.", database, server));
-      case ServerFailure::Denied:
-        throw DatabaseError(
-            fmt::format("The user may not open the database {} on the {}.", database, server));
-      default:
-        throw DatabaseError(fmt::format("The {} cannot be reached: {}{}.", server, error.description(),
-                                        error.state().empty() ? "" : " (" + error.state() + ")"));
-    }
+    throw NotReached(*dialect_, settings_, error);
   }
-}
-
-void OdbcDriver::CheckVersion(const std::string& place) {
-  std::int64_t version = 0;
-  try {
-    version = database_.Number("SELECT VERSION FROM KTL_SCHEMA");
-  } catch (const ServerError& error) {
-    if (error.failure() != ServerFailure::NoSuchTable) throw;
-    if (dialect_->MayLackVersion()) return;
-    database_.Close();
-    throw DatabaseError(fmt::format("The {} is no company.", place));
-  }
-  if (version == kSchemaVersion) return;
-  database_.Close();
-  throw DatabaseError(fmt::format("The {} has schema version {}; this program works with version {}.", place,
-                                  version, kSchemaVersion));
 }
 
 template <typename Work>
@@ -135,19 +109,30 @@ std::string OdbcDriver::HowLost(Clock::time_point since) const {
               : "The connection to the database server was lost";
 }
 
+// What made a statement fail may have made the server undo the whole transaction; whatever is said after that
+// would stand alone and be kept.
+bool OdbcDriver::TransactionLives() {
+  try {
+    return database_.Number(dialect_->InTransactionText()) != 0;
+  } catch (const ServerError&) {
+    return false;
+  }
+}
+
 void OdbcDriver::Learn(const ServerError& error, Clock::time_point since) {
   const bool inTransaction = state_ != State::Free;
+  const bool isOver =
+      error.failure() == ServerFailure::ConnectionLost || error.failure() == ServerFailure::DeadLock;
+  if (inTransaction && (isOver || !TransactionLives())) state_ = State::Undone;
   switch (error.failure()) {
     case ServerFailure::ConnectionLost:
       database_.Close();
-      if (inTransaction) state_ = State::Undone;
       throw DatabaseError(HowLost(since) +
                           (inTransaction
                                ? ": nothing of what was begun is saved. Please do it again."
                                : ". If something was being saved, look whether it is there before doing it "
                                  "again."));
     case ServerFailure::DeadLock:
-      if (inTransaction) state_ = State::Undone;
       throw DatabaseError(
           "Another workstation was writing the same rows: nothing is saved. Please do it again.");
     case ServerFailure::LockWait:
@@ -157,7 +142,7 @@ void OdbcDriver::Learn(const ServerError& error, Clock::time_point since) {
     case ServerFailure::Denied:
       throw DatabaseError(
           fmt::format("The user of the database may not do this: {}. Ask whoever looks after the server.",
-                      error.description()));
+                      WithoutStop(error.description())));
     default:
       throw DatabaseError(error.description(), error.number());
   }
@@ -191,6 +176,7 @@ ResultSet OdbcDriver::QueryWhole(std::string_view sql, Fetch fetch, bool updatab
   tsql::Step step;
   if (updatable) step.baseTable = BaseTable(sql);
   if (fetch == Fetch::NoRows && updatable) return EmptyResult(step.baseTable);
+  if (updatable) TableOf(step.baseTable);  // a connection reads one result at a time
   changed_ = true;
   OdbcDatabase::Lease statement(database_, std::string(sql));
   // Counts of changed rows come in front.
@@ -198,8 +184,7 @@ ResultSet OdbcDriver::QueryWhole(std::string_view sql, Fetch fetch, bool updatab
     if (!statement->NextResult()) return {};
   ResultSet result = ReadResult(*statement, step, fetch);
   // What fails behind the first query fails as a whole.
-  while (fetch == Fetch::AllRows && statement->NextResult()) {
-  }
+  if (fetch != Fetch::NoRows) statement->ReadOut();
   return result;
 }
 
@@ -316,10 +301,11 @@ RowKey OdbcDriver::InsertRow(const std::string& name, const std::vector<Assignme
     auto key = std::make_shared<std::vector<Value>>(table.key.size(), Null{});
     for (const auto& assignment : values) {
       columns += (columns.empty() ? "" : ", ") + dialect_->Quoted(assignment.column);
-      marks += marks.empty() ? "?" : ", ?";
-      fitted.push_back(FittedValue(assignment, table.kinds));
+      Value value = FittedValue(assignment, table.kinds);
       for (std::size_t i = 0; i < table.key.size(); ++i)
-        if (tsql::SameWord(table.key[i], assignment.column)) (*key)[i] = fitted.back();
+        if (tsql::SameWord(table.key[i], assignment.column)) (*key)[i] = value;
+      marks += marks.empty() ? "" : ", ";
+      AddMark(marks, fitted, std::move(value));
     }
     changed_ = true;
     OdbcDatabase::Lease insert(database_,
@@ -340,10 +326,11 @@ void OdbcDriver::UpdateRow(const std::string& name, const RowKey& rowKey,
     std::vector<Value> newKey = *key, sent;
     std::string columns, condition;
     for (const auto& assignment : values) {
-      columns += (columns.empty() ? "" : ", ") + dialect_->Quoted(assignment.column) + " = ?";
-      sent.push_back(FittedValue(assignment, table.kinds));
+      Value value = FittedValue(assignment, table.kinds);
       for (std::size_t i = 0; i < newKey.size(); ++i)
-        if (tsql::SameWord(table.key[i], assignment.column)) newKey[i] = sent.back();
+        if (tsql::SameWord(table.key[i], assignment.column)) newKey[i] = value;
+      columns += (columns.empty() ? "" : ", ") + dialect_->Quoted(assignment.column) + " = ";
+      AddMark(columns, sent, std::move(value));
     }
     for (std::size_t i = 0; i < key->size(); ++i) {
       condition += (condition.empty() ? "" : " AND ") + dialect_->Quoted(table.key[i]);
@@ -414,14 +401,6 @@ void OdbcDriver::Rollback() {
 
 void OdbcDriver::MakeDurable() {
   if (!InTransaction()) changed_ = false;
-}
-
-std::unique_ptr<Driver> OpenMariaDb(const ConnectionSettings& settings) {
-  return std::make_unique<OdbcDriver>(std::make_unique<MariaDbDialect>(), settings);
-}
-
-std::unique_ptr<Driver> OpenSqlServer(const ConnectionSettings& settings) {
-  return std::make_unique<OdbcDriver>(std::make_unique<SqlServerDialect>(), settings);
 }
 
 }  // namespace ktl
