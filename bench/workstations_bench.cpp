@@ -35,6 +35,8 @@ struct Known {
 
 // What all persons know together.
 struct Ledger {
+  // What the account numbers of this run begin with.
+  const std::string run = fmt::format("W{:x}-", std::chrono::system_clock::now().time_since_epoch().count());
   std::mutex mutex;
   std::map<std::string, Known> loans;     // by account number
   std::map<std::string, Known> receipts;  // by "LOAN/REMARK"
@@ -76,7 +78,7 @@ class Person {
 
  private:
   int Roll(int sides) { return static_cast<int>(dice_() % static_cast<unsigned>(sides)); }
-  std::string NextTag() { return fmt::format("W{}-{}", number_, ++tags_); }
+  std::string NextTag() { return fmt::format("{}{}-{}", ledger_.run, number_, ++tags_); }
 
   // Some deeds in one run of the program.
   void WorkOnLoans(Clock::time_point end) {
@@ -164,7 +166,7 @@ class Person {
     std::vector<std::pair<std::size_t, std::string>> rows;
     for (std::size_t row = 1; row + 1 < lines->size(); ++row) {
       const std::string& text = (*lines)[row];
-      const auto tag = text.find("\tW");
+      const auto tag = text.find("\t" + ledger_.run);
       if (tag == text.npos) continue;
       rows.emplace_back(row, text.substr(tag + 1, text.find('\t', tag + 1) - tag - 1));
     }

@@ -24,7 +24,8 @@ mariadb-install-db --no-defaults --datadir="$folder/data" --auth-root-authentica
   "${as_root[@]}" >"$folder/log" 2>&1 || exit 0
 # Nothing is waited for on the disk: no machine fails in the midst of a test.
 setsid mariadbd --no-defaults --datadir="$folder/data" --socket="$folder/socket" --pid-file="$folder/pid" \
-  --tmpdir="$folder/tmp" --skip-networking --skip-log-bin --innodb-flush-log-at-trx-commit=0 --innodb-buffer-pool-size=128M \
+  --tmpdir="$folder/tmp" --skip-networking --skip-log-bin --innodb-buffer-pool-size=128M --innodb-log-file-size=32M \
+  --innodb-flush-log-at-trx-commit=0 --innodb-flush-method=nosync --innodb-doublewrite=0 --sync-frm=0 \
   "${as_root[@]}" >>"$folder/log" 2>&1 </dev/null &
 for _ in $(seq 200); do
   mariadb-admin --no-defaults --socket="$folder/socket" -u root ping >/dev/null 2>&1 && exit 0

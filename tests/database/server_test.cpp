@@ -115,6 +115,22 @@ TEST_F(Server, RowsAreKnownAgainByTheirKey) {
   EXPECT_EQ(FailureOf([&] { rows.Update(); }).number(), kWrongTypeError);
 }
 
+TEST_F(Server, ADistinctListStepsOverItsIndexEachTime) {
+  database_->Run("CREATE INDEX IX_BASIC ON MAS_EMPLOYEE (BASIC)");
+  database_->Run("INSERT INTO MAS_EMPLOYEE (EMPID, BASIC) SELECT seq, seq DIV 1000 FROM seq_1_to_4000");
+  database_->Run("ANALYZE TABLE MAS_EMPLOYEE");
+  database_->Run(
+      "CREATE VIEW KTL_STEPS AS SELECT VARIABLE_VALUE AS STEPS FROM INFORMATION_SCHEMA.SESSION_STATUS WHERE "
+      "VARIABLE_NAME = 'HANDLER_READ_NEXT'");
+  const auto steps = [&] { return cn_.FirstValue("SELECT STEPS FROM KTL_STEPS")->ToLong(); };
+  for (int i = 0; i < 4; ++i) {
+    const long before = steps();
+    EXPECT_EQ(Rows("SELECT DISTINCT BASIC, BASIC + 1 FROM MAS_EMPLOYEE"), "0|1\n1|2\n2|3\n3|4\n4|5");
+    EXPECT_LT(steps() - before, 1000);
+    Rows("SELECT EMPNAME FROM MAS_EMPLOYEE WHERE EMPID < 4");
+  }
+}
+
 TEST_F(Server, FailuresKeepTheirNumbersAndTheConnection) {
   Employee(17);
   const struct {
@@ -277,14 +293,29 @@ TEST(ServerConnection, TheStringsOfSettingsAndFilesReachTheDriver) {
     return dialect.OdbcString(settings, driver);
   };
   const SqlServerDialect sqlServer;
-  EXPECT_EQ(odbc(sqlServer, "Provider=SQLNCLI;Server=HO;Database=PAY;Trusted_Connection=yes;", "X"),
-            "DRIVER={X};SERVER=HO;DATABASE=PAY;Trusted_Connection=yes;APP=KTLStIns;WSID=PC1;");
-  EXPECT_EQ(odbc(sqlServer,
-                 "Provider=SQLOLEDB.1;Persist Security Info=True;User ID=sa;PWD={a}b;Initial Catalog=PAY;"
-                 "Data Source=HO\\PAYROLL",
-                 "FreeTDS"),
-            "DRIVER={FreeTDS};SERVER=HO\\PAYROLL;DATABASE=PAY;UID=sa;PWD={{a}}b};APP=KTLStIns;WSID=PC1;"
-            "TDS_Version=7.4;ClientCharset=UTF-8;");
+  const std::string same = "APP=KTLStIns;WSID=PC1;", end = same + "ConnectRetryCount=0;",
+                    encrypted = "Encrypt=yes;TrustServerCertificate=yes;",
+                    tds = "TDS_Version=7.4;ClientCharset=UTF-8;";
+  const struct {
+    const char *settings, *driver;
+    std::string told;
+  } cases[] = {
+      {"Server=HO;Database=PAY;Trusted_Connection=yes;", "X",
+       "SERVER=HO;DATABASE=PAY;Trusted_Connection=yes;" + encrypted + end},
+      {"Server=HO;Port=1500;Integrated Security=SSPI;Encrypt=True", "X",
+       "SERVER=HO,1500;Trusted_Connection=yes;Encrypt=yes;" + end},
+      {"Server=HO,1501;Port=1500;Encrypt=strict;TrustServerCertificate=no", "X",
+       "SERVER=HO,1501;Encrypt=strict;" + end},
+      {"Server=HO;Use Encryption for Data=False;Trusted_Connection=no", "X", "SERVER=HO;Encrypt=no;" + end},
+      {"Persist Security Info=True;User ID=sa;PWD={a}b;Initial Catalog=PAY;Data Source=HO\\PAYROLL",
+       "FreeTDS", "SERVER=HO\\PAYROLL;DATABASE=PAY;UID=sa;PWD={{a}}b};Encryption=require;" + same + tds},
+      {"Server=HO;Encrypt=no", "FreeTDS", "SERVER=HO;Encryption=request;" + same + "PORT=1433;" + tds},
+      {"Server=HO;Port=1500;Encrypt=strict", "FreeTDS",
+       "SERVER=HO;Encryption=require;" + same + "PORT=1500;" + tds},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(odbc(sqlServer, std::string("Provider=SQLNCLI;") + c.settings, c.driver),
+              "DRIVER={" + std::string(c.driver) + "};" + c.told);
   EXPECT_EQ(
       odbc(MariaDbDialect(),
            "Provider=MariaDB;Server=ho;Port=3307;Database=PAY;User ID=u;PWD=p;SSL CA=/ca;SSL Verify=yes;",
@@ -341,10 +372,16 @@ TEST(ServerConnection, WhatCannotBeReachedIsToldInOneLineAndInTime) {
       {"Provider=MariaDB;Socket=/nowhere;Database=PAY;" + user,
        "The server localhost (MariaDB) cannot be reached: Can't connect to local server through socket "
        "'/nowhere'"},
-      {"Provider=MariaDB;Driver=None;Server=127.0.0.1;" + user,
+      {"Provider=MariaDB;Driver=None;Server=127.0.0.1;Database=PAY;" + user,
        "The server 127.0.0.1 (MariaDB) cannot be reached: Can't open lib 'None'"},
-      {"Provider=MariaDB;;=;Server==;Port=x;{}};DRIVER=;" + user,
+      {"Provider=MariaDB;;=;Server==;Database=P;{}};DRIVER=;" + user,
        "The server = (MariaDB) cannot be reached: "},
+      {"Provider=MariaDB;Server=127.0.0.1;" + user, "The connection string names no database."},
+      {"Provider=MariaDB;Database=PAY;Port=33O6;" + user,
+       "Port=33O6 in the connection string is no number from 1 to 65535."},
+      {"Provider=MariaDB;Database=PAY;Port=65536;" + user, "Port=65536 in the connection string"},
+      {"Provider=MariaDB;Database=PAY;SSL CA=/nowhere;" + user,
+       "SSL CA=/nowhere in the connection string: there is no such file to read."},
       {"Provider=SQLOLEDB.1;Persist Security Info=True;User ID=ravi;PWD=Secret;Initial Catalog=PAY;"
        "Data Source=127.0.0.1,1",
        "The server 127.0.0.1,1 (SQL Server) cannot be reached: Unable to connect: Adaptive Server is "
@@ -354,7 +391,7 @@ TEST(ServerConnection, WhatCannotBeReachedIsToldInOneLineAndInTime) {
   };
   for (const auto& c : cases) EXPECT_EQ(OpenError(c.connectionString).substr(0, std::strlen(c.told)), c.told);
   ConnectionSettings settings;
-  settings.connectionString = "Provider=MariaDB;Server=ho;" + user;
+  settings.connectionString = "Provider=MariaDB;Server=ho;Database=PAY;" + user;
   EXPECT_EQ(FailureOf([&] { OdbcDriver(std::make_unique<NoDriver>(), settings); }).description(),
             "The server ho (MariaDB) cannot be reached: no ODBC driver for MariaDB is installed (package "
             "odbc-mariadb).");
@@ -394,16 +431,24 @@ TEST(ServerConnection, AServerThatFailsIsToldAndFoundAgain) {
   server.Run("CREATE TABLE PAY.T (A INT PRIMARY KEY)");
   server.Run("CREATE VIEW PAY.KTL_SCHEMA AS SELECT 1 AS VERSION");
   Connection cn;
+  cn.SetConnectionTimeout(1);
+  cn.SetCommandTimeout(1);
   cn.Open(server.ConnectionString("PAY"));
+  const auto told = [&] { return FailureOf([&] { cn.HasRows("SELECT * FROM T"); }).description(); };
+  server.Hang();
+  EXPECT_EQ(
+      told(),
+      "The database server did not answer within 1 seconds, and the connection was given up. If something was "
+      "being saved, look whether it is there before doing it again.");
+  EXPECT_TRUE(told().starts_with("The server localhost (MariaDB) cannot be reached: "));
+  server.Awake();
   {
     Transaction writes(cn);
     cn.Execute("INSERT INTO T (A) VALUES (1)");
     server.Kill();
     EXPECT_THROW(cn.Execute("INSERT INTO T (A) VALUES (2)"), DatabaseError);
   }
-  EXPECT_TRUE(FailureOf([&] { cn.HasRows("SELECT * FROM T"); })
-                  .description()
-                  .starts_with("The server localhost (MariaDB) cannot be reached: "));
+  EXPECT_TRUE(told().starts_with("The server localhost (MariaDB) cannot be reached: "));
   server.Start();
   EXPECT_FALSE(cn.HasRows("SELECT * FROM T"));
 }

@@ -1,4 +1,4 @@
--- What a company has besides its tables on SQL Server 2016 or later. A line with GO alone ends each statement.
+-- What a company has besides its tables on SQL Server 2016 with Service Pack 1, or later. A line with GO alone ends each statement.
 -- The session tells who is signed on in CONTEXT_INFO; HOST_NAME() is the machine that the connection names.
 
 -- MONTHYEAR and "Mmm/yyyy" of every salary month; remainder 0 is December of the year before.
@@ -28,23 +28,25 @@ BEGIN
 END
 GO
 
--- Who is signed on in the session; the login where it does not tell.
+-- Who is signed on in the session; the login where it does not tell. Behind the name stand zeros, and only a
+-- binary collation finds them.
 CREATE OR ALTER FUNCTION dbo.FnStrSessionUser () RETURNS NVARCHAR(128) AS
 BEGIN
-  RETURN ISNULL(NULLIF(REPLACE(CAST(CONTEXT_INFO() AS VARCHAR(128)), CHAR(0), ''), ''), SUSER_SNAME())
+  RETURN ISNULL(NULLIF(REPLACE(CAST(CONTEXT_INFO() AS NVARCHAR(64)) COLLATE Latin1_General_BIN2, NCHAR(0), N''), ''), SUSER_SNAME())
 END
 GO
 
--- The employees that the user may see; all of them while nobody's are told. The table is the workstation's.
+-- The employees that the user may see; all of them while nobody's are told. The table is the workstation's:
+-- whoever else reads it there finds the old employees or the new ones.
 CREATE OR ALTER PROCEDURE dbo.FillClassTable @SUFFIX NVARCHAR(128), @USERNAME NVARCHAR(128) AS
 BEGIN
-  SET NOCOUNT ON
+  SET NOCOUNT, XACT_ABORT ON
   DECLARE @TABLENAME NVARCHAR(300) = QUOTENAME('TMP' + HOST_NAME() + @SUFFIX)
   DECLARE @TEXT NVARCHAR(MAX) = 'IF OBJECT_ID(@NAME) IS NULL CREATE TABLE ' + @TABLENAME + ' (EMPID INT PRIMARY KEY)'
   EXEC sp_executesql @TEXT, N'@NAME NVARCHAR(300)', @TABLENAME
-  SET @TEXT = 'DELETE FROM ' + @TABLENAME + ' INSERT INTO ' + @TABLENAME
+  SET @TEXT = 'BEGIN TRANSACTION DELETE FROM ' + @TABLENAME + ' WITH (TABLOCKX) INSERT INTO ' + @TABLENAME
             + ' SELECT EMPID FROM MAS_EMPLOYEE WHERE NOT EXISTS (SELECT 1 FROM SEC_CLASSEMP)'
-            + ' OR EMPID IN (SELECT EMPID FROM SEC_CLASSEMP WHERE USERNAME = @USERNAME)'
+            + ' OR EMPID IN (SELECT EMPID FROM SEC_CLASSEMP WHERE USERNAME = @USERNAME) COMMIT TRANSACTION'
   EXEC sp_executesql @TEXT, N'@USERNAME NVARCHAR(128)', @USERNAME
 END
 GO
@@ -78,7 +80,7 @@ BEGIN
   SELECT N.MONTHYEAR, N.LOCKEDYN, HOST_NAME(), GETDATE(),
          (SELECT USERID FROM SEC_USERLIST WHERE USERNAME = dbo.FnStrSessionUser())
   FROM INSERTED N INNER JOIN DELETED O ON O.MONTHYEAR = N.MONTHYEAR
-  WHERE N.LOCKEDYN <> O.LOCKEDYN
+  WHERE ISNULL(N.LOCKEDYN, -1) <> ISNULL(O.LOCKEDYN, -1)
 END
 GO
 

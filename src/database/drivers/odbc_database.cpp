@@ -39,20 +39,48 @@ std::string WithoutPrefixes(std::string message) {
   return Trim(message);
 }
 
-Diagnostic FirstDiagnostic(SQLSMALLINT kind, SQLHANDLE handle) {
-  Diagnostic diagnostic;
+bool ReadDiagnostic(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT number, Diagnostic& diagnostic) {
   SQLWCHAR state[6]{};
   std::vector<SQLWCHAR> message(1024);
   SQLINTEGER native = 0;
   SQLSMALLINT length = 0;
-  if (!SQL_SUCCEEDED(SQLGetDiagRecW(kind, handle, 1, state, &native, message.data(),
+  if (!SQL_SUCCEEDED(SQLGetDiagRecW(kind, handle, number, state, &native, message.data(),
                                     static_cast<SQLSMALLINT>(message.size()), &length)))
-    return diagnostic;
+    return false;
   const auto had = std::clamp<std::size_t>(static_cast<std::size_t>(length), 0, message.size() - 1);
   diagnostic.state = Narrow(state, 5);
   diagnostic.native = native;
   diagnostic.message = WithoutPrefixes(Narrow(message.data(), had));
-  return diagnostic;
+  return true;
+}
+
+// How little a failure says beside others that are reported with it: a refused login stands beside a database
+// that is not there, a statement that ended beside what ended it.
+int Vagueness(ServerFailure failure) {
+  switch (failure) {
+    case ServerFailure::NoSuchDatabase:
+    case ServerFailure::Denied:
+      return 0;
+    case ServerFailure::Statement:
+    case ServerFailure::Unreachable:
+      return 2;
+    case ServerFailure::Other:
+      return 3;
+    default:
+      return 1;
+  }
+}
+
+ServerError MostTelling(SQLSMALLINT kind, SQLHANDLE handle, const ServerDialect& dialect) {
+  constexpr SQLSMALLINT kMostRead = 10;
+  ServerError told(ServerFailure::Other, "");
+  Diagnostic diagnostic;
+  for (SQLSMALLINT i = 1; i <= kMostRead && ReadDiagnostic(kind, handle, i, diagnostic); ++i) {
+    const ServerFailure failure = dialect.FailureOf(diagnostic);
+    if (i == 1 || Vagueness(failure) < Vagueness(told.failure()))
+      told = ServerError(failure, diagnostic.message, diagnostic.state);
+  }
+  return told;
 }
 
 OdbcPointer Allocate(OdbcHandle kind, void* parent, const ServerDialect& dialect, OdbcHandle parentKind) {
@@ -71,10 +99,9 @@ void OdbcFreer::operator()(void* handle) const noexcept {
 
 void CheckOdbc(short code, OdbcHandle kind, void* handle, const ServerDialect& dialect) {
   if (SQL_SUCCEEDED(code) || code == SQL_NO_DATA) return;
-  const Diagnostic diagnostic = handle == nullptr
-                                    ? Diagnostic{"HY000", 0, "The ODBC driver manager has no memory left."}
-                                    : FirstDiagnostic(static_cast<SQLSMALLINT>(kind), handle);
-  throw ServerError(dialect.FailureOf(diagnostic), diagnostic.message, diagnostic.state);
+  if (handle == nullptr)
+    throw ServerError(ServerFailure::Other, "The ODBC driver manager has no memory left.", "HY000");
+  throw MostTelling(static_cast<SQLSMALLINT>(kind), handle, dialect);
 }
 
 OdbcDatabase::OdbcDatabase(const ServerDialect& dialect) : dialect_(dialect), statements_(kMostStatements) {
@@ -107,6 +134,7 @@ std::string OdbcDatabase::InstalledDriver(const ConnectionSettings& settings) co
 
 void OdbcDatabase::Open(const ConnectionSettings& settings) {
   Close();
+  dialect_.CheckSettings(settings);
   const auto text = Wide(dialect_.OdbcString(settings, InstalledDriver(settings)));
   connection_ = Allocate(OdbcHandle::Connection, environment_.get(), dialect_, OdbcHandle::Environment);
   SQLHDBC handle = connection_.get();
@@ -146,10 +174,20 @@ void OdbcDatabase::Run(const std::string& sql) {
   statement->Close();
 }
 
+bool OdbcDatabase::IsDead() const {
+  SQLUINTEGER dead = SQL_CD_FALSE;
+  SQLINTEGER length = 0;
+  return SQL_SUCCEEDED(
+             SQLGetConnectAttrW(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, sizeof dead, &length)) &&
+         dead == SQL_CD_TRUE;
+}
+
 std::int64_t OdbcDatabase::Number(const std::string& sql) {
   Lease statement(*this, sql);
   if (!statement->Fetch()) return 0;
-  return static_cast<std::int64_t>(statement->Column(0).NumberOr0());
+  const auto number = static_cast<std::int64_t>(statement->Column(0).NumberOr0());
+  statement->ReadOut();
+  return number;
 }
 
 std::vector<std::string> OdbcDatabase::KeyOf(const std::string& table) {
@@ -176,13 +214,16 @@ std::vector<std::string> OdbcDatabase::KeyOf(const std::string& table) {
   return names;
 }
 
-OdbcDatabase::Lease::Lease(OdbcDatabase& database, const std::string& sql, std::span<const Value> values) {
+OdbcDatabase::Lease::Lease(OdbcDatabase& database, const std::string& sql, std::span<const Value> values,
+                           bool planAnew) {
   const auto isFree = [](const auto& statement) { return statement && statement.use_count() == 1; };
-  auto* kept = database.statements_.Find(sql);
+  // SQL Server runs what is prepared as a procedure: no transaction can begin in one.
+  const bool mayKeep = !planAnew && !database.dialect().SpeaksTheLanguage() && sql.size() <= kLongestKeptText;
+  auto* kept = mayKeep ? database.statements_.Find(sql) : nullptr;
   if (kept != nullptr && *kept == nullptr) *kept = std::make_shared<OdbcStatement>(database);
   auto& wanted = kept != nullptr ? *kept : database.direct_;
   const bool asKept = kept != nullptr && isFree(wanted);
-  if (kept == nullptr && sql.size() <= kLongestKeptText) database.statements_.Keep(sql, nullptr);
+  if (kept == nullptr && mayKeep) database.statements_.Keep(sql, nullptr);
   if (kept == nullptr && !wanted) wanted = std::make_shared<OdbcStatement>(database);
   statement_ = isFree(wanted) ? wanted : std::make_shared<OdbcStatement>(database);
   statement_->Run(sql, values, asKept ? OdbcStatement::Way::Prepared : OdbcStatement::Way::Direct);

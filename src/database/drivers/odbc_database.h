@@ -43,6 +43,8 @@ class OdbcStatement {
   std::int64_t RowsChanged() const;
   // What a batch of the server's own answers next; false when there is nothing more.
   bool NextResult();
+  // Behind the last row that is wanted: to break off costs a round trip, so that what has ended is read out.
+  void ReadOut();
   // Rows that nobody has read are thrown away.
   void Close() noexcept;
 
@@ -73,10 +75,12 @@ class OdbcStatement {
 class OdbcDatabase {
  public:
   // A statement in use; closed when the lease ends. A text said for the first time is said by a statement
-  // that all such texts share; one said again gets a statement of its own, prepared.
+  // that all such texts share; one said again gets a statement of its own, prepared, but where texts go out
+  // whole or are to be planned anew each time.
   class Lease {
    public:
-    Lease(OdbcDatabase& database, const std::string& sql, std::span<const Value> values = {});
+    Lease(OdbcDatabase& database, const std::string& sql, std::span<const Value> values = {},
+          bool planAnew = false);
     ~Lease() { statement_->Close(); }
     Lease(const Lease&) = delete;
     Lease& operator=(const Lease&) = delete;
@@ -95,6 +99,7 @@ class OdbcDatabase {
   void Open(const ConnectionSettings& settings);
   void Close() noexcept;
   bool IsOpen() const { return open_; }
+  bool IsDead() const;  // as far as its driver knows
 
   // Runs a text of the server's own language to its end.
   void Run(const std::string& sql);

@@ -5,9 +5,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "database/drivers/mariadb_dialect.h"
-#include "database/drivers/sqlserver_dialect.h"
-#include "database/schema_version.h"
+#include "database/drivers/server_company.h"
 #include "database/statement_twin.h"
 #include "database/stored_date.h"
 #include "database/tsql/parser.h"
@@ -17,9 +15,8 @@ namespace ktl {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-constexpr std::chrono::milliseconds kSlice{50};  // of the wait for a turn, between two questions
+// Of the wait for a turn, between two questions.
+constexpr std::chrono::milliseconds kShortestSlice{50}, kLongestSlice{800};
 
 constexpr std::string_view kFilling = "ClassSecurity";  // and ClassSecurityCloud
 
@@ -32,6 +29,13 @@ std::vector<Value> InOrder(const tsql::Step& step, std::span<const Value> number
   values.reserve(step.parameters.size());
   for (const int number : step.parameters) values.push_back(numbers[static_cast<std::size_t>(number - 1)]);
   return values;
+}
+
+// A null stands in the text: as a value it would have a type, and not every column takes one of every type.
+void AddMark(std::string& text, std::vector<Value>& values, Value value) {
+  const bool isNull = value.IsNull() || value.IsEmpty();
+  text += isNull ? "NULL" : "?";
+  if (!isNull) values.push_back(std::move(value));
 }
 
 // The table of a SELECT * over one table.
@@ -72,84 +76,73 @@ OdbcDriver::~OdbcDriver() {
 }
 
 void OdbcDriver::Connect() {
-  const std::string server =
-      fmt::format("server {} ({})", dialect_->ServerOf(settings_), dialect_->Product());
-  const std::string database = dialect_->DatabaseOf(settings_);
+  OpenServerCompany(database_, settings_);
   try {
-    database_.Open(settings_);
-    CheckVersion(fmt::format("database {} on the {}", database, server));
     for (const auto& filling : fillings_) database_.Run(filling.second);
   } catch (const ServerError& error) {
     database_.Close();
-    switch (error.failure()) {
-      case ServerFailure::LoginRefused:
-        throw DatabaseError(fmt::format("The {} refused the user or his password.", server));
-      case ServerFailure::NoSuchDatabase:
-        throw DatabaseError(fmt::format("There is no database {} on the {}.", database, server));
-      case ServerFailure::Denied:
-        throw DatabaseError(
-            fmt::format("The user may not open the database {} on the {}.", database, server));
-      default:
-        throw DatabaseError(fmt::format("The {} cannot be reached: {}{}.", server, error.description(),
-                                        error.state().empty() ? "" : " (" + error.state() + ")"));
-    }
+    throw NotReached(*dialect_, settings_, error);
   }
-}
-
-void OdbcDriver::CheckVersion(const std::string& place) {
-  std::int64_t version = 0;
-  try {
-    version = database_.Number("SELECT VERSION FROM KTL_SCHEMA");
-  } catch (const ServerError& error) {
-    if (error.failure() != ServerFailure::NoSuchTable) throw;
-    if (dialect_->MayLackVersion()) return;
-    database_.Close();
-    throw DatabaseError(fmt::format("The {} is no company.", place));
-  }
-  if (version == kSchemaVersion) return;
-  database_.Close();
-  throw DatabaseError(fmt::format("The {} has schema version {}; this program works with version {}.", place,
-                                  version, kSchemaVersion));
 }
 
 template <typename Work>
 auto OdbcDriver::Say(Work work) {
   if (state_ == State::Undone) throw DatabaseError(kUndone);
   if (!database_.IsOpen()) Connect();
+  const auto since = Clock::now();
   try {
     return work();
   } catch (const ServerError& error) {
-    Learn(error);
+    Learn(error, since);
   }
 }
 
-void OdbcDriver::Learn(const ServerError& error) {
+// What made a statement fail may have made the server undo the whole transaction; whatever is said after that
+// would stand alone and be kept.
+bool OdbcDriver::TransactionLives() {
+  try {
+    return database_.Number(dialect_->InTransactionText()) != 0;
+  } catch (const ServerError&) {
+    return false;
+  }
+}
+
+std::string OdbcDriver::NoAnswer() const {
+  return fmt::format("The database server did not answer within {} seconds", settings_.commandTimeout);
+}
+
+// A server that hangs does not even say that the time is over.
+std::string OdbcDriver::HowLost(Clock::time_point since) const {
+  const bool hung =
+      settings_.commandTimeout > 0 && Clock::now() - since >= std::chrono::seconds(settings_.commandTimeout);
+  return hung ? NoAnswer() + ", and the connection was given up"
+              : "The connection to the database server was lost";
+}
+
+void OdbcDriver::Learn(const ServerError& error, Clock::time_point since) {
   const bool inTransaction = state_ != State::Free;
+  const bool isOver =
+      error.failure() == ServerFailure::ConnectionLost || error.failure() == ServerFailure::DeadLock;
+  if (inTransaction && (isOver || !TransactionLives())) state_ = State::Undone;
   switch (error.failure()) {
     case ServerFailure::ConnectionLost:
       database_.Close();
-      if (inTransaction) state_ = State::Undone;
-      throw DatabaseError(
-          inTransaction
-              ? "The connection to the database server was lost: nothing of what was begun is saved. Please do it "
-                "again."
-              : "The connection to the database server was lost. If something was being saved, look whether it "
-                "is there before doing it again.");
+      throw DatabaseError(HowLost(since) +
+                          (inTransaction
+                               ? ": nothing of what was begun is saved. Please do it again."
+                               : ". If something was being saved, look whether it is there before doing it "
+                                 "again."));
     case ServerFailure::DeadLock:
-      if (inTransaction) state_ = State::Undone;
       throw DatabaseError(
           "Another workstation was writing the same rows: nothing is saved. Please do it again.");
     case ServerFailure::LockWait:
       throw DatabaseError(kLockedText);
     case ServerFailure::TimeOut:
-      throw DatabaseError(
-          fmt::format("The database server did not answer within {} seconds. Try again, or raise the setting "
-                      "COMDTIME.",
-                      settings_.commandTimeout));
+      throw DatabaseError(NoAnswer() + ". Try again, or raise the setting COMDTIME.");
     case ServerFailure::Denied:
       throw DatabaseError(
           fmt::format("The user of the database may not do this: {}. Ask whoever looks after the server.",
-                      error.description()));
+                      WithoutStop(error.description())));
     default:
       throw DatabaseError(error.description(), error.number());
   }
@@ -183,6 +176,7 @@ ResultSet OdbcDriver::QueryWhole(std::string_view sql, Fetch fetch, bool updatab
   tsql::Step step;
   if (updatable) step.baseTable = BaseTable(sql);
   if (fetch == Fetch::NoRows && updatable) return EmptyResult(step.baseTable);
+  if (updatable) TableOf(step.baseTable);  // a connection reads one result at a time
   changed_ = true;
   OdbcDatabase::Lease statement(database_, std::string(sql));
   // Counts of changed rows come in front.
@@ -190,8 +184,7 @@ ResultSet OdbcDriver::QueryWhole(std::string_view sql, Fetch fetch, bool updatab
     if (!statement->NextResult()) return {};
   ResultSet result = ReadResult(*statement, step, fetch);
   // What fails behind the first query fails as a whole.
-  while (fetch == Fetch::AllRows && statement->NextResult()) {
-  }
+  if (fetch != Fetch::NoRows) statement->ReadOut();
   return result;
 }
 
@@ -212,7 +205,7 @@ ResultSet OdbcDriver::ReadRows(const tsql::Step& step, const Run& run) {
   if (!step.baseTable.empty()) TableOf(step.baseTable);
   const bool one = run.fetch == Fetch::FirstRow && !step.limited;
   OdbcDatabase::Lease statement(database_, one ? step.sql + std::string(dialect_->FirstRowOnly()) : step.sql,
-                                InOrder(step, run.numbers));
+                                InOrder(step, run.numbers), step.planAnew);
   return ReadResult(*statement, step, run.fetch);
 }
 
@@ -308,10 +301,11 @@ RowKey OdbcDriver::InsertRow(const std::string& name, const std::vector<Assignme
     auto key = std::make_shared<std::vector<Value>>(table.key.size(), Null{});
     for (const auto& assignment : values) {
       columns += (columns.empty() ? "" : ", ") + dialect_->Quoted(assignment.column);
-      marks += marks.empty() ? "?" : ", ?";
-      fitted.push_back(FittedValue(assignment, table.kinds));
+      Value value = FittedValue(assignment, table.kinds);
       for (std::size_t i = 0; i < table.key.size(); ++i)
-        if (tsql::SameWord(table.key[i], assignment.column)) (*key)[i] = fitted.back();
+        if (tsql::SameWord(table.key[i], assignment.column)) (*key)[i] = value;
+      marks += marks.empty() ? "" : ", ";
+      AddMark(marks, fitted, std::move(value));
     }
     changed_ = true;
     OdbcDatabase::Lease insert(database_,
@@ -332,10 +326,11 @@ void OdbcDriver::UpdateRow(const std::string& name, const RowKey& rowKey,
     std::vector<Value> newKey = *key, sent;
     std::string columns, condition;
     for (const auto& assignment : values) {
-      columns += (columns.empty() ? "" : ", ") + dialect_->Quoted(assignment.column) + " = ?";
-      sent.push_back(FittedValue(assignment, table.kinds));
+      Value value = FittedValue(assignment, table.kinds);
       for (std::size_t i = 0; i < newKey.size(); ++i)
-        if (tsql::SameWord(table.key[i], assignment.column)) newKey[i] = sent.back();
+        if (tsql::SameWord(table.key[i], assignment.column)) newKey[i] = value;
+      columns += (columns.empty() ? "" : ", ") + dialect_->Quoted(assignment.column) + " = ";
+      AddMark(columns, sent, std::move(value));
     }
     for (std::size_t i = 0; i < key->size(); ++i) {
       condition += (condition.empty() ? "" : " AND ") + dialect_->Quoted(table.key[i]);
@@ -350,14 +345,17 @@ void OdbcDriver::UpdateRow(const std::string& name, const RowKey& rowKey,
   });
 }
 
-// Waits for whoever writes in slices, so that the person can be asked in between.
+// Waits for whoever writes in slices, so that the person can be asked in between. Each slice stands at the
+// end of the server's queue anew, so the slices of who has waited long are long, or new ones would overtake
+// him.
 void OdbcDriver::Begin() {
   if (InTransaction()) throw DatabaseError("A transaction is under way already.");
   Say([&] {
     const auto since = Clock::now();
-    const std::string text = dialect_->BeginText(static_cast<int>(kSlice.count()));
-    while (database_.Number(text) == 0) {
-      const auto waited = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - since);
+    std::chrono::milliseconds waited{0};
+    const auto slice = [&] { return std::clamp(waited, kShortestSlice, kLongestSlice); };
+    while (database_.Number(dialect_->BeginText(static_cast<int>(slice().count()))) == 0) {
+      waited = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - since);
       const bool over =
           settings_.commandTimeout > 0 && waited >= std::chrono::seconds(settings_.commandTimeout);
       if (over || (settings_.onWait && !settings_.onWait({waited, !changed_})))
@@ -373,6 +371,7 @@ void OdbcDriver::Commit() {
     Rollback();
     throw DatabaseError(kUndone);
   }
+  const auto since = Clock::now();
   try {
     database_.Run(dialect_->CommitText());
     state_ = State::Free;
@@ -380,9 +379,7 @@ void OdbcDriver::Commit() {
     if (error.failure() == ServerFailure::ConnectionLost) {
       database_.Close();
       state_ = State::Free;
-      throw DatabaseError(
-          "The connection to the database server was lost while saving. Look whether it is there before doing it "
-          "again.");
+      throw DatabaseError(HowLost(since) + " while saving. Look whether it is there before doing it again.");
     }
     state_ = State::Undone;
     Rollback();
@@ -404,14 +401,6 @@ void OdbcDriver::Rollback() {
 
 void OdbcDriver::MakeDurable() {
   if (!InTransaction()) changed_ = false;
-}
-
-std::unique_ptr<Driver> OpenMariaDb(const ConnectionSettings& settings) {
-  return std::make_unique<OdbcDriver>(std::make_unique<MariaDbDialect>(), settings);
-}
-
-std::unique_ptr<Driver> OpenSqlServer(const ConnectionSettings& settings) {
-  return std::make_unique<OdbcDriver>(std::make_unique<SqlServerDialect>(), settings);
 }
 
 }  // namespace ktl

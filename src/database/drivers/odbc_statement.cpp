@@ -14,6 +14,7 @@ namespace {
 
 constexpr SQLULEN kLongestBoundText = 1000;  // characters; longer ones are read piece by piece
 constexpr std::size_t kPiece = 8192;
+constexpr std::size_t kLongestPlainText = 4000;  // that is sent to SQL Server as NVARCHAR
 
 OdbcStatement::Kind KindOf(SQLSMALLINT type, SQLULEN size, SQLSMALLINT decimals) {
   switch (type) {
@@ -78,8 +79,14 @@ OdbcStatement::OdbcStatement(OdbcDatabase& database) : database_(database) {
 
 OdbcStatement::~OdbcStatement() = default;
 
+// Not every driver tells a lost connection by a state of its own.
 void OdbcStatement::Check(short code) const {
-  CheckOdbc(code, OdbcHandle::Statement, handle_.get(), database_.dialect());
+  try {
+    CheckOdbc(code, OdbcHandle::Statement, handle_.get(), database_.dialect());
+  } catch (const ServerError& error) {
+    if (error.failure() != ServerFailure::Other || !database_.IsDead()) throw;
+    throw ServerError(ServerFailure::ConnectionLost, error.description(), error.state());
+  }
 }
 
 void OdbcStatement::Run(const std::string& sql, std::span<const Value> values, Way way) {
@@ -111,6 +118,8 @@ void OdbcStatement::BindValues(std::span<const Value> values) {
     sent.length = 0;
     if (value.IsNull() || value.IsEmpty()) {
       sent.length = SQL_NULL_DATA;
+      // Of values that stand below one another in VALUES, a number would make numbers of the texts.
+      if (!database_.dialect().TakesUtf8()) to = SQL_WVARCHAR, size = 1;
     } else if (value.IsBoolean() || value.IsInteger()) {
       sent.integer = value.IsBoolean() ? (value.boolean() ? 1 : 0) : value.integer();
     } else if (value.IsDouble()) {
@@ -136,7 +145,8 @@ void OdbcStatement::BindValues(std::span<const Value> values) {
     } else {
       const std::u16string wide = ToUtf16(value.text());
       sent.bytes.assign(reinterpret_cast<const char*>(wide.data()), wide.size() * sizeof(char16_t));
-      from = SQL_C_WCHAR, to = SQL_WVARCHAR, size = std::max<SQLULEN>(wide.size(), 1);
+      from = SQL_C_WCHAR, size = std::max<SQLULEN>(wide.size(), 1);
+      to = size > kLongestPlainText ? SQL_WLONGVARCHAR : SQL_WVARCHAR;
       sent.length = static_cast<SQLLEN>(sent.bytes.size());
       place = sent.bytes.data();
     }
@@ -284,6 +294,12 @@ bool OdbcStatement::NextResult() {
   if (code == SQL_NO_DATA) return false;
   Describe();
   return true;
+}
+
+void OdbcStatement::ReadOut() {
+  if (Fetch() || !database_.dialect().SpeaksTheLanguage()) return;
+  while (NextResult()) {
+  }
 }
 
 void OdbcStatement::Close() noexcept { SQLFreeStmt(handle_.get(), SQL_CLOSE); }

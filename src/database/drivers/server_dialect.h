@@ -57,6 +57,8 @@ class ServerDialect {
   // Where the company is, for messages.
   virtual std::string ServerOf(const ConnectionSettings& settings) const = 0;
   virtual std::string DatabaseOf(const ConnectionSettings& settings) const = 0;
+  // Throws DatabaseError for what its driver would take for something else.
+  virtual void CheckSettings(const ConnectionSettings&) const {}
   // The ODBC connection string behind its driver's name. It holds the password: it is for the driver alone.
   virtual std::string OdbcString(const ConnectionSettings& settings, std::string_view driver) const = 0;
   // Said once after each connect.
@@ -79,6 +81,7 @@ class ServerDialect {
   virtual std::string BeginText(int milliseconds) const = 0;
   virtual std::string CommitText() const = 0;
   virtual std::string RollbackText() const = 0;  // fails neither without a transaction nor without the turn
+  virtual std::string InTransactionText() const = 0;  // answers 0 outside one
 
   virtual ServerFailure FailureOf(const Diagnostic& diagnostic) const = 0;
   // Whether its driver takes and gives texts of bytes as UTF-8 whatever the machine's language is.

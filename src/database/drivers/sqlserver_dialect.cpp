@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 #include "database/connection_string.h"
 #include "runtime/text.h"
@@ -12,8 +13,9 @@ namespace ktl {
 
 namespace {
 
+constexpr std::string_view kFreeTds = "FreeTDS";
 constexpr std::array<std::string_view, 3> kDriverNames{"ODBC Driver 18 for SQL Server",
-                                                       "ODBC Driver 17 for SQL Server", "FreeTDS"};
+                                                       "ODBC Driver 17 for SQL Server", kFreeTds};
 
 struct NumberedFailure {
   long number;
@@ -22,24 +24,58 @@ struct NumberedFailure {
 
 // By the numbers of the server.
 constexpr std::array kFailures{
-    NumberedFailure{18452, ServerFailure::LoginRefused}, NumberedFailure{18456, ServerFailure::LoginRefused},
-    NumberedFailure{18470, ServerFailure::LoginRefused}, NumberedFailure{18486, ServerFailure::LoginRefused},
-    NumberedFailure{18487, ServerFailure::LoginRefused}, NumberedFailure{18488, ServerFailure::LoginRefused},
-    NumberedFailure{911, ServerFailure::NoSuchDatabase}, NumberedFailure{4060, ServerFailure::NoSuchDatabase},
-    NumberedFailure{229, ServerFailure::Denied},         NumberedFailure{230, ServerFailure::Denied},
-    NumberedFailure{262, ServerFailure::Denied},         NumberedFailure{297, ServerFailure::Denied},
-    NumberedFailure{300, ServerFailure::Denied},         NumberedFailure{3906, ServerFailure::Denied},
-    NumberedFailure{916, ServerFailure::Denied},         NumberedFailure{208, ServerFailure::NoSuchTable},
-    NumberedFailure{4701, ServerFailure::NoSuchTable},   NumberedFailure{3701, ServerFailure::NoSuchTable},
-    NumberedFailure{515, ServerFailure::DuplicateKey},   NumberedFailure{547, ServerFailure::DuplicateKey},
-    NumberedFailure{2601, ServerFailure::DuplicateKey},  NumberedFailure{2627, ServerFailure::DuplicateKey},
-    NumberedFailure{1205, ServerFailure::DeadLock},      NumberedFailure{1222, ServerFailure::LockWait},
+    NumberedFailure{18452, ServerFailure::LoginRefused},
+    NumberedFailure{18456, ServerFailure::LoginRefused},
+    NumberedFailure{18470, ServerFailure::LoginRefused},
+    NumberedFailure{18486, ServerFailure::LoginRefused},
+    NumberedFailure{18487, ServerFailure::LoginRefused},
+    NumberedFailure{18488, ServerFailure::LoginRefused},
+    NumberedFailure{911, ServerFailure::NoSuchDatabase},
+    NumberedFailure{4060, ServerFailure::NoSuchDatabase},
+    NumberedFailure{229, ServerFailure::Denied},
+    NumberedFailure{230, ServerFailure::Denied},
+    NumberedFailure{262, ServerFailure::Denied},
+    NumberedFailure{297, ServerFailure::Denied},
+    NumberedFailure{300, ServerFailure::Denied},
+    NumberedFailure{3906, ServerFailure::Denied},
+    NumberedFailure{916, ServerFailure::Denied},
+    NumberedFailure{208, ServerFailure::NoSuchTable},
+    NumberedFailure{4701, ServerFailure::NoSuchTable},
+    NumberedFailure{3701, ServerFailure::NoSuchTable},
+    NumberedFailure{515, ServerFailure::DuplicateKey},
+    NumberedFailure{547, ServerFailure::DuplicateKey},
+    NumberedFailure{2601, ServerFailure::DuplicateKey},
+    NumberedFailure{2627, ServerFailure::DuplicateKey},
+    NumberedFailure{1205, ServerFailure::DeadLock},
+    NumberedFailure{1222, ServerFailure::LockWait},
+    NumberedFailure{2760, ServerFailure::Denied},
+    NumberedFailure{596, ServerFailure::ConnectionLost},
+    NumberedFailure{4014, ServerFailure::ConnectionLost},
+    NumberedFailure{6005, ServerFailure::ConnectionLost},
 };
 
 std::string FirstOf(const ConnectionSettings& settings, std::initializer_list<const char*> keys) {
   for (const char* key : keys)
     if (std::string value = ConnectionSetting(settings.connectionString, key); !value.empty()) return value;
   return "";
+}
+
+bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> words) {
+  return std::ranges::any_of(words, [&](std::string_view word) { return EqualsNoCase(word, text); });
+}
+bool IsYes(std::string_view text) { return IsOneOf(text, {"yes", "true", "1", "SSPI"}); }
+bool IsNo(std::string_view text) { return IsOneOf(text, {"no", "false", "0", "optional"}); }
+
+// Where nobody says otherwise, what goes over the wire is encrypted for every server: a certificate that its
+// maker alone has signed is taken, as each server has one.
+std::string Encryption(const ConnectionSettings& settings, bool isFreeTds) {
+  const std::string wanted = FirstOf(settings, {"Encrypt", "Use Encryption for Data"});
+  const std::string trusted = FirstOf(settings, {"TrustServerCertificate", "Trust Server Certificate"});
+  // What it calls off leaves the password bare as well.
+  if (isFreeTds) return IsNo(wanted) ? "Encryption=request;" : "Encryption=require;";
+  const std::string encrypt = wanted.empty() || IsYes(wanted) ? "yes" : IsNo(wanted) ? "no" : wanted;
+  const bool trusts = trusted.empty() ? wanted.empty() : IsYes(trusted);
+  return OdbcPart("Encrypt", encrypt) + (trusts ? "TrustServerCertificate=yes;" : "");
 }
 
 }  // namespace
@@ -58,30 +94,38 @@ std::string SqlServerDialect::OdbcString(const ConnectionSettings& settings, std
   const auto part = [&](std::string_view odbc, std::initializer_list<const char*> keys) {
     return OdbcPart(odbc, FirstOf(settings, keys));
   };
-  const std::string server = ServerOf(settings);
-  std::string text = fmt::format("DRIVER={{{}}};", driver) + OdbcPart("SERVER", server) +
+  const bool isFreeTds = EqualsNoCase(driver, kFreeTds);
+  const bool isTrusted = IsYes(FirstOf(settings, {"Trusted_Connection", "Integrated Security"}));
+  const std::string server = ServerOf(settings), port = FirstOf(settings, {"Port"});
+  const bool hasPort = server.find(',') != server.npos;
+  std::string text = fmt::format("DRIVER={{{}}};", driver) +
+                     OdbcPart("SERVER", isFreeTds || hasPort || port.empty() ? server : server + "," + port) +
                      OdbcPart("DATABASE", DatabaseOf(settings)) + part("UID", {"User ID", "UID"}) +
-                     part("PWD", {"PWD", "Password"}) + part("Trusted_Connection", {"Trusted_Connection"}) +
-                     part("Encrypt", {"Encrypt", "Use Encryption for Data"}) +
-                     part("TrustServerCertificate", {"TrustServerCertificate"}) + "APP=KTLStIns;" +
+                     part("PWD", {"PWD", "Password"}) + (isTrusted ? "Trusted_Connection=yes;" : "") +
+                     Encryption(settings, isFreeTds) + "APP=KTLStIns;" +
                      OdbcPart("WSID", settings.client.hostName);
-  if (!EqualsNoCase(driver, "FreeTDS")) return text;
+  // Only this program makes a lost connection anew: it tells so.
+  if (!isFreeTds) return text + "ConnectRetryCount=0;";
   // A named instance tells its port itself.
-  const std::string port = FirstOf(settings, {"Port"});
-  if (!port.empty() || server.find_first_of("\\,") == server.npos)
+  if (!port.empty() || (!hasPort && server.find('\\') == server.npos))
     text += OdbcPart("PORT", port.empty() ? "1433" : port);
   return text + "TDS_Version=7.4;ClientCharset=UTF-8;";
 }
 
 std::vector<std::string> SqlServerDialect::FirstTexts(const ConnectionSettings& settings) const {
-  const int seconds = settings.commandTimeout;
-  return {"SET ANSI_NULLS, ANSI_PADDING, ANSI_WARNINGS, QUOTED_IDENTIFIER, CONCAT_NULL_YIELDS_NULL ON",
-          seconds > 0 ? fmt::format("SET LOCK_TIMEOUT {}", std::int64_t{seconds} * 1000)
-                      : std::string("SET LOCK_TIMEOUT -1"),
-          // Whom the company's procedures take for signed on.
-          fmt::format("DECLARE @user VARBINARY(128) = CAST('{}' AS VARBINARY(128)) SET CONTEXT_INFO @user",
-                      ReplaceAll(settings.client.userName, "'", "''")),
-          "SET TRANSACTION ISOLATION LEVEL READ COMMITTED"};
+  constexpr std::int64_t kLongestWait = std::numeric_limits<std::int32_t>::max();
+  const std::int64_t wait =
+      settings.commandTimeout > 0 ? std::min(settings.commandTimeout * std::int64_t{1000}, kLongestWait) : -1;
+  // Dates stand in texts as 26/Apr/2010 and 2010-04-26: under another language than this one the server takes
+  // the second for the fourth day of a month. An administrator may have changed what sessions begin with.
+  return {
+      "SET LANGUAGE us_english; "
+      "SET ANSI_NULLS, ANSI_PADDING, ANSI_WARNINGS, QUOTED_IDENTIFIER, CONCAT_NULL_YIELDS_NULL ON; "
+      "SET NOCOUNT, IMPLICIT_TRANSACTIONS, XACT_ABORT OFF",
+      // Whom the company's procedures take for signed on.
+      fmt::format("SET LOCK_TIMEOUT {}; SET TRANSACTION ISOLATION LEVEL READ COMMITTED; "
+                  "DECLARE @user VARBINARY(128) = CAST(N'{}' AS VARBINARY(128)); SET CONTEXT_INFO @user",
+                  wait, ReplaceAll(settings.client.userName, "'", "''"))};
 }
 
 tsql::Program SqlServerDialect::Translate(std::string_view sql, bool, int) const {
@@ -102,9 +146,9 @@ std::string SqlServerDialect::InsertOfDefaults(const std::string& quotedTable) c
 
 std::string SqlServerDialect::BeginText(int milliseconds) const {
   return fmt::format(
-      "SET NOCOUNT ON DECLARE @turn INT BEGIN TRANSACTION EXEC @turn = sp_getapplock @Resource = 'KTLStIns', "
-      "@LockMode = 'Exclusive', @LockOwner = 'Transaction', @LockTimeout = {} "
-      "IF @turn < 0 ROLLBACK TRANSACTION SET NOCOUNT OFF SELECT CASE WHEN @turn < 0 THEN 0 ELSE 1 END",
+      "SET NOCOUNT ON; DECLARE @turn INT; BEGIN TRANSACTION; EXEC @turn = sp_getapplock @Resource = "
+      "'KTLStIns', @LockMode = 'Exclusive', @LockOwner = 'Transaction', @LockTimeout = {}; "
+      "IF @turn < 0 ROLLBACK TRANSACTION; SET NOCOUNT OFF; SELECT CASE WHEN @turn < 0 THEN 0 ELSE 1 END",
       milliseconds);
 }
 
@@ -114,7 +158,9 @@ ServerFailure SqlServerDialect::FailureOf(const Diagnostic& diagnostic) const {
   if (diagnostic.state == "HYT00" || diagnostic.state == "HYT01" || diagnostic.state == "S1T00")
     return ServerFailure::TimeOut;
   if (diagnostic.state == "08001" || diagnostic.state == "08004") return ServerFailure::Unreachable;
-  if (diagnostic.state.starts_with("08")) return ServerFailure::ConnectionLost;
+  // IMC0x: a driver that makes lost connections anew has given up.
+  if (diagnostic.state.starts_with("08") || diagnostic.state.starts_with("IMC"))
+    return ServerFailure::ConnectionLost;
   if (diagnostic.state == "42S02") return ServerFailure::NoSuchTable;
   if (diagnostic.state.starts_with("23")) return ServerFailure::DuplicateKey;
   return diagnostic.state.starts_with("42") || diagnostic.state == "37000" ? ServerFailure::Statement

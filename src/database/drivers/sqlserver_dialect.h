@@ -25,6 +25,7 @@ class SqlServerDialect final : public ServerDialect {
   std::string BeginText(int milliseconds) const override;
   std::string CommitText() const override { return "COMMIT TRANSACTION"; }
   std::string RollbackText() const override { return "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION"; }
+  std::string InTransactionText() const override { return "SELECT @@TRANCOUNT"; }
   ServerFailure FailureOf(const Diagnostic& diagnostic) const override;
   bool TakesUtf8() const override { return false; }
 };

@@ -1,6 +1,7 @@
 #include "database/tsql/writer.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "database/tsql/lexer.h"
 #include "database/tsql/parser.h"
@@ -71,6 +72,7 @@ Step Writer::Finish(StepKind kind) {
   step.kind = kind;
   step.sql = std::move(out_);
   step.parameters = std::move(asked_);
+  step.planAnew = std::exchange(planAnew_, false);
   out_.clear();
   asked_.clear();
   return step;
@@ -307,8 +309,11 @@ void Writer::WriteLimit(const Expr& count) {
 }
 
 void Writer::WriteCore(const SelectCore& core, bool unite) {
-  List(core.distinct ? "SELECT DISTINCT " : "SELECT ", core.items,
-       [&](const SelectItem& item) { WriteItem(item, core.distinct || unite); });
+  List(core.distinct ? "SELECT DISTINCT " : "SELECT ", core.items, [&](const SelectItem& item) {
+    const bool bareStar = item.expr && item.expr->kind == ExprKind::Star && item.expr->qualifier.empty();
+    if (bareStar && &item != &core.items.front()) return WriteLaterStar(core);
+    WriteItem(item, core.distinct || unite);
+  });
   WriteSources(core);
   WriteWhere(core.where);
   if (NeedsGroups(core))
