@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -43,11 +44,13 @@ struct Bench {
   std::unique_ptr<Session> session;
 };
 
-// A copy of the company of that size, to write into.
+// A copy of the company of that size, to write into: a new one, but on a server the program's own of a run
+// before, as it left it.
 inline std::filesystem::path ScratchCompany(const BenchSize& size = Usual(1000)) {
+  if (!BenchServer().empty()) return CompanyOnServer(size, program_invocation_short_name + std::string("-"));
   const auto scratch = std::filesystem::temp_directory_path() / "ktl-bench-scratch.kldb";
   for (const char* ending : {"", "-wal", "-shm"}) std::filesystem::remove(scratch.string() + ending);
-  std::filesystem::copy_file(BenchCompany(size), scratch);
+  std::filesystem::copy_file(BenchFile(size), scratch);
   return scratch;
 }
 

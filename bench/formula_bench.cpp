@@ -8,10 +8,9 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <fstream>
 
-#include "company/company.h"
+#include "bench_company.h"
 #include "database/drivers/sqlite_file.h"
 #include "database/recordset.h"
 #include "formula/day_count_run.h"
@@ -19,6 +18,7 @@
 #include "frame/session.h"
 #include "machine/real_machine.h"
 #include "quiet_desk.h"
+#include "start/connect.h"
 
 namespace {
 
@@ -28,30 +28,14 @@ constexpr long kFormulaId = 900;
 constexpr long kPeriodMonth = 24321;      // Sep/2026, under advanced leave
 constexpr long kAttendanceMonth = 24305;  // May/2025, by attendance
 
-struct Size {
-  explicit Size(const benchmark::State& state)
-      : employees(static_cast<int>(state.range(0))), instalments(static_cast<int>(state.range(1))) {}
-  int employees;
-  int instalments;
-};
-
-// A sample company, made once in the temporary folder and used again while it stands there.
-std::filesystem::path CompanyOf(const Size& size) {
-  const auto file = std::filesystem::temp_directory_path() /
-                    fmt::format("ktl-formula-bench-{}-{}.kldb", size.employees, size.instalments);
-  if (std::filesystem::exists(file)) return file;
-  ktl::CompanyOptions options;
-  options.file = file;
-  options.sample.employees = size.employees;
-  options.sample.targets.loans = size.employees * 24 / 10;
-  options.sample.targets.instalments = size.instalments;
-  ktl::CreateCompany(options);
-  return file;
+ktl::BenchSize SizeOf(const benchmark::State& state) {
+  const int employees = static_cast<int>(state.range(0));
+  return {employees, static_cast<int>(state.range(1)), ktl::Usual(employees).loans};
 }
 
 struct Office {
   explicit Office(const benchmark::State& state) : real("formula_bench"), session(real.machine(), desk) {
-    session.Cn.Open("Provider=SQLite;Data Source=" + CompanyOf(Size(state)).string() + ";");
+    ktl::OpenConnection(session, ktl::ConnectionStringOf(ktl::BenchCompany(SizeOf(state))));
     ktl::LoadCaptions(session);
     ktl::LoadOptionSet(session);
     session.Cn.Execute("DELETE FROM MAS_FORMULA WHERE FORMULAID = 900");
@@ -171,14 +155,15 @@ void PeriodRun(benchmark::State& state) {
 double TakeRows(ktl::SqliteStatement& statement) {
   double taken = 0;
   for (; statement.Step(); ++taken)
-    for (int column = 0; column < statement.ColumnCount(); ++column)
+    for (std::size_t column = 0; column < statement.ColumnCount(); ++column)
       benchmark::DoNotOptimize(statement.Column(column));
   statement.Reset();
   return taken;
 }
 
 void FloorByEmployee(benchmark::State& state) {
-  const auto database = ktl::OpenSqliteFile(CompanyOf(Size(state)).string(), ktl::FileKind::Company, 60);
+  const auto database =
+      ktl::OpenSqliteFile(ktl::BenchFile(SizeOf(state)).string(), ktl::FileKind::Company, 60);
   ktl::SqliteStatement rate(database.handle(),
                             "SELECT * FROM SLC_SALARYRATE_E WHERE EMPID = ? ORDER BY MONTHYEAR DESC LIMIT 1");
   ktl::SqliteStatement detail(database.handle(), "SELECT * FROM MAS_EMPLOYEEDET WHERE EMPID = ?");
@@ -198,7 +183,8 @@ void FloorByEmployee(benchmark::State& state) {
 }
 
 void FloorByTable(benchmark::State& state) {
-  const auto database = ktl::OpenSqliteFile(CompanyOf(Size(state)).string(), ktl::FileKind::Company, 60);
+  const auto database =
+      ktl::OpenSqliteFile(ktl::BenchFile(SizeOf(state)).string(), ktl::FileKind::Company, 60);
   ktl::SqliteStatement rate(database.handle(),
                             "SELECT * FROM SLC_SALARYRATE_E E WHERE MONTHYEAR = (SELECT max(MONTHYEAR) FROM "
                             "SLC_SALARYRATE_E WHERE EMPID = E.EMPID) ORDER BY EMPID");

@@ -92,6 +92,9 @@ std::vector<TableSum> CreateCompany(const CompanyOptions& options) {
 
 std::vector<TableSum> CreateOnServer(const CompanyOptions& options) {
   const CompanyAddress server = AddressOf(options.server);
+  if (!server.OnServer())
+    throw CompanyError(
+        "--server wants a connection string (\"Provider=MariaDB;..\") or @FILE that holds one.");
   return TellingFiles([&] {
     const MomentaryFolder folder;
     CompanyOptions made = options;

@@ -35,6 +35,10 @@ CompanyAddress OfFile(const std::string& file) {
 CompanyAddress AddressOf(const std::string& text) {
   if (text.starts_with('@')) return AddressOf(FirstLineOf(text.substr(1)));
   const std::string provider = ConnectionSetting(text, "Provider");
+  // It may hold a password: it is not repeated.
+  if (provider.empty() && text.find(';') != text.npos)
+    throw CompanyError(
+        "Neither a file, whose name holds no semicolon, nor a connection string, which names a provider.");
   if (provider.empty()) return OfFile(text);
   if (EqualsNoCase(provider, "SQLite")) return OfFile(ConnectionSetting(text, "Data Source"));
   const std::string server = FirstOf(text, "Server", "Data Source");

@@ -8,6 +8,7 @@
 #include "company/company_error.h"
 #include "company/company_rows.h"
 #include "company/new_file.h"
+#include "database/drivers/server_dialect.h"
 #include "runtime/text.h"
 
 namespace ktl {
@@ -30,6 +31,21 @@ bool IsOfTheMoment(const std::string& table) {
                              [&](std::string_view begin) { return name.starts_with(begin); });
 }
 
+std::string Told(const ServerError& error) {
+  switch (error.failure()) {
+    case ServerFailure::Denied:
+      return fmt::format("The user of the database may not do this: {}.", error.description());
+    case ServerFailure::LockWait:
+      return "Somebody is at work in the company that is to be replaced. Please try again.";
+    case ServerFailure::ConnectionLost:
+      return fmt::format(
+          "The connection to the database server was lost: {}. Do the same again: it cleans up what was begun.",
+          error.description());
+    default:
+      return error.description();
+  }
+}
+
 class Copying final {
  public:
   explicit Copying(const CompanyCopy& copy)
@@ -47,6 +63,7 @@ class Copying final {
       throw CompanyError(fmt::format("{}: what arrived in {} is not what was read; nothing is changed there.",
                                      copy_.to.shown, tables_[i].name));
     }
+    source_.reset();  // nothing of it is held, should it be what gives way
     target_->Keep();
     return done_;
   }
@@ -107,7 +124,13 @@ class Copying final {
 CopiedCompany CopyCompany(const CompanyCopy& copy) {
   if (copy.from.connectionString == copy.to.connectionString)
     throw CompanyError(copy.to.shown + ": is the company to be copied");
-  return TellingFiles([&] { return Copying(copy).Run(); });
+  return TellingFiles([&] {
+    try {
+      return Copying(copy).Run();
+    } catch (const ServerError& error) {
+      throw CompanyError(Told(error));
+    }
+  });
 }
 
 }  // namespace ktl

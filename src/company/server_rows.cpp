@@ -6,10 +6,7 @@
 
 #include "company/company_error.h"
 #include "company/embedded_rows.h"
-#include "database/connection_string.h"
-#include "database/drivers/mariadb_dialect.h"
-#include "database/drivers/sqlserver_dialect.h"
-#include "runtime/text.h"
+#include "database/drivers/server_company.h"
 
 namespace ktl {
 
@@ -34,14 +31,14 @@ std::string KeyOrder(const Server& server, const TableDescription& table) {
   return order;
 }
 
-std::unique_ptr<const ServerDialect> DialectFor(ServerKind kind) {
-  if (kind == ServerKind::MariaDb) return std::make_unique<MariaDbDialect>();
-  return std::make_unique<SqlServerDialect>();
+std::unique_ptr<const ServerDialect> DialectFor(const CompanyAddress& address) {
+  if (auto dialect = ServerDialectOf(address.connectionString)) return dialect;
+  throw CompanyError("The connection string names no server.");
 }
 
 class ServerSource final : public RowSource {
  public:
-  explicit ServerSource(const CompanyAddress& address) : server_(address) {
+  explicit ServerSource(const CompanyAddress& address) : server_(address, Server::Holds::Company) {
     OdbcDatabase& database = server_.database();
     if (server_.kind() == ServerKind::MariaDb) {
       database.Run("SET SESSION TRANSACTION ISOLATION LEVEL REPEATABLE READ");
@@ -69,7 +66,7 @@ class ServerSource final : public RowSource {
 class ServerTarget final : public RowTarget {
  public:
   ServerTarget(const CompanyAddress& address, bool replace)
-      : server_(address),
+      : server_(address, Server::Holds::Anything),
         stage_(server_.kind() == ServerKind::MariaDb ? StageOnMariaDb(server_, replace)
                                                      : StageOnSqlServer(server_, replace)) {}
 
@@ -124,22 +121,16 @@ class ServerTarget final : public RowTarget {
 
 }  // namespace
 
-Server::Server(const CompanyAddress& address)
-    : kind_(EqualsNoCase(ConnectionSetting(address.connectionString, "Provider"), "MariaDB")
-                ? ServerKind::MariaDb
-                : ServerKind::SqlServer),
-      dialect_(DialectFor(kind_)),
+Server::Server(const CompanyAddress& address, Holds wanted)
+    : dialect_(DialectFor(address)),
+      kind_(dialect_->SpeaksTheLanguage() ? ServerKind::SqlServer : ServerKind::MariaDb),
       database_(std::make_unique<OdbcDatabase>(*dialect_)),
       shown_(address.shown) {
   ConnectionSettings settings;
   settings.connectionString = address.connectionString;
   settings.connectionTimeout = kConnectPatience;
   settings.commandTimeout = 0;
-  try {
-    database_->Open(settings);
-  } catch (const DatabaseError& error) {
-    throw CompanyError(fmt::format("{}: {}", shown_, error.description()));
-  }
+  (wanted == Holds::Company ? OpenServerCompany : OpenServer)(*database_, settings);
 }
 
 std::vector<std::string> Server::Texts(const std::string& sql) {
@@ -150,9 +141,12 @@ std::vector<std::string> Server::Texts(const std::string& sql) {
 }
 
 std::vector<std::string> Server::Tables() {
+  // Some MariaDB servers keep all names in lower case, whatever they are called.
+  const bool mariaDb = kind_ == ServerKind::MariaDb;
   return Texts(fmt::format(
-      "SELECT TABLE_NAME FROM INFORMATION_SCHEMA.TABLES WHERE TABLE_TYPE = 'BASE TABLE' AND TABLE_SCHEMA = {}",
-      kind_ == ServerKind::MariaDb ? "DATABASE()" : "SCHEMA_NAME()"));
+      "SELECT {} FROM INFORMATION_SCHEMA.TABLES WHERE TABLE_TYPE = 'BASE TABLE' AND TABLE_SCHEMA = {}",
+      mariaDb ? "IF(@@lower_case_table_names = 0, TABLE_NAME, UPPER(TABLE_NAME))" : "TABLE_NAME",
+      mariaDb ? "DATABASE()" : "SCHEMA_NAME()"));
 }
 
 void Server::Read(const TableDescription& table, const RowHandler& handler, const std::string& name) {

@@ -11,8 +11,9 @@ namespace ktl {
 // A server as companies are made and read on it: in the server's own language.
 class Server final {
  public:
-  // Throws CompanyError when the server or its database cannot be had.
-  explicit Server(const CompanyAddress& address);
+  enum class Holds { Company, Anything };
+  // Throws DatabaseError when the server cannot be had, or holds no company where one is wanted.
+  Server(const CompanyAddress& address, Holds wanted);
 
   ServerKind kind() const { return kind_; }
   OdbcDatabase& database() { return *database_; }
@@ -25,8 +26,8 @@ class Server final {
   void Read(const TableDescription& table, const RowHandler& handler, const std::string& name = "");
 
  private:
-  ServerKind kind_;
   std::unique_ptr<const ServerDialect> dialect_;
+  ServerKind kind_;
   std::unique_ptr<OdbcDatabase> database_;
   std::string shown_;
 };

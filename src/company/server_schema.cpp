@@ -101,6 +101,12 @@ std::string CreateTable(ServerKind server, const TableDescription& table, const 
           "  CONSTRAINT {} UNIQUE ({})",
           ServerName(server, fmt::format("UQ_{}_{}", UpperCase(table.name), index.columns.front())),
           NameList(server, index.columns)));
+  // MariaDB makes them with the table in one go.
+  if (server == ServerKind::MariaDb)
+    for (const auto& index : table.indexes)
+      if (!index.name.empty())
+        lines.push_back(fmt::format("  {}INDEX {} ({})", index.unique ? "UNIQUE " : "",
+                                    ServerName(server, index.name), NameList(server, index.columns)));
   return fmt::format("CREATE TABLE {} (\n{}\n){}", ServerName(server, name), fmt::join(lines, ",\n"),
                      DialectOf(server).options);
 }
@@ -135,6 +141,7 @@ std::vector<std::string> TableStatements(ServerKind server, const TableDescripti
                                          std::string_view name) {
   const std::string called = UpperCase(name.empty() ? table.name : std::string(name));
   std::vector<std::string> statements{CreateTable(server, table, called)};
+  if (server == ServerKind::MariaDb) return statements;
   for (const auto& index : table.indexes)
     if (!index.name.empty())
       statements.push_back(fmt::format("CREATE {}INDEX {} ON {} ({})", index.unique ? "UNIQUE " : "",

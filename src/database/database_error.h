@@ -19,7 +19,7 @@ inline constexpr const char* kRowGoneText =
     "Row cannot be located for updating. Some values may have been changed since it was last read.";
 
 // What is told when another one holds what is to be written for longer than the time-out.
-inline constexpr const char* kLockedText = "The database is locked by another workstation.";
+inline constexpr const char* kLockedText = "The database is locked by another workstation. Please try again.";
 
 // The only exception of the data layer.
 class DatabaseError : public RuntimeError {

@@ -101,31 +101,43 @@ bool Presses(QEvent& event) {
   return key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
-class ButtonBinding final : public Binding {
+// A push button that is clicked by a shortcut letter or Enter as well.
+class PushBinding : public Binding {
  public:
-  ButtonBinding(Button& control, QPushButton& button, Dispatcher& dispatcher)
-      : control_(control), button_(button) {
-    Decorate(button);
-    QObject::connect(&button, &QPushButton::clicked, &button, [this, &dispatcher] {
-      button_.setFocus(Qt::ShortcutFocusReason);  // Alt and a letter leave the focus in the field
-      if (!dispatcher.Settle() || !control_.IsUsable()) return;
-      dispatcher.Run(control_.onClick);
-    });
-  }
-
-  void Mirror() override {
-    MirrorState(control_, button_);
-    MirrorCaption(control_.caption, button_);
-  }
-  bool Filter(QEvent& event) override {
+  bool Filter(QEvent& event) final {
     if (!Presses(event)) return false;
     button_.click();
     return true;
   }
 
+ protected:
+  PushBinding(QPushButton& button, std::function<void()> clicked) : button_(button) {
+    Decorate(button);
+    QObject::connect(&button, &QPushButton::clicked, &button, std::move(clicked));
+  }
+
+  QPushButton& button_;
+};
+
+class ButtonBinding final : public PushBinding {
+ public:
+  ButtonBinding(Button& control, QPushButton& button, Dispatcher& dispatcher)
+      : PushBinding(button,
+                    [&control, &button, &dispatcher] {
+                      // Alt and a letter leave the focus in the field.
+                      button.setFocus(Qt::ShortcutFocusReason);
+                      if (!dispatcher.Settle() || !control.IsUsable()) return;
+                      dispatcher.Run(control.onClick);
+                    }),
+        control_(control) {}
+
+  void Mirror() override {
+    MirrorState(control_, button_);
+    MirrorCaption(control_.caption, button_);
+  }
+
  private:
   Button& control_;
-  QPushButton& button_;
 };
 
 class MenuButtonBinding final : public Binding {
@@ -183,30 +195,23 @@ class LabelBinding final : public Binding {
 };
 
 // A label that is one of many to choose from: the keyboard comes to it.
-class ChoiceBinding final : public Binding {
+class ChoiceBinding final : public PushBinding {
  public:
   ChoiceBinding(Label& control, QPushButton& button, Dispatcher& dispatcher)
-      : control_(control), button_(button) {
-    Decorate(button);
-    QObject::connect(&button, &QPushButton::clicked, &button, [this, &dispatcher] {
-      if (control_.IsUsable()) dispatcher.Run(control_.onClick);
-    });
-  }
+      : PushBinding(button,
+                    [&control, &dispatcher] {
+                      if (control.IsUsable()) dispatcher.Run(control.onClick);
+                    }),
+        control_(control) {}
 
   void Mirror() override {
     MirrorState(control_, button_);
     colours_.Mirror(control_, button_);
     MirrorCaption(control_.caption, button_);
   }
-  bool Filter(QEvent& event) override {
-    if (!Presses(event)) return false;
-    button_.click();
-    return true;
-  }
 
  private:
   Label& control_;
-  QPushButton& button_;
   ColourMirror colours_;
 };
 

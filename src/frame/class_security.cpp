@@ -19,10 +19,10 @@ std::string FillCall(const Session& session, bool forNewestMonth, long newestMon
 Statement ClassSecurityCondition(Session& session, std::string_view lead, bool forNewestMonth) {
   long newestMonth = 0;
   if (forNewestMonth) {
-    newestMonth = session.data.FnVarGetDbValue("Select Max(MONTHYEAR) From MAS_MONTHYEAR", 0).ToLong();
+    newestMonth = session.data.Guarding("Select Max(MONTHYEAR) From MAS_MONTHYEAR").ToLong();
   }
   // Read again, so that ADMIN is not exempt here.
-  const Value on = session.data.FnVarGetDbValue("SELECT CLASSSECURITYN FROM MAS_OPTSET", 0);
+  const Value on = session.data.Guarding("SELECT CLASSSECURITYN FROM MAS_OPTSET");
   if (on.NumberOr0() != 1) return {};
   session.Cn.Execute(FillCall(session, forNewestMonth, newestMonth));
   return Statement(

@@ -26,7 +26,7 @@ std::string FilterTableBatch(const std::string& name) {
 }  // namespace
 
 void PrepareWorkstationObjects(Session& session) {
-  session.hostName = session.data.FnVarGetDbValue("SELECT HOST_NAME()", "").TextOrEmpty();
+  session.hostName = session.data.Guarding("SELECT HOST_NAME()", "").TextOrEmpty();
   const std::string suffix = session.hostName + session.FilterSuffix();
   const std::string view = "vw_MAS_EMPLOYEE" + suffix;
   const std::string table = "TMPFILTER" + suffix;

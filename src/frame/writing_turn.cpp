@@ -53,6 +53,12 @@ void WritingTurn::End() {
   session_.Cn.CommitTrans();
 }
 
+void WritingTurn::TakeBack() {
+  ended_ = true;
+  session_.desk.turn = nullptr;
+  if (session_.Cn.InTransaction()) session_.Cn.RollbackTrans();
+}
+
 void WritingTurn::Pause() {
   atPause_ = watched_();
   End();
@@ -83,12 +89,17 @@ bool UnlessChanged(Session& session, const std::function<void()>& write,
 
 bool WriteInTurn(Session& session, const WritingTurn::Watched& watched,
                  const std::optional<std::string>& shown, const std::function<void()>& write,
-                 const std::function<void()>& showAnew) {
+                 const std::function<void()>& showAnew, TurnFailed failed) {
   return UnlessChanged(
       session,
       [&] {
         WritingTurn turn(session, watched, shown);
-        write();
+        try {
+          write();
+        } catch (...) {
+          if (failed == TurnFailed::TakesAllBack) turn.TakeBack();
+          throw;
+        }
         turn.End();
       },
       showAnew);

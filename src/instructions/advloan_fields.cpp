@@ -1,5 +1,7 @@
 #include "instructions/advloan_fields.h"
 
+#include <utility>
+
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "frame/modExternal.h"
@@ -8,6 +10,39 @@
 #include "runtime/text.h"
 
 namespace ktl {
+
+std::optional<long> ChosenInstitution(const ComboBox& institution) {
+  const std::string id = institution.BoundText();
+  return id.empty() ? std::nullopt : std::optional(static_cast<long>(Val(id)));
+}
+
+void AdvLoanFields::ReadInto(AdvLoanEntry& entry, std::string serial) const {
+  entry.institution = ChosenInstitution(institution);
+  recovery.ReadChoices(entry);
+  entry.ReadTyped({.serial = std::move(serial),
+                   .name = name.Text(),
+                   .account = account.Text(),
+                   .date = date.Text(),
+                   .amount = amount.Text(),
+                   .interest = interest.Text(),
+                   .remarks = remarks.Text(),
+                   .instalment = recovery.txtInstlAmt.Text(),
+                   .count = recovery.ShownCount(),
+                   .recoverFrom = recovery.txtRecvrFrom.Text()});
+}
+
+std::map<EntryField, Control*> AdvLoanFields::ByRefusal() const {
+  return {{EntryField::Name, &name},
+          {EntryField::Institution, &institution},
+          {EntryField::Account, &account},
+          {EntryField::Date, &date},
+          {EntryField::Amount, &amount},
+          {EntryField::Interest, &interest},
+          {EntryField::Instalment, &recovery.txtInstlAmt},
+          {EntryField::Count, &recovery.txtNoOfInstlmnts},
+          {EntryField::RecoverFrom, &recovery.txtRecvrFrom},
+          {EntryField::Remarks, &remarks}};
+}
 
 void LeaveDate(TextBox& date, TextBox& recoverFrom) {
   const std::string typed = date.Text();

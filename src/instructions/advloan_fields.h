@@ -1,8 +1,11 @@
 #pragma once
 
 #include <functional>
+#include <map>
+#include <optional>
 
-#include "instructions/advloan_data.h"
+#include "instructions/advloan_validation.h"
+#include "instructions/recovery_frame.h"
 #include "screen/controls.h"
 
 namespace ktl {
@@ -10,6 +13,25 @@ namespace ktl {
 struct Session;
 
 // What the fields of an instruction do, on every screen that has them.
+
+// The institution that is chosen; nothing when the text matches no row of the list.
+std::optional<long> ChosenInstitution(const ComboBox& institution);
+
+// What an advance or a loan is typed into, besides its serial number.
+struct AdvLoanFields {
+  ComboBox& name;
+  ComboBox& institution;
+  TextBox& account;
+  TextBox& date;
+  TextBox& amount;
+  TextBox& interest;
+  TextBox& remarks;
+  RecoveryFrame& recovery;
+
+  void ReadInto(AdvLoanEntry& entry, std::string serial = "") const;
+  // Where the focus goes for a refusal.
+  std::map<EntryField, Control*> ByRefusal() const;
+};
 
 // When the date is left: corrected; its month becomes the one to recover from while that is empty.
 void LeaveDate(TextBox& date, TextBox& recoverFrom);

@@ -41,9 +41,11 @@ Checked Against(std::string text, EntryField field = EntryField::None) {
 
 // Counts the entry itself when it is stored already, so the last one allowed cannot be saved again.
 long TimesGiven(Session& session, const AdvLoanEntry& entry) {
-  return session.data.Long(session.Sql(
-      "select Count(serialno) as Total from INS_ADVLOAN Where EMPID={} And SITYPE = {} AND  SINAME = '{}'",
-      entry.key.employee, entry.key.type, entry.typed.name));
+  return session.data
+      .Guarding(session.Sql(
+          "select Count(serialno) as Total from INS_ADVLOAN Where EMPID={} And SITYPE = {} AND  SINAME = '{}'",
+          entry.key.employee, entry.key.type, entry.typed.name))
+      .ToLong();
 }
 
 Checked AgainstAmountOf(const NameRules& rules) {
@@ -95,7 +97,7 @@ bool IsAccountInUse(Session& session, const AdvLoanEntry& entry) {
       "Select COUNT(SERIALNO) From INS_ADVLOAN Where SITYPE = {} AND LOANACNO = '{}' AND (EMPID <> {} OR "
       "SERIALNO <> {})",
       entry.key.type, entry.account, entry.key.employee, entry.key.serial);
-  return session.data.Number(others) > 0;
+  return session.data.Guarding(others).ToLong() > 0;
 }
 
 Checked CheckInstitution(const AdvLoanEntry& entry) {

@@ -1,9 +1,7 @@
 #include "instructions/entry_grids.h"
 
-#include <algorithm>
-
-#include "common/month_year.h"
 #include "instructions/list_columns.h"
+#include "instructions/schedule_columns.h"
 #include "runtime/numbers.h"
 
 namespace ktl {
@@ -40,11 +38,7 @@ void InstructionGrid::Show(std::vector<AdvLoanListRow> rows, long serial) {
   Mark(serial);
 }
 
-void InstructionGrid::Mark(long serial) {
-  const auto active = std::ranges::find(list_.Rows(), serial, &AdvLoanListRow::serial);
-  const auto line = static_cast<std::size_t>(active - list_.Rows().begin());
-  grid_.activeRow = serial != 0 && active != list_.Rows().end() ? line : kNoRow;
-}
+void InstructionGrid::Mark(long serial) { MarkSerial(grid_, list_.Rows(), serial); }
 
 InstructionTotals InstructionGrid::TotalsOf(long serial) const {
   for (const AdvLoanListRow& row : list_.Rows()) {
@@ -66,9 +60,9 @@ void ScheduleGrid::Describe(InstructionType type) {
   using Row = ScheduleMonth;
   const bool noInstitution = type == InstructionType::Advance;
   list_.SetColumns({
-      {{"", CellType::Tick, 36, false, false}, [](const Row&) { return "0"; }},
-      {{"Counter", CellType::Number, 70}, [](const Row& row) { return std::to_string(row.counter); }},
-      {{"Month", CellType::Text, 90}, [](const Row& row) { return FnStrFormatMonthYear(row.monthYear); }},
+      TickColumn(),
+      CounterColumn(),
+      MonthColumn(),
       {{"EMI Recovered", CellType::Tick, 110, false, false},
        [](const Row& row) { return row.IsRecovered() ? "1" : "0"; }},
       {{"Actual Principle", CellType::Number, 120}, Amount(&Row::ACTPRNAMT)},

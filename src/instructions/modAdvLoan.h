@@ -8,14 +8,13 @@
 #include "frame/doors.h"
 #include "frame/employee_choice.h"
 #include "frame/handler_guard.h"
-#include "instructions/advloan_validation.h"
+#include "instructions/advloan_fields.h"
 #include "instructions/advloan_write.h"
 #include "instructions/components.h"
 #include "instructions/entry_grids.h"
 #include "instructions/formula_frame.h"
 #include "instructions/overview_frame.h"
 #include "instructions/receipts.h"
-#include "instructions/recovery_frame.h"
 #include "screen/screen.h"
 
 namespace ktl {
@@ -164,6 +163,8 @@ class modAdvLoan final : public Screen, public InstructionParent {
   InstructionGrid instructions_{fpgAdvLoan};
   ScheduleGrid schedule_{fpgEMI};
   GridList<Receipt> receipts_{fpgReceipts};
+  const AdvLoanFields fields_{cmbALName,    cmbInstitution, txtLoanAccNo, txtAdvDate,
+                              txtAdvAmount, txtInterestAmt, txtRemarks,   recovery};
   long serial_ = 0;
   bool newRecord_ = false;  // from the moment an unknown serial number is typed until it is saved
   NameRules rules_;

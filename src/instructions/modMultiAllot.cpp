@@ -9,11 +9,11 @@
 #include "common/month_year.h"
 #include "frame/handler_guard.h"
 #include "frame/modExternal.h"
+#include "frame/number_fields.h"
 #include "frame/pickers.h"
-#include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
-#include "instructions/advloan_fields.h"
+#include "frame/writing_buttons.h"
 #include "instructions/advloan_write.h"
 #include "instructions/entry_lists.h"
 #include "instructions/type_rights.h"
@@ -34,6 +34,8 @@ void LeaveMonth(TextBox& box) { box.SetText(FnStrCorrectMonth(box.Text())); }
 modMultiAllot::modMultiAllot(Session& session, InstructionType type)
     : Screen("modMultiAllot"),
       recovery(session, *this),
+      period(*this),
+      incentive(*this, IncentiveFrame::Percent::Always),
       formula(session, *this, fmeAmountDet,
               {"fmeFormula", "lblFormula", "cmbFormula", "cmdAdvFormulate", "cmdAccept", "cmdFrmlaClose"}),
       premiumFormula(session, *this, fmeGIDet,
@@ -59,22 +61,13 @@ void modMultiAllot::PlaceInFrames() {
                      txtInterestAmt, cmdIntrCalc, recovery.fmeInstallment, recovery.fmeInstallmentRoundOff});
   fmeGIDet.Hold({lblStartMonth, txtStartMonth, lblEndMonth, txtEndMonth, lblPolicyAmount, txtPolicyAmount,
                  cmdPFormula});
-  fmePeriod.Hold({optMonthly, optQuarterly, optHalfYearly, optYearly});
-  fmePFESI.Hold({chkPF, txtPFPer, chkESI, txtESIPer, chkPT});
   formula.frame.Hold({lblMonths, txtMonths});
   premiumFormula.frame.Hold({optStartMonth, optEndMonth});
 }
 
 void modMultiAllot::SetKeyFilters() {
-  for (TextBox* box : {&txtAdvAmount, &txtInterestAmt, &txtPolicyAmount, &txtPFPer, &txtESIPer}) {
-    box->rightAligned = true;
-    box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
-  }
-  for (TextBox* box : {&txtInterestAmt, &txtPolicyAmount})
-    box->onLeave = [box] { box->SetText(clsGenCmn::FnStrConvertToNumber(box->Text(), 2)); };
-  for (TextBox* box : {&txtPFPer, &txtESIPer}) box->onLeave = [box] { LeavePercent(*box); };
-  txtMonths.rightAligned = true;
-  txtMonths.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
+  TakeAmounts({&txtAdvAmount, &txtInterestAmt, &txtPolicyAmount});
+  TakeCounts({&txtMonths});
   for (TextBox* box : {&txtAdvDate, &txtStartMonth, &txtEndMonth})
     box->onKeyPress = clsGenCmn::DateKeyWithAlpha;
   for (TextBox* box : {&txtStartMonth, &txtEndMonth}) {
@@ -90,6 +83,10 @@ void modMultiAllot::ConnectHandlers() {
   cmbSIName.onChange = on(&modMultiAllot::cmbSIName_Change);
   txtAdvDate.onLeave = on([this] { LeaveDate(txtAdvDate, recovery.txtRecvrFrom); });
   txtAdvAmount.onLeave = on([this] { LeaveAmount(session_, rules_, txtAdvAmount, txtInterestAmt); });
+  for (TextBox* box : {&txtInterestAmt, &txtPolicyAmount})
+    box->onLeave = on([box] { box->SetText(clsGenCmn::FnStrConvertToNumber(box->Text(), 2)); });
+  for (TextBox* box : {&incentive.txtPFPer, &incentive.txtESIPer})
+    box->onLeave = on([box] { LeavePercent(*box); });
   cmdIntrCalc.onClick = on([this] {
     CalculateInterestBy(
         session_, [this] { OpenInterestCalculator(session_); }, txtAdvAmount, txtInterestAmt);
@@ -145,10 +142,7 @@ void modMultiAllot::Form_Load() {
     premiumFormula.FillList();
   });
   ApplyTypeRights(session_, *this, type_);
-  for (Button* button : {&cmdSave, &cmdMaster, &cmdInstitution}) {
-    button->enabled = !session_.ReadOnlyUser;
-    if (session_.ReadOnlyUser) button->whyDisabled = WhyReadOnly(session_);
-  }
+  EnableWriting(session_, {&cmdSave, &cmdMaster, &cmdInstitution}, WriteLock::OfUser);
   ClearFields();
   SetFocus(cmbSIName);
 }
@@ -170,8 +164,8 @@ void modMultiAllot::ShowForType() {
   fmeLoanDet.visible = type_ == InstructionType::Loan || type_ == InstructionType::GroupInsurance;
   fmeAmountDet.visible = advLoan;
   fmeGIDet.visible = !advLoan;
-  fmePeriod.visible = type_ == InstructionType::GroupInsurance;
-  fmePFESI.visible = type_ == InstructionType::Incentive;
+  period.fmePeriod.visible = type_ == InstructionType::GroupInsurance;
+  incentive.fmePFESI.visible = type_ == InstructionType::Incentive;
   formula.frame.visible = premiumFormula.frame.visible = false;
   fpgNotes.visible = false;
   recovery.Show(true);
@@ -206,13 +200,13 @@ void modMultiAllot::cmbSIName_Change() {
 
 void modMultiAllot::ClearFields() {
   for (TextBox* box : {&txtLoanAccNo, &txtAdvDate, &txtAdvAmount, &txtInterestAmt, &txtStartMonth,
-                       &txtEndMonth, &txtPolicyAmount, &txtPFPer, &txtESIPer, &txtRemarks, &txtMonths})
+                       &txtEndMonth, &txtPolicyAmount, &txtRemarks, &txtMonths})
     box->SetText("");
-  for (CheckBox* box : {&chkPF, &chkESI, &chkPT}) box->SetValue(false);
   cmbSIName.SetText("");
   cmbInstitution.SetText("");
   recovery.Clear();
-  optMonthly.SetValue(true);
+  period.Clear();
+  incentive.Clear();
   optStartMonth.SetValue(true);
   formula.Forget();
   premiumFormula.Forget();
@@ -234,69 +228,31 @@ std::vector<long> modMultiAllot::TickedEmployees() const {
   return employees;
 }
 
-std::optional<long> modMultiAllot::Institution() const {
-  const std::string id = cmbInstitution.BoundText();
-  return id.empty() ? std::nullopt : std::optional(static_cast<long>(Val(id)));
-}
-
 AdvLoanEntry modMultiAllot::Entry() const {
   AdvLoanEntry entry{.key = {.type = type_},
                      .caption = caption_,
                      .rules = rules_,
-                     .institution = Institution(),
                      .newRecord = true,
                      .amountByFormula = formula.Kept().IsSet()};
-  recovery.ReadChoices(entry);
-  entry.ReadTyped({.name = cmbSIName.Text(),
-                   .account = txtLoanAccNo.Text(),
-                   .date = txtAdvDate.Text(),
-                   .amount = txtAdvAmount.Text(),
-                   .interest = txtInterestAmt.Text(),
-                   .remarks = txtRemarks.Text(),
-                   .instalment = recovery.txtInstlAmt.Text(),
-                   .count = recovery.ShownCount(),
-                   .recoverFrom = recovery.txtRecvrFrom.Text()});
+  fields_.ReadInto(entry);
   return entry;
 }
 
 PremiumAllotment modMultiAllot::Premium() const {
   PremiumAllotment premium{.type = type_,
                            .caption = caption_,
-                           .institution = Institution(),
+                           .institution = ChosenInstitution(cmbInstitution),
                            .institutionName = cmbInstitution.Text(),
                            .amountByFormula = premiumFormula.Kept().IsSet(),
-                           .pf = {.counts = chkPF.Value()},
-                           .esi = {.counts = chkESI.Value()},
-                           .pt = chkPT.Value()};
-  if (fmePeriod.visible) {
-    premium.period = optQuarterly.Value()    ? PremiumPeriod::Quarterly
-                     : optHalfYearly.Value() ? PremiumPeriod::HalfYearly
-                     : optYearly.Value()     ? PremiumPeriod::Yearly
-                                             : PremiumPeriod::Monthly;
-  }
+                           .period = period.Chosen()};
   premium.ReadTyped({.name = cmbSIName.Text(),
                      .number = txtLoanAccNo.Text(),
                      .startMonth = txtStartMonth.Text(),
                      .endMonth = txtEndMonth.Text(),
                      .amount = txtPolicyAmount.Text(),
                      .remarks = txtRemarks.Text(),
-                     .pfPercent = txtPFPer.Text(),
-                     .esiPercent = txtESIPer.Text()});
+                     .shares = incentive.Typed()});
   return premium;
-}
-
-bool modMultiAllot::RefuseEntry(const EntryRefusal& refusal) {
-  return Refuse(session_, *this, refusal,
-                {{EntryField::Name, &cmbSIName},
-                 {EntryField::Institution, &cmbInstitution},
-                 {EntryField::Account, &txtLoanAccNo},
-                 {EntryField::Date, &txtAdvDate},
-                 {EntryField::Amount, &txtAdvAmount},
-                 {EntryField::Interest, &txtInterestAmt},
-                 {EntryField::Instalment, &recovery.txtInstlAmt},
-                 {EntryField::Count, &recovery.txtNoOfInstlmnts},
-                 {EntryField::RecoverFrom, &recovery.txtRecvrFrom},
-                 {EntryField::Remarks, &txtRemarks}});
 }
 
 bool modMultiAllot::RefusePremium(const PremiumAllotRefusal& refusal) {
@@ -306,8 +262,8 @@ bool modMultiAllot::RefusePremium(const PremiumAllotRefusal& refusal) {
                  {PremiumAllotField::StartMonth, &txtStartMonth},
                  {PremiumAllotField::EndMonth, &txtEndMonth},
                  {PremiumAllotField::Amount, &txtPolicyAmount},
-                 {PremiumAllotField::PfPercent, &txtPFPer},
-                 {PremiumAllotField::EsiPercent, &txtESIPer},
+                 {PremiumAllotField::PfPercent, &incentive.txtPFPer},
+                 {PremiumAllotField::EsiPercent, &incentive.txtESIPer},
                  {PremiumAllotField::Institution, &cmbInstitution},
                  {PremiumAllotField::Remarks, &txtRemarks}});
 }
@@ -326,7 +282,8 @@ bool modMultiAllot::AllotAdvLoan(const std::vector<long>& employees) {
   const auto ask = [this](const std::string& text, Icon icon, Answer preset) {
     return session_.desk.Confirm(text, session_.title, preset, icon);
   };
-  if (const auto refusal = ValidateAllotment(session_, entry, employees, ask)) return RefuseEntry(*refusal);
+  if (const auto refusal = ValidateAllotment(session_, entry, employees, ask))
+    return Refuse(session_, *this, *refusal, fields_.ByRefusal());
   const KeptFormula& kept = formula.Kept();
   const double typed = entry.amount;
   return Allot(employees, {.serviceDay = *entry.date,

@@ -3,10 +3,11 @@
 #include <string>
 #include <vector>
 
-#include "instructions/advloan_validation.h"
+#include "instructions/advloan_fields.h"
+#include "instructions/incentive_frame.h"
 #include "instructions/kept_formula_frame.h"
+#include "instructions/period_frame.h"
 #include "instructions/premium_allotment.h"
-#include "instructions/recovery_frame.h"
 #include "screen/grid_list.h"
 #include "screen/progress.h"
 #include "screen/screen.h"
@@ -61,17 +62,8 @@ class modMultiAllot final : public Screen {
   Label lblPolicyAmount{*this, "lblPolicyAmount", "Amount"};
   TextBox txtPolicyAmount{*this, "txtPolicyAmount"};
   Button cmdPFormula{*this, "cmdPFormula", "F&ormula"};
-  Frame fmePeriod{*this, "fmePeriod", "Premium Payment"};
-  OptionButton optMonthly{*this, "optMonthly", "fmePeriod", "Monthly"};
-  OptionButton optQuarterly{*this, "optQuarterly", "fmePeriod", "Quarterly"};
-  OptionButton optHalfYearly{*this, "optHalfYearly", "fmePeriod", "Half Yearly"};
-  OptionButton optYearly{*this, "optYearly", "fmePeriod", "Yearly"};
-  Frame fmePFESI{*this, "fmePFESI", "Counts for"};
-  CheckBox chkPF{*this, "chkPF", "PF"};
-  TextBox txtPFPer{*this, "txtPFPer"};
-  CheckBox chkESI{*this, "chkESI", "ESI"};
-  TextBox txtESIPer{*this, "txtESIPer"};
-  CheckBox chkPT{*this, "chkPT", "PT"};
+  PeriodFrame period;
+  IncentiveFrame incentive;
 
   Label lblRemarks{*this, "lblRemarks", "Remarks"};
   TextBox txtRemarks{*this, "txtRemarks"};
@@ -114,10 +106,8 @@ class modMultiAllot final : public Screen {
   void ShowFormulaKept();
 
   std::vector<long> TickedEmployees() const;
-  std::optional<long> Institution() const;
   AdvLoanEntry Entry() const;
   PremiumAllotment Premium() const;
-  bool RefuseEntry(const EntryRefusal& refusal);
   bool RefusePremium(const PremiumAllotRefusal& refusal);
 
   struct Allotment {
@@ -140,6 +130,8 @@ class modMultiAllot final : public Screen {
   const InstructionType type_;
   std::string caption_;  // the company's word for the type
   NameRules rules_;
+  const AdvLoanFields fields_{cmbSIName,    cmbInstitution, txtLoanAccNo, txtAdvDate,
+                              txtAdvAmount, txtInterestAmt, txtRemarks,   recovery};
   GridList<AllotmentNote> notes_{fpgNotes};
   TickList ticks_;
 };

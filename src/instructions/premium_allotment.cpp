@@ -70,9 +70,10 @@ Checked CheckShare(const char* fund, const FundShare& share, const std::string& 
 
 Checked CheckShares(const PremiumAllotment& premium) {
   if (premium.type != InstructionType::Incentive) return {};
-  if (Checked refusal = CheckShare("PF", premium.pf, premium.typed.pfPercent, PremiumAllotField::PfPercent))
+  if (Checked refusal =
+          CheckShare("PF", premium.pf, premium.typed.shares.pfPercent, PremiumAllotField::PfPercent))
     return refusal;
-  return CheckShare("ESI", premium.esi, premium.typed.esiPercent, PremiumAllotField::EsiPercent);
+  return CheckShare("ESI", premium.esi, premium.typed.shares.esiPercent, PremiumAllotField::EsiPercent);
 }
 
 // Of the employee: an incentive counts only for the funds that he belongs to.
@@ -138,8 +139,9 @@ void PremiumAllotment::ReadTyped(TypedPremiumAllotment texts) {
   firstMonth = month(texts.startMonth);
   lastMonth = month(texts.endMonth);
   amount = rounded(texts.amount);
-  pf.percent = rounded(texts.pfPercent);
-  esi.percent = rounded(texts.esiPercent);
+  pf = {texts.shares.pf, rounded(texts.shares.pfPercent)};
+  esi = {texts.shares.esi, rounded(texts.shares.esiPercent)};
+  pt = texts.shares.pt;
   typed = std::move(texts);
 }
 

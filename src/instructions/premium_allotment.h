@@ -15,7 +15,8 @@ struct Session;
 
 // What stands in the fields of a group insurance or an incentive that is given to many.
 struct TypedPremiumAllotment {
-  std::string name, number, startMonth, endMonth, amount, remarks, pfPercent, esiPercent;
+  std::string name, number, startMonth, endMonth, amount, remarks;
+  TypedShares shares;
 };
 
 struct PremiumAllotment {
@@ -25,8 +26,6 @@ struct PremiumAllotment {
   std::string institutionName;
   bool amountByFormula = false;
   PremiumPeriod period = PremiumPeriod::Monthly;
-  FundShare pf, esi;  // of who belongs to the fund
-  bool pt = false;
   TypedPremiumAllotment typed;
 
   // Of the texts, trimmed; a text that is no number is 0, one that is no month too.
@@ -34,6 +33,8 @@ struct PremiumAllotment {
   long firstMonth = 0;
   long lastMonth = 0;
   double amount = 0;
+  FundShare pf, esi;  // of who belongs to the fund
+  bool pt = false;
 
   void ReadTyped(TypedPremiumAllotment texts);
 };

@@ -15,6 +15,24 @@ struct FundShare {
   double percent = 0;
 };
 
+// What an incentive of an employee can count for.
+struct FundSwitches {
+  bool pf = false;
+  bool esi = false;
+  bool pt = false;
+};
+
+// As they stand in the fields.
+struct TypedShares {
+  bool pf = false;
+  std::string pfPercent;
+  bool esi = false;
+  std::string esiPercent;
+  bool pt = false;
+
+  bool operator==(const TypedShares&) const = default;
+};
+
 // A row of INS_OTHER: an insurance, SSS, group insurance or periodic incentive of an employee.
 struct PremiumRow {
   std::string name;

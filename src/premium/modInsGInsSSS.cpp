@@ -9,11 +9,13 @@
 #include "frame/captions.h"
 #include "frame/employee_number.h"
 #include "frame/modExternal.h"
+#include "frame/number_fields.h"
 #include "frame/pickers.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
+#include "frame/writing_buttons.h"
 #include "frame/writing_turn.h"
 #include "instructions/advloan_data.h"
 #include "instructions/advloan_entry.h"
@@ -41,7 +43,7 @@ modInsGInsSSS::modInsGInsSSS(Session& session, InstructionType type)
     : Screen("modInsGInsSSS"),
       employee(session, *this),
       period(*this),
-      incentive(*this),
+      incentive(*this, IncentiveFrame::Percent::OfWhatIsTicked),
       formula(session, *this, fmeTransaction),
       overview(*this),
       session_(session),
@@ -61,22 +63,20 @@ void modInsGInsSSS::PlaceInFrames() {
                        txtEndMonth,       lblPolicyAmount, txtPolicyAmount, cmdFmeFormula, lblInstitution,
                        cmbInstitution,    cmdInstitution,  lblRemarks,      txtRemarks,    period.fmePeriod,
                        incentive.fmePFESI});
+  incentive.fmePFESI.Hold({lblPFPer, lblESIPer});
 }
 
 void modInsGInsSSS::ConnectFields() {
   employee.onChosen = on_(&modInsGInsSSS::cmbEmpName_Change);
   txtSerialNo.onChange = on_(&modInsGInsSSS::txtSerialNo_Change);
-  txtSerialNo.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
-  txtSerialNo.rightAligned = txtPolicyAmount.rightAligned = true;
+  TakeCounts({&txtSerialNo});
+  TakeAmounts({&txtPolicyAmount});
   for (TextBox* box : {&txtStartMonth, &txtEndMonth}) {
     box->toolTip = kMonthFormat;
     box->onKeyPress = clsGenCmn::DateKeyWithAlpha;
     box->onLeave = on_([box] { box->SetText(FnStrCorrectMonth(box->Text())); });
     AskForMonth(session_, *box);
   }
-  txtPolicyAmount.onKeyPress = [this](int key) {
-    return clsGenCmn::FnIntAllowAmtOnly(key, txtPolicyAmount.Text());
-  };
   txtPolicyAmount.onLeave = on_([this] {
     const std::string typed = txtPolicyAmount.Text();
     // More than the limit is refused by a save, as it was typed.
@@ -179,14 +179,12 @@ void modInsGInsSSS::FillInstitutions() {
 
 // Buttons by the rights of the user and the lock of the employee; without an employee nothing can be typed.
 void modInsGInsSSS::EnableCommands() {
-  const std::string why = WhyReadOnly(session_);
-  for (Button* button : {&cmdSave, &cmdDelete, &cmdEMIDelete}) {
-    button->enabled = why.empty();
-    button->whyDisabled = why;
+  schedule_.Lock(!EnableWriting(session_, {&cmdSave, &cmdDelete, &cmdEMIDelete}));
+  EnableWriting(session_, {&cmdMultiAllot}, WriteLock::OfUser);
+  if (!facts_.mayAllot) {
+    cmdMultiAllot.enabled = false;
+    cmdMultiAllot.whyDisabled = caption_ + " is given to one employee at a time.";
   }
-  cmdMultiAllot.enabled = facts_.mayAllot && !session_.ReadOnlyUser;
-  cmdMultiAllot.whyDisabled = facts_.mayAllot ? why : caption_ + " is given to one employee at a time.";
-  schedule_.Lock(!why.empty());
   const bool chosen = employee.Employee() != 0;
   for (Control* input : std::initializer_list<Control*>{
            &txtSerialNo, &cmbPolicyName, &txtPolicyNo, &txtStartMonth, &txtEndMonth, &txtPolicyAmount,
@@ -262,16 +260,15 @@ void modInsGInsSSS::TellScheduleStands() {
 }
 
 TypedPremium modInsGInsSSS::Typed() const {
-  TypedPremium typed{.name = cmbPolicyName.Text(),
-                     .number = txtPolicyNo.Text(),
-                     .startMonth = txtStartMonth.Text(),
-                     .endMonth = txtEndMonth.Text(),
-                     .amount = txtPolicyAmount.Text(),
-                     .institution = cmbInstitution.Text(),
-                     .remarks = txtRemarks.Text(),
-                     .period = period.Chosen()};
-  incentive.ReadInto(typed);
-  return typed;
+  return {.name = cmbPolicyName.Text(),
+          .number = txtPolicyNo.Text(),
+          .startMonth = txtStartMonth.Text(),
+          .endMonth = txtEndMonth.Text(),
+          .amount = txtPolicyAmount.Text(),
+          .institution = cmbInstitution.Text(),
+          .remarks = txtRemarks.Text(),
+          .period = period.Chosen(),
+          .shares = incentive.Typed()};
 }
 
 void modInsGInsSSS::RefreshAll() {
@@ -351,8 +348,8 @@ void modInsGInsSSS::BeginNew() {
 }
 
 PremiumEntry modInsGInsSSS::Entry() const {
-  PremiumEntry entry{.key = Key(), .isNew = !stored_, .caption = caption_};
-  if (cmbInstitution.MatchesList()) entry.institution = static_cast<long>(Val(cmbInstitution.BoundText()));
+  PremiumEntry entry{
+      .key = Key(), .isNew = !stored_, .caption = caption_, .institution = ChosenInstitution(cmbInstitution)};
   entry.ReadTyped(Typed());
   return entry;
 }
@@ -390,8 +387,9 @@ bool modInsGInsSSS::WriteEntry(PremiumEntry& entry) {
     WritePremium(session_, entry);
   };
   try {
-    return WriteInTurn(session_, row, stored_ ? std::optional(shownRow_) : std::nullopt, write,
-                       [this] { ShowAnew(); });
+    return WriteInTurn(
+        session_, row, stored_ ? std::optional(shownRow_) : std::nullopt, write, [this] { ShowAnew(); },
+        TurnFailed::TakesAllBack);
   } catch (const DatabaseError& error) {
     if (error.number() != kWrongTypeError) throw;
     session_.desk.ShowError("Specified amount is too large.", session_.title);

@@ -7,6 +7,9 @@
 #include "frame/doors.h"
 #include "frame/employee_choice.h"
 #include "frame/handler_guard.h"
+#include "instructions/incentive_frame.h"
+#include "instructions/period_frame.h"
+#include "premium/premium_entry.h"
 #include "premium/premium_grids.h"
 #include "premium/premium_panels.h"
 #include "premium/premium_type.h"
@@ -48,6 +51,8 @@ class modInsGInsSSS final : public Screen, public InstructionParent {
 
   PeriodFrame period;
   IncentiveFrame incentive;
+  Label lblPFPer{*this, "lblPFPer", "%"};
+  Label lblESIPer{*this, "lblESIPer", "%"};
   PremiumFormulaFrame formula;
   PremiumOverview overview;
 

@@ -27,12 +27,6 @@ struct PremiumTotals {
 };
 PremiumTotals ReadPremiumTotals(Session& session, long employee, InstructionType type);
 
-// What an incentive of the employee can count for.
-struct FundSwitches {
-  bool pf = false;
-  bool esi = false;
-  bool pt = false;
-};
 FundSwitches ReadFundSwitches(Session& session, long employee);
 
 // As INS_MASTER spells it; "" for a name that is not there.

@@ -106,9 +106,10 @@ void PremiumEntry::ReadTyped(TypedPremium texts) {
   row.firstMonth = FnLngMonthYear(FnStrCorrectMonth(texts.startMonth));
   row.lastMonth = FnLngMonthYear(FnStrCorrectMonth(texts.endMonth));
   if (key.type == InstructionType::Incentive) {
-    row.pf = FundShare{texts.pf, texts.pf ? AsStored(texts.pfPercent) : 0};
-    row.esi = FundShare{texts.esi, texts.esi ? AsStored(texts.esiPercent) : 0};
-    row.pt = texts.pt;
+    const TypedShares& shares = texts.shares;
+    row.pf = FundShare{shares.pf, shares.pf ? AsStored(shares.pfPercent) : 0};
+    row.esi = FundShare{shares.esi, shares.esi ? AsStored(shares.esiPercent) : 0};
+    row.pt = shares.pt;
   }
   amount = AsStored(texts.amount);
   typed = std::move(texts);

@@ -15,11 +15,7 @@ struct Session;
 struct TypedPremium {
   std::string name, number, startMonth, endMonth, amount, institution, remarks;
   PremiumPeriod period = PremiumPeriod::Monthly;
-  bool pf = false;
-  std::string pfPercent;
-  bool esi = false;
-  std::string esiPercent;
-  bool pt = false;
+  TypedShares shares;
 
   bool operator==(const TypedPremium&) const = default;
 };

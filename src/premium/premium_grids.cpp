@@ -1,9 +1,8 @@
 #include "premium/premium_grids.h"
 
-#include <algorithm>
-
 #include "common/month_year.h"
 #include "instructions/list_columns.h"
+#include "instructions/schedule_columns.h"
 
 namespace ktl {
 
@@ -43,18 +42,14 @@ void PremiumGrid::Show(std::vector<Premium> rows, long serial) {
   Mark(serial);
 }
 
-void PremiumGrid::Mark(long serial) {
-  const auto active = std::ranges::find(list_.Rows(), serial, &Premium::serial);
-  const auto line = static_cast<std::size_t>(active - list_.Rows().begin());
-  grid_.activeRow = serial != 0 && active != list_.Rows().end() ? line : kNoRow;
-}
+void PremiumGrid::Mark(long serial) { MarkSerial(grid_, list_.Rows(), serial); }
 
 void PremiumScheduleGrid::Describe(InstructionType type) {
   using Row = ScheduleMonth;
   list_.SetColumns({
-      {{"", CellType::Tick, 36, false, false}, [](const Row&) { return "0"; }},
-      {{"Counter", CellType::Number, 70}, [](const Row& row) { return std::to_string(row.counter); }},
-      {{"Month", CellType::Text, 90}, [](const Row& row) { return FnStrFormatMonthYear(row.monthYear); }},
+      TickColumn(),
+      CounterColumn(),
+      MonthColumn(),
       {{"Actual Amount", CellType::Number, 120}, Amount(&Row::EMIAMT)},
       {{"Modified Amount", CellType::Number, 125}, Amount(&Row::MDFYAMT)},
       {{"Institution", CellType::Text, 200, !HasInstitution(type)}, &Row::institution},

@@ -99,17 +99,6 @@ std::string DeletedAuditText(Session& session, const InstructionKey& key, const 
   return audited.text();
 }
 
-void StoreEntry(Session& session, const PremiumEntry& entry) {
-  PremiumRow row = entry.row;
-  row.name = NameAsListed(session, entry.key.type, row.name);
-  const std::optional<PremiumRow> before = ReadPremium(session, entry.key);
-  if (StorePremium(session, entry.key, row))
-    WritePremiumSchedule(session, entry.key, entry.Terms(), entry.institution.value_or(0));
-  Audit(session, entry.key, entry.caption, "Created/Updated", EntryAuditText(entry, row, before));
-  RaiseEditMode(session, entry.key.employee, MonthsOfInstruction(entry.key),
-                AttendanceWording::EmployeeFirst);
-}
-
 void DeleteMonth(Session& session, const InstructionKey& key, long counter) {
   const Statement where = session.Sql("{} And COUNTER = {}", WhereInstruction(key), counter);
   RaiseEditMode(session, key.employee, session.Sql("= (Select MONTHYEAR From INS_EMIDETAIL Where {})", where),
@@ -125,15 +114,14 @@ void MarkTaxFlags(Session& session, const InstructionKey& key, long firstMonth, 
 }
 
 void WritePremium(Session& session, const PremiumEntry& entry) {
-  const bool nested = session.Cn.InTransaction();
-  if (!nested) session.Cn.BeginTrans();
-  try {
-    StoreEntry(session, entry);
-  } catch (...) {
-    if (session.Cn.InTransaction()) session.Cn.RollbackTrans();
-    throw;
-  }
-  if (!nested) session.Cn.CommitTrans();
+  PremiumRow row = entry.row;
+  row.name = NameAsListed(session, entry.key.type, row.name);
+  const std::optional<PremiumRow> before = ReadPremium(session, entry.key);
+  if (StorePremium(session, entry.key, row))
+    WritePremiumSchedule(session, entry.key, entry.Terms(), entry.institution.value_or(0));
+  Audit(session, entry.key, entry.caption, "Created/Updated", EntryAuditText(entry, row, before));
+  RaiseEditMode(session, entry.key.employee, MonthsOfInstruction(entry.key),
+                AttendanceWording::EmployeeFirst);
 }
 
 void DeletePremium(Session& session, const InstructionKey& key, const std::string& caption) {

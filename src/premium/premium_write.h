@@ -11,8 +11,7 @@ namespace ktl {
 // Of the employee, from the first month to the last one.
 void MarkTaxFlags(Session& session, const InstructionKey& key, long firstMonth, long lastMonth);
 
-// Writes a validated entry in one transaction: the instruction, the schedule of a new one, the audit line,
-// the salary flags. A failure leaves nothing of it.
+// Writes a validated entry: the instruction, the schedule of a new one, the audit line, the salary flags.
 void WritePremium(Session& session, const PremiumEntry& entry);
 
 // Deletes the instruction with its schedule. No transaction: a failure half-way leaves what was done.

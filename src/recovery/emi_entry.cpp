@@ -66,8 +66,8 @@ std::optional<EmiRefusal> CheckEmployeeLock(Session& session, const InstructionK
 std::optional<EmiRefusal> CheckGivenDate(Session& session, const InstructionKey& key,
                                          const MonthRange& months) {
   if (!IsAdvanceOrLoan(key.type)) return std::nullopt;
-  const Value given = session.data.FnVarGetDbValue(
-      session.Sql("Select SIDATE From INS_ADVLOAN Where {}", WhereInstruction(key)));
+  const Value given =
+      session.data.Guarding(session.Sql("Select SIDATE From INS_ADVLOAN Where {}", WhereInstruction(key)));
   if (!given.IsDate()) return std::nullopt;
   const long givenMonth = MonthYearOf(given.date());
   if (months.from >= givenMonth && months.to >= givenMonth) return std::nullopt;

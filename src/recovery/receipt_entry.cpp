@@ -66,8 +66,8 @@ std::optional<ReceiptRefusal> CheckReceipt(Session& session, const InstructionKe
   if (entry.amount.now == 0) return ReceiptRefusal{fmt::format("Specify {} amount.", word), Amount};
   if (entry.amount.now > kAmountLimit) return ReceiptRefusal{kAmountTooLarge, Amount};
   if (entry.interest.now > kAmountLimit) return ReceiptRefusal{kAmountTooLarge, Interest};
-  const Value given = session.data.FnVarGetDbValue(
-      session.Sql("Select SIDATE From INS_ADVLOAN Where {}", WhereInstruction(key)));
+  const Value given =
+      session.data.Guarding(session.Sql("Select SIDATE From INS_ADVLOAN Where {}", WhereInstruction(key)));
   if (given.IsDate() && *date < given.date()) {
     return ReceiptRefusal{fmt::format("{} date cannot be before the {} given date.", word,
                                       InstructionCaption(session, key.type)),

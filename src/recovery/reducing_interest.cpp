@@ -52,14 +52,14 @@ std::vector<double> ReducingInterest(const std::vector<ScheduleMonth>& months, c
 
 InterestTerms ReadInterestTerms(Session& session, const InstructionKey& key, InterestTerms chosen) {
   const auto read = [&session, &key](const char* column) {
-    return session.data.FnVarGetDbValue(session.Sql(
+    return session.data.Guarding(session.Sql(
         "SELECT ILA.{} FROM INS_ADVLOAN ILA WHERE ILA.EMPID = {} AND ILA.SERIALNO = {} AND ILA.SITYPE = {}",
         Statement(column), key.employee, key.serial, key.type));
   };
   const Date never = *Date::FromYmd(2099, 12, 31);
   chosen.balance = read("ACTAMT").NumberOr0();
   if (const Value start = read("SIDATE"); start.IsDate()) chosen.start = start.date().DayOnly();
-  const Value leaving = session.data.FnVarGetDbValue(
+  const Value leaving = session.data.Guarding(
       session.Sql("SELECT DOL FROM MAS_employee WHERE EMPID = {}", key.employee), never);
   chosen.leaving = leaving.IsDate() ? leaving.date() : never;
   return chosen;

@@ -34,7 +34,7 @@ std::string FirstLine(const std::string& path) {
 // Taken from the ADMIN row, whoever the user is.
 bool ReadMultiLogin(Session& session) {
   const Value flag =
-      session.data.FnVarGetDbValue("SELECT MULTILOGIN FROM SEC_USERLIST WHERE UPPER(USERNAME) = 'ADMIN'", 0);
+      session.data.Guarding("SELECT MULTILOGIN FROM SEC_USERLIST WHERE UPPER(USERNAME) = 'ADMIN'");
   return flag.IsText() ? Val(flag.text()) != 0 : flag.NumberOr0() != 0;
 }
 

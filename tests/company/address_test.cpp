@@ -34,6 +34,10 @@ TEST(CompanyAddress, IsAFileAConnectionOrAFileThatHoldsOne) {
   }
   const std::string empty = (folder / "empty").string();
   EXPECT_EQ(ErrorOf([&] { AddressOf("@" + empty); }), empty + ": no connection string can be read");
+  for (const char* nonsense : {"Server=pay;PWD=secret", "Provider=;PWD=secret;"})
+    EXPECT_EQ(
+        ErrorOf([&] { AddressOf(nonsense); }),
+        "Neither a file, whose name holds no semicolon, nor a connection string, which names a provider.");
 }
 
 TEST(CompanyAddress, TheSettingsHoldItScrambled) {

@@ -61,9 +61,8 @@ TEST(ServerSchema, EachServerGetsItsOwnTypesAndQuotes) {
                 "CREATE TABLE `SAMPLE` (\n  `ID` INT NOT NULL,\n  `Filter` VARCHAR(255) NULL DEFAULT '',\n"
                 "  `FORMULA` TEXT NULL,\n  `AMT` DOUBLE NULL DEFAULT 0,\n  `DOJ` DATETIME NULL,\n"
                 "  `REMARKS` TEXT NULL,\n  CONSTRAINT `PK_SAMPLE` PRIMARY KEY (`ID`),\n"
-                "  CONSTRAINT `UQ_SAMPLE_Filter` UNIQUE (`Filter`, `AMT`)\n)"
-                " ENGINE = InnoDB DEFAULT CHARSET = utf8mb4 COLLATE = utf8mb4_uca1400_as_ci",
-                "CREATE INDEX `IX_DOJ` ON `SAMPLE` (`DOJ`, `ID`)"}));
+                "  CONSTRAINT `UQ_SAMPLE_Filter` UNIQUE (`Filter`, `AMT`),\n  INDEX `IX_DOJ` (`DOJ`, `ID`)\n)"
+                " ENGINE = InnoDB DEFAULT CHARSET = utf8mb4 COLLATE = utf8mb4_uca1400_as_ci"}));
   const auto other = TableStatements(ServerKind::SqlServer, table, "NEW_SAMPLE");
   const std::string collation = " COLLATE SQL_Latin1_General_CP1_CI_AS NULL";
   EXPECT_EQ(other, (std::vector<std::string>{

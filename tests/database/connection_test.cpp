@@ -97,8 +97,7 @@ TEST(Connection, TwoWorkstationsSeeEachOthersRowsAndQueueForWriting) {
   Transaction transaction(company.Cn());
   company.Employee(18);
   EXPECT_EQ(other.FirstValue("SELECT COUNT(*) FROM MAS_EMPLOYEE"), Value(1));
-  EXPECT_EQ(FailureOf([&] { other.Execute("DELETE FROM MAS_EMPLOYEE"); }).description(),
-            "The database is locked by another workstation.");
+  EXPECT_EQ(FailureOf([&] { other.Execute("DELETE FROM MAS_EMPLOYEE"); }).description(), kLockedText);
 }
 
 // The other writer is a connection of its own: to the file that is another program.
@@ -131,7 +130,7 @@ TEST(Connection, WhoWaitsForAnotherWriterIsAskedAndMayGiveUp) {
     if (c.asksUntilGivenUp == 0) {
       save();
     } else {
-      EXPECT_EQ(FailureOf(save).description(), "The database is locked by another workstation.") << c.name;
+      EXPECT_EQ(FailureOf(save).description(), kLockedText) << c.name;
       writes->Commit();
     }
     EXPECT_EQ(company.Rows("SELECT EMPID FROM MAS_EMPLOYEE ORDER BY EMPID"), c.expected) << c.name;

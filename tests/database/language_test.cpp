@@ -100,17 +100,5 @@ TEST(Language, WhatCannotBeReadIsRefusedWithItsPlace) {
   }
 }
 
-TEST(Language, EveryDateColumnOfTheSchemaIsKnownAsOne) {
-  TestCompany company;
-  const auto columns = company.Cn().Query(
-      "SELECT COLUMN_NAME, TABLE_NAME FROM INFORMATION_SCHEMA.COLUMNS WHERE DATA_TYPE = 'DATETIME'");
-  EXPECT_GT(columns.rows.size(), 20u);
-  for (const auto& row : columns.rows) {
-    const std::string sql =
-        company.Cn().Explain("SELECT 1 FROM T WHERE " + row[0].text() + " = '05/Apr/2010'");
-    EXPECT_NE(sql.find("'2010-04-05'"), std::string::npos) << sql;
-  }
-}
-
 }  // namespace
 }  // namespace ktl::test

@@ -356,10 +356,16 @@ TEST(ServerConnection, WhatCannotBeReachedIsToldInOneLineAndInTime) {
       {"Provider=MariaDB;Socket=/nowhere;Database=PAY;" + user,
        "The server localhost (MariaDB) cannot be reached: Can't connect to local server through socket "
        "'/nowhere'"},
-      {"Provider=MariaDB;Driver=None;Server=127.0.0.1;" + user,
+      {"Provider=MariaDB;Driver=None;Server=127.0.0.1;Database=PAY;" + user,
        "The server 127.0.0.1 (MariaDB) cannot be reached: Can't open lib 'None'"},
-      {"Provider=MariaDB;;=;Server==;Port=x;{}};DRIVER=;" + user,
+      {"Provider=MariaDB;;=;Server==;Database=P;{}};DRIVER=;" + user,
        "The server = (MariaDB) cannot be reached: "},
+      {"Provider=MariaDB;Server=127.0.0.1;" + user, "The connection string names no database."},
+      {"Provider=MariaDB;Database=PAY;Port=33O6;" + user,
+       "Port=33O6 in the connection string is no number from 1 to 65535."},
+      {"Provider=MariaDB;Database=PAY;Port=65536;" + user, "Port=65536 in the connection string"},
+      {"Provider=MariaDB;Database=PAY;SSL CA=/nowhere;" + user,
+       "SSL CA=/nowhere in the connection string: there is no such file to read."},
       {"Provider=SQLOLEDB.1;Persist Security Info=True;User ID=ravi;PWD=Secret;Initial Catalog=PAY;"
        "Data Source=127.0.0.1,1",
        "The server 127.0.0.1,1 (SQL Server) cannot be reached: Unable to connect: Adaptive Server is "
@@ -369,7 +375,7 @@ TEST(ServerConnection, WhatCannotBeReachedIsToldInOneLineAndInTime) {
   };
   for (const auto& c : cases) EXPECT_EQ(OpenError(c.connectionString).substr(0, std::strlen(c.told)), c.told);
   ConnectionSettings settings;
-  settings.connectionString = "Provider=MariaDB;Server=ho;" + user;
+  settings.connectionString = "Provider=MariaDB;Server=ho;Database=PAY;" + user;
   EXPECT_EQ(FailureOf([&] { OdbcDriver(std::make_unique<NoDriver>(), settings); }).description(),
             "The server ho (MariaDB) cannot be reached: no ODBC driver for MariaDB is installed (package "
             "odbc-mariadb).");
@@ -409,16 +415,24 @@ TEST(ServerConnection, AServerThatFailsIsToldAndFoundAgain) {
   server.Run("CREATE TABLE PAY.T (A INT PRIMARY KEY)");
   server.Run("CREATE VIEW PAY.KTL_SCHEMA AS SELECT 1 AS VERSION");
   Connection cn;
+  cn.SetConnectionTimeout(1);
+  cn.SetCommandTimeout(1);
   cn.Open(server.ConnectionString("PAY"));
+  const auto told = [&] { return FailureOf([&] { cn.HasRows("SELECT * FROM T"); }).description(); };
+  server.Hang();
+  EXPECT_EQ(
+      told(),
+      "The database server did not answer within 1 seconds, and the connection was given up. If something was "
+      "being saved, look whether it is there before doing it again.");
+  EXPECT_TRUE(told().starts_with("The server localhost (MariaDB) cannot be reached: "));
+  server.Awake();
   {
     Transaction writes(cn);
     cn.Execute("INSERT INTO T (A) VALUES (1)");
     server.Kill();
     EXPECT_THROW(cn.Execute("INSERT INTO T (A) VALUES (2)"), DatabaseError);
   }
-  EXPECT_TRUE(FailureOf([&] { cn.HasRows("SELECT * FROM T"); })
-                  .description()
-                  .starts_with("The server localhost (MariaDB) cannot be reached: "));
+  EXPECT_TRUE(told().starts_with("The server localhost (MariaDB) cannot be reached: "));
   server.Start();
   EXPECT_FALSE(cn.HasRows("SELECT * FROM T"));
 }

@@ -155,6 +155,8 @@ TEST(MariaDbDialect, EachConstruct) {
       {"CREATE VIEW [v 1] AS SELECT E.* FROM t E", "CREATE VIEW `V 1` AS SELECT `E`.* FROM `T` AS `E`"},
       {"SELECT A FROM T UNION SELECT TOP 1 A FROM u",
        "SELECT `A` FROM `T` UNION SELECT * FROM (SELECT `A` FROM `U` LIMIT 1) AS `LIMITED` ORDER BY 1"},
+      {"SELECT A, * FROM (SELECT B FROM T) V CROSS JOIN u",
+       "SELECT `A`, `V`.*, `U`.* FROM (SELECT `B` FROM `T`) AS `V` CROSS JOIN `U`"},
       // Limits behind IN.
       {"SELECT A FROM T WHERE A IN (SELECT TOP 1 B FROM U WHERE U.A = T.A)",
        "SELECT `A` FROM `T` WHERE `A` = (SELECT `B` FROM `U` WHERE `U`.`A` = `T`.`A` LIMIT 1)"},
@@ -202,6 +204,7 @@ TEST(MariaDbDialect, EachConstruct) {
        "SELECT DISTINCT `A`, (SELECT MAX(`C`) FROM `U`) FROM `T`"},
       {"SELECT DISTINCT A, ISNULL(SUM(C), 0) FROM T GROUP BY A, B",
        "SELECT DISTINCT `A`, IFNULL(SUM(`C`), 0) FROM `T` GROUP BY `A`, `B`"},
+      {"SELECT A, * FROM T x CROSS JOIN U", "SELECT `A`, `X`.*, `U`.* FROM `T` AS `X` CROSS JOIN `U`"},
       // Changes.
       {"UPDATE T SET A = V.S FROM T x, (SELECT B, SUM(C) AS S FROM U GROUP BY B) V WHERE X.B = V.B",
        "UPDATE `T` AS `X`, (SELECT `B`, SUM(`C`) AS `S` FROM `U` GROUP BY `B`) AS `V` SET `X`.`A` = "

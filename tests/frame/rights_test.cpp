@@ -167,6 +167,8 @@ TEST_F(RightsTest, ClassSecurityFillsTheWorkstationsTable) {
             " AND ins.EMPID  IN (SELECT EMPID FROM [TMPPC1ravi])");
   EXPECT_EQ(ClassSecurityCondition(session).text(), " WHERE EMPID  IN (SELECT EMPID FROM [TMPPC1ravi])");
   EXPECT_GE(session.Cn.FirstValue("SELECT COUNT(*) FROM [TMPPC1ravi]")->ToLong(), 1);
+  DropColumn("MAS_OPTSET", "CLASSSECURITYN");
+  EXPECT_THROW(ClassSecurityCondition(session), DatabaseError);
 }
 
 }  // namespace

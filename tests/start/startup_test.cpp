@@ -258,6 +258,7 @@ TEST_F(StartupTest, NoScreenIsOpened) {
       {"1506#False#0#0", invalid},
       {"1499#False#0#0", invalid},
       {"1512#False#0#0", invalid},
+      {"letters#False#0#0$Pay", "Critical | Pay | Invalid form reference"},
   };
   for (const auto& [line, box] : cases) {
     Session run(machine.machine(), desk);
@@ -290,6 +291,10 @@ TEST_F(StartupTest, WhatCannotBeReadEndsTheRun) {
     Sql(fmt::format("UPDATE MAS_OPTSET SET {} = {}", column, value));
     EXPECT_TRUE(DescriptionOf([&] { LoadOptionSet(session); }).starts_with(column));
   }
+  // Whether rights count at all.
+  DropColumn("SEC_USERLIST", "MULTILOGIN");
+  Setting("DefLnk", Scrambled(company.ConnectionString()));
+  EXPECT_THROW(RunProgram(session, "1502#False#0#0"), DatabaseError);
 }
 
 TEST_F(StartupTest, EachStartSetsTheFilterBack) {

@@ -116,6 +116,9 @@ void PrivateServer::Kill() {
   process_ = 0;
 }
 
+void PrivateServer::Hang() { kill(process_, SIGSTOP); }
+void PrivateServer::Awake() { kill(process_, SIGCONT); }
+
 PrivateServer::~PrivateServer() {
   if (process_ != 0) Kill();
   std::error_code ignored;

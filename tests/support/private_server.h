@@ -33,6 +33,8 @@ class PrivateServer {
 
   void Kill();  // as if the machine had failed
   void Start();
+  void Hang();  // until it is awoken
+  void Awake();
 
  private:
   explicit PrivateServer(std::filesystem::path socket) : socket_(std::move(socket)) {}

@@ -53,10 +53,7 @@ GO
 -- The employees that the user may see; all of them while nobody's are told. The table is the connection's own
 -- and temporary: making it commits nothing that is under way, and needs no right to make tables. Its engine
 -- knows no transactions, since InnoDB loses rows of a temporary table that are deleted, put back and rolled back.
-DROP PROCEDURE IF EXISTS FillClassTable
-GO
-
-CREATE DEFINER = CURRENT_USER PROCEDURE FillClassTable(P_SUFFIX VARCHAR(255), P_USER VARCHAR(255)) MODIFIES SQL DATA SQL SECURITY INVOKER
+CREATE OR REPLACE PROCEDURE FillClassTable(P_SUFFIX VARCHAR(255), P_USER VARCHAR(255)) MODIFIES SQL DATA SQL SECURITY INVOKER
 BEGIN
   SET @KTL_CLASSTABLE = CONCAT('`', REPLACE(UPPER(CONCAT('TMP', @KTL_HOST, P_SUFFIX)), '`', '``'), '`');
   EXECUTE IMMEDIATE CONCAT('CREATE TEMPORARY TABLE IF NOT EXISTS ', @KTL_CLASSTABLE, ' (EMPID INT PRIMARY KEY) ENGINE = Aria');

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <chrono>
+#include <fstream>
 
 #include "database/connection_string.h"
 #include "database/drivers/mariadb_writer.h"
@@ -24,8 +26,8 @@ constexpr unsigned kFoundRows = 2, kNoCache = 1U << 20U, kForwardOnly = 1U << 21
 constexpr std::string_view kSqlMode =
     "STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,SIMULTANEOUS_ASSIGNMENT,NO_ZERO_DATE,NO_ZERO_IN_DATE";
 
-// Beyond what the server itself waits, the network may be dead.
-constexpr int kNetworkPatience = 10;  // seconds
+// Beyond what the server itself waits, it hangs or the network is dead. In seconds.
+int Patience(int commandTimeout) { return commandTimeout + std::clamp(commandTimeout, 2, 10); }
 
 // Nobody else is in the midst of writing: the turn goes by this name, one for each database.
 constexpr const char* kTurn = "CONCAT('ktl.', MD5(DATABASE()))";
@@ -124,6 +126,22 @@ std::string MariaDbDialect::DatabaseOf(const ConnectionSettings& settings) const
   return FirstOf(settings, {"Database", "Initial Catalog"});
 }
 
+// Its client library takes another port for one that is none, and tells of no file by its name.
+void MariaDbDialect::CheckSettings(const ConnectionSettings& settings) const {
+  if (DatabaseOf(settings).empty()) throw DatabaseError("The connection string names no database.");
+  if (const std::string port = FirstOf(settings, {"Port"}); !port.empty()) {
+    std::uint16_t number = 0;
+    const char* end = port.data() + port.size();
+    if (std::from_chars(port.data(), end, number) != std::from_chars_result{end, std::errc()} || number == 0)
+      throw DatabaseError(
+          fmt::format("Port={} in the connection string is no number from 1 to 65535.", port));
+  }
+  for (const char* key : {"SSL CA", "SSL Cert", "SSL Key"})
+    if (const std::string file = FirstOf(settings, {key}); !file.empty() && !std::ifstream(file).is_open())
+      throw DatabaseError(
+          fmt::format("{}={} in the connection string: there is no such file to read.", key, file));
+}
+
 std::string MariaDbDialect::OdbcString(const ConnectionSettings& settings, std::string_view driver) const {
   const auto part = [&](std::string_view odbc, std::initializer_list<const char*> keys) {
     return OdbcPart(odbc, FirstOf(settings, keys));
@@ -137,7 +155,7 @@ std::string MariaDbDialect::OdbcString(const ConnectionSettings& settings, std::
   // Its driver does not mind the attribute of the same meaning.
   if (settings.connectionTimeout > 0) text += fmt::format("CONN_TIMEOUT={};", settings.connectionTimeout);
   if (settings.commandTimeout > 0)
-    text += fmt::format("READ_TIMEOUT={0};WRITE_TIMEOUT={0};", settings.commandTimeout + kNetworkPatience);
+    text += fmt::format("READ_TIMEOUT={0};WRITE_TIMEOUT={0};", Patience(settings.commandTimeout));
   return text + fmt::format("CHARSET=utf8mb4;OPTION={};", kFoundRows | kNoCache | kForwardOnly);
 }
 

@@ -13,6 +13,7 @@ class MariaDbDialect : public ServerDialect {
   std::string_view DriverPackage() const override { return "odbc-mariadb"; }
   std::string ServerOf(const ConnectionSettings& settings) const override;
   std::string DatabaseOf(const ConnectionSettings& settings) const override;
+  void CheckSettings(const ConnectionSettings& settings) const override;
   std::string OdbcString(const ConnectionSettings& settings, std::string_view driver) const override;
   std::vector<std::string> FirstTexts(const ConnectionSettings& settings) const override;
   bool SpeaksTheLanguage() const override { return false; }

@@ -306,6 +306,17 @@ void MariaDbWriter::WriteSources(const tsql::SelectCore& core) {
   WriteObjectName(table.alias.empty() ? table.name : table.alias);
 }
 
+// This database takes a bare star in front only.
+void MariaDbWriter::WriteLaterStar(const tsql::SelectCore& core) {
+  List("", core.from, [this](const tsql::TableRef& table) {
+    if (table.alias.empty())
+      WriteObject(table);
+    else
+      WriteObjectName(table.alias);
+    Put(".*");
+  });
+}
+
 void MariaDbWriter::WriteUpdate(const tsql::Update& update, const tsql::TableRef* target) {
   const tsql::TableRef& table = target != nullptr ? *target : update.table;
   const bool alone =

@@ -37,6 +37,7 @@ class MariaDbWriter final : public tsql::Writer {
   void WriteLike(const tsql::Expr& expr) override;
   void WriteInQuery(const tsql::Expr& expr) override;
   void WriteSources(const tsql::SelectCore& core) override;
+  void WriteLaterStar(const tsql::SelectCore& core) override;
   bool HasFullJoin() const override { return false; }
   bool NeedsGroups(const tsql::SelectCore& core) const override;
   void WriteUpdate(const tsql::Update& update, const tsql::TableRef* target) override;

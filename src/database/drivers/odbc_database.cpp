@@ -134,6 +134,7 @@ std::string OdbcDatabase::InstalledDriver(const ConnectionSettings& settings) co
 
 void OdbcDatabase::Open(const ConnectionSettings& settings) {
   Close();
+  dialect_.CheckSettings(settings);
   const auto text = Wide(dialect_.OdbcString(settings, InstalledDriver(settings)));
   connection_ = Allocate(OdbcHandle::Connection, environment_.get(), dialect_, OdbcHandle::Environment);
   SQLHDBC handle = connection_.get();

@@ -5,9 +5,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "database/drivers/mariadb_dialect.h"
-#include "database/drivers/sqlserver_dialect.h"
-#include "database/schema_version.h"
+#include "database/drivers/server_company.h"
 #include "database/statement_twin.h"
 #include "database/stored_date.h"
 #include "database/tsql/parser.h"
@@ -16,8 +14,6 @@
 namespace ktl {
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 // Of the wait for a turn, between two questions.
 constexpr std::chrono::milliseconds kShortestSlice{50}, kLongestSlice{800};
@@ -51,12 +47,6 @@ std::string BaseTable(std::string_view sql) {
   return std::string((*query)->cores.front().from.front().name);
 }
 
-// A server's sentence inside one of ours.
-std::string WithoutStop(std::string sentence) {
-  while (sentence.ends_with('.')) sentence.pop_back();
-  return sentence;
-}
-
 FieldKind FieldKindOf(OdbcStatement::Kind kind) {
   switch (kind) {
     case OdbcStatement::Kind::Integer:
@@ -86,55 +76,24 @@ OdbcDriver::~OdbcDriver() {
 }
 
 void OdbcDriver::Connect() {
-  const std::string server =
-      fmt::format("server {} ({})", dialect_->ServerOf(settings_), dialect_->Product());
-  const std::string database = dialect_->DatabaseOf(settings_);
+  OpenServerCompany(database_, settings_);
   try {
-    database_.Open(settings_);
-    CheckVersion(fmt::format("database {} on the {}", database, server));
     for (const auto& filling : fillings_) database_.Run(filling.second);
   } catch (const ServerError& error) {
     database_.Close();
-    switch (error.failure()) {
-      case ServerFailure::LoginRefused:
-        throw DatabaseError(fmt::format("The {} refused the user or his password.", server));
-      case ServerFailure::NoSuchDatabase:
-        throw DatabaseError(fmt::format("There is no database {} on the {}.", database, server));
-      case ServerFailure::Denied:
-        throw DatabaseError(
-            fmt::format("The user may not open the database {} on the {}.", database, server));
-      default:
-        throw DatabaseError(fmt::format("The {} cannot be reached: {}{}.", server,
-                                        WithoutStop(error.description()),
-                                        error.state().empty() ? "" : " (" + error.state() + ")"));
-    }
+    throw NotReached(*dialect_, settings_, error);
   }
-}
-
-void OdbcDriver::CheckVersion(const std::string& place) {
-  std::int64_t version = 0;
-  try {
-    version = database_.Number("SELECT VERSION FROM KTL_SCHEMA");
-  } catch (const ServerError& error) {
-    if (error.failure() != ServerFailure::NoSuchTable) throw;
-    if (dialect_->MayLackVersion()) return;
-    database_.Close();
-    throw DatabaseError(fmt::format("The {} is no company.", place));
-  }
-  if (version == kSchemaVersion) return;
-  database_.Close();
-  throw DatabaseError(fmt::format("The {} has schema version {}; this program works with version {}.", place,
-                                  version, kSchemaVersion));
 }
 
 template <typename Work>
 auto OdbcDriver::Say(Work work) {
   if (state_ == State::Undone) throw DatabaseError(kUndone);
   if (!database_.IsOpen()) Connect();
+  const auto since = Clock::now();
   try {
     return work();
   } catch (const ServerError& error) {
-    Learn(error);
+    Learn(error, since);
   }
 }
 
@@ -148,7 +107,19 @@ bool OdbcDriver::TransactionLives() {
   }
 }
 
-void OdbcDriver::Learn(const ServerError& error) {
+std::string OdbcDriver::NoAnswer() const {
+  return fmt::format("The database server did not answer within {} seconds", settings_.commandTimeout);
+}
+
+// A server that hangs does not even say that the time is over.
+std::string OdbcDriver::HowLost(Clock::time_point since) const {
+  const bool hung =
+      settings_.commandTimeout > 0 && Clock::now() - since >= std::chrono::seconds(settings_.commandTimeout);
+  return hung ? NoAnswer() + ", and the connection was given up"
+              : "The connection to the database server was lost";
+}
+
+void OdbcDriver::Learn(const ServerError& error, Clock::time_point since) {
   const bool inTransaction = state_ != State::Free;
   const bool isOver =
       error.failure() == ServerFailure::ConnectionLost || error.failure() == ServerFailure::DeadLock;
@@ -156,22 +127,18 @@ void OdbcDriver::Learn(const ServerError& error) {
   switch (error.failure()) {
     case ServerFailure::ConnectionLost:
       database_.Close();
-      throw DatabaseError(
-          inTransaction
-              ? "The connection to the database server was lost: nothing of what was begun is saved. Please do it "
-                "again."
-              : "The connection to the database server was lost. If something was being saved, look whether it "
-                "is there before doing it again.");
+      throw DatabaseError(HowLost(since) +
+                          (inTransaction
+                               ? ": nothing of what was begun is saved. Please do it again."
+                               : ". If something was being saved, look whether it is there before doing it "
+                                 "again."));
     case ServerFailure::DeadLock:
       throw DatabaseError(
           "Another workstation was writing the same rows: nothing is saved. Please do it again.");
     case ServerFailure::LockWait:
       throw DatabaseError(kLockedText);
     case ServerFailure::TimeOut:
-      throw DatabaseError(
-          fmt::format("The database server did not answer within {} seconds. Try again, or raise the setting "
-                      "COMDTIME.",
-                      settings_.commandTimeout));
+      throw DatabaseError(NoAnswer() + ". Try again, or raise the setting COMDTIME.");
     case ServerFailure::Denied:
       throw DatabaseError(
           fmt::format("The user of the database may not do this: {}. Ask whoever looks after the server.",
@@ -404,6 +371,7 @@ void OdbcDriver::Commit() {
     Rollback();
     throw DatabaseError(kUndone);
   }
+  const auto since = Clock::now();
   try {
     database_.Run(dialect_->CommitText());
     state_ = State::Free;
@@ -411,9 +379,7 @@ void OdbcDriver::Commit() {
     if (error.failure() == ServerFailure::ConnectionLost) {
       database_.Close();
       state_ = State::Free;
-      throw DatabaseError(
-          "The connection to the database server was lost while saving. Look whether it is there before doing it "
-          "again.");
+      throw DatabaseError(HowLost(since) + " while saving. Look whether it is there before doing it again.");
     }
     state_ = State::Undone;
     Rollback();
@@ -435,14 +401,6 @@ void OdbcDriver::Rollback() {
 
 void OdbcDriver::MakeDurable() {
   if (!InTransaction()) changed_ = false;
-}
-
-std::unique_ptr<Driver> OpenMariaDb(const ConnectionSettings& settings) {
-  return std::make_unique<OdbcDriver>(std::make_unique<MariaDbDialect>(), settings);
-}
-
-std::unique_ptr<Driver> OpenSqlServer(const ConnectionSettings& settings) {
-  return std::make_unique<OdbcDriver>(std::make_unique<SqlServerDialect>(), settings);
 }
 
 }  // namespace ktl

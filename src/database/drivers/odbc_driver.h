@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <string>
@@ -42,6 +43,8 @@ class OdbcDriver final : public ProgramDriver {
   void Call(const tsql::Step& step) override;
 
  private:
+  using Clock = std::chrono::steady_clock;
+
   enum class State {
     Free,
     InTransaction,
@@ -57,12 +60,13 @@ class OdbcDriver final : public ProgramDriver {
   using Key = std::shared_ptr<std::vector<Value>>;
 
   void Connect();
-  void CheckVersion(const std::string& place);
   // Runs what says something to the server; what its failure means for the connection is seen to here.
   template <typename Work>
   auto Say(Work work);
   bool TransactionLives();
-  [[noreturn]] void Learn(const ServerError& error);
+  [[noreturn]] void Learn(const ServerError& error, Clock::time_point since);
+  std::string NoAnswer() const;
+  std::string HowLost(Clock::time_point since) const;
 
   // For a server that speaks the language of the texts.
   ResultSet QueryWhole(std::string_view sql, Fetch fetch, bool updatable);
@@ -81,8 +85,5 @@ class OdbcDriver final : public ProgramDriver {
   std::map<std::string, std::string> fillings_;
   std::unordered_map<std::string, Table, tsql::WordHash, tsql::WordEqual> tables_;
 };
-
-std::unique_ptr<Driver> OpenMariaDb(const ConnectionSettings& settings);
-std::unique_ptr<Driver> OpenSqlServer(const ConnectionSettings& settings);
 
 }  // namespace ktl

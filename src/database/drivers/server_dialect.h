@@ -57,6 +57,8 @@ class ServerDialect {
   // Where the company is, for messages.
   virtual std::string ServerOf(const ConnectionSettings& settings) const = 0;
   virtual std::string DatabaseOf(const ConnectionSettings& settings) const = 0;
+  // Throws DatabaseError for what its driver would take for something else.
+  virtual void CheckSettings(const ConnectionSettings&) const {}
   // The ODBC connection string behind its driver's name. It holds the password: it is for the driver alone.
   virtual std::string OdbcString(const ConnectionSettings& settings, std::string_view driver) const = 0;
   // Said once after each connect.

@@ -307,8 +307,11 @@ void Writer::WriteLimit(const Expr& count) {
 }
 
 void Writer::WriteCore(const SelectCore& core, bool unite) {
-  List(core.distinct ? "SELECT DISTINCT " : "SELECT ", core.items,
-       [&](const SelectItem& item) { WriteItem(item, core.distinct || unite); });
+  List(core.distinct ? "SELECT DISTINCT " : "SELECT ", core.items, [&](const SelectItem& item) {
+    const bool bareStar = item.expr && item.expr->kind == ExprKind::Star && item.expr->qualifier.empty();
+    if (bareStar && &item != &core.items.front()) return WriteLaterStar(core);
+    WriteItem(item, core.distinct || unite);
+  });
   WriteSources(core);
   WriteWhere(core.where);
   if (NeedsGroups(core))

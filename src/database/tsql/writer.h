@@ -57,6 +57,8 @@ class Writer {
   virtual void WriteInQuery(const Expr& expr);  // [NOT] IN (SELECT ...)
   virtual void WriteSources(const SelectCore& core) { WriteFrom(core.from); }
   virtual bool HasFullJoin() const { return true; }
+  // A star that stands behind other columns.
+  virtual void WriteLaterStar(const SelectCore&) { Put("*"); }
   virtual bool NeedsGroups(const SelectCore&) const { return true; }  // or writes no GROUP BY
 
   // target: the item of FROM that is the table to be updated, if any.
@@ -68,6 +70,7 @@ class Writer {
   void WriteOperand(const Expr& expr);  // in brackets where it could fall apart
   void WriteFrom(const std::vector<TableRef>& tables);
   void WriteTable(const TableRef& table);
+  void WriteObject(const TableRef& table);  // its name
   // target: whose columns they are, where another table of the statement could be meant.
   void WriteAssignments(const Update& update, std::string_view target = {});
   void WriteUpdateConditions(const Update& update);
@@ -114,7 +117,6 @@ class Writer {
   Step WriteAssignment(std::string_view variable, const Expr* value);
   Step Finish(StepKind kind);
 
-  void WriteObject(const TableRef& table);
   void WriteCore(const SelectCore& core, bool unite);
   void WriteItem(const SelectItem& item, bool compared);
   void WriteWhere(const ExprPtr& where);
