@@ -113,6 +113,13 @@ TEST_F(Server, RowsAreKnownAgainByTheirKey) {
   EXPECT_EQ(FailureOf([&] { rows.Update(); }).number(), kRowGoneError);
   rows.Set("BASIC", "much");
   EXPECT_EQ(FailureOf([&] { rows.Update(); }).number(), kWrongTypeError);
+  // Without a key, by all that is in it.
+  database_->Run("CREATE TABLE BARE (A INT, B INT, C INT)");
+  cn_.Execute("INSERT INTO BARE (A, C) VALUES (1, 5), (2, NULL)");
+  Recordset bare(cn_, "SELECT * FROM BARE WHERE C IS NULL", OpenMode::Update);
+  bare.Set("B", 7);
+  bare.Update();
+  EXPECT_EQ(Rows("SELECT * FROM BARE ORDER BY A"), "1|NULL|5\n2|7|NULL");
 }
 
 TEST_F(Server, ADistinctListStepsOverItsIndexEachTime) {
