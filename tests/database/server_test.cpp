@@ -74,12 +74,12 @@ TEST_F(Server, ValuesComeBackAsTheyWere) {
   rows.Set("EMPID", 17);
   rows.Set("empname", "Zoë Ōtake {d '?'} 'x\\");
   rows.Set("BASIC", 1234.565);
-  rows.Set("DOJ", "26/Apr/2010");
+  rows.Set("DOJ", "26/Apr/2010 08:15:30");
   rows.Set("REMARKS", longText);
   rows.Update();
   cn_.Execute("INSERT INTO MAS_EMPLOYEE (EMPID, DOJ) VALUES (18, '01/May/2010 09:30:00')");
   EXPECT_EQ(Rows("SELECT * FROM MAS_EMPLOYEE ORDER BY EMPID"),
-            "17|Zoë Ōtake {d '?'} 'x\\|1234.565|26/04/2010|" + longText +
+            "17|Zoë Ōtake {d '?'} 'x\\|1234.565|26/04/2010 08:15:30|" + longText +
                 "\n18|NULL|NULL|01/05/2010 09:30:00|NULL");
   // Said once, prepared, and prepared before.
   for (int i = 0; i < 3; ++i)
@@ -151,6 +151,8 @@ TEST_F(Server, FailuresKeepTheirNumbersAndTheConnection) {
                {"NoSuchProcedure 1", kStatementError}};
   for (const auto& c : cases)
     for (int i = 0; i < 3; ++i) EXPECT_EQ(FailureOf([&] { cn_.Execute(c.sql); }).number(), c.number) << c.sql;
+  EXPECT_EQ(Failure([&] { cn_.Execute("NoSuchProcedure 1"); }),
+            "Could not find stored procedure 'NoSuchProcedure'.");
   EXPECT_EQ(Rows("SELECT EMPID FROM MAS_EMPLOYEE"), "17");
 }
 

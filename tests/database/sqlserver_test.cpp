@@ -10,6 +10,7 @@
 
 #include "database/connection.h"
 #include "database/drivers/odbc_database.h"
+#include "database/drivers/odbc_text.h"
 #include "database/drivers/sqlserver_dialect.h"
 #include "database/recordset.h"
 #include "failure.h"
@@ -205,6 +206,11 @@ TEST_F(SqlServer, ARowIsWrittenByItsKey) {
   OdbcDatabase::Lease(database, "INSERT INTO T (A) VALUES (?),(?)",
                       std::vector<Value>{Value(Null{}), Value("x")});
   EXPECT_NE(server_.TakeSaid().at(0).find("@P1 NVARCHAR(1),@P2 NVARCHAR(1)"), std::string::npos);
+}
+
+TEST(SqlServerTexts, TextsKeepLettersOfTwoUnits) {
+  EXPECT_EQ(ToUtf16("a😀é"), u"a😀é");
+  EXPECT_EQ(FromUtf16(u"a😀é"), "a😀é");
 }
 
 TEST_F(SqlServer, WhatEndsATransactionLetsNothingStandAlone) {
