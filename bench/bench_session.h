@@ -110,6 +110,7 @@ class LoanClerk {
   }
 
   Session& session() { return *bench_.session; }
+  QuietDesk& desk() { return bench_.desk; }
   modAdvLoan& entry() { return *entry_; }
 
  private:

@@ -1,16 +1,15 @@
 // The yearly benefit beside its main statement written by hand, the month-by-month view, and exports.
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
-#include <malloc.h>
 
 #include <array>
-#include <fstream>
 #include <memory>
 #include <string>
 
 #include "bench_session.h"
 #include "benefit/frmSepInt.h"
 #include "benefit/yearly_run.h"
+#include "peak_memory.h"
 #include "raw_store.h"
 #include "screen/person.h"
 #include "screen/progress.h"
@@ -29,24 +28,6 @@ void Sizes(benchmark::internal::Benchmark* bench) {
   bench->Unit(benchmark::kMillisecond)->Arg(0);
   if (IsLargeMeasured()) bench->Arg(1)->Arg(2);
 }
-
-// The most memory that the process has held since this was made.
-class PeakMemory {
- public:
-  PeakMemory() {
-    malloc_trim(0);
-    std::ofstream("/proc/self/clear_refs") << 5;
-  }
-  double Megabytes() const {
-    std::ifstream status("/proc/self/status");
-    std::string word;
-    while (status >> word && word != "VmHWM:") {
-    }
-    double kilobytes = 0;
-    status >> kilobytes;
-    return kilobytes / 1000;
-  }
-};
 
 // Everybody pays tax, and every loan and advance has a benefit. Made once for the measurements of a size.
 const std::filesystem::path& BenefitCompany(const BenchSize& size) {

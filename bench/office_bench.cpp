@@ -23,6 +23,8 @@
 
 #include "bench_session.h"
 #include "database/connection_string.h"
+#include "frame/rights.h"
+#include "peak_memory.h"
 #include "recovery/modEMIDet.h"
 #include "recovery/modReceipts.h"
 
@@ -92,24 +94,29 @@ struct Said {
   long prepared = 0;
 };
 
-// The log is on from before the connection is made: what was prepared without it is written without values.
+// The log is on from before the connection is made: it tells whose connection one is, and what was prepared
+// without it is written without values.
 class GeneralLog {
  public:
   explicit GeneralLog(Library& library) : library_(library) {
     library_.Say("SET GLOBAL log_output = 'TABLE'");
+    library_.Say("TRUNCATE mysql.general_log");
     library_.Say("SET GLOBAL general_log = 1");
   }
   ~GeneralLog() { library_.Say("SET GLOBAL general_log = 0"); }
   GeneralLog(const GeneralLog&) = delete;
   GeneralLog& operator=(const GeneralLog&) = delete;
 
+  // Of whoever has connected to the company since; in the order of the table, which is that of the saying.
   Said Hear(const std::function<void()>& work) {
-    library_.Say("TRUNCATE mysql.general_log");
+    const long before = library_.Number("SELECT COUNT(*) FROM mysql.general_log");
     work();
     Said said;
-    // In the order of the table, which is that of the saying.
-    for (const auto& row : library_.Say(
-             "SELECT command_type, argument FROM mysql.general_log WHERE thread_id <> CONNECTION_ID()")) {
+    for (const auto& row : library_.Say(fmt::format(
+             "SELECT command_type, argument FROM (SELECT * FROM mysql.general_log LIMIT {}, 1000000) said "
+             "WHERE thread_id IN (SELECT thread_id FROM mysql.general_log WHERE command_type = 'Connect' AND "
+             "INSTR(argument, CONCAT(' on ', DATABASE(), ' ')))",
+             before))) {
       if (row[0] == "Prepare") ++said.prepared;
       if (row[0] == "Query" || row[0] == "Execute") said.texts.push_back(row[1]);
     }
@@ -143,21 +150,28 @@ class StatementCount {
   long lines_ = 0;
 };
 
-long PeakKilobytes() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);)
-    if (line.starts_with("VmHWM:")) return std::stol(line.substr(6));
-  return 0;
-}
-
-void TellMemory(const CompanyAddress& company) {
+// The list of employees with class security on, and the screen that is filled with it.
+void TellMemory(const CompanyAddress& company, Library& library) {
+  library.Say("UPDATE MAS_OPTSET SET CLASSSECURITYN = 1");
   Bench bench(company, "office");
   bench.Connect(company);
-  const long before = PeakKilobytes();
-  modAdvLoan entry(*bench.session, InstructionType::Loan);
+  Session& session = *bench.session;
+  session.hostName = session.data.FnVarGetDbValue("SELECT HOST_NAME()").ToText();
+  const Statement list = session.Sql("Select EMPID, EMPNAME, REFNO From MAS_EMPLOYEE {} Order By EMPNAME",
+                                     ClassSecurityCondition(session, "Where EMPID"));
+  library.Say("UPDATE MAS_OPTSET SET CLASSSECURITYN = 0");
+  const double before = HeapMegabytes();
+  const PeakMemory peak;
+  {
+    const ResultSet rows = session.Cn.Query(list);
+    const double kept = HeapMegabytes() - before, risen = peak.Risen();
+    fmt::print("{} employees of class security: {:.1f} MB kept, {:.1f} MB at most\n", rows.rows.size(), kept,
+               risen);
+    if (!IsHeldOnce(kept, risen)) throw std::runtime_error("rows are held twice");
+  }
+  modAdvLoan entry(session, InstructionType::Loan);
   entry.Load();
-  fmt::print("memory: the loans with everybody in their list {} KB at most, {} KB before\n", PeakKilobytes(),
-             before);
+  fmt::print("the loans with everybody in their list: {:.1f} MB more at most\n", peak.Risen());
 }
 
 void Start(const CompanyAddress& company) {
@@ -174,29 +188,38 @@ std::vector<std::string> Borrowers(Session& session) {
   return borrowers;
 }
 
-void Choose(LoanClerk& clerk, const std::string& employee) {
+void Choose(LoanClerk& clerk, const std::string& employee, const std::string& serial = "1") {
   clerk.entry().employee.cmbEmpName.SetBoundText(employee);
-  clerk.entry().txtSerialNo.SetText("1");
+  clerk.entry().txtSerialNo.SetText(serial);
 }
 
 // A person who gives one employee the same loan of 360 months again and again.
 class Lender {
  public:
   Lender(LoanClerk& clerk, Library& library)
-      : clerk_(clerk), library_(library), employee_(clerk.Employees().front()) {}
+      : clerk_(clerk),
+        library_(library),
+        employee_(clerk.Employees().front()),
+        before_(library.Number(
+            "SELECT IFNULL(MAX(SERIALNO), 0) FROM INS_ADVLOAN WHERE SITYPE = 2 AND EMPID = " + employee_)) {}
 
-  void Type() {
-    clerk_.Type(employee_, kInstalments);
-    serial_ = clerk_.entry().txtSerialNo.Text();
-  }
+  void Type() { clerk_.Type(employee_, kInstalments); }
   void Save() {
     if (!clerk_.Save()) throw std::runtime_error("not saved");
   }
-  // Its audit lines stay.
+  // What he has been given since; the audit lines stay.
   void TakeAway() {
     for (const char* table : {"INS_RECEIPTS", "INS_EMIDETAIL", "INS_ADVLOAN"})
-      library_.Say(fmt::format("DELETE FROM {} WHERE EMPID = {} AND SITYPE = 2 AND SERIALNO = {}", table,
-                               employee_, serial_));
+      library_.Say(fmt::format("DELETE FROM {} WHERE EMPID = {} AND SITYPE = 2 AND SERIALNO > {}", table,
+                               employee_, before_));
+  }
+  // The last one, as it stands in the tables.
+  void Show() {
+    clerk_.entry().employee.cmbEmpName.SetBoundText(clerk_.Employees().back());
+    Choose(clerk_, employee_,
+           library_.Say("SELECT MAX(SERIALNO) FROM INS_ADVLOAN WHERE SITYPE = 2 AND EMPID = " + employee_)
+               .at(0)
+               .at(0));
   }
   // A rupee of the first month for each of the months behind it, and back again.
   void Spread(modEMIDet& editor) {
@@ -217,7 +240,8 @@ class Lender {
  private:
   LoanClerk& clerk_;
   Library& library_;
-  std::string employee_, serial_;
+  std::string employee_;
+  long before_;
   bool lowered_ = false;
 };
 
@@ -257,6 +281,8 @@ void CountMessages(const CompanyAddress& company, Library& library) {
   }
   lender.Type();
   count("saving 360 months", [&] { lender.Save(); });
+  lender.Show();
+  clerk.desk().answer = Answer::Yes;
   modEMIDet editor(clerk.session(), clerk.entry());
   editor.Load();
   lender.Spread(editor);
@@ -300,13 +326,13 @@ void MeasureSaving(const CompanyAddress& company, Library& library) {
 
 int Main(const std::string& connection) {
   const CompanyAddress company = AddressOf(connection);
-  TellMemory(company);
+  Library library(connection);
+  TellMemory(company, library);
   MeasureStart(company);
   {
     LoanClerk clerk(company, "office");
     MeasureChoosing(clerk);
   }
-  Library library(connection);
   MeasureSaving(company, library);
   CountMessages(company, library);
   return 0;

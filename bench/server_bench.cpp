@@ -2,19 +2,18 @@
 // own client library, one after the other so that both meet the same machine. The server is the one on the
 // socket in KTL_TEST_MARIADB_SOCKET (tests/private_mariadb.sh starts a private one).
 #include <fmt/format.h>
-#include <malloc.h>
 #include <mysql.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <fstream>
 #include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "database/connection.h"
+#include "peak_memory.h"
 
 namespace ktl {
 namespace {
@@ -30,14 +29,20 @@ class Library {
   }
   ~Library() { mysql_close(connection_); }
 
-  long Say(const std::string& sql) {
+  // The rows are read as they come, and kept, as a program needs them.
+  std::vector<std::vector<std::string>> Say(const std::string& sql) {
     if (mysql_real_query(connection_, sql.data(), sql.size()) != 0)
       throw std::runtime_error(mysql_error(connection_));
-    // All rows are held before the first is looked at, as the program holds them.
-    MYSQL_RES* result = mysql_store_result(connection_);
-    if (result == nullptr) return static_cast<long>(mysql_affected_rows(connection_));
-    long rows = 0;
-    while (mysql_fetch_row(result) != nullptr) ++rows;
+    std::vector<std::vector<std::string>> rows;
+    MYSQL_RES* result = mysql_use_result(connection_);
+    if (result == nullptr) return rows;
+    while (const MYSQL_ROW row = mysql_fetch_row(result)) {
+      const unsigned long* lengths = mysql_fetch_lengths(result);
+      auto& kept = rows.emplace_back();
+      kept.reserve(mysql_num_fields(result));
+      for (unsigned i = 0; i < mysql_num_fields(result); ++i)
+        kept.emplace_back(row[i] != nullptr ? std::string(row[i], lengths[i]) : "");
+    }
     mysql_free_result(result);
     return rows;
   }
@@ -163,19 +168,13 @@ void CountRoundTrips(Connection& cn, Library& library) {
   fmt::print("messages for 1000 statements: {}\n", library.Number(sent) - before - 1);
 }
 
-long PeakKilobytes() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);)
-    if (line.starts_with("VmHWM:")) return std::atol(line.c_str() + 6);
-  return 0;
-}
-
 void TellMemory(Connection& cn) {
-  const std::size_t before = mallinfo2().uordblks;
-  const long peakBefore = PeakKilobytes();
+  const double before = HeapMegabytes();
+  const PeakMemory peak;
   const ResultSet rows = cn.Query("Select * From INS_EMIDETAIL");
-  fmt::print("120,000 rows: {} KB kept, the peak rose by {} KB\n", (mallinfo2().uordblks - before) / 1024,
-             PeakKilobytes() - peakBefore);
+  const double kept = HeapMegabytes() - before, risen = peak.Risen();
+  fmt::print("120,000 rows: {:.1f} MB kept, {:.1f} MB at most\n", kept, risen);
+  if (!IsHeldOnce(kept, risen)) throw std::runtime_error("rows are held twice");
 }
 
 int Main() {

@@ -1,9 +1,15 @@
 #!/usr/bin/env bash
 # One private MariaDB server for all test programs of a run: in a folder of its own, on a socket, no network. Where it
 # cannot be had, the tests that need it say so.
-#   private_mariadb.sh start|stop FOLDER
+#   private_mariadb.sh start|look|stop FOLDER
 set -euo pipefail
 folder=$2
+if [ "$1" = look ]; then
+  [ ! -S "$folder/socket" ] || exit 0
+  tail -n 3 "$folder/log" 2>/dev/null || true
+  echo "No MariaDB server could be started: what needs one was left out of every room."
+  exit 77
+fi
 stop() {
   if [ -s "$folder/pid" ]; then
     pid=$(cat "$folder/pid")

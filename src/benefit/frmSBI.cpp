@@ -5,8 +5,8 @@
 #include "benefit/amount_column.h"
 #include "frame/fin_years.h"
 #include "frame/handler_guard.h"
-#include "frame/rights.h"
 #include "frame/session.h"
+#include "frame/writing_buttons.h"
 #include "frame/writing_turn.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -42,10 +42,7 @@ void frmSBI::Form_Load() {
   session_.ActiveForm = this;
   SetColumns();
   ShowAsDefault(true);
-  for (Button* button : {&cmdSave, &cmdDelete}) {
-    button->whyDisabled = WhyReadOnly(session_);
-    button->enabled = button->whyDisabled.empty();
-  }
+  EnableWriting(session_, {&cmdSave, &cmdDelete});
   RunGuarded(session_, ErrorStyle::NumberFirst, "", [this] {
     cmbFinYear.SetRows(ReadFinYears(session_));
     FillRates();

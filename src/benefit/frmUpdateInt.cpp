@@ -9,8 +9,8 @@
 #include "frame/employee_number.h"
 #include "frame/fin_years.h"
 #include "frame/handler_guard.h"
-#include "frame/rights.h"
 #include "frame/session.h"
+#include "frame/writing_buttons.h"
 #include "frame/writing_turn.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -61,9 +61,7 @@ void frmUpdateInt::Form_Load() {
   lblNoteoneMOnth.visible = blnSkipOneMonth_;
   session_.ActiveForm = this;
   SetColumns();
-  cmdPort.whyDisabled = WhyReadOnly(session_);
-  cmdPort.enabled = cmdPort.whyDisabled.empty();
-  mnuSelect.enabled = mnuAll.enabled = cmdPort.enabled;
+  mnuSelect.enabled = mnuAll.enabled = EnableWriting(session_, {&cmdPort});
   RunGuarded(session_, ErrorStyle::NumberFirst, "", [this] {
     INTFRLNRULE_ = FirstYearOfRule(session_);
     cmbFinYear.SetRows(ReadFinYears(session_));

@@ -1,5 +1,7 @@
 #include "common/sql_text.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -28,6 +30,16 @@ std::string LikePattern(std::string_view searched) {
     pattern += special ? std::string{'[', c, ']'} : std::string{c};
   }
   return DoubleQuotes(pattern);
+}
+
+std::string AmongNumbers(std::string_view column, std::span<const long> numbers) {
+  constexpr std::size_t kMostOthers = 1;  // to one that is meant
+  if (!numbers.empty()) {
+    const auto [first, last] = std::ranges::minmax(numbers);
+    if (static_cast<std::size_t>(last - first) < numbers.size() * (1 + kMostOthers))
+      return fmt::format("{} Between {} And {}", column, first, last);
+  }
+  return fmt::format("{} In ({})", column, fmt::join(numbers, ", "));
 }
 
 clsSPChar::clsSPChar(std::string_view dbType) : dbType_(UpperCase(dbType)) {}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,9 @@ std::string DoubleQuotes(std::string_view text);
 // A searched text inside a LIKE pattern, where "%", "_" and "[" find themselves. Its quotes are doubled as
 // well.
 std::string LikePattern(std::string_view searched);
+// The condition that a column is one of the numbers. Where most numbers between them are meant it is theirs
+// all the same, others included: such texts differ in two numbers only and are read once by the database.
+std::string AmongNumbers(std::string_view column, std::span<const long> numbers);
 
 // Values typed by a person, made safe for a statement. Plain replacements in a fixed order; no state but the
 // dialect word ("SQL", "MYSQL", "ACC97", ...), which the caller reads from the settings ("Settings",

@@ -122,7 +122,9 @@ class Copying final {
 }  // namespace
 
 CopiedCompany CopyCompany(const CompanyCopy& copy) {
-  if (copy.from.connectionString == copy.to.connectionString)
+  std::error_code apart;
+  if (copy.from.connectionString == copy.to.connectionString ||
+      std::filesystem::equivalent(copy.from.file, copy.to.file, apart))
     throw CompanyError(copy.to.shown + ": is the company to be copied");
   return TellingFiles([&] {
     try {

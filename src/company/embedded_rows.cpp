@@ -6,6 +6,7 @@
 #include <set>
 
 #include "company/company.h"
+#include "company/company_error.h"
 #include "company/new_file.h"
 #include "company/row_writer.h"
 #include "company/schema_texts.h"
@@ -61,9 +62,12 @@ class EmbeddedTarget final : public RowTarget {
   EmbeddedTarget(const std::filesystem::path& file, bool replace)
       : folder_(std::filesystem::absolute(file).parent_path()),
         file_(file, replace),
-        database_(MakeUnjournaled(file_.path())) {
-    database_->RunScript(kSchemaText);
-    database_->RunScript("BEGIN");
+        database_(MakeUnjournaled(file_.path())),
+        shown_(file.string()) {
+    Writing([&] {
+      database_->RunScript(kSchemaText);
+      database_->RunScript("BEGIN");
+    });
   }
 
   void Make(const TableDescription& table) override {
@@ -76,15 +80,7 @@ class EmbeddedTarget final : public RowTarget {
   }
 
   void Add(const Row& row) override {
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      if (table_.columns[i].kind == ColumnKind::Moment && row[i].IsDate()) {
-        insert_->BindText(i, (StoredDate(row[i].date()) + " 00:00:00").substr(0, 19));
-      } else {
-        insert_->Bind(i, row[i]);
-      }
-    }
-    insert_->Step();
-    insert_->Reset();
+    Writing([&] { Insert(row); });
   }
 
   void Flush() override { insert_.reset(); }
@@ -96,19 +92,44 @@ class EmbeddedTarget final : public RowTarget {
   }
 
   void Keep() override {
-    for (const auto& table : TableCatalogue())
-      if (!made_.contains(table.name)) database_->RunScript(fmt::format("DROP TABLE [{}]", table.name));
-    database_->RunScript("COMMIT");
-    FinishCompany(*database_);
+    Writing([&] {
+      for (const auto& table : TableCatalogue())
+        if (!made_.contains(table.name)) database_->RunScript(fmt::format("DROP TABLE [{}]", table.name));
+      database_->RunScript("COMMIT");
+      FinishCompany(*database_);
+    });
     database_.reset();
     CreateLocalStore(folder_);
     file_.Keep();
   }
 
  private:
+  // A full disk is told with the file that it is full of.
+  template <typename Work>
+  void Writing(const Work& work) {
+    try {
+      work();
+    } catch (const DatabaseError& error) {
+      throw CompanyError(fmt::format("{}: {}", shown_, error.description()));
+    }
+  }
+
+  void Insert(const Row& row) {
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      if (table_.columns[i].kind == ColumnKind::Moment && row[i].IsDate()) {
+        insert_->BindText(i, (StoredDate(row[i].date()) + " 00:00:00").substr(0, 19));
+      } else {
+        insert_->Bind(i, row[i]);
+      }
+    }
+    insert_->Step();
+    insert_->Reset();
+  }
+
   std::filesystem::path folder_;
   NewFile file_;
   std::optional<SqliteDatabase> database_;
+  std::string shown_;
   std::optional<SqliteStatement> insert_;
   TableDescription table_;
   std::set<std::string> made_;

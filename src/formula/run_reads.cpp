@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/sql_text.h"
 #include "runtime/errors.h"
 #include "runtime/text.h"
 
@@ -49,34 +50,38 @@ bool RunReads::TurnTo(const RunPerson& person) {
   return true;
 }
 
-std::span<const RunPerson> RunReads::ReadTogether() const {
-  if (!block_) return {};
-  return std::span(people_).subspan(block_->first, block_->standings.size());
-}
-
 void RunReads::LoadBlock(std::size_t first) {
   block_.reset();
   const std::size_t last = std::min(people_.size(), first + kBlock);
   std::vector<long> detailRows;
   for (std::size_t i = first; i < last; ++i) detailRows.push_back(people_[i].empDetId);
-  const std::string numbers = fmt::format("{}", fmt::join(detailRows, ", "));
+  const std::string ofPeople = AmongNumbers("EMPDETID", detailRows);
   Block block{
       .first = first,
       .people = fmt::format("(Select EMPID As RUNEMPID, EMPDETID As RUNDETID, ATTHEADID As RUNHEADID, "
-                            "STRUCTID As RUNSTRUCTID From MAS_EMPLOYEEDET Where EMPDETID In ({})) WHO",
-                            numbers)};
+                            "STRUCTID As RUNSTRUCTID From MAS_EMPLOYEEDET Where {}) WHO",
+                            ofPeople)};
   block.standings.resize(last - first);
   Recordset rows(silent_.Cn(), fmt::format("Select EMPID, EMPDETID, ATTHEADID, STRUCTID From MAS_EMPLOYEEDET "
-                                           "Where EMPDETID In ({})",
-                                           numbers));
+                                           "Where {}",
+                                           ofPeople));
   for (; !rows.Eof(); rows.MoveNext()) {
     const long detail = rows[1].ToLong();
-    block.standings[places_.at(detail) - first] =
-        Standing{.person = {rows[0].ToLong(), detail},
-                 .attHeadId = static_cast<long>(rows[2].NumberOr0()),
-                 .structId = static_cast<long>(rows[3].NumberOr0())};
+    const auto place = PlaceIn(block, detail);
+    if (!place) continue;
+    block.standings[*place] = Standing{.person = {rows[0].ToLong(), detail},
+                                       .attHeadId = static_cast<long>(rows[2].NumberOr0()),
+                                       .structId = static_cast<long>(rows[3].NumberOr0())};
   }
   block_ = std::move(block);
+}
+
+// Nothing for those who merely stand between the people of the block.
+std::optional<std::size_t> RunReads::PlaceIn(const Block& block, long empDetId) const {
+  const auto found = places_.find(empDetId);
+  if (found == places_.end() || found->second < block.first) return std::nullopt;
+  const std::size_t place = found->second - block.first;
+  return place < block.standings.size() ? std::optional(place) : std::nullopt;
 }
 
 std::string RunReads::Employee(long empId) const {
@@ -154,9 +159,10 @@ RunReads::Shared RunReads::ReadRows(const std::string& sql) {
 
 void RunReads::EachRow(ResultSet result, const std::function<void(std::size_t place, ResultRow row)>& take) {
   for (ResultRow& row : result.rows) {
-    const std::size_t place = places_.at(row[1].ToLong()) - block_->first;
+    const auto place = PlaceIn(*block_, row[1].ToLong());
+    if (!place) continue;
     row.erase(row.begin(), row.begin() + 2);
-    take(place, std::move(row));
+    take(*place, std::move(row));
   }
 }
 

@@ -3,7 +3,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -30,8 +29,6 @@ class RunReads final : public EmployeeReads {
 
   // Whom the statements are about from here on; false when he is none of the people.
   bool TurnTo(const RunPerson& person);
-  // Those who are read together with him.
-  std::span<const RunPerson> ReadTogether() const;
   // Whether anything was, so far, that may depend on what is written meanwhile.
   bool HasAskedAnew() const { return askedAnew_; }
 
@@ -85,6 +82,7 @@ class RunReads final : public EmployeeReads {
   };
 
   void LoadBlock(std::size_t first);
+  std::optional<std::size_t> PlaceIn(const Block& block, long empDetId) const;
   const Value& ValueOf(const std::string& sql);
   std::vector<Value> ReadValues(const std::string& sql);
   Shared ReadRows(const std::string& sql);

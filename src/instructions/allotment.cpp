@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "common/fetch.h"
 #include "common/month_year.h"
@@ -79,14 +80,15 @@ std::vector<long> InService(Session& session, const std::vector<long>& employees
   return accepted;
 }
 
-AllottedAmounts::AllottedAmounts(Session& session, const Terms& terms, const std::vector<long>& employees)
+AllottedAmounts::AllottedAmounts(Session& session, const Terms& terms, const std::vector<long>& employees,
+                                 FormulaRun::ToldOfReckoned reckoned)
     : typed_(terms.typed), factor_(terms.factor) {
   if (!terms.formula.IsSet() || factor_ <= 0) return;
   formula_.emplace(session,
                    FormulaRequest{.formulaId = FormulaIdOf(session, terms.formula.text),
                                   .monthYear = terms.monthYear,
                                   .period = PeriodOf(terms.monthYear)},
-                   employees);
+                   employees, std::move(reckoned));
 }
 
 double AllottedAmounts::Of(long employee, std::string& failure) {

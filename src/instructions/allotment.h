@@ -50,7 +50,9 @@ class AllottedAmounts {
     double factor = 1;  // of the formula's result; a formula without one does not count
     long monthYear = 0;
   };
-  AllottedAmounts(Session& session, const Terms& terms, const std::vector<long>& employees);
+  // The formula is evaluated for all when the first is asked for, and tells how far it has come.
+  AllottedAmounts(Session& session, const Terms& terms, const std::vector<long>& employees,
+                  FormulaRun::ToldOfReckoned reckoned = {});
 
   // A formula that fails gives 0; why stands in the failure, which is "" otherwise.
   double Of(long employee, std::string& failure);

@@ -6,6 +6,7 @@
 #include "common/month_year.h"
 #include "formula/clsEvalFormula.h"
 #include "frame/modExternal.h"
+#include "frame/number_fields.h"
 #include "frame/rights.h"
 #include "frame/session.h"
 #include "instructions/entry_lists.h"
@@ -86,8 +87,7 @@ MonthsFormulaFrame::MonthsFormulaFrame(Session& session, Screen& screen, Frame& 
       lblMonths(screen, "lblMonths", "Number of Months"),
       txtMonths(screen, "txtMonths") {
   fmeFormula.Hold({lblMonths, txtMonths});
-  txtMonths.rightAligned = true;
-  txtMonths.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
+  TakeCounts({&txtMonths});
 }
 
 void MonthsFormulaFrame::Forget() {

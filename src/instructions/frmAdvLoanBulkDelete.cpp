@@ -8,6 +8,7 @@
 #include "frame/pickers.h"
 #include "frame/rights.h"
 #include "frame/session.h"
+#include "frame/writing_buttons.h"
 #include "frame/writing_turn.h"
 #include "instructions/entry_grids.h"
 #include "instructions/list_columns.h"
@@ -69,8 +70,7 @@ void frmAdvLoanBulkDelete::Form_Load() {
   ticks_.Count();
   RunGuarded(session_, ErrorStyle::NumberFirst, "", [this] { FillLists(); });
   ApplyTypeRights(session_, *this, type_);
-  cmdDelete.enabled = !session_.ReadOnlyUser;
-  if (session_.ReadOnlyUser) cmdDelete.whyDisabled = WhyReadOnly(session_);
+  EnableWriting(session_, {&cmdDelete}, WriteLock::OfUser);
 }
 
 void frmAdvLoanBulkDelete::FillLists() {

@@ -1,15 +1,11 @@
 #include "instructions/incentive_frame.h"
 
 #include "common/amounts.h"
+#include "frame/number_fields.h"
 
 namespace ktl {
 
 namespace {
-
-void AskForPercent(TextBox& box) {
-  box.rightAligned = true;
-  box.onKeyPress = [&box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box.Text()); };
-}
 
 void FollowTick(CheckBox& tick, TextBox& percent) {
   tick.onClick = [&tick, &percent] {
@@ -27,7 +23,7 @@ void ShowShare(CheckBox& tick, TextBox& percent, const std::optional<FundShare>&
 
 IncentiveFrame::IncentiveFrame(Screen& screen, Percent percent) : screen_(screen) {
   fmePFESI.Hold({chkPF, txtPFPer, chkESI, txtESIPer, chkPT});
-  for (TextBox* box : {&txtPFPer, &txtESIPer}) AskForPercent(*box);
+  TakeAmounts({&txtPFPer, &txtESIPer});
   if (percent == Percent::Always) return;
   FollowTick(chkPF, txtPFPer);
   FollowTick(chkESI, txtESIPer);

@@ -5,15 +5,18 @@
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "frame/modExternal.h"
+#include "frame/number_fields.h"
 #include "frame/pickers.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
+#include "frame/writing_buttons.h"
 #include "frame/writing_turn.h"
 #include "instructions/entry_lists.h"
 #include "instructions/entry_questions.h"
 #include "instructions/instruction_statements.h"
+#include "instructions/list_columns.h"
 #include "instructions/shown_rows.h"
 #include "instructions/total_interest.h"
 #include "instructions/type_rights.h"
@@ -22,12 +25,6 @@
 #include "workbook/export_menu.h"
 
 namespace ktl {
-
-namespace {
-
-constexpr Colour kAboutToGoColour = 0xFFE0E0;
-
-}  // namespace
 
 modAdvLoan::modAdvLoan(Session& session, InstructionType type)
     : Screen("modAdvLoan"),
@@ -104,12 +101,8 @@ void modAdvLoan::PlaceInFrames() {
 }
 
 void modAdvLoan::SetKeyFilters() {
-  for (TextBox* box : {&txtAdvAmount, &txtInterestAmt}) {
-    box->rightAligned = true;
-    box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
-  }
-  txtSerialNo.rightAligned = true;
-  txtSerialNo.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
+  TakeAmounts({&txtAdvAmount, &txtInterestAmt});
+  TakeCounts({&txtSerialNo});
   txtAdvDate.onKeyPress = clsGenCmn::DateKeyWithAlpha;
 }
 
@@ -196,15 +189,9 @@ void modAdvLoan::chkCurrEMIEmp_Click() { FillEmployeeLists(); }
 
 // Buttons by the rights of the user and the lock of the employee.
 void modAdvLoan::EnableCommands() {
-  const std::string why = WhyReadOnly(session_);
-  const bool writable = why.empty();
-  for (Button* button :
-       {&cmdSave, &cmdDelete, &cmdEMIDelete, &cmdMonthly, &cmdNew, &cmdEmi, &cmdInstitution, &cmdMaster}) {
-    button->enabled = writable;
-    button->whyDisabled = why;
-  }
-  cmdMultiAllot.enabled = !session_.ReadOnlyUser;
-  cmdMultiAllot.whyDisabled = why;
+  const bool writable = EnableWriting(session_, {&cmdSave, &cmdDelete, &cmdEMIDelete, &cmdMonthly, &cmdNew,
+                                                 &cmdEmi, &cmdInstitution, &cmdMaster});
+  EnableWriting(session_, {&cmdMultiAllot}, WriteLock::OfUser);
   cmdEmi.enabled = writable || employee.Employee() == 0;  // a read-only user loses it with the first employee
   schedule_.Lock(!writable);
   EnableInputs();

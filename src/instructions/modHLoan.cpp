@@ -3,9 +3,10 @@
 #include "common/amounts.h"
 #include "frame/fin_years.h"
 #include "frame/handler_guard.h"
-#include "frame/rights.h"
+#include "frame/number_fields.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
+#include "frame/writing_buttons.h"
 #include "frame/writing_turn.h"
 #include "instructions/list_columns.h"
 #include "runtime/numbers.h"
@@ -28,10 +29,9 @@ modHLoan::modHLoan(Session& session, InstructionParent& parent)
   fmeHouse.Hold({lblHAddr, txtHAddr, lblHType, cmbHType, lblNote, optCapBorYes, optCapBorNo});
   fmeYear.Hold({lblFinYear, cmbFinYear, lblPrcpAmt, txtPrcpAmt, lblInterestAmt, txtInterestAmt, lblGross,
                 txtGross, lblMTax, txtMTax});
+  TakeAmounts({&txtPrcpAmt, &txtInterestAmt, &txtGross, &txtMTax});
   for (TextBox* box : {&txtPrcpAmt, &txtInterestAmt, &txtGross, &txtMTax}) {
-    box->rightAligned = true;
     box->maxLength = kLongestAmount;
-    box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
     box->onLeave = [box] { box->SetText(clsGenCmn::FnStrConvertToNumber(box->Text(), 2)); };
   }
   ConnectHandlers();
@@ -58,11 +58,7 @@ Subject modHLoan::Subject() const {
 
 void modHLoan::Form_Load() {
   SetColumns();
-  const std::string why = WhyReadOnly(session_);
-  for (Button* button : {&cmdSave, &cmdDelete, &cmdAdd, &cmdRemove}) {
-    button->enabled = why.empty();
-    button->whyDisabled = why;
-  }
+  EnableWriting(session_, {&cmdSave, &cmdDelete, &cmdAdd, &cmdRemove});
   cmbHType_Change();
   RunGuarded(session_, ErrorStyle::DescriptionOnly, "", [this] {
     cmbHType.SetRows(ReadHouseTypes(session_));

@@ -9,10 +9,11 @@
 #include "common/month_year.h"
 #include "frame/handler_guard.h"
 #include "frame/modExternal.h"
+#include "frame/number_fields.h"
 #include "frame/pickers.h"
-#include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
+#include "frame/writing_buttons.h"
 #include "instructions/advloan_write.h"
 #include "instructions/entry_lists.h"
 #include "instructions/type_rights.h"
@@ -65,14 +66,8 @@ void modMultiAllot::PlaceInFrames() {
 }
 
 void modMultiAllot::SetKeyFilters() {
-  for (TextBox* box : {&txtAdvAmount, &txtInterestAmt, &txtPolicyAmount}) {
-    box->rightAligned = true;
-    box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
-  }
-  for (TextBox* box : {&txtInterestAmt, &txtPolicyAmount})
-    box->onLeave = [box] { box->SetText(clsGenCmn::FnStrConvertToNumber(box->Text(), 2)); };
-  txtMonths.rightAligned = true;
-  txtMonths.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
+  TakeAmounts({&txtAdvAmount, &txtInterestAmt, &txtPolicyAmount});
+  TakeCounts({&txtMonths});
   for (TextBox* box : {&txtAdvDate, &txtStartMonth, &txtEndMonth})
     box->onKeyPress = clsGenCmn::DateKeyWithAlpha;
   for (TextBox* box : {&txtStartMonth, &txtEndMonth}) {
@@ -88,6 +83,8 @@ void modMultiAllot::ConnectHandlers() {
   cmbSIName.onChange = on(&modMultiAllot::cmbSIName_Change);
   txtAdvDate.onLeave = on([this] { LeaveDate(txtAdvDate, recovery.txtRecvrFrom); });
   txtAdvAmount.onLeave = on([this] { LeaveAmount(session_, rules_, txtAdvAmount, txtInterestAmt); });
+  for (TextBox* box : {&txtInterestAmt, &txtPolicyAmount})
+    box->onLeave = on([box] { box->SetText(clsGenCmn::FnStrConvertToNumber(box->Text(), 2)); });
   for (TextBox* box : {&incentive.txtPFPer, &incentive.txtESIPer})
     box->onLeave = on([box] { LeavePercent(*box); });
   cmdIntrCalc.onClick = on([this] {
@@ -145,10 +142,7 @@ void modMultiAllot::Form_Load() {
     premiumFormula.FillList();
   });
   ApplyTypeRights(session_, *this, type_);
-  for (Button* button : {&cmdSave, &cmdMaster, &cmdInstitution}) {
-    button->enabled = !session_.ReadOnlyUser;
-    if (session_.ReadOnlyUser) button->whyDisabled = WhyReadOnly(session_);
-  }
+  EnableWriting(session_, {&cmdSave, &cmdMaster, &cmdInstitution}, WriteLock::OfUser);
   ClearFields();
   SetFocus(cmbSIName);
 }
@@ -344,7 +338,9 @@ bool modMultiAllot::Allot(const std::vector<long>& employees, const Allotment& a
   if (!AcceptsService(employees, accepted, allotment)) return false;
   if (allotment.lastCheck && !allotment.lastCheck()) return false;
   Progress::Work work(progress, static_cast<int>(accepted.size()));
-  AllottedAmounts amounts(session_, allotment.terms, accepted);
+  AllottedAmounts amounts(session_, allotment.terms, accepted, [&](std::size_t reckoned) {
+    work.Say(fmt::format("Formula: {} of {} employees", reckoned, accepted.size()));
+  });
   int done = 0;
   std::vector<AllotmentNote> notes = AllotToEach(session_, accepted, amounts, allotment.give, [&] {
     work.Advance(fmt::format("{} of {} employees", ++done, accepted.size()));

@@ -5,7 +5,9 @@
 #include "common/amounts.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
+#include "frame/writing_buttons.h"
 #include "frame/writing_turn.h"
+#include "instructions/list_columns.h"
 #include "instructions/type_rights.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -15,7 +17,6 @@ namespace ktl {
 namespace {
 
 constexpr long kLoanFormCode = 1502;
-constexpr Colour kDeleteColour = 0xFFE0E0;
 constexpr int kPortInsOther = 12;
 
 const char* Word(bool yes) { return yes ? "Yes" : "No"; }
@@ -96,11 +97,7 @@ void modSIMaster::OpenForm() {
   txtDedPref.toolTip =
       "Enter the order in which " + caption_ + " is to be considered for deduction in Salary Calculation.";
   ApplyTypeRights(session_, *this, type_);
-  // An employee's lock does not stand against a name.
-  for (Button* button : {&cmdSave, &cmdDelete}) {
-    button->enabled = !session_.ReadOnlyUser;
-    button->whyDisabled = WhyReadOnly(session_);
-  }
+  EnableWriting(session_, {&cmdSave, &cmdDelete}, WriteLock::OfUser);
   DescribeList();
   cmbSection.SetRows(ReadSections(session_));
   FillList();
@@ -303,7 +300,7 @@ void modSIMaster::cmdDelete_Click() {
                     ".\r\nCannot delete.");
     return;
   }
-  fpgSIMaster.PaintRow(row, kDeleteColour);
+  fpgSIMaster.PaintRow(row, kAboutToGoColour);
   const bool confirmed = session_.desk.Confirm("Do you want to delete selected record?", session_.title);
   fpgSIMaster.PaintRow(row, kNoColour);
   if (!confirmed) return;

@@ -3,6 +3,7 @@
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "frame/handler_guard.h"
+#include "frame/number_fields.h"
 #include "frame/pickers.h"
 #include "frame/session.h"
 #include "runtime/numbers.h"
@@ -14,9 +15,8 @@ RecoveryFrame::RecoveryFrame(Session& session, Screen& screen) : screen_(screen)
                        txtNoOfInstlmnts, lblRecvrFrom, txtRecvrFrom});
   fmeInstallmentRoundOff.Hold({optNearOneRupee, optNearTenRupee, optNearFiftyRupee, optRoundNone});
   optRoundNone.visible = MayRoundToNone();
-  txtInstlAmt.rightAligned = txtNoOfInstlmnts.rightAligned = true;
-  txtInstlAmt.onKeyPress = [this](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, txtInstlAmt.Text()); };
-  txtNoOfInstlmnts.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
+  TakeAmounts({&txtInstlAmt});
+  TakeCounts({&txtNoOfInstlmnts});
   txtRecvrFrom.onKeyPress = clsGenCmn::DateKeyWithAlpha;
   const HandlerGuard on(session, *this, ErrorStyle::NumberFirst);
   optInstlLumpSum.onClick = optInstlCount.onClick = on(&RecoveryFrame::optInstallment_Click);

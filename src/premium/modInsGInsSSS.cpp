@@ -9,11 +9,13 @@
 #include "frame/captions.h"
 #include "frame/employee_number.h"
 #include "frame/modExternal.h"
+#include "frame/number_fields.h"
 #include "frame/pickers.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
+#include "frame/writing_buttons.h"
 #include "frame/writing_turn.h"
 #include "instructions/advloan_data.h"
 #include "instructions/advloan_entry.h"
@@ -67,17 +69,14 @@ void modInsGInsSSS::PlaceInFrames() {
 void modInsGInsSSS::ConnectFields() {
   employee.onChosen = on_(&modInsGInsSSS::cmbEmpName_Change);
   txtSerialNo.onChange = on_(&modInsGInsSSS::txtSerialNo_Change);
-  txtSerialNo.onKeyPress = clsGenCmn::FnIntAllowNumbersOnly;
-  txtSerialNo.rightAligned = txtPolicyAmount.rightAligned = true;
+  TakeCounts({&txtSerialNo});
+  TakeAmounts({&txtPolicyAmount});
   for (TextBox* box : {&txtStartMonth, &txtEndMonth}) {
     box->toolTip = kMonthFormat;
     box->onKeyPress = clsGenCmn::DateKeyWithAlpha;
     box->onLeave = on_([box] { box->SetText(FnStrCorrectMonth(box->Text())); });
     AskForMonth(session_, *box);
   }
-  txtPolicyAmount.onKeyPress = [this](int key) {
-    return clsGenCmn::FnIntAllowAmtOnly(key, txtPolicyAmount.Text());
-  };
   txtPolicyAmount.onLeave = on_([this] {
     const std::string typed = txtPolicyAmount.Text();
     // More than the limit is refused by a save, as it was typed.
@@ -180,14 +179,12 @@ void modInsGInsSSS::FillInstitutions() {
 
 // Buttons by the rights of the user and the lock of the employee; without an employee nothing can be typed.
 void modInsGInsSSS::EnableCommands() {
-  const std::string why = WhyReadOnly(session_);
-  for (Button* button : {&cmdSave, &cmdDelete, &cmdEMIDelete}) {
-    button->enabled = why.empty();
-    button->whyDisabled = why;
+  schedule_.Lock(!EnableWriting(session_, {&cmdSave, &cmdDelete, &cmdEMIDelete}));
+  EnableWriting(session_, {&cmdMultiAllot}, WriteLock::OfUser);
+  if (!facts_.mayAllot) {
+    cmdMultiAllot.enabled = false;
+    cmdMultiAllot.whyDisabled = caption_ + " is given to one employee at a time.";
   }
-  cmdMultiAllot.enabled = facts_.mayAllot && !session_.ReadOnlyUser;
-  cmdMultiAllot.whyDisabled = facts_.mayAllot ? why : caption_ + " is given to one employee at a time.";
-  schedule_.Lock(!why.empty());
   const bool chosen = employee.Employee() != 0;
   for (Control* input : std::initializer_list<Control*>{
            &txtSerialNo, &cmbPolicyName, &txtPolicyNo, &txtStartMonth, &txtEndMonth, &txtPolicyAmount,

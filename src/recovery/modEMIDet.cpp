@@ -8,10 +8,12 @@
 #include "common/month_year.h"
 #include "frame/handler_guard.h"
 #include "frame/modExternal.h"
+#include "frame/number_fields.h"
 #include "frame/pickers.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
+#include "frame/writing_buttons.h"
 #include "frame/writing_turn.h"
 #include "instructions/components.h"
 #include "instructions/list_columns.h"
@@ -26,7 +28,6 @@ namespace ktl {
 namespace {
 
 constexpr const char* kMonthFormat = "Jan/2005(mmm/yyyy)";
-constexpr Colour kDeleteColour = 0xFFE0E0;
 
 }  // namespace
 
@@ -40,10 +41,7 @@ modEMIDet::modEMIDet(Session& session, InstructionParent& parent)
   fmeIntRedBal.Hold({lblInt, txtInt, lblIntFrom, txtIntFrom, lblIntTo, txtIntTo, chkCalculationOn, chkEffDate,
                      cmdIntCalculate, cmdIntNew, cmdIntClose});
   fmeIntRedBal.visible = false;
-  for (TextBox* box : {&txtAmount, &txtInterest, &txtInt}) {
-    box->rightAligned = true;
-    box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
-  }
+  TakeAmounts({&txtAmount, &txtInterest, &txtInt});
   for (TextBox* box : {&txtFromMonth, &txtToMonth, &txtIntFrom, &txtIntTo}) {
     box->toolTip = kMonthFormat;
     box->onKeyPress = clsGenCmn::DateKeyWithAlpha;
@@ -132,13 +130,7 @@ void modEMIDet::ShowForType() {
 }
 
 // Whoever may not save here may not compute interest into the months either.
-void modEMIDet::EnableByRights() {
-  const std::string why = WhyReadOnly(session_);
-  for (Button* button : {&cmdSave, &cmdDelete, &cmdIntCalculate}) {
-    button->enabled = why.empty();
-    button->whyDisabled = why;
-  }
-}
+void modEMIDet::EnableByRights() { EnableWriting(session_, {&cmdSave, &cmdDelete, &cmdIntCalculate}); }
 
 void modEMIDet::FillEmiGrid() {
   shown_ = InstructionAndSchedule(session_, key_);
@@ -319,7 +311,7 @@ void modEMIDet::cmdDelete_Click() {
   if (FnBlnPermitted(session_, cmdDelete)) return;
   const std::optional<std::size_t> row = RowToDelete();
   if (!row) return;
-  fpgEMIDetail.PaintRow(*row, kDeleteColour);
+  fpgEMIDetail.PaintRow(*row, kAboutToGoColour);
   const bool confirmed = MayDelete(*months_.At(*row));
   std::optional<Answer> answer;
   if (confirmed && IsAdvanceOrLoan()) answer = AskAboutAmount("Delete with No Adjustments");

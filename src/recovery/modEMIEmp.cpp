@@ -12,6 +12,7 @@
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
+#include "frame/writing_buttons.h"
 #include "frame/writing_turn.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/list_columns.h"
@@ -80,8 +81,7 @@ void modEMIEmp::Open() {
   if (!ShowEmployeeHeader()) return Unload();
   ReadEmpLockStatus(session_, scope_.employee);
   ApplyTypeRights(session_, *this, scope_.type);
-  cmdUpdate.whyDisabled = WhyReadOnly(session_);
-  cmdUpdate.enabled = cmdUpdate.whyDisabled.empty();
+  EnableWriting(session_, {&cmdUpdate});
   FillMonthList();
   ShowStartingMonth();
 }

@@ -4,9 +4,10 @@
 #include "common/month_year.h"
 #include "frame/handler_guard.h"
 #include "frame/modExternal.h"
-#include "frame/rights.h"
+#include "frame/number_fields.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
+#include "frame/writing_buttons.h"
 #include "frame/writing_turn.h"
 #include "instructions/components.h"
 #include "instructions/list_columns.h"
@@ -44,11 +45,8 @@ modInterestMaster::modInterestMaster(Session& session, InstructionParent& parent
   frmReducingBal.Hold({lblInterestRate, txtInterestRate, lblMonthOffSet, txtMonthOffSet, chkDays, chkEffDate,
                        cmdUpdateRedBal, cmdCloseRedBal});
   frmReducingBal.visible = false;
-  txtInterestRate.onKeyPress = [this](int key) {
-    return clsGenCmn::FnIntAllowAmtOnly(key, txtInterestRate.Text());
-  };
-  txtMonthOffSet.onKeyPress = [](int key) { return clsGenCmn::FnIntAllowNumbersOnly(key); };
-  txtInterestRate.rightAligned = txtMonthOffSet.rightAligned = true;
+  TakeAmounts({&txtInterestRate});
+  TakeCounts({&txtMonthOffSet});
   ConnectHandlers();
 }
 
@@ -76,8 +74,7 @@ void modInterestMaster::Form_Load() {
   const EmployeeLabels employee = ReadEmployeeLabels(session_, key_.employee);
   lblEmpIDRef.caption = employee.reference;
   lblEmpName.caption = employee.name;
-  cmdSave.whyDisabled = WhyReadOnly(session_);
-  cmdSave.enabled = cmdSave.whyDisabled.empty();
+  EnableWriting(session_, {&cmdSave});
   if (FillGrid()) return;
   session_.Inform("Save the record first, and then enter interest details.");
   Unload();

@@ -7,6 +7,7 @@
 #include "frame/saved_box.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
+#include "frame/writing_buttons.h"
 #include "frame/writing_turn.h"
 #include "recovery/working.h"
 #include "workbook/export_menu.h"
@@ -44,8 +45,7 @@ void modLockMonth::Form_Load() {
     ApplyButtonRights(session_, *this, kFormId);
     Repair();
     FillMonths();
-    cmdSave.whyDisabled = session_.ReadOnlyUser ? WhyReadOnly(session_) : "";
-    cmdSave.enabled = !session_.ReadOnlyUser;
+    EnableWriting(session_, {&cmdSave}, WriteLock::OfUser);
   });
 }
 

@@ -7,23 +7,20 @@
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "frame/handler_guard.h"
+#include "frame/number_fields.h"
 #include "frame/pickers.h"
 #include "frame/rights.h"
 #include "frame/saved_box.h"
 #include "frame/session.h"
+#include "frame/writing_buttons.h"
 #include "frame/writing_turn.h"
+#include "instructions/list_columns.h"
 #include "instructions/shown_rows.h"
 #include "instructions/type_rights.h"
 #include "recovery/working.h"
 #include "runtime/numbers.h"
 
 namespace ktl {
-
-namespace {
-
-constexpr Colour kDeleteColour = 0xFFE0E0;
-
-}  // namespace
 
 modReceipts::modReceipts(Session& session, InstructionParent& parent)
     : Screen("modReceipts"),
@@ -36,11 +33,9 @@ modReceipts::modReceipts(Session& session, InstructionParent& parent)
   lblRcptDate.caption = strRcptWord + " Date";
   fmeHidden.Hold({txtCounter});
   fmeHidden.visible = false;
-  for (TextBox* box : {&txtAmount, &txtInterest}) {
-    box->rightAligned = true;
-    box->onKeyPress = [box](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, box->Text()); };
+  TakeAmounts({&txtAmount, &txtInterest});
+  for (TextBox* box : {&txtAmount, &txtInterest})
     box->onLeave = [box] { box->SetText(EditedAmount(box->Text(), "").text); };  // as it will be stored
-  }
   AskForDate(session_, txtRcptDate);
   txtRcptDate.onKeyPress = clsGenCmn::DateKey;
   ConnectHandlers();
@@ -61,8 +56,7 @@ void modReceipts::Form_Load() {
   fpgReceipts.summed = kSummedReceiptColumns;
   FillReceiptGrid();
   ApplyTypeRights(session_, *this, key_.type);
-  cmdSave.whyDisabled = cmdDelete.whyDisabled = WhyReadOnly(session_);
-  cmdSave.enabled = cmdDelete.enabled = cmdSave.whyDisabled.empty();
+  EnableWriting(session_, {&cmdSave, &cmdDelete});
 }
 
 Subject modReceipts::Subject() const { return parent_.Subject(); }
@@ -248,7 +242,7 @@ void modReceipts::Delete() {
   const Receipt* const stored = StoredReceipt(entry);
   if (entry.amount.now == 0 || stored == nullptr) return session_.Inform("Select record to delete.");
   const auto row = static_cast<std::size_t>(stored - receipts_.Rows().data());
-  fpgReceipts.PaintRow(row, kDeleteColour);
+  fpgReceipts.PaintRow(row, kAboutToGoColour);
   const bool confirmed = session_.desk.Confirm("Delete selected " + strRcptWord + "?", session_.title);
   if (!confirmed) return fpgReceipts.PaintRow(row, kWhite);
   cmdClose.enabled = false;

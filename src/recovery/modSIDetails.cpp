@@ -7,6 +7,7 @@
 #include "frame/rights.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
+#include "frame/writing_buttons.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/list_columns.h"
 #include "runtime/errors.h"
@@ -69,11 +70,7 @@ void modSIDetails::ShowEmployee() {
 
 void modSIDetails::EnableByRights() {
   ReadEmpLockStatus(session_, employee_);
-  const std::string why = WhyReadOnly(session_);
-  for (Button* button : {&cmdAdjust, &cmdClear}) {
-    button->enabled = why.empty();
-    button->whyDisabled = why;
-  }
+  EnableWriting(session_, {&cmdAdjust, &cmdClear});
 }
 
 void modSIDetails::FillPendingGrid() {

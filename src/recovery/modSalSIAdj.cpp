@@ -5,9 +5,10 @@
 #include "common/amounts.h"
 #include "common/month_year.h"
 #include "frame/handler_guard.h"
-#include "frame/rights.h"
+#include "frame/number_fields.h"
 #include "frame/session.h"
 #include "frame/top_level.h"
+#include "frame/writing_buttons.h"
 #include "instructions/instruction_statements.h"
 #include "instructions/list_columns.h"
 #include "recovery/put_off.h"
@@ -32,8 +33,7 @@ modSalSIAdj::modSalSIAdj(Session& session, long monthYear)
   fmeLoanAdv.Hold({optLoanAdv_0, optLoanAdv_1});
   fmeSalaryOpt.Hold({optSalaryOpt_0, optSalaryOpt_1, txtPer, lblPer});
   fmeAdjust.Hold({optAdjust_0, optAdjust_1});
-  txtPer.rightAligned = true;
-  txtPer.onKeyPress = [this](int key) { return clsGenCmn::FnIntAllowAmtOnly(key, txtPer.Text()); };
+  TakeAmounts({&txtPer});
   ConnectHandlers();
 }
 
@@ -69,8 +69,7 @@ void modSalSIAdj::Form_Load() {
   if (!optLoanAdv_0.enabled) optLoanAdv_1.SetValue(true);
   optLoanAdv_1.enabled = session_.features.On("ADVANCEYN");
   if (!optLoanAdv_1.enabled) optLoanAdv_0.SetValue(true);
-  cmdAdjust.whyDisabled = WhyReadOnly(session_);
-  cmdAdjust.enabled = cmdAdjust.whyDisabled.empty();
+  EnableWriting(session_, {&cmdAdjust});
 }
 
 void modSalSIAdj::Form_Activate() { LoadSettings(); }

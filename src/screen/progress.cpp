@@ -39,6 +39,11 @@ Progress::Work::~Work() {
 void Progress::Work::Advance(std::string words) {
   ProgressBar& bar = progress_.pbrStatus;
   if (bar.value < bar.maximum) ++bar.value;
+  Say(std::move(words));
+}
+
+void Progress::Work::Say(std::string words) {
+  const ProgressBar& bar = progress_.pbrStatus;
   progress_.lblStatus.caption = std::move(words);
   progress_.lblStatusPer.caption = std::to_string(Percent(bar)) + "%";
   progress_.desk_.NoteProgress(progress_.lblStatus.caption, Percent(bar));

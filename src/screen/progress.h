@@ -33,6 +33,8 @@ class Progress {
 
     // One step is done; the words stand until the next one.
     void Advance(std::string words);
+    // Something on the way to the next step.
+    void Say(std::string words);
 
    private:
     Progress& progress_;

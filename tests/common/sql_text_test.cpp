@@ -38,6 +38,13 @@ TEST(SqlText, QuotesOfFindExpressions) {
   EXPECT_EQ(clsSPChar::FnStrSpRep(""), "''");
 }
 
+TEST(SqlText, NumbersThatStandCloseTogetherAreASpan) {
+  const auto among = [](const std::vector<long>& numbers) { return AmongNumbers("E", numbers); };
+  EXPECT_EQ(among({12, 9, 10}), "E Between 9 And 12");
+  EXPECT_EQ(among({10, 4}), "E In (10, 4)");
+  EXPECT_EQ(among({7}), "E Between 7 And 7");
+}
+
 TEST(SqlText, OverwriteInFixedWidth) {
   EXPECT_EQ(clsSPChar::FnStrSpeReplace("abcdef", 3, "XY"), "abXYef");
   EXPECT_EQ(clsSPChar::FnStrSpeReplace("abcdef", 1, "XY"), "XYcdef");

@@ -1,4 +1,7 @@
 #include <fmt/format.h>
+#include <sys/resource.h>
+
+#include <csignal>
 
 #include "company/company_copy.h"
 #include "company/company_rows.h"
@@ -76,6 +79,7 @@ TEST_F(ServerCopy, ACompanyComesBackAsItWasSent) {
   options.empty = true;
   const auto made = CreateCompany(options);
   options.server = server_.connectionString;
+  database_->Run("ALTER DATABASE CHARACTER SET latin1 COLLATE latin1_swedish_ci");
   EXPECT_TRUE(CreateOnServer(options) == made);
   EXPECT_EQ(Said(server_, "SELECT MONTHNAME FROM QRYMONTH WHERE MONTHYEAR = 24312"), "Dec/2025");
   options.server = (folder_ / "no.kldb").string();
@@ -84,9 +88,39 @@ TEST_F(ServerCopy, ACompanyComesBackAsItWasSent) {
   const CopiedCompany done = CopyCompany({Small("small.kldb"), server_, true});
   EXPECT_EQ(done.tables, 76U);
   EXPECT_TRUE(done.leftOut.empty());
+  {
+    Connection cn;
+    cn.Open(server_.connectionString);
+    cn.Execute("UpdateAuditTrail 'ADMIN', 1, 18, 'Changed', 'अग्रिम', '', ''");
+    EXPECT_EQ(cn.Execute("DELETE FROM SEC_AUDITTRAIL WHERE DETAILTEXT = 'अग्रिम'"), 1);
+  }
   CopyCompany({server_, File("again.kldb"), false});
   EXPECT_TRUE(SumsOf(File("again.kldb")) == SumsOf(File("small.kldb")));
   EXPECT_EQ(LeftBehind(), "0");
+}
+
+TEST(FileCopy, WhatFailsIsToldByItsFileAndLeavesNothing) {
+  const Folder folder;
+  CompanyOptions options = Options(folder / "a.kldb");
+  options.empty = true;
+  CreateCompany(options);
+  std::filesystem::create_symlink("a.kldb", folder / "link.kldb");
+  const auto names = folder.Names();
+  const auto copied = [&](const char* to) {
+    return ErrorOf([&] {
+      CopyCompany({AddressOf(options.file.string()), AddressOf((folder / to).string()), true});
+    });
+  };
+  EXPECT_EQ(copied("link.kldb"), (folder / "link.kldb").string() + ": is the company to be copied");
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit full{65536, before.rlim_max};  // as on a full disk
+  std::signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &full);
+  const std::string told = copied("b.kldb");
+  setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_TRUE(told.starts_with((folder / "b.kldb").string() + ": ")) << told;
+  EXPECT_EQ(folder.Names(), names);
 }
 
 TEST_F(ServerCopy, WhatIsInTheWayStays) {

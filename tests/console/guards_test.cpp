@@ -36,12 +36,18 @@ constexpr Deed kDeeds[] = {
      "pick cmbEmpName Hema Varma\nclick cmdNew\npick cmbALName Tour Advance\ntext txtAdvDate 01/10/2026\n"
      "text txtAdvAmount 900\ntext txtInstlAmt 300\ntext txtRecvrFrom Nov/2026\nclick cmdSave\nanswer No\n",
      200, kAllGuards},
+    {"an advance changed", "1501#False#0#0",
+     "pick cmbEmpName Hema Varma\nrow fpgAdvLoan 1\ntext txtRemarks later\nanswer Yes\nclick cmdSave\n", 200,
+     kRight | kReadOnly | kLockedEmployee},
     {"an advance deleted", "1501#False#0#0",
      "pick cmbEmpName Hema Varma\nrow fpgAdvLoan 1\nanswer Yes\nclick cmdDelete\n", 201, kAllGuards},
     {"a month deleted in the list", "1501#False#0#0",
      "pick cmbEmpName Hema Varma\nrow fpgAdvLoan 1\ntickcell fpgEMI 5 1 on\nanswer Yes\nanswer Cancel\n"
      "click cmdEMIDelete\n",
      206, kAllGuards},
+    {"a month marked as recovered", "1501#False#0#0",
+     "pick cmbEmpName Hema Varma\nrow fpgAdvLoan 1\ntickcell fpgEMI 5 4 on\n", 0,
+     kReadOnly | kLockedEmployee | kUnaudited},
     {"a month saved in the editor", "1501#False#0#0",
      "pick cmbEmpName Hema Varma\nrow fpgAdvLoan 1\nclick cmdEmi\nrow fpgEMIDetail 2\ntext txtAmount 990\n"
      "answer Yes\nclick cmdSave\n",

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <spawn.h>
-#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +10,7 @@
 
 #include "company/company.h"
 #include "database/connection.h"
+#include "database/drivers/sqlite_database.h"
 #include "database/recordset.h"
 #include "machine/settings_store.h"
 #include "shell.h"
@@ -25,29 +25,6 @@ namespace ktl {
 namespace {
 
 namespace fs = std::filesystem;
-
-// A second program at the same file.
-class Neighbour {
- public:
-  explicit Neighbour(const fs::path& file) { sqlite3_open(file.c_str(), &db_); }
-  ~Neighbour() { sqlite3_close(db_); }
-  Neighbour(const Neighbour&) = delete;
-  Neighbour& operator=(const Neighbour&) = delete;
-
-  // The last text of the last row.
-  std::string Say(const char* sql) {
-    std::string answer;
-    const auto keep = [](void* to, int count, char** texts, char**) {
-      if (count > 0 && texts[0] != nullptr) *static_cast<std::string*>(to) = texts[0];
-      return 0;
-    };
-    EXPECT_EQ(sqlite3_exec(db_, sql, keep, &answer, nullptr), SQLITE_OK) << sqlite3_errmsg(db_);
-    return answer;
-  }
-
- private:
-  sqlite3* db_ = nullptr;
-};
 
 struct Outcome {
   int status = 0;
@@ -72,13 +49,6 @@ class BadDay : public testing::Test {
     return outcome;
   }
 
-  // A settings store that names another file; time-outs of one second.
-  void Name(const std::string& company) {
-    fs::remove(Path("other.ini"));
-    WriteSettings(Path("other.ini"), AddressOf(company));
-    std::ofstream(Path("other.ini"), std::ios::app) << "[Settings]\nCONNTIME=1\nCOMDTIME=1\n";
-  }
-
   std::string Rows(const std::string& sql) const {
     Connection cn;
     cn.Open(sample.ConnectionString());
@@ -90,7 +60,7 @@ class BadDay : public testing::Test {
   const test::SampleCompany sample;
 };
 
-TEST_F(BadDay, CommandLinesThatNameNoScreenEndWithOneLineOrOneBox) {
+TEST_F(BadDay, CommandLinesThatNameNoScreenEndWithOneLine) {
   // What cannot be taken apart is told with an example, before anything is opened.
   for (const char* line : {"", "1502#False", "1502#perhaps#0#0", "1502#False#zero#0", "99999999999#False#0#0",
                            "1502#False#32768#0"}) {
@@ -100,15 +70,6 @@ TEST_F(BadDay, CommandLinesThatNameNoScreenEndWithOneLineOrOneBox) {
     EXPECT_NE(outcome.err.find(std::string("\"") + line + "\""), std::string::npos) << outcome.err;
     EXPECT_NE(outcome.err.find("1502#False#0#0"), std::string::npos) << outcome.err;
     EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
-  }
-  const std::pair<const char*, const char*> boxes[] = {
-      {"1506#False#0#0",
-       "box | Critical | KestrelLedger - Standing Instruction | Invalid form reference | OK\n"},
-      {"letters#False#0#0$Pay", "box | Critical | Pay | Invalid form reference | OK\n"}};
-  for (const auto& [line, box] : boxes) {
-    const Outcome outcome = Play(line);
-    EXPECT_EQ(outcome.status, 1) << line;
-    EXPECT_EQ(outcome.out, box);
   }
 }
 
@@ -139,24 +100,6 @@ TEST_F(BadDay, WhatTheProgramsMakeOnlyTheirUserCanRead) {
   EXPECT_GE(files, 4U);  // company, local store, settings, log
 }
 
-TEST_F(BadDay, FilesThatAreNoCompanyAreNamed) {
-  KTL_NEEDS_FILE();
-  std::ofstream(Path("letter.txt")) << std::string(5000, 'x');
-  fs::copy_file(Path("company.kldb"), Path("newer.kldb"));
-  Neighbour(Path("newer.kldb")).Say("PRAGMA user_version = 2");
-  const std::pair<const char*, const char*> cases[] = {{"missing.kldb", "missing.kldb does not exist"},
-                                                       {".", "is a folder"},
-                                                       {"letter.txt", "letter.txt is not a company file"},
-                                                       {"newer.kldb", "has schema version 2"}};
-  for (const auto& [file, words] : cases) {
-    Name(Path(file).string());
-    const Outcome outcome = Play("1502#False#0#0", "", "other.ini");
-    EXPECT_EQ(outcome.status, 1) << file;
-    EXPECT_NE(outcome.err.find(words), std::string::npos) << outcome.err;
-  }
-  EXPECT_FALSE(fs::exists(Path("missing.kldb")));
-}
-
 TEST_F(BadDay, SettingsThatCannotBeReadAreNamed) {
   std::ofstream(Path("garbage.ini")) << "no section here\n\x01\xff\n";
   fs::create_directory(Path("folder.ini"));
@@ -168,19 +111,6 @@ TEST_F(BadDay, SettingsThatCannotBeReadAreNamed) {
   const Outcome none = Play("1502#False#0#0", "", "absent.ini");
   EXPECT_EQ(none.status, 1);
   EXPECT_EQ(none.out, "box | Exclamation | Kestrel Ledger | Please open the Kestrel Ledger file. | OK\n");
-}
-
-TEST_F(BadDay, ACompanyLockedPastTheTimeOutIsSaid) {
-  KTL_NEEDS_FILE();
-  Name(Path("company.kldb").string());
-  Neighbour other(Path("company.kldb"));
-  other.Say("BEGIN IMMEDIATE");
-  const auto begin = std::chrono::steady_clock::now();
-  const Outcome outcome = Play("1502#False#0#0", "", "other.ini");
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
-  other.Say("ROLLBACK");
-  EXPECT_EQ(outcome.status, 1);
-  EXPECT_NE(outcome.err.find("lock"), std::string::npos) << outcome.err;
 }
 
 const char* const kEnterLoan =
@@ -291,7 +221,8 @@ class KilledAtWork : public BadDay {
     waitpid(child, nullptr, 0);
     sample.AwaitQuiet();
     if (test::CompaniesAreOnServer()) return;
-    ASSERT_EQ(Neighbour(Path("company.kldb")).Say("PRAGMA integrity_check"), "ok");
+    SqliteDatabase company(Path("company.kldb").string(), SqliteDatabase::Mode::Existing);
+    ASSERT_EQ(company.Text("PRAGMA integrity_check"), "ok");
   }
 
   std::string script;

@@ -58,6 +58,7 @@ INSTANTIATE_TEST_SUITE_P(
         {"SET @a = 1", "@a is not declared"},
         {"SELECT @a = EMPID FROM MAS_EMPLOYEE", "@a is not declared"},
         {"SELECT @a + 1", "@a is not declared"},
+        {"DECLARE @a INT DECLARE @A INT SET @a = 1", "@A is declared twice"},
         {"dbo.ClassSecurityCloud 1,2,1,", "an argument is missing"},
         {"dbo.ClassSecurity 1,2", "ClassSecurity takes 3 arguments and gets 2"},
         {"Nowhere 1", "there is no procedure Nowhere"},
@@ -99,6 +100,13 @@ INSTANTIATE_TEST_SUITE_P(
          "UNION joins 1 columns with 2"},
         {"SELECT EMPID FROM INS_ADVLOAN UNION SELECT EMPID FROM INS_OTHER ORDER BY SITYPE",
          "the order of a UNION is not one of its columns"},
+        {"SELECT EMPID FROM MAS_EMPLOYEE ORDER BY EMPNAME, EMPID, empname DESC",
+         "the order names the same twice"},
+        {"SELECT EMPID FROM INS_ADVLOAN UNION SELECT EMPID FROM INS_OTHER ORDER BY EMPID, EMPID",
+         "the order names the same twice"},
+        {"SELECT EMPID FROM MAS_EMPLOYEE ORDER BY 'EMPID'", "a constant stands in ORDER BY"},
+        {"SELECT EMPID FROM MAS_EMPLOYEE ORDER BY 2", "the order names a column that is not listed"},
+        {"SELECT * FROM MAS_EMPLOYEE ORDER BY 2", ""},
         {"INSERT INTO INS_HLOAN (EMPID, HTYPE) VALUES (1)", "2 columns get 1 values"},
         {"INSERT INTO SEC_EMPLOCK SELECT EMPID, SITYPE FROM INS_ADVLOAN", "3 columns get 2 values"},
         {"DECLARE @a INT SELECT @a = EMPID, SITYPE FROM INS_ADVLOAN",
@@ -123,6 +131,25 @@ INSTANTIATE_TEST_SUITE_P(
         {"SELECT EMPID FROM MAS_EMPLOYEE WHERE EMPID = '17'", ""},
         {"SELECT EMPID FROM MAS_EMPLOYEE UNION SELECT REFNO FROM MAS_EMPLOYEE",
          "a text and a number meet in UNION"},
+        {"SELECT EMPID FROM MAS_EMPLOYEE WHERE REFNO = 17", "a text and a number meet in a comparison"},
+        {"SELECT INTID FROM MAS_LOANINT WHERE FINANCIALYEAR = 2010", ""},
+        {"SELECT EMPID FROM MAS_EMPLOYEE WHERE DOJ <= '01/05/2010'",
+         "a date is in a form of its own in a comparison"},
+        {"SELECT EMPID FROM MAS_EMPLOYEE WHERE '2010-31-01' BETWEEN DOJ AND DOL",
+         "a date is in a form of its own in a comparison"},
+        {"SELECT EMPID FROM MAS_EMPLOYEE WHERE DOJ BETWEEN '01/May/2010' AND '2010/05/31 10:30:00' OR DOL = ''",
+         ""},
+        {"UPDATE INS_ADVLOAN SET SIDATE = '01-05-2010'", "a date is in a form of its own in what is written"},
+        {"INSERT INTO INS_ADVLOAN (EMPID, ACTAMT) VALUES (17, 'much')",
+         "a text and a number meet in what is written"},
+        {"UPDATE INS_ADVLOAN SET REMARKS = '01-05-2010', ACTAMT = '12.50'", ""},
+        {"SELECT EMPNAME - REFNO FROM MAS_EMPLOYEE", "what is no number is reckoned with"},
+        {"SELECT DOJ * 2 FROM MAS_EMPLOYEE", "what is no number is reckoned with"},
+        {"SELECT -EMPNAME FROM MAS_EMPLOYEE", "what is no number is reckoned with"},
+        {"SELECT DOL - DOJ FROM MAS_EMPLOYEE", ""},
+        {"SELECT SUM(DOJ) FROM MAS_EMPLOYEE", "a date is summed"},
+        {"SELECT CASE WHEN EMPID = 1 THEN NULL ELSE NULL END FROM MAS_EMPLOYEE",
+         "a CASE gives nothing but NULL"},
         {"SELECT SUM(EMPNAME) FROM MAS_EMPLOYEE", "a text is summed"},
         {"SELECT ACTAMT % 12 FROM INS_ADVLOAN", "a remainder is taken of an amount"},
         {"SELECT EMPID COLLATE SQL_Latin1_General_CP1_CI_AS FROM MAS_EMPLOYEE",
@@ -132,6 +159,13 @@ INSTANTIATE_TEST_SUITE_P(
         {"SELECT ROW_NUMBER() FROM MAS_EMPLOYEE", "ROW_NUMBER and OVER do not go together"},
         {"SELECT ISNULL(EMPID) FROM MAS_EMPLOYEE", "ISNULL gets 1 arguments"},
     }));
+
+TEST(ServerCheckTexts, NamesAreNoLongerThanTheServerTakes) {
+  const std::string name(128, 'x');
+  EXPECT_EQ(FaultOf("SELECT EMPID [" + name + "] FROM MAS_EMPLOYEE"), "");
+  EXPECT_EQ(FaultOf("SELECT EMPID [" + name + "x] FROM MAS_EMPLOYEE"),
+            "a name is longer than 128 characters");
+}
 
 TEST(ServerCheckTexts, EveryStatementOfTheProgramIsTaken) {
   ServerCheck check(ServerColumns);

@@ -74,12 +74,12 @@ TEST_F(Server, ValuesComeBackAsTheyWere) {
   rows.Set("EMPID", 17);
   rows.Set("empname", "Zoë Ōtake {d '?'} 'x\\");
   rows.Set("BASIC", 1234.565);
-  rows.Set("DOJ", "26/Apr/2010");
+  rows.Set("DOJ", "26/Apr/2010 08:15:30");
   rows.Set("REMARKS", longText);
   rows.Update();
   cn_.Execute("INSERT INTO MAS_EMPLOYEE (EMPID, DOJ) VALUES (18, '01/May/2010 09:30:00')");
   EXPECT_EQ(Rows("SELECT * FROM MAS_EMPLOYEE ORDER BY EMPID"),
-            "17|Zoë Ōtake {d '?'} 'x\\|1234.565|26/04/2010|" + longText +
+            "17|Zoë Ōtake {d '?'} 'x\\|1234.565|26/04/2010 08:15:30|" + longText +
                 "\n18|NULL|NULL|01/05/2010 09:30:00|NULL");
   // Said once, prepared, and prepared before.
   for (int i = 0; i < 3; ++i)
@@ -113,6 +113,29 @@ TEST_F(Server, RowsAreKnownAgainByTheirKey) {
   EXPECT_EQ(FailureOf([&] { rows.Update(); }).number(), kRowGoneError);
   rows.Set("BASIC", "much");
   EXPECT_EQ(FailureOf([&] { rows.Update(); }).number(), kWrongTypeError);
+  // Without a key, by all that is in it.
+  database_->Run("CREATE TABLE BARE (A INT, B INT, C INT)");
+  cn_.Execute("INSERT INTO BARE (A, C) VALUES (1, 5), (2, NULL)");
+  Recordset bare(cn_, "SELECT * FROM BARE WHERE C IS NULL", OpenMode::Update);
+  bare.Set("B", 7);
+  bare.Update();
+  EXPECT_EQ(Rows("SELECT * FROM BARE ORDER BY A"), "1|NULL|5\n2|7|NULL");
+}
+
+TEST_F(Server, ADistinctListStepsOverItsIndexEachTime) {
+  database_->Run("CREATE INDEX IX_BASIC ON MAS_EMPLOYEE (BASIC)");
+  database_->Run("INSERT INTO MAS_EMPLOYEE (EMPID, BASIC) SELECT seq, seq DIV 1000 FROM seq_1_to_4000");
+  database_->Run("ANALYZE TABLE MAS_EMPLOYEE");
+  database_->Run(
+      "CREATE VIEW KTL_STEPS AS SELECT VARIABLE_VALUE AS STEPS FROM INFORMATION_SCHEMA.SESSION_STATUS WHERE "
+      "VARIABLE_NAME = 'HANDLER_READ_NEXT'");
+  const auto steps = [&] { return cn_.FirstValue("SELECT STEPS FROM KTL_STEPS")->ToLong(); };
+  for (int i = 0; i < 4; ++i) {
+    const long before = steps();
+    EXPECT_EQ(Rows("SELECT DISTINCT BASIC, BASIC + 1 FROM MAS_EMPLOYEE"), "0|1\n1|2\n2|3\n3|4\n4|5");
+    EXPECT_LT(steps() - before, 1000);
+    Rows("SELECT EMPNAME FROM MAS_EMPLOYEE WHERE EMPID < 4");
+  }
 }
 
 TEST_F(Server, FailuresKeepTheirNumbersAndTheConnection) {
@@ -128,6 +151,8 @@ TEST_F(Server, FailuresKeepTheirNumbersAndTheConnection) {
                {"NoSuchProcedure 1", kStatementError}};
   for (const auto& c : cases)
     for (int i = 0; i < 3; ++i) EXPECT_EQ(FailureOf([&] { cn_.Execute(c.sql); }).number(), c.number) << c.sql;
+  EXPECT_EQ(Failure([&] { cn_.Execute("NoSuchProcedure 1"); }),
+            "Could not find stored procedure 'NoSuchProcedure'.");
   EXPECT_EQ(Rows("SELECT EMPID FROM MAS_EMPLOYEE"), "17");
 }
 
@@ -293,7 +318,7 @@ TEST(ServerConnection, TheStringsOfSettingsAndFilesReachTheDriver) {
       {"Server=HO;Use Encryption for Data=False;Trusted_Connection=no", "X", "SERVER=HO;Encrypt=no;" + end},
       {"Persist Security Info=True;User ID=sa;PWD={a}b;Initial Catalog=PAY;Data Source=HO\\PAYROLL",
        "FreeTDS", "SERVER=HO\\PAYROLL;DATABASE=PAY;UID=sa;PWD={{a}}b};Encryption=require;" + same + tds},
-      {"Server=HO;Encrypt=no", "FreeTDS", "SERVER=HO;Encryption=off;" + same + "PORT=1433;" + tds},
+      {"Server=HO;Encrypt=no", "FreeTDS", "SERVER=HO;Encryption=request;" + same + "PORT=1433;" + tds},
       {"Server=HO;Port=1500;Encrypt=strict", "FreeTDS",
        "SERVER=HO;Encryption=require;" + same + "PORT=1500;" + tds},
   };

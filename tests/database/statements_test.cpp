@@ -171,18 +171,5 @@ TEST(Statements, AnswerTheSameWithTheirNumbersApart) {
   EXPECT_GT(compared, 350);
 }
 
-TEST(Statements, TheFilterTableIsMadeOnceAndSetBack) {
-  TestCompany company;
-  company.Employee(17);
-  company.Execute(SaidAs("session-2").sql);
-  company.Execute("UPDATE [TMPFILTERPC1] SET FILTERYN1 = 0");
-  company.Employee(18);
-  for (int start = 0; start < 2; ++start)
-    for (const char* id : {"session-2", "session-3", "session-4"}) company.Execute(SaidAs(id).sql);
-  EXPECT_EQ(company.Rows("SELECT EMPID, FILTERYN1, REPTYN1 FROM [vw_MAS_EMPLOYEEPC1] ORDER BY EMPID"),
-            "17|1|1\n18|1|1");
-  EXPECT_THROW(company.Execute("INSERT INTO [TMPFILTERPC1] (EMPID) VALUES (17)"), DatabaseError);
-}
-
 }  // namespace
 }  // namespace ktl::test

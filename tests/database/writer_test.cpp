@@ -211,6 +211,11 @@ TEST(MariaDbDialect, EachConstruct) {
        "`V`.`S` WHERE `X`.`B` = `V`.`B`"},
       {"UPDATE T SET A = U.A FROM U WHERE U.B = T.B",
        "UPDATE `T`, `U` SET `T`.`A` = `U`.`A` WHERE `U`.`B` = `T`.`B`"},
+      {"UPDATE T SET A = 1 WHERE B NOT IN (SELECT C FROM (SELECT C FROM U) V GROUP BY C HAVING MAX(D) <= 0)",
+       "UPDATE `T` SET `A` = 1 WHERE `B` NOT IN (SELECT * FROM (SELECT `C` FROM (SELECT `C` FROM `U`) AS `V` "
+       "GROUP BY `C` HAVING MAX(`D`) <= 0) AS `LIMITED`)"},
+      {"UPDATE T SET A = 1 WHERE B IN (SELECT C FROM U WHERE U.D = T.D GROUP BY C)",
+       "UPDATE `T` SET `A` = 1 WHERE `B` IN (SELECT `C` FROM `U` WHERE `U`.`D` = `T`.`D` GROUP BY `C`)"},
       {"UPDATE T SET A = 1 FROM T SE WHERE B = 2", "UPDATE `T` AS `SE` SET `A` = 1 WHERE `B` = 2"},
       {"ALTER TABLE t ADD CONSTRAINT PK PRIMARY KEY (A)",
        "ALTER TABLE `T` ADD CONSTRAINT `PK` PRIMARY KEY (`A`)"},

@@ -229,7 +229,11 @@ TEST_F(LargeRun, GoesBlockByBlock) {
   const std::string log = company.File().string() + ".log";
   Office office(company.ConnectionString());
   office.session.Cn.SetStatementLog(log);
-  FormulaRun run(office.session, {.formulaId = 4, .monthYear = 24124, .period = MonthOf("Apr/2010")}, people);
+  std::size_t told = 0;
+  FormulaRun run(office.session, {.formulaId = 4, .monthYear = 24124, .period = MonthOf("Apr/2010")}, people,
+                 [&](std::size_t reckoned) { EXPECT_EQ(reckoned, ++told); });
+  run.AmountOf(1600);
+  EXPECT_EQ(told, people.size());
   const auto expectAll = [&] {
     for (int employee = 1; employee <= kPeople; ++employee)
       ASSERT_EQ(run.AmountOf(1000 + employee), 30 - employee % 5 * (employee % 2 == 0 ? 0.5 : 1)) << employee;

@@ -5,8 +5,6 @@
 #include "common/sql_text.h"
 #include "frame/employee_number.h"
 #include "frame/fin_years.h"
-#include "frame/pickers.h"
-#include "screen/screen.h"
 #include "support/frame_fixture.h"
 
 namespace ktl {
@@ -62,22 +60,6 @@ TEST_F(SharedFacts, ASearchedTextFindsItselfAlone) {
                          "%'");
     EXPECT_EQ(session.data.Long(like), 1) << searched;
   }
-}
-
-TEST_F(SharedFacts, AFieldAsksItsPicker) {
-  Screen screen("Fields");
-  TextBox month(screen, "txtMonth"), date(screen, "txtDate");
-  AskForMonth(session, month);
-  AskForDate(session, date);
-  const Control* asked = nullptr;
-  session.doors.month.LeadTo([&](Session&, const PickerField& field) {
-    asked = field.control;
-    return std::make_unique<Screen>("frmSelMonth");
-  });
-  month.onDblClick();
-  EXPECT_EQ(asked, &month);
-  date.onDblClick();  // no such screen yet: one plain line
-  EXPECT_EQ(desk.TakeTexts(), std::vector<std::string>{"The calendar is not part of this build yet."});
 }
 
 }  // namespace

@@ -1,4 +1,11 @@
+#include <fstream>
+
+#include "database/connection_string.h"
 #include "entry_fixture.h"
+#include "frame/workstation_objects.h"
+#include "runtime/text.h"
+#include "start/connect.h"
+#include "support/private_server.h"
 
 namespace ktl {
 namespace {
@@ -323,6 +330,37 @@ TEST_F(EntryScreen, WhatTheInterestEditorStoredStays) {
   EXPECT_EQ(entry.Totals().interest, 300);
   Click(entry.cmdSave);
   EXPECT_EQ(Rows("SELECT INTAMT, REMARKS FROM INS_ADVLOAN"), "300|half typed");
+}
+
+// The grants stand there for the workstation PC1.
+TEST_F(EntryScreen, TheRightsThatTheGuideOfServersTellsAreEnough) {
+  if (!test::CompaniesAreOnServer()) GTEST_SKIP() << "a test of servers";
+  const auto& server = *test::PrivateServer::Shared();
+  const std::string database = ConnectionSetting(company.ConnectionString(), "Database");
+  const std::string user = "ktl" + database;
+  server.Run("CREATE USER " + user);
+  std::ifstream guide(KTL_TEST_DATA "/../../docs/servers.md");
+  int grants = 0;
+  for (std::string line; std::getline(guide, line);)
+    if (line.starts_with("    GRANT") && line.ends_with("TO 'ktl'@'%';"))
+      server.Run(ReplaceAll(ReplaceAll(Trim(line), "payroll.", database + "."), "'ktl'@'%'", user)), ++grants;
+  EXPECT_EQ(grants, 3);
+  Run("UPDATE MAS_OPTSET SET CLASSSECURITYN = 1");
+  Run("UPDATE MAS_OPTSETFEATURE SET AUDITTRAILYN = 1");
+  OpenConnection(session, ReplaceAll(company.ConnectionString(), "User ID=root", "User ID=" + user));
+  PrepareWorkstationObjects(session);
+  PrepareWorkstationObjects(session);
+  LoadFeatureSet(session);
+  EnterAdvance();
+  EXPECT_EQ(Press(screen->cmdSave), Texts{"Updated"});
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_EMIDETAIL") + Rows("SELECT COUNT(*) FROM SEC_AUDITTRAIL"), "101");
+  ClickRow(screen->fpgAdvLoan, 0);
+  Press(screen->cmdDelete, {Answer::Yes});
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM INS_ADVLOAN"), "0");
+  session.Cn.Execute("UPDATE MAS_MONTHYEAR SET LOCKEDYN = 1 WHERE MONTHYEAR = 24321");
+  EXPECT_EQ(Rows("SELECT COUNT(*) FROM SEC_MONTHLOCKHISTORY"), "1");
+  EXPECT_THROW(session.Cn.Execute("DROP TABLE MAS_EMPLOYEE"), DatabaseError);
+  server.Run("DROP USER " + user);
 }
 
 }  // namespace

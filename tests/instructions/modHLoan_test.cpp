@@ -156,15 +156,5 @@ TEST_F(HouseLoanTest, RefusesWhatAnotherWorkstationHasChanged) {
   EXPECT_EQ(AddYear("2026-2027", "9000", "800"), Texts{"Updated"});
 }
 
-TEST_F(HouseLoanTest, WritesNothingForWhoMayOnlyRead) {
-  for (const bool locked : {false, true}) {
-    session.ReadOnlyUser = !locked;
-    session.EmpLockStatus = locked ? 1 : 0;
-    OpenHouse();
-    for (const Button* button : {&house->cmdSave, &house->cmdDelete, &house->cmdAdd, &house->cmdRemove})
-      EXPECT_FALSE(button->enabled) << button->name();
-  }
-}
-
 }  // namespace
 }  // namespace ktl

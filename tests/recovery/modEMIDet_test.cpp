@@ -364,27 +364,21 @@ TEST_F(Editor, ThePanelComputesARange) {
   EXPECT_EQ(Flagged(), "1 2");
   Type(editor.txtIntFrom, "may.2024");
   EXPECT_EQ(editor.txtIntFrom.Text() + " " + editor.txtIntTo.Text(), "May/2024 Jul/2024");
-  // What stands against a save stands against the panel.
-  editor.txtIntTo.SetText("Jun/2024");
-  editor.txtInt.SetText("24");
-  company.Row("SEC_EMPLOCK").With("EMPID", 17).With("MONTHYEAR", kApr2024 + 2).With("LOCKYN", 1);
-  Click(editor.cmdIntCalculate);
-  company.Execute("DELETE FROM SEC_EMPLOCK");
-  session.MultiLoginYN = true;
-  editor.cmdSave.tag += "NA";
-  Click(editor.cmdIntCalculate);
-  EXPECT_EQ(desk.TakeTexts(), (Texts{kEmployeeLocked, "Permission denied."}));
-  EXPECT_EQ(Amounts("MDFINTAMT"), "0 1100 1000 0");
 }
 
-TEST_F(Editor, RightsAndFailures) {
+// The entry of advances does not open it for them, that of premiums does.
+TEST_F(Editor, IsShutForReadersAndLockedEmployees) {
   Instruction(InstructionType::Advance, {100, 100});
-  session.ReadOnlyUser = true;
-  EXPECT_FALSE(Open<modEMIDet>().cmdSave.enabled);
-  session.ReadOnlyUser = false;
-  session.EmpLockStatus = 1;
-  EXPECT_FALSE(Open<modEMIDet>().cmdDelete.enabled);
-  session.EmpLockStatus = 0;
+  for (const bool reader : {true, false}) {
+    session.ReadOnlyUser = reader;
+    session.EmpLockStatus = reader ? 0 : 1;
+    const modEMIDet& editor = Open<modEMIDet>();
+    EXPECT_FALSE(editor.cmdSave.enabled || editor.cmdDelete.enabled || editor.cmdIntCalculate.enabled);
+  }
+}
+
+TEST_F(Editor, AFailureIsShownAsAnError) {
+  Instruction(InstructionType::Advance, {100, 100});
   modEMIDet& editor = OpenOn(0);
   company.Execute("DROP TABLE INS_EMIDETAIL");
   Click(editor.cmdSave);

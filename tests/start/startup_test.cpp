@@ -258,6 +258,7 @@ TEST_F(StartupTest, NoScreenIsOpened) {
       {"1506#False#0#0", invalid},
       {"1499#False#0#0", invalid},
       {"1512#False#0#0", invalid},
+      {"letters#False#0#0$Pay", "Critical | Pay | Invalid form reference"},
   };
   for (const auto& [line, box] : cases) {
     Session run(machine.machine(), desk);
@@ -281,6 +282,7 @@ TEST_F(StartupTest, WhatCannotBeReadEndsTheRun) {
   EXPECT_EQ(failure(), "The setting CONNTIME: Overflow");
   Talk("KTLExtendedYN", "perhaps");
   EXPECT_EQ(failure(), "The setting KTLExtendedYN: Type mismatch");
+  Talk("KTLExtendedYN", "False");
   EXPECT_EQ(DescriptionOf([&] { ConnectionOfFile("/nowhere.txt"); }), "/nowhere.txt: File not found");
   Setting("CONNTIME", "600");
   Connect();

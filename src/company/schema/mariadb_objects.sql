@@ -1,6 +1,7 @@
 -- What a company has besides its tables on MariaDB. A line with GO alone ends each statement.
 -- The session tells who speaks: @KTL_HOST is the machine, @KTL_USER who is signed on there, and @KTL_NOW the
--- time where it is not to be the server's. Rights are those of whoever calls.
+-- time where it is not to be the server's. Rights are those of whoever calls. Texts have the set and the collation
+-- of the tables, whatever the database was made with.
 
 -- MONTHYEAR and "Mmm/yyyy" of every salary month; remainder 0 is December of the year before.
 CREATE OR REPLACE SQL SECURITY INVOKER VIEW QRYMONTH AS
@@ -36,7 +37,8 @@ SELECT CONVERT(TABLE_NAME USING utf8mb4) COLLATE utf8mb4_uca1400_as_ci AS TABLE_
 FROM INFORMATION_SCHEMA.COLUMNS WHERE TABLE_SCHEMA = DATABASE()
 GO
 
-CREATE OR REPLACE FUNCTION FnStrMonthName(P_MONTHYEAR INT) RETURNS VARCHAR(20) DETERMINISTIC NO SQL SQL SECURITY INVOKER
+CREATE OR REPLACE FUNCTION FnStrMonthName(P_MONTHYEAR INT)
+  RETURNS VARCHAR(20) CHARACTER SET utf8mb4 COLLATE utf8mb4_uca1400_as_ci DETERMINISTIC NO SQL SQL SECURITY INVOKER
 RETURN CONCAT(ELT(IF(P_MONTHYEAR < 0, 0, P_MONTHYEAR % 12 + 1),
                   'Dec', 'Jan', 'Feb', 'Mar', 'Apr', 'May', 'Jun', 'Jul', 'Aug', 'Sep', 'Oct', 'Nov'),
               '/', P_MONTHYEAR DIV 12 - (P_MONTHYEAR % 12 = 0))
@@ -53,10 +55,9 @@ GO
 -- The employees that the user may see; all of them while nobody's are told. The table is the connection's own
 -- and temporary: making it commits nothing that is under way, and needs no right to make tables. Its engine
 -- knows no transactions, since InnoDB loses rows of a temporary table that are deleted, put back and rolled back.
-DROP PROCEDURE IF EXISTS FillClassTable
-GO
-
-CREATE DEFINER = CURRENT_USER PROCEDURE FillClassTable(P_SUFFIX VARCHAR(255), P_USER VARCHAR(255)) MODIFIES SQL DATA SQL SECURITY INVOKER
+CREATE OR REPLACE PROCEDURE FillClassTable(
+  P_SUFFIX VARCHAR(255) CHARACTER SET utf8mb4 COLLATE utf8mb4_uca1400_as_ci,
+  P_USER VARCHAR(255) CHARACTER SET utf8mb4 COLLATE utf8mb4_uca1400_as_ci) MODIFIES SQL DATA SQL SECURITY INVOKER
 BEGIN
   SET @KTL_CLASSTABLE = CONCAT('`', REPLACE(UPPER(CONCAT('TMP', @KTL_HOST, P_SUFFIX)), '`', '``'), '`');
   EXECUTE IMMEDIATE CONCAT('CREATE TEMPORARY TABLE IF NOT EXISTS ', @KTL_CLASSTABLE, ' (EMPID INT PRIMARY KEY) ENGINE = Aria');
@@ -71,12 +72,16 @@ CREATE OR REPLACE PROCEDURE ClassSecurity(P_KIND INT, P_MONTHYEAR INT, P_WITHLEF
 CALL FillClassTable('', @KTL_USER)
 GO
 
-CREATE OR REPLACE PROCEDURE ClassSecurityCloud(P_KIND INT, P_MONTHYEAR INT, P_WITHLEFT INT, P_USER VARCHAR(255)) MODIFIES SQL DATA SQL SECURITY INVOKER
+CREATE OR REPLACE PROCEDURE ClassSecurityCloud(
+  P_KIND INT, P_MONTHYEAR INT, P_WITHLEFT INT, P_USER VARCHAR(255) CHARACTER SET utf8mb4 COLLATE utf8mb4_uca1400_as_ci) MODIFIES SQL DATA SQL SECURITY INVOKER
 CALL FillClassTable(IFNULL(P_USER, ''), IFNULL(P_USER, ''))
 GO
 
-CREATE OR REPLACE PROCEDURE UpdateAuditTrail(P_USERNAME VARCHAR(255), P_MENUNO INT, P_EMPID INT, P_ACTION TEXT, P_DETAIL TEXT,
-                                             P_EXTRA TEXT, P_WINUSER VARCHAR(255)) MODIFIES SQL DATA SQL SECURITY INVOKER
+CREATE OR REPLACE PROCEDURE UpdateAuditTrail(
+  P_USERNAME VARCHAR(255) CHARACTER SET utf8mb4 COLLATE utf8mb4_uca1400_as_ci, P_MENUNO INT, P_EMPID INT,
+  P_ACTION TEXT CHARACTER SET utf8mb4 COLLATE utf8mb4_uca1400_as_ci, P_DETAIL TEXT CHARACTER SET utf8mb4 COLLATE utf8mb4_uca1400_as_ci,
+  P_EXTRA TEXT CHARACTER SET utf8mb4 COLLATE utf8mb4_uca1400_as_ci,
+  P_WINUSER VARCHAR(255) CHARACTER SET utf8mb4 COLLATE utf8mb4_uca1400_as_ci) MODIFIES SQL DATA SQL SECURITY INVOKER
 INSERT INTO SEC_AUDITTRAIL (LOGDATE, USERNAME, MENUNO, EMPID, ACTIONTEXT, DETAILTEXT, EXTRATEXT, WINUSER)
 VALUES (CAST(IFNULL(@KTL_NOW, NOW()) AS DATETIME), P_USERNAME, P_MENUNO, P_EMPID, P_ACTION, P_DETAIL, P_EXTRA, P_WINUSER)
 GO

@@ -84,6 +84,13 @@ bool AddColumns(const Expr& expr, std::vector<std::string_view>& columns) {
                              [&](const tsql::ExprPtr& part) { return AddColumns(*part, columns); });
 }
 
+// Groups of nothing but derived tables, so that nothing in it can be of the statement around it.
+bool IsGroupedApart(const tsql::Query& query) {
+  const tsql::SelectCore& core = query.cores.front();
+  return query.cores.size() == 1 && !core.groupBy.empty() && !core.where &&
+         std::ranges::all_of(core.from, [](const tsql::TableRef& table) { return table.derived != nullptr; });
+}
+
 bool IsPositiveNumber(const Expr& expr) {
   return expr.kind == ExprKind::Number && expr.text[0] >= '1' && expr.text[0] <= '9';
 }
@@ -269,12 +276,12 @@ void MariaDbWriter::WriteLike(const Expr& expr) {
   if (pattern.escapes && !pattern.hasSets) Put(" ESCAPE '\\'");
 }
 
-// A limit cannot stand behind IN itself.
+// A limit cannot stand behind IN itself. Groups behind one would be made again for each row of an UPDATE.
 void MariaDbWriter::WriteInQuery(const Expr& expr) {
   const tsql::Query& query = *expr.query;
   const Expr* top = query.cores.size() == 1 ? query.cores.front().top.get() : nullptr;
-  if (top == nullptr) return Writer::WriteInQuery(expr);
-  const bool one = top->kind == ExprKind::Number && top->text == "1" && !expr.negated;
+  if (top == nullptr && !IsGroupedApart(query)) return Writer::WriteInQuery(expr);
+  const bool one = top != nullptr && top->kind == ExprKind::Number && top->text == "1" && !expr.negated;
   Put(one ? " = (" : expr.negated ? " NOT IN (SELECT * FROM (" : " IN (SELECT * FROM (");
   WriteQuery(query);
   Put(one ? ")" : ") AS `LIMITED`)");
@@ -296,6 +303,9 @@ void MariaDbWriter::WriteSources(const tsql::SelectCore& core) {
   const auto isBare = [](const tsql::SelectItem& item) { return item.expr->kind == ExprKind::Name; };
   const bool whole = core.distinct && core.from.size() == 1 && !core.from[0].derived && !core.where &&
                      core.groupBy.empty() && !core.having && core.into.empty();
+  // It steps over an index from value to value. Prepared and run again, behind another statement about the
+  // table, it would go through the index from end to end.
+  if (whole) PlanAnew();
   if (!whole || std::ranges::all_of(core.items, isBare) || !std::ranges::all_of(core.items, isOfColumns) ||
       columns.empty())
     return Writer::WriteSources(core);

@@ -35,6 +35,8 @@ class OdbcStatement {
     Prepared,  // the text once, then its values alone; always the same text
   };
   void Run(const std::string& sql, std::span<const Value> values, Way way);
+  // The primary key of a table, as ODBC tells it: a row a column.
+  void AskForKey(const std::string& table);
   // True while there is a row.
   bool Fetch();
   // To be called once for a column of a row.
@@ -76,10 +78,11 @@ class OdbcDatabase {
  public:
   // A statement in use; closed when the lease ends. A text said for the first time is said by a statement
   // that all such texts share; one said again gets a statement of its own, prepared, but where texts go out
-  // whole.
+  // whole or are to be planned anew each time.
   class Lease {
    public:
-    Lease(OdbcDatabase& database, const std::string& sql, std::span<const Value> values = {});
+    Lease(OdbcDatabase& database, const std::string& sql, std::span<const Value> values = {},
+          bool planAnew = false);
     ~Lease() { statement_->Close(); }
     Lease(const Lease&) = delete;
     Lease& operator=(const Lease&) = delete;

@@ -97,6 +97,16 @@ auto OdbcDriver::Say(Work work) {
   }
 }
 
+// What made a statement fail may have made the server undo the whole transaction; whatever is said after that
+// would stand alone and be kept.
+bool OdbcDriver::TransactionLives() {
+  try {
+    return database_.Number(dialect_->InTransactionText()) != 0;
+  } catch (const ServerError&) {
+    return false;
+  }
+}
+
 std::string OdbcDriver::NoAnswer() const {
   return fmt::format("The database server did not answer within {} seconds", settings_.commandTimeout);
 }
@@ -107,16 +117,6 @@ std::string OdbcDriver::HowLost(Clock::time_point since) const {
       settings_.commandTimeout > 0 && Clock::now() - since >= std::chrono::seconds(settings_.commandTimeout);
   return hung ? NoAnswer() + ", and the connection was given up"
               : "The connection to the database server was lost";
-}
-
-// What made a statement fail may have made the server undo the whole transaction; whatever is said after that
-// would stand alone and be kept.
-bool OdbcDriver::TransactionLives() {
-  try {
-    return database_.Number(dialect_->InTransactionText()) != 0;
-  } catch (const ServerError&) {
-    return false;
-  }
 }
 
 void OdbcDriver::Learn(const ServerError& error, Clock::time_point since) {
@@ -205,7 +205,7 @@ ResultSet OdbcDriver::ReadRows(const tsql::Step& step, const Run& run) {
   if (!step.baseTable.empty()) TableOf(step.baseTable);
   const bool one = run.fetch == Fetch::FirstRow && !step.limited;
   OdbcDatabase::Lease statement(database_, one ? step.sql + std::string(dialect_->FirstRowOnly()) : step.sql,
-                                InOrder(step, run.numbers));
+                                InOrder(step, run.numbers), step.planAnew);
   return ReadResult(*statement, step, run.fetch);
 }
 

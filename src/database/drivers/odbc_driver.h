@@ -63,10 +63,10 @@ class OdbcDriver final : public ProgramDriver {
   // Runs what says something to the server; what its failure means for the connection is seen to here.
   template <typename Work>
   auto Say(Work work);
+  bool TransactionLives();
   [[noreturn]] void Learn(const ServerError& error, Clock::time_point since);
   std::string NoAnswer() const;
   std::string HowLost(Clock::time_point since) const;
-  bool TransactionLives();
 
   // For a server that speaks the language of the texts.
   ResultSet QueryWhole(std::string_view sql, Fetch fetch, bool updatable);

@@ -20,6 +20,17 @@ constexpr std::chrono::milliseconds kFirstPause{1};  // most writers are done in
 constexpr std::chrono::milliseconds kPause{25};
 constexpr int kShortPauses = 10;
 constexpr std::chrono::milliseconds kBetweenTellings{60};
+constexpr int kBloomFilters = 0x00080000;  // among the planner's optimizations
+// Commits of one event touch the same pages again and again, months apart: a log that holds many of them
+// carries each page over once. Between events it is short, so that the next one, however small, never waits
+// for a long one; and its length is bounded, for those who read meanwhile and for the disk.
+constexpr int kLogPages = 1000;
+constexpr int kMostLogPages = 16000;
+
+void CarryLogOver(sqlite3* database, const char* name, int& pages) noexcept {
+  sqlite3_wal_checkpoint_v2(database, name, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+  pages = 0;
+}
 
 std::string_view ColumnText(sqlite3_stmt* statement, int column) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
@@ -169,6 +180,8 @@ SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode) : statements_
   const int code = sqlite3_open_v2(file.c_str(), &raw, flags, nullptr);
   handle_.reset(raw);
   CheckSqlite(code, raw);
+  // They tell texts apart by their lengths: names that differ in blanks at the end would not be joined.
+  CheckSqlite(sqlite3_test_control(SQLITE_TESTCTRL_OPTIMIZATIONS, raw, kBloomFilters), raw);
   CheckSqlite(sqlite3_busy_handler(raw, &SqliteDatabase::KeepWaiting, patience_.get()), raw);
 }
 
@@ -254,12 +267,18 @@ void SqliteDatabase::FlushLog() {
     throw DatabaseError("The disk did not take what was saved.");
 }
 
-void SqliteDatabase::SetLogLimit(int pages) {
-  CheckSqlite(sqlite3_wal_autocheckpoint(handle(), pages), handle());
+void SqliteDatabase::LimitLog() { sqlite3_wal_hook(handle(), &SqliteDatabase::TakeCommit, log_.get()); }
+
+// The commit stands, whatever becomes of its log.
+int SqliteDatabase::TakeCommit(void* log, sqlite3* database, const char* name, int pages) noexcept {
+  int& kept = static_cast<Log*>(log)->pages;
+  kept = pages;
+  if (pages >= kMostLogPages) CarryLogOver(database, name, kept);
+  return SQLITE_OK;
 }
 
-void SqliteDatabase::CarryLogOver() noexcept {
-  sqlite3_wal_checkpoint_v2(handle(), "main", SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+void SqliteDatabase::EndEvent() noexcept {
+  if (log_->pages >= kLogPages) CarryLogOver(handle(), "main", log_->pages);
 }
 
 std::int64_t SqliteDatabase::LastRowId() const { return sqlite3_last_insert_rowid(handle()); }

@@ -90,10 +90,11 @@ class SqliteDatabase {
   std::int64_t LastRowId() const;
   // Commits are only written to the log; this waits until it is on the disk.
   void FlushLog();
-  // A commit that makes the log longer than so many pages carries it over into the file.
-  void SetLogLimit(int pages);
-  // As far as nobody reads what is there now. Nothing is lost where it fails: the log stays.
-  void CarryLogOver() noexcept;
+  // What stands in the log is carried over into the file by the commit that makes it as long as the limit of
+  // one event, and at the end of an event that leaves it longer than the limit between events: as far as
+  // nobody reads what is in the file now. Nothing is lost where it fails: the log stays.
+  void LimitLog();
+  void EndEvent() noexcept;
 
  private:
   struct Closer {
@@ -108,9 +109,14 @@ class SqliteDatabase {
     std::function<void()> onWork;
     std::chrono::steady_clock::time_point lookedAt{}, toldAt{};
   };
+  struct Log {
+    int pages = 0;  // as the last commit made here left it; 0 when it was carried over since
+  };
   static int KeepWaiting(void* patience, int calls) noexcept;
   static int KeepWorking(void* work) noexcept;
+  static int TakeCommit(void* log, sqlite3* database, const char* name, int pages) noexcept;
 
+  std::unique_ptr<Log> log_ = std::make_unique<Log>();
   std::unique_ptr<Work> work_ = std::make_unique<Work>();
   std::unique_ptr<Patience> patience_ = std::make_unique<Patience>();  // before the handle that points at it
   std::unique_ptr<sqlite3, Closer> handle_;

@@ -9,12 +9,6 @@ namespace ktl {
 
 namespace {
 
-// Transactions of one event touch the same pages again and again, months apart: a log that holds many of them
-// carries each page over once. Its length is bounded, for those who read meanwhile and for the disk.
-constexpr int kManyCommits = 32;
-constexpr int kLogPages = 1000;
-constexpr int kLogPagesOfMany = 16000;
-
 // The history of month locks is the database's own: who turned which lock, on which machine, and when.
 constexpr const char* kMonthLockTrigger =
     "CREATE TEMP TRIGGER KTL_MONTHLOCK AFTER UPDATE OF LOCKEDYN ON main.MAS_MONTHYEAR "
@@ -191,7 +185,6 @@ void SqliteDriver::Begin() {
 void SqliteDriver::Commit() {
   if (!InTransaction()) throw DatabaseError("No transaction is active.");
   database_.Run("COMMIT");
-  if (++commits_ == kManyCommits) database_.SetLogLimit(kLogPagesOfMany);
 }
 
 void SqliteDriver::Rollback() {
@@ -205,16 +198,7 @@ void SqliteDriver::MakeDurable() {
   database_.FlushLog();
   if (InTransaction()) return;  // it is in the log at its commit
   durableChanges_ = changes;
-  EndCommits();
-}
-
-// The next event, however small, must not wait for a long log to be carried over.
-void SqliteDriver::EndCommits() {
-  if (commits_ >= kManyCommits) {
-    database_.CarryLogOver();
-    database_.SetLogLimit(kLogPages);
-  }
-  commits_ = 0;
+  database_.EndEvent();
 }
 
 }  // namespace ktl

@@ -46,13 +46,11 @@ class SqliteDriver final : public ProgramDriver {
 
   const FieldKinds& FieldsOf(const std::string& table);
   void KeepStatistics() noexcept;
-  void EndCommits();
 
   SqliteDatabase database_;
   ClientIdentity client_;
   FunctionHost host_;
   std::int64_t durableChanges_ = 0;                // made by this connection when its log was last flushed
-  int commits_ = 0;                                // of transactions since then
   std::set<std::string, std::less<>> twinTables_;  // those known to be there
   std::unordered_map<std::string, FieldKinds, tsql::WordHash, tsql::WordEqual> fields_;
 };

@@ -53,9 +53,7 @@ void Prepare(SqliteDatabase& database, const std::string& file, FileKind kind) {
   // A log is flushed when a person is about to be told that something is done. Where readers and a writer
   // cannot share one, the file keeps its own journal, and each commit waits for the disk.
   const bool logged = database.Text("PRAGMA journal_mode = WAL") == "wal";
-  // Pages of the log that are taken over into the file at a time, which waits for the disk twice: a long run
-  // of small commits writes thousands.
-  database.RunScript("PRAGMA wal_autocheckpoint = 8000");
+  database.LimitLog();
   database.RunScript(logged ? "PRAGMA synchronous = NORMAL" : "PRAGMA synchronous = EXTRA");
 }
 

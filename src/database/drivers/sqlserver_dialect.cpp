@@ -71,7 +71,8 @@ bool IsNo(std::string_view text) { return IsOneOf(text, {"no", "false", "0", "op
 std::string Encryption(const ConnectionSettings& settings, bool isFreeTds) {
   const std::string wanted = FirstOf(settings, {"Encrypt", "Use Encryption for Data"});
   const std::string trusted = FirstOf(settings, {"TrustServerCertificate", "Trust Server Certificate"});
-  if (isFreeTds) return IsNo(wanted) ? "Encryption=off;" : "Encryption=require;";
+  // What it calls off leaves the password bare as well.
+  if (isFreeTds) return IsNo(wanted) ? "Encryption=request;" : "Encryption=require;";
   const std::string encrypt = wanted.empty() || IsYes(wanted) ? "yes" : IsNo(wanted) ? "no" : wanted;
   const bool trusts = trusted.empty() ? wanted.empty() : IsYes(trusted);
   return OdbcPart("Encrypt", encrypt) + (trusts ? "TrustServerCertificate=yes;" : "");
@@ -122,9 +123,10 @@ std::vector<std::string> SqlServerDialect::FirstTexts(const ConnectionSettings& 
       "SET ANSI_NULLS, ANSI_PADDING, ANSI_WARNINGS, QUOTED_IDENTIFIER, CONCAT_NULL_YIELDS_NULL ON; "
       "SET NOCOUNT, IMPLICIT_TRANSACTIONS, XACT_ABORT OFF",
       // Whom the company's procedures take for signed on.
-      fmt::format("SET LOCK_TIMEOUT {}; SET TRANSACTION ISOLATION LEVEL READ COMMITTED; "
-                  "DECLARE @user VARBINARY(128) = CAST(N'{}' AS VARBINARY(128)); SET CONTEXT_INFO @user",
-                  wait, ReplaceAll(settings.client.userName, "'", "''"))};
+      fmt::format(
+          "SET LOCK_TIMEOUT {}; SET TRANSACTION ISOLATION LEVEL READ COMMITTED; "
+          "DECLARE @user VARBINARY(128); SET @user = CAST(N'{}' AS VARBINARY(128)); SET CONTEXT_INFO @user",
+          wait, ReplaceAll(settings.client.userName, "'", "''"))};
 }
 
 tsql::Program SqlServerDialect::Translate(std::string_view sql, bool, int) const {

@@ -31,6 +31,7 @@ struct Step {
   // Where sql asks for shared numbers by bare marks: which, in the order of the marks.
   std::vector<int> parameters;
   bool limited = false;   // of Rows: sql ends with its own limit
+  bool planAnew = false;  // never run by a plan of an earlier time
   std::string baseTable;  // of Rows that can be updated: what the dialect has for a key stands in front
 
   // Of one column of a result of so many.

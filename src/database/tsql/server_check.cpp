@@ -57,6 +57,8 @@ bool ServerCheck::IsBracketed(std::string_view name) const {
 }
 
 void ServerCheck::CheckWord(std::string_view name, std::size_t offset) {
+  constexpr std::size_t kLongestName = 128;
+  if (name.size() > kLongestName) Fault(offset, "a name is longer than 128 characters");
   if (!name.empty() && IsReservedWord(name) && !IsBracketed(name))
     Fault(offset, fmt::format("the reserved word {} is used as a name", name));
 }
@@ -94,6 +96,8 @@ void ServerCheck::Check(const Insert& insert) {
     Scope nothing;
     for (const auto& value : row) CheckValue(*value, nothing);
     compare(row.size());
+    for (std::size_t i = 0; i < std::min(row.size(), insert.columns.size()); ++i)
+      CheckAssigned(insert.columns[i], *row[i]);
   }
 }
 
@@ -119,6 +123,7 @@ void ServerCheck::Check(const Update& update) {
       Fault(update.table.offset, fmt::format("the column {} is set twice", item.column));
     RefuseAggregates(item.value.get(), "SET");
     CheckValue(*item.value, scope);
+    CheckAssigned(item.column, *item.value);
   }
   RefuseAggregates(update.where.get(), "WHERE");
   if (update.where) CheckCondition(*update.where, scope);
@@ -157,7 +162,8 @@ void ServerCheck::Check(const AddPrimaryKey& key) {
 void ServerCheck::Check(const Declare& declare) {
   const TypeName* type = FindTypeName(declare.type);
   if (type == nullptr) Fault(0, fmt::format("the type {} is unknown", declare.type));
-  variables_[UpperCase(declare.variable)] = 1;
+  if (!variables_.emplace(UpperCase(declare.variable), 1).second)
+    Fault(0, fmt::format("{} is declared twice", declare.variable));
   typing_.Declare(declare.variable, type == nullptr ? Type::Unknown : type->type);
   Scope nothing;
   if (declare.value) CheckValue(*declare.value, nothing);

@@ -17,8 +17,8 @@ using TableColumns = std::function<std::optional<std::vector<std::string>>(std::
 
 // Says what SQL Server would refuse in a text, as far as that can be told without one: names that are not
 // there or stand for two things, reserved words used as names, what may not stand in a derived table, columns
-// that are neither grouped nor summed, counts that differ, values where a condition must be and kinds of
-// values that do not go together. Silence is no promise.
+// that are neither grouped nor summed, counts that differ, values where a condition must be, kinds of values
+// that do not go together, and dates that it would read otherwise than this program. Silence is no promise.
 class ServerCheck {
  public:
   explicit ServerCheck(TableColumns tables) : tables_(std::move(tables)) {}
@@ -87,6 +87,9 @@ class ServerCheck {
   void CheckSum(const Expr& expr);
   void CheckCompared(const Expr& expr);
   void CheckTogether(const Expr& one, const Expr& other, const char* where);
+  void CheckAssigned(std::string_view column, const Expr& value);
+  void CheckLiteral(Type beside, const Expr& literal, const char* where);
+  void CheckOrderItem(const std::vector<OrderItem>& items, std::size_t item, const Columns& columns);
   Meets Look(const Expr& name, const Scope& scope) const;
   void RefuseAggregates(const Expr* expr, const char* where);
   void CheckWord(std::string_view name, std::size_t offset);

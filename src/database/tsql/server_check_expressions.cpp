@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "database/stored_date.h"
 #include "database/tsql/same_expression.h"
 #include "database/tsql/server_check.h"
 #include "database/tsql/words.h"
@@ -29,11 +30,31 @@ bool IsCondition(const Expr& expr) {
   }
 }
 
+std::string Unquoted(const Expr& literal) {
+  return std::string(literal.text.substr(1, literal.text.size() - 2));
+}
+
 // A literal that SQL Server turns into a number without an error.
 bool ReadsAsNumber(const Expr& expr) {
   if (expr.kind != ExprKind::Text) return false;
-  const std::string text = Trim(expr.text.substr(1, expr.text.size() - 2));
+  const std::string text = Trim(Unquoted(expr));
   return text.empty() || ParseNumber(text).has_value();
+}
+
+// Whatever the order of day and month is in the server's language: with the name of the month, or the year in
+// front.
+bool ReadsAsDate(const Expr& literal) {
+  const std::string text = Unquoted(literal);
+  if (Trim(text).empty()) return true;
+  const bool namesMonth = text.find_first_not_of("0123456789/- :") != text.npos;
+  const bool yearFirst = text.size() > 4 && text.find_first_not_of("0123456789") == 4;
+  return (namesMonth || yearFirst) && ParseDateLiteral(text).has_value();
+}
+
+// The one column of texts that holds nothing but numbers.
+bool HoldsNumbers(const Expr& expr) {
+  return expr.kind != ExprKind::Name || TypeOfColumn(expr.text) != Type::Text ||
+         SameWord(expr.text, "FINANCIALYEAR");
 }
 
 bool IsOfServer(std::string_view function) { return !function.starts_with("KTL_"); }
@@ -86,6 +107,10 @@ void ServerCheck::CheckPart(const Expr& expr, Scope& scope) {
       return CheckCase(expr, scope);
     case ExprKind::Arithmetic:
       CheckSum(expr);
+      break;
+    case ExprKind::Negate:
+      if (const Type type = TypeOf(*expr.args[0]); type == Type::Text || type == Type::Date)
+        Fault(expr.offset, "what is no number is reckoned with");
       break;
     case ExprKind::Compare:
     case ExprKind::Between:
@@ -172,7 +197,10 @@ void ServerCheck::CheckFunction(const Expr& expr, Scope& scope) {
 void ServerCheck::CheckAggregate(const Expr& expr, Scope& scope) {
   const Expr& argument = *expr.args.front();
   if (HasAggregate(argument)) Fault(expr.offset, "an aggregate holds an aggregate");
-  if (SameWord(expr.text, "SUM") && TypeOf(argument) == Type::Text) Fault(expr.offset, "a text is summed");
+  if (const Type type = TypeOf(argument); SameWord(expr.text, "SUM") && !IsNumber(type)) {
+    if (type == Type::Text) Fault(expr.offset, "a text is summed");
+    if (type == Type::Date) Fault(expr.offset, "a date is summed");
+  }
   const bool within = std::exchange(scope.inAggregate, true);
   CheckValue(argument, scope);
   scope.inAggregate = within;
@@ -192,16 +220,26 @@ void ServerCheck::CheckCase(const Expr& expr, Scope& scope) {
     checkResult(*expr.args[i + 1]);
   }
   if (expr.hasElse) checkResult(*expr.args.back());
+  if (result != nullptr && result->kind == ExprKind::Null)
+    Fault(expr.offset, "a CASE gives nothing but NULL");
 }
 
-// The number is what the server makes both of: a text that is none ends the statement.
+// Of two values that meet the number or the date is what the server makes both of: a text that is none ends
+// the statement, and one that is another date to the server answers other rows.
+void ServerCheck::CheckLiteral(Type beside, const Expr& literal, const char* where) {
+  if (IsNumber(beside) && TypeOf(literal) == Type::Text && !ReadsAsNumber(literal))
+    Fault(literal.offset, fmt::format("a text and a number meet in {}", where));
+  if (beside == Type::Date && literal.kind == ExprKind::Text && !ReadsAsDate(literal))
+    Fault(literal.offset, fmt::format("a date is in a form of its own in {}", where));
+}
+
 void ServerCheck::CheckTogether(const Expr& one, const Expr& other, const char* where) {
-  const auto clash = [](Type number, Type text, const Expr& literal) {
-    return IsNumber(number) && text == Type::Text && !ReadsAsNumber(literal);
-  };
-  const Type a = TypeOf(one), b = TypeOf(other);
-  if (clash(a, b, other) || clash(b, a, one))
-    Fault(other.offset, fmt::format("a text and a number meet in {}", where));
+  CheckLiteral(TypeOf(one), other, where);
+  CheckLiteral(TypeOf(other), one, where);
+}
+
+void ServerCheck::CheckAssigned(std::string_view column, const Expr& value) {
+  if (value.kind == ExprKind::Text) CheckLiteral(TypeOfColumn(column), value, "what is written");
 }
 
 void ServerCheck::CheckSum(const Expr& expr) {
@@ -209,15 +247,19 @@ void ServerCheck::CheckSum(const Expr& expr) {
   const auto isFloat = [&](const Expr& side) { return TypeOf(side) == Type::Real && HasName(side); };
   if (expr.text == "%" && (isFloat(left) || isFloat(right)))
     Fault(expr.offset, "a remainder is taken of an amount");
+  const Type a = TypeOf(left), b = TypeOf(right);
+  if (expr.text != "+" &&
+      ((a == Type::Text && b == Type::Text) || (expr.text != "-" && (a == Type::Date || b == Type::Date))))
+    Fault(expr.offset, "what is no number is reckoned with");
   CheckTogether(left, right, "a sum");
 }
 
-// A literal that is no number is the fault; a column of texts may hold numbers only.
 void ServerCheck::CheckCompared(const Expr& expr) {
   const Expr& left = *expr.args[0];
   for (std::size_t i = 1; i < expr.args.size(); ++i) {
     const Expr& right = *expr.args[i];
-    if (left.kind == ExprKind::Text || right.kind == ExprKind::Text)
+    if (!HoldsNumbers(left) || !HoldsNumbers(right) || left.kind == ExprKind::Text ||
+        right.kind == ExprKind::Text)
       CheckTogether(left, right, "a comparison");
   }
 }

@@ -6,6 +6,7 @@
 #include "database/tsql/same_expression.h"
 #include "database/tsql/server_check.h"
 #include "database/tsql/words.h"
+#include "runtime/numbers.h"
 #include "runtime/text.h"
 
 namespace ktl::tsql {
@@ -108,7 +109,9 @@ void ServerCheck::CheckUnion(const SelectCore& first, const SelectCore& other, c
 }
 
 void ServerCheck::CheckUnionOrder(const Query& query, const Columns& columns) {
-  for (const auto& item : query.orderBy) {
+  for (std::size_t i = 0; i < query.orderBy.size(); ++i) {
+    const OrderItem& item = query.orderBy[i];
+    CheckOrderItem(query.orderBy, i, columns);
     if (item.expr->kind == ExprKind::Number) continue;
     const bool listed = std::ranges::any_of(columns.names, [&](const std::string& name) {
       return item.expr->kind == ExprKind::Name && SameWord(name, item.expr->text);
@@ -179,10 +182,25 @@ ServerCheck::Columns ServerCheck::CheckItems(const SelectCore& core, Scope& scop
   return columns;
 }
 
+void ServerCheck::CheckOrderItem(const std::vector<OrderItem>& items, std::size_t item,
+                                 const Columns& columns) {
+  const Expr& expr = *items[item].expr;
+  const auto before = items.begin() + static_cast<std::ptrdiff_t>(item);
+  if (std::any_of(items.begin(), before,
+                  [&](const OrderItem& other) { return SameExpression(*other.expr, expr); }))
+    Fault(expr.offset, "the order names the same twice");
+  if (expr.kind == ExprKind::Text || expr.kind == ExprKind::Null)
+    Fault(expr.offset, "a constant stands in ORDER BY");
+  const auto place = expr.kind == ExprKind::Number ? ParseNumber(expr.text) : std::nullopt;
+  if (place && !columns.open && (*place < 1 || *place > static_cast<double>(columns.names.size())))
+    Fault(expr.offset, "the order names a column that is not listed");
+}
+
 void ServerCheck::CheckOrder(const Query& query, const SelectCore& core, const Columns& columns,
                              Scope& scope) {
-  for (const auto& item : query.orderBy) {
-    const Expr& expr = *item.expr;
+  for (std::size_t i = 0; i < query.orderBy.size(); ++i) {
+    const Expr& expr = *query.orderBy[i].expr;
+    CheckOrderItem(query.orderBy, i, columns);
     if (expr.kind == ExprKind::Number) continue;
     if (expr.kind == ExprKind::Name && expr.qualifier.empty()) {
       const auto listed = std::ranges::count_if(

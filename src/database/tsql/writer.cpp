@@ -1,6 +1,7 @@
 #include "database/tsql/writer.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "database/tsql/lexer.h"
 #include "database/tsql/parser.h"
@@ -71,6 +72,7 @@ Step Writer::Finish(StepKind kind) {
   step.kind = kind;
   step.sql = std::move(out_);
   step.parameters = std::move(asked_);
+  step.planAnew = std::exchange(planAnew_, false);
   out_.clear();
   asked_.clear();
   return step;

@@ -87,6 +87,8 @@ class Writer {
   void Put(const Parts&... parts) {
     ((out_ += parts), ...);
   }
+  // For a statement whose plan the database makes worse when it is used again.
+  void PlanAnew() { planAnew_ = true; }
   // Each of the items, with commas between them and, when there are any, the opening words in front.
   template <typename Items, typename Each>
   void List(std::string_view opening, const Items& items, Each each) {
@@ -148,6 +150,7 @@ class Writer {
   std::string_view text_;
   std::string out_;
   std::vector<int> asked_;
+  bool planAnew_ = false;
   Typing typing_;
 };
 
