@@ -62,7 +62,7 @@ inline std::filesystem::path CompanyOnServer(const BenchSize& size, const std::s
   const auto address = AddressOf(BenchServer() + "Database=" + name + ";");
   const MariaDbDialect dialect;
   OdbcDatabase server(dialect);
-  server.Open({.connectionString = BenchServer()});
+  server.Open({.connectionString = BenchServer() + "Database=information_schema;"});
   server.Run("CREATE DATABASE IF NOT EXISTS " + dialect.Quoted(name) +
              " CHARACTER SET utf8mb4 COLLATE utf8mb4_uca1400_as_ci");
   if (server.Number("SELECT COUNT(*) FROM INFORMATION_SCHEMA.TABLES WHERE TABLE_SCHEMA = '" + name + "'") ==

@@ -27,9 +27,9 @@ struct Session {
   Session& operator=(const Session&) = delete;
 
   Machine machine;
-  Connection Cn;
   DurableDesk desk;
   DataAccess data;
+  Connection Cn;  // gone before the desk, whom a close that waits still asks
 
   std::string title = kApplicationTitle;  // what message boxes show
   long FormCode = 0;

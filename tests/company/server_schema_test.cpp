@@ -76,6 +76,27 @@ TEST(ServerSchema, EachServerGetsItsOwnTypesAndQuotes) {
                        "CREATE INDEX [IX_DOJ] ON [NEW_SAMPLE] ([DOJ], [ID])"}));
 }
 
+// It refuses a key over a column that may be null and an index over a text without an end, and of rows
+// without a value a unique one takes but one.
+TEST(ServerSchema, SqlServerTakesEveryKeyAndIndex) {
+  for (const auto& table : TableCatalogue()) {
+    const std::string made = TableStatements(ServerKind::SqlServer, table).front();
+    const auto declared = [&](const std::string& column) {
+      const auto begin = made.find("\n  [" + column + "] ");
+      return begin == made.npos ? "" : made.substr(begin, made.find('\n', begin + 1) - begin);
+    };
+    const auto check = [&](const std::vector<std::string>& columns, bool unique) {
+      for (const auto& column : columns) {
+        EXPECT_EQ(declared(column).find("(MAX)"), std::string::npos) << table.name << " " << column;
+        EXPECT_TRUE(!unique || declared(column).find(" NOT NULL") != std::string::npos)
+            << table.name << " " << column;
+      }
+    };
+    check(table.key, true);
+    for (const auto& index : table.indexes) check(index.columns, index.unique);
+  }
+}
+
 // What a routine does, as a text of statements: its parameters are variables there.
 std::string BodyOf(const std::string& routine) {
   const auto begin = routine.find("\nBEGIN\n");

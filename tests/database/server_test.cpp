@@ -74,12 +74,12 @@ TEST_F(Server, ValuesComeBackAsTheyWere) {
   rows.Set("EMPID", 17);
   rows.Set("empname", "Zoë Ōtake {d '?'} 'x\\");
   rows.Set("BASIC", 1234.565);
-  rows.Set("DOJ", "26/Apr/2010");
+  rows.Set("DOJ", "26/Apr/2010 08:15:30");
   rows.Set("REMARKS", longText);
   rows.Update();
   cn_.Execute("INSERT INTO MAS_EMPLOYEE (EMPID, DOJ) VALUES (18, '01/May/2010 09:30:00')");
   EXPECT_EQ(Rows("SELECT * FROM MAS_EMPLOYEE ORDER BY EMPID"),
-            "17|Zoë Ōtake {d '?'} 'x\\|1234.565|26/04/2010|" + longText +
+            "17|Zoë Ōtake {d '?'} 'x\\|1234.565|26/04/2010 08:15:30|" + longText +
                 "\n18|NULL|NULL|01/05/2010 09:30:00|NULL");
   // Said once, prepared, and prepared before.
   for (int i = 0; i < 3; ++i)
@@ -113,6 +113,13 @@ TEST_F(Server, RowsAreKnownAgainByTheirKey) {
   EXPECT_EQ(FailureOf([&] { rows.Update(); }).number(), kRowGoneError);
   rows.Set("BASIC", "much");
   EXPECT_EQ(FailureOf([&] { rows.Update(); }).number(), kWrongTypeError);
+  // Without a key, by all that is in it.
+  database_->Run("CREATE TABLE BARE (A INT, B INT, C INT)");
+  cn_.Execute("INSERT INTO BARE (A, C) VALUES (1, 5), (2, NULL)");
+  Recordset bare(cn_, "SELECT * FROM BARE WHERE C IS NULL", OpenMode::Update);
+  bare.Set("B", 7);
+  bare.Update();
+  EXPECT_EQ(Rows("SELECT * FROM BARE ORDER BY A"), "1|NULL|5\n2|7|NULL");
 }
 
 TEST_F(Server, ADistinctListStepsOverItsIndexEachTime) {
@@ -144,6 +151,8 @@ TEST_F(Server, FailuresKeepTheirNumbersAndTheConnection) {
                {"NoSuchProcedure 1", kStatementError}};
   for (const auto& c : cases)
     for (int i = 0; i < 3; ++i) EXPECT_EQ(FailureOf([&] { cn_.Execute(c.sql); }).number(), c.number) << c.sql;
+  EXPECT_EQ(Failure([&] { cn_.Execute("NoSuchProcedure 1"); }),
+            "Could not find stored procedure 'NoSuchProcedure'.");
   EXPECT_EQ(Rows("SELECT EMPID FROM MAS_EMPLOYEE"), "17");
 }
 

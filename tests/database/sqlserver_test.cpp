@@ -10,6 +10,7 @@
 
 #include "database/connection.h"
 #include "database/drivers/odbc_database.h"
+#include "database/drivers/odbc_text.h"
 #include "database/drivers/sqlserver_dialect.h"
 #include "database/recordset.h"
 #include "failure.h"
@@ -135,10 +136,10 @@ class SqlServer : public testing::Test {
     server_.Answer("sp_getapplock", Rows({""}, {{1}}));
     server_.Answer("@@TRANCOUNT", Rows({""}, {{1}}));
     cn_.SetClient({"PC1", "O'Brien", {}});
-    cn_.SetConnectionTimeout(3);
-    cn_.SetCommandTimeout(1);
+    cn_.SetConnectionTimeout(20);
   }
-  void Open() {
+  void Open(int seconds = 20) {
+    cn_.SetCommandTimeout(seconds);
     cn_.Open(server_.ConnectionString());
     server_.TakeSaid();
   }
@@ -151,12 +152,13 @@ class SqlServer : public testing::Test {
 };
 
 TEST_F(SqlServer, TextsGoOutAsTheyStandAndOneMessageEach) {
+  cn_.SetCommandTimeout(20);
   cn_.Open(server_.ConnectionString());
   const auto first = server_.TakeSaid();
   ASSERT_EQ(first.size(), 4U);
   EXPECT_TRUE(first[1].starts_with("SET LANGUAGE us_english; ")) << first[1];
   EXPECT_NE(first[1].find("SET NOCOUNT, IMPLICIT_TRANSACTIONS, XACT_ABORT OFF"), first[1].npos) << first[1];
-  EXPECT_TRUE(first[2].starts_with("SET LOCK_TIMEOUT 1000; ")) << first[2];
+  EXPECT_TRUE(first[2].starts_with("SET LOCK_TIMEOUT 20000; ")) << first[2];
   EXPECT_NE(first[2].find("CAST(N'O''Brien' AS VARBINARY(128))"), first[2].npos) << first[2];
   server_.Answer("MAX", Rows({""}, {{24132}}));
   server_.Answer("batch", Done(2, 0x11) + Rows({"A"}, {{17}, {18}}));
@@ -198,12 +200,17 @@ TEST_F(SqlServer, ARowIsWrittenByItsKey) {
   OdbcDatabase database(dialect);
   ConnectionSettings settings;
   settings.connectionString = server_.ConnectionString();
-  settings.connectionTimeout = 3;
+  settings.connectionTimeout = 20;
   database.Open(settings);
   server_.TakeSaid();
   OdbcDatabase::Lease(database, "INSERT INTO T (A) VALUES (?),(?)",
                       std::vector<Value>{Value(Null{}), Value("x")});
   EXPECT_NE(server_.TakeSaid().at(0).find("@P1 NVARCHAR(1),@P2 NVARCHAR(1)"), std::string::npos);
+}
+
+TEST(SqlServerTexts, TextsKeepLettersOfTwoUnits) {
+  EXPECT_EQ(ToUtf16("a😀é"), u"a😀é");
+  EXPECT_EQ(FromUtf16(u"a😀é"), "a😀é");
 }
 
 TEST_F(SqlServer, WhatEndsATransactionLetsNothingStandAlone) {
@@ -244,9 +251,11 @@ TEST_F(SqlServer, FailuresAreToldByTheServersNumbers) {
     EXPECT_EQ(failure.number(), c.told) << c.number;
     EXPECT_EQ(failure.description(), c.description) << c.number;
   }
+  Open(1);
   server_.Answer("FAIL", "");
   EXPECT_EQ(Failure("FAIL"),
             "The database server did not answer within 1 seconds. Try again, or raise the setting COMDTIME.");
+  Open();
   server_.Answer("FAIL", "cut");
   EXPECT_TRUE(Failure("FAIL").starts_with("The connection to the database server was lost. If"));
   EXPECT_EQ(Failure("UPDATE T"), "done");

@@ -7,8 +7,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <thread>
@@ -116,7 +119,18 @@ void PrivateServer::Kill() {
   process_ = 0;
 }
 
-void PrivateServer::Hang() { kill(process_, SIGSTOP); }
+void PrivateServer::Hang() {
+  kill(process_, SIGSTOP);
+  // Its threads stop one by one.
+  const auto stopped = [](const fs::directory_entry& thread) {
+    std::ifstream stat(thread.path() / "stat");
+    const std::string text((std::istreambuf_iterator<char>(stat)), {});
+    return text.find(") T ") != text.npos;
+  };
+  const auto threads = fmt::format("/proc/{}/task", process_);
+  while (!std::ranges::all_of(fs::directory_iterator(threads), stopped))
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
 void PrivateServer::Awake() { kill(process_, SIGCONT); }
 
 PrivateServer::~PrivateServer() {

@@ -191,23 +191,12 @@ std::int64_t OdbcDatabase::Number(const std::string& sql) {
 }
 
 std::vector<std::string> OdbcDatabase::KeyOf(const std::string& table) {
-  const OdbcPointer handle =
-      Allocate(OdbcHandle::Statement, connection_.get(), dialect_, OdbcHandle::Connection);
-  auto name = Wide(table);
-  const auto check = [&](SQLRETURN code) {
-    CheckOdbc(code, OdbcHandle::Statement, handle.get(), dialect_);
-    return code;
-  };
-  check(SQLPrimaryKeysW(handle.get(), nullptr, 0, nullptr, 0, name.data(), SQL_NTS));
-  std::vector<std::pair<SQLSMALLINT, std::string>> columns;
-  while (check(SQLFetch(handle.get())) != SQL_NO_DATA) {
-    SQLWCHAR column[256];
-    SQLSMALLINT place = 0;
-    SQLLEN length = 0, placeLength = 0;
-    check(SQLGetData(handle.get(), 4, SQL_C_WCHAR, column, sizeof column, &length));
-    check(SQLGetData(handle.get(), 5, SQL_C_SSHORT, &place, sizeof place, &placeLength));
-    columns.emplace_back(place, Narrow(column, static_cast<std::size_t>(length) / sizeof(SQLWCHAR)));
-  }
+  constexpr std::size_t kName = 3, kPlace = 4;
+  OdbcStatement statement(*this);
+  statement.AskForKey(table);
+  std::vector<std::pair<double, std::string>> columns;
+  while (statement.Fetch())
+    columns.emplace_back(statement.Column(kPlace).NumberOr0(), statement.Column(kName).TextOrEmpty());
   std::ranges::sort(columns);
   std::vector<std::string> names;
   for (auto& column : columns) names.push_back(std::move(column.second));

@@ -35,6 +35,8 @@ class OdbcStatement {
     Prepared,  // the text once, then its values alone; always the same text
   };
   void Run(const std::string& sql, std::span<const Value> values, Way way);
+  // The primary key of a table, as ODBC tells it: a row a column.
+  void AskForKey(const std::string& table);
   // True while there is a row.
   bool Fetch();
   // To be called once for a column of a row.

@@ -104,6 +104,13 @@ void OdbcStatement::Run(const std::string& sql, std::span<const Value> values, W
   Describe();
 }
 
+void OdbcStatement::AskForKey(const std::string& table) {
+  std::u16string name = ToUtf16(table);
+  Check(SQLPrimaryKeysW(handle_.get(), nullptr, 0, nullptr, 0, reinterpret_cast<SQLWCHAR*>(name.data()),
+                        static_cast<SQLSMALLINT>(name.size())));
+  Describe();
+}
+
 void OdbcStatement::BindValues(std::span<const Value> values) {
   if (parameters_.size() != values.size()) {
     SQLFreeStmt(handle_.get(), SQL_RESET_PARAMS);

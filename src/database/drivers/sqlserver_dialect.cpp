@@ -123,9 +123,10 @@ std::vector<std::string> SqlServerDialect::FirstTexts(const ConnectionSettings& 
       "SET ANSI_NULLS, ANSI_PADDING, ANSI_WARNINGS, QUOTED_IDENTIFIER, CONCAT_NULL_YIELDS_NULL ON; "
       "SET NOCOUNT, IMPLICIT_TRANSACTIONS, XACT_ABORT OFF",
       // Whom the company's procedures take for signed on.
-      fmt::format("SET LOCK_TIMEOUT {}; SET TRANSACTION ISOLATION LEVEL READ COMMITTED; "
-                  "DECLARE @user VARBINARY(128) = CAST(N'{}' AS VARBINARY(128)); SET CONTEXT_INFO @user",
-                  wait, ReplaceAll(settings.client.userName, "'", "''"))};
+      fmt::format(
+          "SET LOCK_TIMEOUT {}; SET TRANSACTION ISOLATION LEVEL READ COMMITTED; "
+          "DECLARE @user VARBINARY(128); SET @user = CAST(N'{}' AS VARBINARY(128)); SET CONTEXT_INFO @user",
+          wait, ReplaceAll(settings.client.userName, "'", "''"))};
 }
 
 tsql::Program SqlServerDialect::Translate(std::string_view sql, bool, int) const {
