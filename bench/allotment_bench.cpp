@@ -25,12 +25,18 @@ constexpr std::size_t kDeleted = 1000;
 enum class Amount { Typed, ByFormula };
 
 BenchSize SizeOf(const benchmark::State& state) {
-  return state.range(0) == 0 ? kLarge : Usual(static_cast<int>(state.range(0)));
+  if (state.range(0) <= 1) return state.range(0) == 0 ? kLarge : kLong;
+  return Usual(static_cast<int>(state.range(0)));
 }
 
 void Sizes(benchmark::internal::Benchmark* bench) {
   bench->Unit(benchmark::kMillisecond)->Arg(10000);
   if (IsLargeMeasured()) bench->Arg(0);
+}
+
+void SizesOfLists(benchmark::internal::Benchmark* bench) {
+  Sizes(bench);
+  if (IsLargeMeasured()) bench->Arg(1);
 }
 
 // Nobody is locked or gone, so that all get something; by formula the same as typed.
@@ -210,7 +216,7 @@ void ListAllLoans(benchmark::State& state) {
   for (auto _ : state) bench.List();
   state.counters["loans"] = double(bench.screen->fpgBulkDelete.rows.size());
 }
-BENCHMARK(ListAllLoans)->Apply(Sizes);
+BENCHMARK(ListAllLoans)->Apply(SizesOfLists);
 
 std::filesystem::path UnlockedCompany(const BenchSize& size) {
   const auto company = ScratchCompany(size);
