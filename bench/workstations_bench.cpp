@@ -31,6 +31,7 @@ struct Known {
   bool told = false;
   bool deleteAsked = false;
   bool deleteTold = false;
+  bool restGivenUp = false;  // by whoever had a month made zero that could not give its share
 };
 
 // What all persons know together.
@@ -196,14 +197,18 @@ class Person {
   }
 
   void Edit() {
-    if (Choose().empty()) return;
+    const std::string loan = Choose();
+    if (loan.empty()) return;
     const auto months = Ask("click cmdEmi\ngrid fpgEMIDetail\n", "txtAmount");
     if (!months) return;
-    if (months->size() > 3)
-      Ask(fmt::format("row fpgEMIDetail 1\ntext txtAmount {}\nanswers clear\nanswer Yes\nanswer Yes\n"
-                      "click cmdSave\nanswers clear\n",
-                      900 + Roll(200)),
-          "txtAmount", true);
+    if (months->size() > 3) {
+      const auto lines = Ask(fmt::format("row fpgEMIDetail 1\ntext txtAmount {}\nanswers clear\nanswer Yes\n"
+                                         "answer Yes\nclick cmdSave\nanswers clear\n",
+                                         900 + Roll(200)),
+                             "txtAmount", true);
+      const std::scoped_lock lock(ledger_.mutex);
+      if (!lines || Told(*lines, "| Adjust value |")) ledger_.loans[loan].restGivenUp = true;
+    }
     if (alive_) Ask("answer No\nclose\nanswers clear\n", "txtSerialNo");
   }
 
@@ -298,7 +303,7 @@ class Checker {
                                       known.told, known.deleteAsked, known.deleteTold, there));
       for (const auto& row : rows.rows) {
         const double sum = row[2].NumberOr0() + row[3].NumberOr0();
-        if (std::abs(sum - kAmount) > 0.005)
+        if (!known.restGivenUp && std::abs(sum - kAmount) > 0.005)
           faults_.push_back(fmt::format("loan {}: due and paid are {:.2f}", tag, sum));
       }
     }
