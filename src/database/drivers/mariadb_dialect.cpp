@@ -32,11 +32,6 @@ int Patience(int commandTimeout) { return commandTimeout + std::clamp(commandTim
 // Nobody else is in the midst of writing: the turn goes by this name, one for each database.
 constexpr const char* kTurn = "CONCAT('ktl.', MD5(DATABASE()))";
 
-struct NumberedFailure {
-  long number;
-  ServerFailure failure;
-};
-
 // By the numbers of the server and of its client library.
 constexpr std::array kFailures{
     NumberedFailure{1045, ServerFailure::LoginRefused},
@@ -204,8 +199,7 @@ std::string MariaDbDialect::RollbackText() const {
 }
 
 ServerFailure MariaDbDialect::FailureOf(const Diagnostic& diagnostic) const {
-  const auto known = std::ranges::find(kFailures, diagnostic.native, &NumberedFailure::number);
-  if (known != kFailures.end()) return known->failure;
+  if (const auto known = FailureNumbered(kFailures, diagnostic.native)) return *known;
   if (diagnostic.state.starts_with("08")) return ServerFailure::ConnectionLost;
   return diagnostic.state.starts_with("42") ? ServerFailure::Statement : ServerFailure::Other;
 }

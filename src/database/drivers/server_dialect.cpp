@@ -1,8 +1,15 @@
 #include "database/drivers/server_dialect.h"
 
+#include <algorithm>
+
 #include "runtime/text.h"
 
 namespace ktl {
+
+std::optional<ServerFailure> FailureNumbered(std::span<const NumberedFailure> known, long number) {
+  const auto found = std::ranges::find(known, number, &NumberedFailure::number);
+  return found != known.end() ? std::optional(found->failure) : std::nullopt;
+}
 
 namespace {
 

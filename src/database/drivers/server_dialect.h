@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -33,6 +34,14 @@ enum class ServerFailure {
   NoSuchDatabase,
   Unreachable,
 };
+
+struct NumberedFailure {
+  long number;
+  ServerFailure failure;
+};
+
+// What a server means by its number; nothing where the table does not know it.
+std::optional<ServerFailure> FailureNumbered(std::span<const NumberedFailure> known, long number);
 
 class ServerError final : public DatabaseError {
  public:

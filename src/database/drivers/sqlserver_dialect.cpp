@@ -17,11 +17,6 @@ constexpr std::string_view kFreeTds = "FreeTDS";
 constexpr std::array<std::string_view, 3> kDriverNames{"ODBC Driver 18 for SQL Server",
                                                        "ODBC Driver 17 for SQL Server", kFreeTds};
 
-struct NumberedFailure {
-  long number;
-  ServerFailure failure;
-};
-
 // By the numbers of the server.
 constexpr std::array kFailures{
     NumberedFailure{18452, ServerFailure::LoginRefused},
@@ -154,8 +149,7 @@ std::string SqlServerDialect::BeginText(int milliseconds) const {
 }
 
 ServerFailure SqlServerDialect::FailureOf(const Diagnostic& diagnostic) const {
-  const auto known = std::ranges::find(kFailures, diagnostic.native, &NumberedFailure::number);
-  if (known != kFailures.end()) return known->failure;
+  if (const auto known = FailureNumbered(kFailures, diagnostic.native)) return *known;
   if (diagnostic.state == "HYT00" || diagnostic.state == "HYT01" || diagnostic.state == "S1T00")
     return ServerFailure::TimeOut;
   if (diagnostic.state == "08001" || diagnostic.state == "08004") return ServerFailure::Unreachable;
